@@ -1,0 +1,85 @@
+#pragma once
+// The seams to the operating system other than the user: names, processes, the
+// "open" action, the beep and the test for another running instance.
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+namespace steward {
+
+class SystemNames {
+public:
+    virtual ~SystemNames() = default;
+    virtual QString computerName() const = 0;
+    virtual QString userName() const = 0;
+};
+
+/// A program to start: the program, its arguments and the working folder. Never a shell text.
+struct LaunchRequest {
+    QString program;
+    QStringList arguments;
+    QString workingFolder;
+};
+
+class ProcessLauncher {
+public:
+    virtual ~ProcessLauncher() = default;
+    /// Starts the program detached; nothing waits for it. On failure returns false and
+    /// puts the reason into error.
+    virtual bool startDetached(const LaunchRequest& request, QString* error) = 0;
+};
+
+/// The desktop's "open" action on a file, folder, web or mail address.
+class Opener {
+public:
+    virtual ~Opener() = default;
+    virtual bool open(const QUrl& url) = 0;
+};
+
+class Beeper {
+public:
+    virtual ~Beeper() = default;
+    virtual void beep() = 0;
+};
+
+/// Tells whether another instance of the program is running.
+class InstanceGuard {
+public:
+    virtual ~InstanceGuard() = default;
+    virtual bool otherInstanceRunning() = 0;
+};
+
+/// The real system names: the host name and the login name of the user.
+class HostSystemNames final : public SystemNames {
+public:
+    QString computerName() const override;
+    QString userName() const override;
+};
+
+/// Starts processes with QProcess::startDetached.
+class DetachedProcessLauncher final : public ProcessLauncher {
+public:
+    bool startDetached(const LaunchRequest& request, QString* error) override;
+};
+
+/// Opens through QDesktopServices.
+class DesktopOpener final : public Opener {
+public:
+    bool open(const QUrl& url) override;
+};
+
+/// A lock file in the runtime folder, held while this object lives.
+class LockFileInstanceGuard final : public InstanceGuard {
+public:
+    explicit LockFileInstanceGuard(const QString& lockName = QStringLiteral("arena-steward.lock"));
+    ~LockFileInstanceGuard() override;
+    LockFileInstanceGuard(const LockFileInstanceGuard&) = delete;
+    LockFileInstanceGuard& operator=(const LockFileInstanceGuard&) = delete;
+    bool otherInstanceRunning() override;
+
+private:
+    struct Impl;
+    Impl* d;
+};
+
+} // namespace steward

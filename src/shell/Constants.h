@@ -1,0 +1,31 @@
+#pragma once
+// The program's fixed texts and the addresses chosen for this build.
+#include <QString>
+
+namespace steward {
+
+inline const QString kVersionText = QStringLiteral("JUNE 13 2002 beta 1.4");
+inline const QString kProductTitle = QStringLiteral("Arena Steward");
+/// Nine blanks, appended to nearly every message to widen the box.
+inline const QString kTail = QStringLiteral("         ");
+inline const QString kCrLf = QStringLiteral("\r\n");
+
+// Addresses of this build.
+inline const QString kContactAddress = QStringLiteral("arena.steward@example.org");
+inline const QString kProductSite = QStringLiteral("https://arena-steward.github.io");
+inline const QString kProductForum = QStringLiteral("https://arena-steward.github.io/forum");
+inline const QString kGameSite = QStringLiteral("http://www.jk2files.com");
+inline const QString kChatChannel = QStringLiteral("#JK2 @ irc.quakenet.org");
+inline const QString kMaster1 = QStringLiteral("masterjk2.ravensoft.com");
+inline const QString kMaster2 = QStringLiteral("master.jk2mv.org");
+inline const QString kMaster3 = QStringLiteral("master.qtracker.com:27950");
+inline const QString kMaster4 = QStringLiteral("master.jkhub.org");
+
+/// The stock map names of the starting-map combo, in list order.
+inline const char* const kStockStartingMaps[] = {
+    "ctf_bespin", "ctf_imperial", "ctf_ns_streets", "ctf_yavin", "duel_bay",
+    "duel_carbon", "duel_jedi", "duel_pit", "ffa_bespin", "ffa_deathstar",
+    "ffa_imperial", "ffa_ns_hideout", "ffa_ns_streets", "ffa_raven", "ffa_yavin",
+};
+
+} // namespace steward

@@ -1,0 +1,98 @@
+#include "shell/ServerProfile.h"
+
+#include "support/Errors.h"
+
+namespace steward {
+
+ServerProfile::ServerProfile(QObject* parent) : QObject(parent)
+{
+    for (const FieldSpec& spec : profileFieldTable())
+        add(spec);
+}
+
+ServerProfile::~ServerProfile() = default;
+
+void ServerProfile::add(const FieldSpec& spec)
+{
+    auto owned = std::make_unique<Field>(spec);
+    Field* f = owned.get();
+    m_fields.push_back(std::move(owned));
+    m_order.push_back(f);
+    m_byKey.insert(f->key(), f);
+    if (spec.index >= 0) {
+        auto it = m_bounds.find(spec.name);
+        if (it == m_bounds.end())
+            m_bounds.insert(spec.name, {spec.index, spec.index});
+        else
+            *it = {std::min(it->first, spec.index), std::max(it->second, spec.index)};
+    }
+    if (spec.kind == FieldKind::Option && !spec.optionGroup.isEmpty()) {
+        m_groups[spec.optionGroup].push_back(f);
+        connect(f, &Field::valueChanged, this, &ServerProfile::onOptionChanged);
+    }
+    connect(f, &Field::changed, this, &ServerProfile::fieldChanged);
+}
+
+void ServerProfile::onOptionChanged(Field* field)
+{
+    // Selecting an option clears the others of its group.
+    if (!field->isSet())
+        return;
+    for (Field* other : m_groups.value(field->spec().optionGroup))
+        if (other != field)
+            other->setValue(0);
+}
+
+Field* ServerProfile::find(const QString& name, int index) const
+{
+    return m_byKey.value(Field::makeKey(name, index), nullptr);
+}
+
+Field& ServerProfile::field(const QString& name, int index) const
+{
+    if (Field* f = find(name, index))
+        return *f;
+    raiseError(err::ControlArrayElement,
+               QStringLiteral("Control array element '%1' doesn't exist").arg(Field::makeKey(name, index)));
+}
+
+int ServerProfile::lbound(const QString& name) const
+{
+    auto it = m_bounds.find(name);
+    if (it == m_bounds.end())
+        raiseError(err::ControlArrayElement, QStringLiteral("'%1' is not an array").arg(name));
+    return it->first;
+}
+
+int ServerProfile::ubound(const QString& name) const
+{
+    auto it = m_bounds.find(name);
+    if (it == m_bounds.end())
+        raiseError(err::ControlArrayElement, QStringLiteral("'%1' is not an array").arg(name));
+    return it->second;
+}
+
+std::vector<Field*> ServerProfile::array(const QString& name) const
+{
+    std::vector<Field*> members;
+    for (int i = lbound(name); i <= ubound(name); ++i)
+        if (Field* f = find(name, i))
+            members.push_back(f);
+    return members;
+}
+
+void ServerProfile::resetAll()
+{
+    for (Field* f : m_order) {
+        const FieldSpec& s = f->spec();
+        if (s.kind == FieldKind::Check || s.kind == FieldKind::Option || s.kind == FieldKind::State)
+            f->setValue(s.defaultText.toInt());
+        if (s.kind != FieldKind::Check && s.kind != FieldKind::Option)
+            f->setText(s.defaultText);
+        f->setItems({});
+        f->setRows({});
+        f->setTag(s.tag);
+    }
+}
+
+} // namespace steward

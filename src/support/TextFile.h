@@ -1,0 +1,39 @@
+#pragma once
+// Generated text files: 8-bit Latin-1 text, every line ended by CR LF, an existing file
+// replaced. A file that can't be opened is error 76 (no folder) or 75 (no access).
+#include <QFile>
+#include <QString>
+#include <QStringList>
+
+namespace steward {
+
+class TextFileWriter {
+public:
+    /// Opens the file for output, replacing it; throws RuntimeError on failure.
+    explicit TextFileWriter(const QString& fileName);
+    ~TextFileWriter();
+    TextFileWriter(const TextFileWriter&) = delete;
+    TextFileWriter& operator=(const TextFileWriter&) = delete;
+
+    /// Writes the text and CR LF.
+    void line(const QString& text = {});
+    /// Writes the text without a line end.
+    void write(const QString& text);
+    void close();
+    const QString& fileName() const { return m_fileName; }
+
+private:
+    QString m_fileName;
+    QFile m_file;
+};
+
+/// Throws the error that fits a file that could not be opened for writing.
+[[noreturn]] void raiseOpenError(const QString& fileName);
+
+/// Appends lines with CR LF; false on failure, nothing thrown.
+bool appendLines(const QString& fileName, const QStringList& lines);
+
+/// Reads a whole 8-bit text file and splits it at CR LF, CR or LF.
+QStringList readLines(const QString& fileName);
+
+} // namespace steward

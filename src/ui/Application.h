@@ -1,0 +1,5 @@
+#pragma once
+namespace steward {
+/// Builds the real seams, runs start-up and the event loop; returns the exit code.
+int runApplication(int argc, char** argv);
+} // namespace steward

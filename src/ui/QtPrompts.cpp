@@ -1,0 +1,121 @@
+#include "ui/QtPrompts.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace steward {
+
+namespace {
+QMessageBox::Icon toIcon(Icon icon)
+{
+    switch (icon) {
+    case Icon::Information: return QMessageBox::Information;
+    case Icon::Exclamation: return QMessageBox::Warning;
+    case Icon::Critical: return QMessageBox::Critical;
+    case Icon::Question: return QMessageBox::Question;
+    case Icon::None: break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QList<QMessageBox::StandardButton> toButtons(Buttons buttons)
+{
+    switch (buttons) {
+    case Buttons::Ok: return {QMessageBox::Ok};
+    case Buttons::OkCancel: return {QMessageBox::Ok, QMessageBox::Cancel};
+    case Buttons::YesNo: return {QMessageBox::Yes, QMessageBox::No};
+    case Buttons::YesNoCancel: return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
+    case Buttons::RetryCancel: return {QMessageBox::Retry, QMessageBox::Cancel};
+    case Buttons::AbortRetryIgnore: return {QMessageBox::Abort, QMessageBox::Retry, QMessageBox::Ignore};
+    }
+    return {QMessageBox::Ok};
+}
+
+Answer toAnswer(int button)
+{
+    switch (button) {
+    case QMessageBox::Cancel: return Answer::Cancel;
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Retry: return Answer::Retry;
+    case QMessageBox::Abort: return Answer::Abort;
+    case QMessageBox::Ignore: return Answer::Ignore;
+    default: return Answer::Ok;
+    }
+}
+
+/// "Desc|*.a;*.b|Other|*" as Qt name filters: "Desc (*.a *.b)".
+QStringList nameFilters(const QString& filter)
+{
+    QStringList result;
+    const QStringList parts = filter.split(QLatin1Char('|'));
+    for (int i = 0; i + 1 < parts.size(); i += 2) {
+        QString patterns = parts.at(i + 1);
+        patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
+        QString description = parts.at(i);
+        // A description that already shows its patterns keeps them as they are.
+        result << (description.contains(QLatin1Char('(')) ? description.section(QLatin1Char('('), 0, 0).trimmed()
+                                                          : description) +
+                      QStringLiteral(" (") + patterns + QStringLiteral(")");
+    }
+    return result;
+}
+} // namespace
+
+Answer QtPrompts::messageBox(const MessageBoxRequest& request)
+{
+    QMessageBox box(toIcon(request.icon), request.title, request.text, QMessageBox::NoButton, m_owner);
+    const auto buttons = toButtons(request.buttons);
+    for (auto b : buttons)
+        box.addButton(b);
+    const int def = std::clamp(request.defaultButton, 0, static_cast<int>(buttons.size()) - 1);
+    box.setDefaultButton(buttons.at(def));
+    if (request.systemModal)
+        box.setWindowModality(Qt::ApplicationModal);
+    return toAnswer(box.exec());
+}
+
+bool QtPrompts::fileDialog(FileDialogState& state, bool open)
+{
+    QFileDialog dialog(m_owner, state.DialogTitle, state.InitialDir);
+    dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+    dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    const QStringList filters = nameFilters(state.Filter);
+    if (!filters.isEmpty()) {
+        dialog.setNameFilters(filters);
+        const int index = state.FilterIndex > 0 ? state.FilterIndex - 1 : 0;
+        if (index < filters.size())
+            dialog.selectNameFilter(filters.at(index));
+    }
+    if (!state.DefaultExt.isEmpty())
+        dialog.setDefaultSuffix(state.DefaultExt);
+    if (!state.FileName.isEmpty())
+        dialog.selectFile(state.FileName);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return false;
+    state.FileName = dialog.selectedFiles().first();
+    state.FileTitle = QFileInfo(state.FileName).fileName();
+    state.FilterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1;
+    return true;
+}
+
+int QtPrompts::screenPointer() const { return m_pointer; }
+
+void QtPrompts::setScreenPointer(int value)
+{
+    if (value == m_pointer)
+        return;
+    if (m_pointer == pointer::Hourglass)
+        QApplication::restoreOverrideCursor();
+    if (value == pointer::Hourglass)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    m_pointer = value;
+}
+
+void QtPrompts::processEvents() { QApplication::processEvents(); }
+
+void QtBeeper::beep() { QApplication::beep(); }
+
+} // namespace steward

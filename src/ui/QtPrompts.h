@@ -1,0 +1,31 @@
+#pragma once
+// The prompts seam on real windows: QMessageBox, QFileDialog, the override cursor.
+#include "platform/Prompts.h"
+#include "platform/System.h"
+
+class QWidget;
+
+namespace steward {
+
+class QtPrompts final : public Prompts {
+public:
+    Answer messageBox(const MessageBoxRequest& request) override;
+    bool fileDialog(FileDialogState& state, bool open) override;
+    int screenPointer() const override;
+    void setScreenPointer(int value) override;
+    void processEvents() override;
+
+    /// The window that owns the boxes and dialogs.
+    void setOwner(QWidget* owner) { m_owner = owner; }
+
+private:
+    QWidget* m_owner = nullptr;
+    int m_pointer = pointer::Default;
+};
+
+class QtBeeper final : public Beeper {
+public:
+    void beep() override;
+};
+
+} // namespace steward

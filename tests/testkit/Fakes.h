@@ -1,0 +1,95 @@
+#pragma once
+// Scripted stand-ins for the system seams. The prompts fake records every box and
+// dialog and gives prepared answers: "the next answer is No", "the next dialog
+// chooses this file".
+#include "platform/Clock.h"
+#include "platform/Prompts.h"
+#include "platform/System.h"
+
+#include <QDateTime>
+#include <deque>
+#include <optional>
+#include <vector>
+
+namespace steward::testing {
+
+class FakePrompts : public Prompts {
+public:
+    struct Shown {
+        MessageBoxRequest request;
+        Answer answer;
+    };
+    struct Dialog {
+        FileDialogState state;
+        bool open;
+    };
+
+    Answer messageBox(const MessageBoxRequest& request) override;
+    bool fileDialog(FileDialogState& state, bool open) override;
+    int screenPointer() const override { return pointer; }
+    void setScreenPointer(int value) override
+    {
+        pointer = value;
+        pointerHistory.push_back(value);
+    }
+    void processEvents() override { ++eventRuns; }
+
+    /// The next box gets this answer; without one a box gets its default button's.
+    void answerNext(Answer answer) { answers.push_back(answer); }
+    /// The next file dialog chooses this path, or is cancelled.
+    void chooseFile(const QString& path) { files.push_back(path); }
+    void cancelNextDialog() { files.push_back(std::nullopt); }
+
+    /// Texts of the boxes shown, in order.
+    QStringList texts() const;
+    const Shown& last() const { return shown.back(); }
+
+    std::vector<Shown> shown;
+    std::vector<Dialog> dialogs;
+    std::deque<Answer> answers;
+    std::deque<std::optional<QString>> files;
+    int pointer = pointer::Default;
+    std::vector<int> pointerHistory;
+    int eventRuns = 0;
+};
+
+/// Friday the 13th of June 2002, 21:05:33, with fixed formats.
+class FixedClock : public Clock {
+public:
+    QDateTime at = QDateTime(QDate(2002, 6, 13), QTime(21, 5, 33));
+    QDateTime now() const override { return at; }
+    QString longDate(const QDate& date) const override { return date.toString(QStringLiteral("dddd, MMMM d, yyyy")); }
+    QString timeText(const QTime& time) const override { return time.toString(QStringLiteral("h:mm AP")); }
+};
+
+class FakeNames : public SystemNames {
+public:
+    QString computer = QStringLiteral("TESTHOST");
+    QString user = QStringLiteral("tester");
+    QString computerName() const override { return computer; }
+    QString userName() const override { return user; }
+};
+
+class RecordingOpener : public Opener {
+public:
+    std::vector<QUrl> opened;
+    bool open(const QUrl& url) override
+    {
+        opened.push_back(url);
+        return true;
+    }
+};
+
+class CountingBeeper : public Beeper {
+public:
+    int beeps = 0;
+    void beep() override { ++beeps; }
+};
+
+class FakeInstanceGuard : public InstanceGuard {
+public:
+    bool otherRunning = false;
+    bool otherInstanceRunning() override { return otherRunning; }
+};
+
+} // namespace steward::testing

@@ -1,0 +1,47 @@
+#pragma once
+// A whole program context for a test: fakes for every seam, a real settings file,
+// a program folder and a game folder with a "base" child, all in a temporary folder.
+#include "settings/SettingsStore.h"
+#include "shell/AppContext.h"
+#include "testkit/Fakes.h"
+
+#include <QByteArray>
+#include <QStringList>
+#include <QTemporaryDir>
+#include <memory>
+
+namespace steward::testing {
+
+class TestApp {
+public:
+    TestApp();
+
+    QString root() const { return m_dir.path(); }
+    QString gameFolder() const { return root() + QStringLiteral("/game/"); }
+    QString baseFolder() const { return root() + QStringLiteral("/game/base"); }
+    QString programFolder() const { return root() + QStringLiteral("/program"); }
+    QString storeFile() const { return root() + QStringLiteral("/config/ArenaSteward.conf"); }
+
+    FakePrompts prompts;
+    FixedClock clock;
+    FakeNames names;
+    RecordingOpener opener;
+    CountingBeeper beeper;
+    FakeInstanceGuard instances;
+    std::unique_ptr<IniSettingsStore> store;
+    std::unique_ptr<AppContext> app;
+
+private:
+    QTemporaryDir m_dir;
+};
+
+/// The bytes of a file, or an empty array.
+QByteArray fileBytes(const QString& path);
+/// Lines joined by CR LF, each line ended by one: what a generated file holds.
+QByteArray crlfText(const QStringList& lines);
+/// A file's text split at CR LF, for line-by-line comparison.
+QStringList crlfLines(const QString& path);
+/// Writes a file with these bytes, creating its folder.
+void writeFile(const QString& path, const QByteArray& bytes);
+
+} // namespace steward::testing
