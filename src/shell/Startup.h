@@ -22,6 +22,8 @@ public:
     virtual void closeAllForms() = 0;
     /// Unloads the map scanner's window if it is loaded.
     virtual void unloadScanner() = 0;
+    /// Minimises the main window if it isn't minimised.
+    virtual void minimizeMainWindow() = 0;
 };
 
 enum class StartupOutcome {

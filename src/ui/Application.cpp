@@ -31,6 +31,7 @@ public:
     void unloadMainWindow() override { window.reset(); }
     void closeAllForms() override { window.reset(); }
     void unloadScanner() override {}
+    void minimizeMainWindow() override {}
     std::unique_ptr<ServerProfile> profile;
     std::unique_ptr<QWidget> window;
 };
