@@ -50,6 +50,9 @@ public:
     QString lastLogFile;
     /// True while the main window's load runs.
     bool formLoading = false;
+    /// The process's whole command line as one text. Start-up keeps it here, so that a
+    /// restart inside the same process reads the same switch again.
+    QString commandLine;
 
     /// GameFolder, "/", then the existing child folder named "base" in any case, else "Base".
     QString baseFolder() const;

@@ -2,6 +2,8 @@
 // The main window's load: the catalogue into the tree, the store into the profile,
 // the bot controls, the config lists, the stock starting maps, size and place.
 #include <QList>
+#include <QString>
+#include <QStringList>
 
 namespace steward {
 
@@ -22,7 +24,17 @@ public:
     virtual void disableCloseMenu() = 0;
 };
 
-/// Runs the load of the main window in its fixed order, with its failure rules.
+/// The user guide that Help > Contents opens, an HTML page in the program's folder.
+inline const QString kHelpFileName = QStringLiteral("arena-steward-guide.html");
+
+/// Runs the load of the main window in its fixed order. An index out of range (35600)
+/// turns the window to page 2 and the load goes on with the next step; any other error
+/// is reported with the load's tag and ends the load. The loading flag is always cleared.
 void MainFormLoad(AppContext& app, ServerProfile& profile, FormLoadHost& host);
+
+/// The files of the base folder whose lower-cased names end in "cfg", under their own
+/// spelling, in the order of the folder listing (by name, case ignored). A missing
+/// folder gives none.
+QStringList baseFolderConfigs(const AppContext& app);
 
 } // namespace steward

@@ -32,9 +32,9 @@ bool CFileDialog::Show(bool fOpen)
         FileDialogState state = *this;
         if (!m_app.prompts().fileDialog(state, fOpen))
             return false;
+        // Only the two buffers come back; every other property keeps what the caller set.
         FileName = TrimNulls(state.FileName);
         FileTitle = TrimNulls(state.FileTitle);
-        FilterIndex = state.FilterIndex;
         return true;
     } catch (const RuntimeError& e) {
         reportPlain(m_app, e, QStringLiteral("Show"));
