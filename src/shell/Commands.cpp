@@ -1,0 +1,75 @@
+#include "shell/Commands.h"
+
+#include "platform/System.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
+#include "support/ErrorReporter.h"
+#include "support/Errors.h"
+
+#include <QFileInfo>
+#include <QUrlQuery>
+
+namespace steward {
+
+QUrl linkAddress(Link link)
+{
+    switch (link) {
+    case Link::OfficialSite: return QUrl(kOfficialGameSite);
+    case Link::ProductSite: return QUrl(kProductSite);
+    case Link::ProductForum: return QUrl(kProductForum);
+    case Link::ModCentral: return QUrl(kModSite);
+    case Link::ForumPlanet: return QUrl(kCommunityForum);
+    case Link::ModCentralForum: return QUrl(kModForum);
+    }
+    return {};
+}
+
+void openLink(AppContext& app, Link link)
+{
+    if (app.services.opener)
+        app.services.opener->open(linkAddress(link));
+}
+
+QUrl mailAuthorAddress()
+{
+    QUrl url(QStringLiteral("mailto:") + kContactAddress);
+    QUrlQuery query;
+    query.addQueryItem(QStringLiteral("subject"), QStringLiteral("Arena Steward ") + kVersionText);
+    url.setQuery(query);
+    return url;
+}
+
+void mailAuthor(AppContext& app)
+{
+    if (app.services.opener)
+        app.services.opener->open(mailAuthorAddress());
+}
+
+void openHelpContents(AppContext& app)
+{
+    try {
+        if (!QFileInfo::exists(app.helpFile))
+            raiseError(err::FileNotFound, {}, app.programName + QStringLiteral("::frmMain.HelpContents"));
+        if (app.services.opener)
+            app.services.opener->open(QUrl::fromLocalFile(app.helpFile));
+    } catch (const RuntimeError& e) {
+        RaiseError(app, {}, {}, 0, true, false, true, &e);
+    }
+}
+
+QString aboutTitle() { return QStringLiteral("About ") + kProductTitle; }
+
+QStringList aboutLines()
+{
+    return {
+        QStringLiteral("Arena Steward, a server tool for Jedi Knight II administrators"),
+        QStringLiteral("You are using version ") + kVersionText,
+        QString(),
+        QStringLiteral("Please submit all requests, bugs etc., to me "),
+        QStringLiteral("at ") + kContactAddress,
+        QString(),
+        QStringLiteral("Thanks and Enjoy!"),
+    };
+}
+
+} // namespace steward
