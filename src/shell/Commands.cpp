@@ -6,6 +6,9 @@
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
 #include <QUrlQuery>
 
@@ -45,9 +48,36 @@ void mailAuthor(AppContext& app)
         app.services.opener->open(mailAuthorAddress());
 }
 
+bool installUserGuide(const QString& guideFile)
+{
+    // The guide ships inside the program; it is written out so that the browser can open it.
+    const QDir source(QStringLiteral(":/guide"));
+    if (!source.exists() || guideFile.isEmpty())
+        return false;
+    const QFileInfo target(guideFile);
+    if (!QDir().mkpath(target.absolutePath()))
+        return false;
+    bool ok = true;
+    QDirIterator it(source.path(), QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString from = it.next();
+        QString relative = from.mid(source.path().size() + 1);
+        if (relative == QLatin1String("arena-steward-guide.html"))
+            relative = target.fileName();
+        const QString to = target.absoluteDir().filePath(relative);
+        QDir().mkpath(QFileInfo(to).absolutePath());
+        QFile::remove(to);
+        ok = QFile::copy(from, to) && ok;
+        QFile::setPermissions(to, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadGroup |
+                                      QFileDevice::ReadOther);
+    }
+    return ok;
+}
+
 void openHelpContents(AppContext& app)
 {
     try {
+        installUserGuide(app.helpFile);
         if (!QFileInfo::exists(app.helpFile))
             raiseError(err::FileNotFound, {}, app.programName + QStringLiteral("::frmMain.HelpContents"));
         if (app.services.opener)

@@ -29,6 +29,8 @@ QUrl mailAuthorAddress();
 /// Opens a mail message to the author; errors are ignored.
 void mailAuthor(AppContext& app);
 
+/// Writes the user guide that ships with the program to guideFile (its pictures beside it).
+bool installUserGuide(const QString& guideFile);
 /// Opens the user guide that start-up named.
 void openHelpContents(AppContext& app);
 

@@ -106,9 +106,16 @@ TEST(Commands, LinksAndHelpGoThroughTheOpenAction)
     EXPECT_EQ(t.opener.opened[0], QUrl(kProductForum));
     EXPECT_EQ(t.opener.opened[1].scheme(), QStringLiteral("mailto"));
 
-    t.app->helpFile = t.programFolder() + QStringLiteral("/missing-guide.html");
+    t.app->helpFile = t.programFolder() + QStringLiteral("/guide/arena-steward-guide.html");
     openHelpContents(*t.app);
-    ASSERT_EQ(t.prompts.shown.size(), 1u) << "a missing guide is reported";
+    EXPECT_TRUE(t.prompts.shown.empty());
+    ASSERT_EQ(t.opener.opened.size(), 3u);
+    EXPECT_EQ(t.opener.opened[2], QUrl::fromLocalFile(t.app->helpFile));
+    EXPECT_TRUE(steward::testing::fileBytes(t.app->helpFile).contains("Starting the server")) << "the guide is written out";
+
+    t.app->helpFile = QStringLiteral("/proc/no-such-folder/guide.html");
+    openHelpContents(*t.app);
+    ASSERT_EQ(t.prompts.shown.size(), 1u) << "a guide that can't be written is reported";
     EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
-    EXPECT_EQ(t.opener.opened.size(), 2u);
+    EXPECT_EQ(t.opener.opened.size(), 3u);
 }
