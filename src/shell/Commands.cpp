@@ -12,6 +12,9 @@
 #include <QFileInfo>
 #include <QUrlQuery>
 
+// The guide is a resource of a static library: it is registered by hand.
+static void initGuideResource() { Q_INIT_RESOURCE(guide); }
+
 namespace steward {
 
 QUrl linkAddress(Link link)
@@ -51,6 +54,7 @@ void mailAuthor(AppContext& app)
 bool installUserGuide(const QString& guideFile)
 {
     // The guide ships inside the program; it is written out so that the browser can open it.
+    initGuideResource();
     const QDir source(QStringLiteral(":/guide"));
     if (!source.exists() || guideFile.isEmpty())
         return false;
