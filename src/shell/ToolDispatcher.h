@@ -1,0 +1,29 @@
+#pragma once
+// The one door of every menu command: the id of the chosen tool goes in, the routine
+// registered for it runs. Ids are compared exactly, in table order; an id that no
+// routine is registered for does nothing.
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+namespace steward {
+
+class ToolDispatcher {
+public:
+    ToolDispatcher();
+
+    /// Registers the routine of a tool id of the tables; an id outside the tables is refused.
+    bool on(const QString& id, std::function<void()> routine);
+
+    /// SSActiveToolBars1_ToolClick: runs the routine of the id; false when none ran.
+    bool dispatch(const QString& id) const;
+
+    bool handles(const QString& id) const { return m_routines.contains(id); }
+
+private:
+    QStringList m_order;
+    QHash<QString, std::function<void()>> m_routines;
+};
+
+} // namespace steward

@@ -1,0 +1,111 @@
+#include "ui/AboutWindow.h"
+
+#include "shell/AppContext.h"
+#include "shell/Commands.h"
+#include "shell/Constants.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace steward {
+
+namespace {
+bool g_aboutLoaded = false;
+}
+
+AboutWindow::AboutWindow(AppContext& app, QWidget* parent)
+    : QDialog(parent), m_app(app), m_timer(new QTimer(this))
+{
+    g_aboutLoaded = true;
+    setObjectName(QStringLiteral("frmAbout"));
+    setWindowTitle(aboutTitle());
+    setModal(true);
+    setFixedSize(400, 260);
+
+    auto* layout = new QVBoxLayout(this);
+    auto* title = new QLabel(kProductTitle, this);
+    title->setObjectName(QStringLiteral("Picture1"));
+    QFont big = title->font();
+    big.setPointSizeF(big.pointSizeF() * 1.8);
+    big.setBold(true);
+    title->setFont(big);
+    title->setAlignment(Qt::AlignCenter);
+    layout->addWidget(title);
+
+    // The marquee scrolls its lines upward inside a clipped viewport.
+    m_viewport = new QWidget(this);
+    m_viewport->setObjectName(QStringLiteral("marquee"));
+    m_viewport->setMinimumHeight(140);
+    m_marquee = new QLabel(aboutLines().join(QLatin1Char('\n')), m_viewport);
+    m_marquee->setObjectName(QStringLiteral("lblMarquee"));
+    m_marquee->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    layout->addWidget(m_viewport, 1);
+
+    m_mail = new QLabel(QStringLiteral("<a href=\"mail\">%1</a>").arg(kContactAddress), this);
+    m_mail->setObjectName(QStringLiteral("lblMailMe"));
+    m_mail->setAlignment(Qt::AlignCenter);
+    m_mail->setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+    connect(m_mail, &QLabel::linkActivated, this, [this] { mailAuthor(m_app); });
+    layout->addWidget(m_mail);
+
+    for (QWidget* w : {static_cast<QWidget*>(title), m_viewport, static_cast<QWidget*>(m_marquee)})
+        w->installEventFilter(this);
+
+    connect(m_timer, &QTimer::timeout, this, &AboutWindow::scroll);
+    m_timer->start(40);
+}
+
+AboutWindow::~AboutWindow() { g_aboutLoaded = false; }
+
+bool AboutWindow::isLoaded() { return g_aboutLoaded; }
+
+void AboutWindow::scroll()
+{
+    const int width = m_viewport->width();
+    m_marquee->setFixedWidth(width);
+    m_marquee->adjustSize();
+    const int travel = m_viewport->height() + m_marquee->height();
+    m_offset = (m_offset + 1) % std::max(travel, 1);
+    m_marquee->move(0, m_viewport->height() - m_offset);
+}
+
+void AboutWindow::mousePressEvent(QMouseEvent* event)
+{
+    event->accept();
+    accept();
+}
+
+void AboutWindow::keyPressEvent(QKeyEvent* event)
+{
+    event->accept();
+    accept();
+}
+
+bool AboutWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        accept();
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void showAbout(AppContext& app, QWidget* mainWindow)
+{
+    if (mainWindow)
+        mainWindow->repaint();
+    QApplication::processEvents();
+    {
+        AboutWindow about(app, mainWindow);
+        about.exec();
+    }
+    QApplication::processEvents();
+    if (mainWindow)
+        mainWindow->show();
+}
+
+} // namespace steward

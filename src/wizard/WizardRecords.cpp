@@ -1,0 +1,41 @@
+#include "wizard/WizardRecords.h"
+
+#include "platform/Prompts.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+
+namespace steward {
+
+bool prepareMapWizard(AppContext& app, ServerProfile& profile, WizardState& state)
+{
+    const Field& rotation = profile.field(QStringLiteral("lsvMapRotation"));
+    const int upper = rotation.count() - 1;
+    if (upper < 0) {
+        app.prompts().message(QStringLiteral("There are no maps in the list, please select at least one map") + kTail,
+                              kProductTitle, Icon::Information);
+        return false;
+    }
+
+    QString gameType;
+    for (Field* option : profile.array(QStringLiteral("optDefaultGameType"))) {
+        if (option->isSet()) {
+            gameType = QStringLiteral("g_gametype ") + option->tag();
+            break;
+        }
+    }
+
+    state = WizardState{};
+    state.upper = upper;
+    state.startingMap = profile.startingMap();
+    for (int row = 0; row <= upper; ++row) {
+        WizardMapRecord record;
+        record.MapName = rotation.cell(row, 0);
+        record.GameType = gameType;
+        state.records.append(record);
+    }
+    app.prompts().processEvents();
+    return true;
+}
+
+} // namespace steward

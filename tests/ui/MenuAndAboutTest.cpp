@@ -1,0 +1,93 @@
+#include "shell/ToolTable.h"
+#include "testkit/TestApp.h"
+#include "ui/AboutWindow.h"
+#include "ui/MenuBuilder.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTimer>
+#include <gtest/gtest.h>
+
+using namespace steward;
+
+namespace {
+void collect(const Tool& tool, std::vector<const Tool*>& out)
+{
+    for (const Tool& child : tool.children) {
+        if (child.isMenu())
+            collect(child, out);
+        else if (!child.isSeparator())
+            out.push_back(&child);
+    }
+}
+} // namespace
+
+TEST(MenuBar, EveryEntryIsAnActionNamedAfterItsToolIdAndDispatchesIt)
+{
+    QMainWindow window;
+    QStringList clicked;
+    buildMenuBar(window.menuBar(), [&clicked](const QString& id) { clicked << id; });
+
+    std::vector<const Tool*> entries;
+    for (const Tool& top : menuBarTools())
+        collect(top, entries);
+    ASSERT_EQ(entries.size(), 15u);
+    for (const Tool* tool : entries) {
+        SCOPED_TRACE(tool->id.toStdString());
+        auto* action = window.menuBar()->findChild<QAction*>(tool->id);
+        ASSERT_NE(action, nullptr);
+        EXPECT_EQ(action->text(), tool->caption);
+        action->trigger();
+        EXPECT_EQ(clicked.last(), tool->id);
+    }
+    auto* exportMenu = window.menuBar()->findChild<QMenu*>(QStringLiteral("id_UtilitiesExport"));
+    ASSERT_NE(exportMenu, nullptr);
+    EXPECT_EQ(exportMenu->title(), QStringLiteral("&Export"));
+}
+
+TEST(MenuBar, PopupsCarryTheirIdsAndSeparators)
+{
+    QWidget owner;
+    QStringList clicked;
+    QMenu* advanced = buildPopup(advancedPopup(), &owner, [&clicked](const QString& id) { clicked << id; });
+    EXPECT_EQ(advanced->objectName(), QStringLiteral("ID_Advanced"));
+    const auto actions = advanced->actions();
+    ASSERT_EQ(actions.size(), 14);
+    EXPECT_TRUE(actions[1]->isSeparator());
+    EXPECT_EQ(actions[2]->objectName(), QStringLiteral("ID_SetStartingMap"));
+    actions[2]->trigger();
+    EXPECT_EQ(clicked, QStringList{QStringLiteral("ID_SetStartingMap")});
+}
+
+TEST(AboutWindow, ShowsTheVersionAndClosesOnAKey)
+{
+    steward::testing::TestApp t;
+    AboutWindow about(*t.app);
+    EXPECT_TRUE(AboutWindow::isLoaded());
+    EXPECT_EQ(about.objectName(), QStringLiteral("frmAbout"));
+    EXPECT_EQ(about.windowTitle(), QStringLiteral("About Arena Steward"));
+    auto* marquee = about.findChild<QLabel*>(QStringLiteral("lblMarquee"));
+    ASSERT_NE(marquee, nullptr);
+    EXPECT_TRUE(marquee->text().contains(QStringLiteral("You are using version JUNE 13 2002 beta 1.4")));
+
+    QTimer::singleShot(0, &about, [&about] {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+        QApplication::sendEvent(&about, &key);
+    });
+    EXPECT_EQ(about.exec(), QDialog::Accepted);
+}
+
+TEST(AboutWindow, TheFlagFollowsTheWindow)
+{
+    steward::testing::TestApp t;
+    {
+        AboutWindow about(*t.app);
+        EXPECT_TRUE(AboutWindow::isLoaded());
+    }
+    EXPECT_FALSE(AboutWindow::isLoaded());
+}
