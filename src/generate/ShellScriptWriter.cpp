@@ -21,7 +21,8 @@ QStringList shellScriptLines(AppContext& app, const ScriptValues& v, const QStri
     QString start = v.merc ? QStringLiteral("./jk2ded +set fs_basepath ./ +set g_jediVmerc 1 +set com_zoneMegs ")
                            : QStringLiteral("./jk2ded +set fs_basepath ./ +set com_zoneMegs ");
     start += v.zone + QStringLiteral(" +set com_hunkMegs ") + v.hunk + QStringLiteral(" +set com_soundmegs ") + v.sound;
-    start += QStringLiteral(" +set vm_game 2 +set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port ");
+    start += QStringLiteral(" +set vm_game 2 +set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0") +
+             QStringLiteral(" +set net_port ");
     start += v.port + QStringLiteral(" +exec ") + session;
     return {
         QStringLiteral("#!/bin/sh"),
@@ -77,8 +78,8 @@ void mnuLinux_Click(AppContext& app, ServerProfile& profile)
         for (const QString& line : shellScriptLines(app, values, session, dialog.FileTitle))
             file.line(line);
         file.close();
-        app.prompts().message(QStringLiteral("Shell script has been Saved") + kTail, QStringLiteral("Linux Shell Script"),
-                              Icon::Information);
+        app.prompts().message(QStringLiteral("Shell script has been Saved") + kTail,
+                              QStringLiteral("Linux Shell Script"), Icon::Information);
     } catch (const RuntimeError& e) {
         reportTagged(app, e, QStringLiteral("::frmMain.mnuLinux_Click(Function)"));
     }

@@ -115,7 +115,8 @@ TEST(BanList, AListOfOneEmptyItemLeavesTheCommentsAlone)
     ASSERT_TRUE(gbln_MakeBANList(*t.app, p, 1));
     const QStringList lines = crlfLines(t.baseFolder() + QStringLiteral("/BAN.cfg"));
     ASSERT_EQ(lines.size(), 13);
-    EXPECT_EQ(lines.mid(10), QStringList({"seta g_filterBan \"1\"", "// Begin Banned IP's List", "// End Banned IP's List"}));
+    EXPECT_EQ(lines.mid(10),
+              QStringList({"seta g_filterBan \"1\"", "// Begin Banned IP's List", "// End Banned IP's List"}));
 }
 
 TEST(BanList, AFailureIsAnInformationBoxAndNoLogEntry)

@@ -18,7 +18,8 @@ StubServer::StubServer(const QString& gameFolder, const QString& name, const QSt
     const QByteArray rec = m_record.toLocal8Bit();
     const QByteArray script = "#!/bin/sh\n"
                               "rec='" + rec + "'\n"
-                              "{ pwd -P; printf '%s\\n' \"$0\" \"$#\"; for a in \"$@\"; do printf '%s\\n' \"$a\"; done; }"
+                              "{ pwd -P; printf '%s\\n' \"$0\" \"$#\";"
+                              " for a in \"$@\"; do printf '%s\\n' \"$a\"; done; }"
                               " > \"$rec.part\" && mv \"$rec.part\" \"$rec\"\n";
     writeFile(m_path, script);
     QFile::Permissions perms = QFile::ReadOwner | QFile::WriteOwner;
