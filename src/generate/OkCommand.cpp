@@ -1,0 +1,111 @@
+#include "generate/OkCommand.h"
+
+#include "generate/ServerConfigWriter.h"
+#include "generate/SessionName.h"
+#include "platform/Prompts.h"
+#include "settings/SaveSettings.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "shell/Startup.h"
+#include "support/ErrorReporter.h"
+#include "support/Errors.h"
+#include "support/Strings.h"
+
+namespace steward {
+
+namespace {
+
+constexpr int kMapPage = 2;
+
+void showMapPage(ServerProfile& profile)
+{
+    if (profile.value(QStringLiteral("vsMainTab")) != kMapPage)
+        profile.setValue(QStringLiteral("vsMainTab"), kMapPage);
+}
+
+/// The map checks; false after a refusal. Sets useSavedCycle from chkUseINI unless the
+/// game cycles the maps itself.
+bool mapsReady(AppContext& app, ServerProfile& profile, bool& useSavedCycle)
+{
+    useSavedCycle = false;
+    if (profile.isSet(QStringLiteral("chkMapAutoCycle")))
+        return true;
+    useSavedCycle = profile.isSet(QStringLiteral("chkUseINI"));
+    if (useSavedCycle) {
+        if (!FileExists(profile.text(QStringLiteral("txtServerINI")))) {
+            warn(app, QStringLiteral("Selected mapcycle file does not exist"));
+            return false;
+        }
+        return true;
+    }
+    if (profile.field(QStringLiteral("lsvMapRotation")).count() == 0) {
+        warn(app, QStringLiteral("No maps have been selected"));
+        showMapPage(profile);
+        return false;
+    }
+    if (profile.startingMap().isEmpty()) {
+        warn(app, QStringLiteral("No Starting map has been selected"));
+        showMapPage(profile);
+        return false;
+    }
+    return true;
+}
+
+/// The question that offers to make the window's settings the defaults. Either answer
+/// clears the change mark.
+void offerDefaults(AppContext& app, ServerProfile& profile)
+{
+    if (!profile.configurationChanged())
+        return;
+    const Answer answer = app.prompts().message(QStringLiteral("Configuration has changed, set as default?") + kTail,
+                                                kProductTitle, Icon::Question, Buttons::YesNo);
+    if (answer == Answer::Yes)
+        cmdDefault_Click(app, profile);
+    profile.setConfigurationChanged(false);
+}
+
+} // namespace
+
+void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
+{
+    try {
+        bool useSavedCycle = false;
+        if (!mapsReady(app, profile, useSavedCycle))
+            return;
+
+        QString name = profile.text(QStringLiteral("txtServerConfig"), 1);
+        if (name.isEmpty()) {
+            warn(app, QStringLiteral("A Session name is required"));
+            return;
+        }
+        if (!ValidSessionName(app, name))
+            return;
+        name = completeSessionName(name);
+
+        offerDefaults(app, profile);
+
+        if (profile.value(QStringLiteral("chkSendMessage")) == 1 &&
+            profile.text(QStringLiteral("txtServerConfig"), 14).isEmpty()) {
+            warn(app, QStringLiteral("An rcon password is required to enable server messaging"));
+            return;
+        }
+
+        if (!CreateJediConfiguration(app, profile, false, useSavedCycle, name)) {
+            app.prompts().message(QStringLiteral("Could not start server!") + kTail, kProductTitle, Icon::Critical);
+            return;
+        }
+
+        // Messages need the program running, so they keep the window open.
+        if (profile.value(QStringLiteral("chkSendMessage")) != 0)
+            profile.setValue(QStringLiteral("optStartMinimize"), 1);
+        if (profile.isSet(QStringLiteral("optStartMinimize")))
+            windows.minimizeMainWindow();
+        else
+            windows.closeAllForms();
+    } catch (const RuntimeError& e) {
+        reportTagged(app, e, QStringLiteral("::frmMain.cmdOk_Click(Sub)"));
+    }
+}
+
+} // namespace steward

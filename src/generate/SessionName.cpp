@@ -1,0 +1,33 @@
+#include "generate/SessionName.h"
+
+#include "platform/Prompts.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
+
+namespace steward {
+
+void warn(AppContext& app, const QString& text)
+{
+    app.prompts().message(text + kTail, kProductTitle, Icon::Exclamation);
+}
+
+bool ValidSessionName(AppContext& app, const QString& name)
+{
+    static const QString forbidden = QStringLiteral("\\/:*?<>|");
+    for (const QChar c : name) {
+        if (forbidden.contains(c)) {
+            warn(app, QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"));
+            return false;
+        }
+    }
+    return true;
+}
+
+QString completeSessionName(const QString& name)
+{
+    if (name.size() < 4 || name.right(4).toLower() != QLatin1String(".cfg"))
+        return name + QStringLiteral(".cfg");
+    return name;
+}
+
+} // namespace steward

@@ -1,0 +1,109 @@
+#include "LaunchKit.h"
+
+#include "generate/ExportServer.h"
+#include "generate/ServerConfigWriter.h"
+#include "generate/ServerLaunch.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "testkit/TestApp.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+const QString kCfg = QStringLiteral("txtServerConfig");
+
+class ExportServer : public ::testing::Test {
+protected:
+    ExportServer()
+    {
+        t.app->services.launcher = &launcher;
+        profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
+    }
+    TestApp t;
+    CountingLauncher launcher;
+    ServerProfile profile;
+};
+
+} // namespace
+
+TEST_F(ExportServer, EachFailedCheckHasItsOwnWordingAndPage)
+{
+    struct Case {
+        const char* name;
+        std::function<void(ServerProfile&)> setup;
+        QString text;
+        int page;
+    };
+    const auto manualCycle = [](ServerProfile& p) { p.setValue(QStringLiteral("chkMapAutoCycle"), 0); };
+    const QString gone = t.root() + QStringLiteral("/gone.cfg");
+    const Case cases[] = {
+        {"no session", [](ServerProfile& p) { p.setText(kCfg, 1, {}); }, QStringLiteral("A Session name is required"), 0},
+        {"forbidden character", [](ServerProfile& p) { p.setText(kCfg, 1, QStringLiteral("a<b")); },
+         QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
+        {"saved list missing",
+         [&](ServerProfile& p) {
+             manualCycle(p);
+             p.setValue(QStringLiteral("chkUseINI"), 1);
+             p.setText(QStringLiteral("txtServerINI"), gone);
+         },
+         QStringLiteral("Selected Map List ") + gone + QStringLiteral(" is missing, please define a new map list"), 2},
+        {"no maps", manualCycle, QStringLiteral("No Maps have been selected"), 2},
+        {"no starting map",
+         [&](ServerProfile& p) {
+             manualCycle(p);
+             p.field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+         },
+         QStringLiteral("No Starting Map has been selected"), 2},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        profile.resetAll();
+        profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
+        profile.setValue(QStringLiteral("vsMainTab"), 3);
+        t.prompts.shown.clear();
+        c.setup(profile);
+        mnuExportServer_Click(*t.app, profile);
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_EQ(t.prompts.last().request.text, c.text + kTail);
+        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_EQ(profile.value(QStringLiteral("vsMainTab")), c.page);
+    }
+    EXPECT_TRUE(t.opener.opened.empty());
+}
+
+TEST_F(ExportServer, TheWrittenFileIsAnnouncedAndOpenedAndNothingStarts)
+{
+    profile.setText(kCfg, 1, QStringLiteral("My Server"));
+    profile.setConfigurationChanged(true);
+    mnuExportServer_Click(*t.app, profile);
+
+    ASSERT_FALSE(t.prompts.shown.empty());
+    const MessageBoxRequest& box = t.prompts.last().request;
+    EXPECT_EQ(box.text, QStringLiteral("'my_server.cfg' has been created") + kTail);
+    EXPECT_EQ(box.title, kProductTitle);
+    EXPECT_EQ(box.icon, Icon::Information);
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(t.baseFolder() + QStringLiteral("/my_server.cfg")));
+    EXPECT_EQ(launcher.starts, 0);
+    EXPECT_TRUE(profile.configurationChanged()) << "an export leaves the change mark alone";
+    EXPECT_EQ(profile.formPointer(), pointer::Default);
+}
+
+TEST_F(ExportServer, ShowingTheExportResetsThePointerFirst)
+{
+    SessionValues session;
+    session.sessionName = QStringLiteral("luke.cfg");
+    session.fileName = t.baseFolder() + QStringLiteral("/luke.cfg");
+    profile.setFormPointer(pointer::Hourglass);
+    EXPECT_TRUE(showExportedConfiguration(*t.app, profile, session));
+    EXPECT_EQ(profile.formPointer(), pointer::Default);
+    EXPECT_EQ(t.prompts.texts(), QStringList({QStringLiteral("'luke.cfg' has been created") + kTail}));
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_EQ(t.opener.opened.front().toLocalFile(), session.fileName);
+}

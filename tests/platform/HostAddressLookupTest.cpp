@@ -1,0 +1,19 @@
+#include "platform/HostAddressLookup.h"
+
+#include <gtest/gtest.h>
+
+using namespace steward;
+
+TEST(HostAddressLookup, TheHostHasANameAndLocalhostIsALoopbackAddress)
+{
+    HostAddressLookup lookup;
+    QString name;
+    int error = 0;
+    ASSERT_TRUE(lookup.hostName(name, error));
+    EXPECT_FALSE(name.isEmpty());
+
+    const QList<QByteArray> found = lookup.addresses(QStringLiteral("localhost"));
+    ASSERT_FALSE(found.isEmpty());
+    EXPECT_EQ(found.first().size(), 4);
+    EXPECT_EQ(static_cast<unsigned char>(found.first().at(0)), 127);
+}

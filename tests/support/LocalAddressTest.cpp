@@ -1,0 +1,108 @@
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "support/LocalAddress.h"
+#include "testkit/TestApp.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+/// A host whose name and addresses the test decides.
+class ScriptedLookup : public AddressLookup {
+public:
+    bool hostName(QString& name, int& error) override
+    {
+        if (nameError) {
+            error = *nameError;
+            return false;
+        }
+        name = host;
+        return true;
+    }
+    QList<QByteArray> addresses(const QString& name) override
+    {
+        askedFor = name;
+        return found;
+    }
+
+    QString host = QStringLiteral("  gamebox \t");
+    std::optional<int> nameError;
+    QList<QByteArray> found;
+    QString askedFor;
+};
+
+QByteArray bytes(std::initializer_list<int> values)
+{
+    QByteArray b;
+    for (int v : values)
+        b.append(static_cast<char>(v));
+    return b;
+}
+
+} // namespace
+
+TEST(LocalAddress, TheFirstAddressOfTheTrimmedNameInDottedForm)
+{
+    TestApp t;
+    ScriptedLookup lookup;
+    lookup.found = {bytes({192, 168, 0, 7}), bytes({10, 0, 0, 1})};
+    EXPECT_EQ(GetIPAddress(*t.app, lookup), QStringLiteral("192.168.0.7"));
+    EXPECT_EQ(lookup.askedFor, QStringLiteral("gamebox"));
+    lookup.found = {bytes({255, 0, 10, 200})};
+    EXPECT_EQ(GetIPAddress(*t.app, lookup), QStringLiteral("255.0.10.200")) << "no leading zeros, no sign";
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(LocalAddress, FailuresArePlainBoxesTitledWithTheProgramsName)
+{
+    struct Case {
+        std::optional<int> nameError;
+        QString text;
+    };
+    const Case cases[] = {
+        {10093, QStringLiteral("Windows Sockets error  10093 has occurred. Unable to successfully get Host Name.")},
+        {-3, QStringLiteral("Windows Sockets error -3 has occurred. Unable to successfully get Host Name.")},
+        {std::nullopt, QStringLiteral("Windows Sockets are not responding. Unable to successfully get Host Name.")},
+    };
+    for (const Case& c : cases) {
+        TestApp t;
+        ScriptedLookup lookup;
+        lookup.nameError = c.nameError;
+        EXPECT_EQ(GetIPAddress(*t.app, lookup), QString());
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        const MessageBoxRequest& box = t.prompts.last().request;
+        EXPECT_EQ(box.text, c.text + kTail);
+        EXPECT_EQ(box.title, QStringLiteral("arena-steward"));
+        EXPECT_EQ(box.icon, Icon::None);
+        EXPECT_EQ(box.buttons, Buttons::Ok);
+    }
+}
+
+TEST(LocalAddress, TheButtonFillsTheFieldUnderTheHourglassAndHandsItTheFocus)
+{
+    TestApp t;
+    ServerProfile p;
+    ScriptedLookup lookup;
+    lookup.found = {bytes({127, 0, 1, 1})};
+    Field& focus = cmdIP_Click(*t.app, p, lookup);
+    EXPECT_EQ(&focus, &p.field(QStringLiteral("txtServerConfig"), 16));
+    EXPECT_EQ(focus.text(), QStringLiteral("127.0.1.1"));
+    EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>({pointer::Hourglass, pointer::Default}));
+}
+
+TEST(LocalAddress, AFailedLookupEmptiesTheField)
+{
+    TestApp t;
+    ServerProfile p;
+    p.setText(QStringLiteral("txtServerConfig"), 16, QStringLiteral("10.9.8.7"));
+    ScriptedLookup lookup;
+    Field& focus = cmdIP_Click(*t.app, p, lookup);
+    EXPECT_EQ(focus.text(), QString());
+    EXPECT_EQ(focus.key(), QStringLiteral("txtServerConfig(16)"));
+    EXPECT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.pointer, pointer::Default);
+}
