@@ -80,6 +80,17 @@ public:
     }
 };
 
+/// Records every start and pretends it went well.
+class RecordingLauncher : public ProcessLauncher {
+public:
+    std::vector<LaunchRequest> started;
+    bool startDetached(const LaunchRequest& request, QString*) override
+    {
+        started.push_back(request);
+        return true;
+    }
+};
+
 class CountingBeeper : public Beeper {
 public:
     int beeps = 0;

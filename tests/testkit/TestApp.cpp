@@ -16,6 +16,7 @@ TestApp::TestApp()
     s.clock = &clock;
     s.names = &names;
     s.opener = &opener;
+    s.launcher = &launcher;
     s.beeper = &beeper;
     s.instances = &instances;
     s.store = store.get();

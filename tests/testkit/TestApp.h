@@ -26,6 +26,7 @@ public:
     FixedClock clock;
     FakeNames names;
     RecordingOpener opener;
+    RecordingLauncher launcher;
     CountingBeeper beeper;
     FakeInstanceGuard instances;
     std::unique_ptr<IniSettingsStore> store;
