@@ -41,7 +41,9 @@ void RaiseError(AppContext& app, QString description, QString source, int number
     if (error) {
         description = description.isEmpty() ? error->description()
                                             : description + QStringLiteral("(") + error->description() + QStringLiteral(")");
-        source = source.isEmpty() ? error->source() : source + QStringLiteral(" (") + error->source() + QStringLiteral(")");
+        // An error raised without a source of its own comes from the program itself.
+        const QString origin = error->source().isEmpty() ? app.programName : error->source();
+        source = source.isEmpty() ? origin : source + QStringLiteral(" (") + origin + QStringLiteral(")");
         if (number == 0)
             number = error->number();
     }

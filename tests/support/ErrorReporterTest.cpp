@@ -153,3 +153,12 @@ TEST(ErrorLog, OverwriteEmptiesTheFileFirst)
     ASSERT_TRUE(WriteLog(*t.app, QStringLiteral("fresh"), own, true, false, true));
     EXPECT_EQ(fileBytes(own), crlfText({kStamp, QStringLiteral("fresh")}));
 }
+
+TEST(ErrorLog, AnErrorWithoutASourceComesFromTheProgram)
+{
+    TestApp t;
+    const RuntimeError overflow(err::Overflow);
+    reportTagged(*t.app, overflow, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
+    EXPECT_EQ(crlfLines(defaultLog(t)).value(2),
+              QStringLiteral("Error 6 in arena-steward::Code.CreateJediConfiguration(Function) (arena-steward):"));
+}
