@@ -1,5 +1,8 @@
 #include "settings/SettingsStore.h"
 
+#include "settings/PlainIniFormat.h"
+#include "support/Errors.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -16,72 +19,143 @@ QString defaultStoreFile()
     return QDir(config).filePath(kAppName + QStringLiteral("/") + kAppName + QStringLiteral(".conf"));
 }
 
-// A hand-edited file may hold "a,b" without quotes, which the INI reader takes as a
-// list; the store hands back the text as it stands in the file.
-QString asText(const QVariant& value)
+constexpr QFileDevice::Permissions kOwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+std::unique_ptr<QSettings> openSettings(const QString& fileName)
 {
-    if (value.typeId() == QMetaType::QStringList)
-        return value.toStringList().join(QLatin1Char(','));
-    return value.toString();
+    auto settings = std::make_unique<QSettings>(fileName, plainIniFormat());
+    settings->beginGroup(kSection);
+    return settings;
 }
 } // namespace
 
+SettingsBatch::~SettingsBatch()
+{
+    if (m_done)
+        return;
+    try {
+        m_store.endBatch();
+    } catch (const RuntimeError&) {
+        // Already on the way out of an error; that one is reported.
+    }
+}
+
+void SettingsBatch::commit()
+{
+    m_done = true;
+    m_store.endBatch();
+}
+
 IniSettingsStore::IniSettingsStore() : IniSettingsStore(defaultStoreFile()) {}
 
-IniSettingsStore::IniSettingsStore(const QString& fileName)
-    : m_settings(new QSettings(fileName, QSettings::IniFormat))
+IniSettingsStore::IniSettingsStore(const QString& fileName) : m_fileName(fileName)
 {
     QDir().mkpath(QFileInfo(fileName).absolutePath());
-    m_settings->beginGroup(kSection);
 }
 
-IniSettingsStore::~IniSettingsStore()
+IniSettingsStore::~IniSettingsStore() = default;
+
+QSettings& IniSettingsStore::settings(std::unique_ptr<QSettings>& local) const
 {
-    m_settings->sync();
-    restrictPermissions();
-    delete m_settings;
+    // Outside a batch every call has a QSettings of its own: its error status can't be
+    // reset, and one failed write must not make every later one look failed.
+    if (m_batch)
+        return *m_batch;
+    local = openSettings(m_fileName);
+    return *local;
 }
-
-QString IniSettingsStore::fileName() const { return m_settings->fileName(); }
 
 QString IniSettingsStore::GetSetting(const QString& key, const QString& defaultValue) const
 {
-    if (!m_settings->contains(key))
+    std::unique_ptr<QSettings> local;
+    const QSettings& s = settings(local);
+    const QString encoded = encodeStoreKey(key);
+    if (!s.contains(encoded))
         return defaultValue;
-    return asText(m_settings->value(key));
+    return s.value(encoded).toString();
+}
+
+bool IniSettingsStore::HasSetting(const QString& key) const
+{
+    std::unique_ptr<QSettings> local;
+    return settings(local).contains(encodeStoreKey(key));
+}
+
+QList<QPair<QString, QString>> IniSettingsStore::GetAllSettings() const
+{
+    std::unique_ptr<QSettings> local;
+    const QSettings& s = settings(local);
+    QList<QPair<QString, QString>> all;
+    const QStringList keys = s.childKeys();
+    all.reserve(keys.size());
+    for (const QString& key : keys)
+        all.append({decodeStoreKey(key), s.value(key).toString()});
+    return all;
 }
 
 void IniSettingsStore::SaveSetting(const QString& key, const QString& value)
 {
-    m_settings->setValue(key, value);
-    m_settings->sync();
-    restrictPermissions();
+    if (key.isEmpty())
+        raiseError(err::InvalidProcedureCall, QStringLiteral("A setting needs a name"));
+    if (m_batch) {
+        m_batch->setValue(encodeStoreKey(key), value);
+        return;
+    }
+    prepareWrite();
+    const auto s = openSettings(m_fileName);
+    s->setValue(encodeStoreKey(key), value);
+    s->sync();
+    finishWrite(s->status(), QStringLiteral("the setting '%1'").arg(key));
 }
 
 void IniSettingsStore::DeleteSetting(const QString& key)
 {
-    m_settings->remove(key);
-    m_settings->sync();
+    if (m_batch) {
+        m_batch->remove(encodeStoreKey(key));
+        return;
+    }
+    prepareWrite();
+    const auto s = openSettings(m_fileName);
+    s->remove(encodeStoreKey(key));
+    s->sync();
+    finishWrite(s->status(), QStringLiteral("the setting '%1'").arg(key));
 }
 
-bool IniSettingsStore::HasSetting(const QString& key) const { return m_settings->contains(key); }
-
-QList<QPair<QString, QString>> IniSettingsStore::GetAllSettings() const
+void IniSettingsStore::beginBatch()
 {
-    QList<QPair<QString, QString>> all;
-    const QStringList keys = m_settings->childKeys();
-    all.reserve(keys.size());
-    for (const QString& key : keys)
-        all.append({key, asText(m_settings->value(key))});
-    return all;
+    if (m_batchDepth++ > 0)
+        return;
+    prepareWrite();
+    m_batch = openSettings(m_fileName);
 }
 
-void IniSettingsStore::restrictPermissions()
+void IniSettingsStore::endBatch()
 {
-    // The file holds passwords.
-    QFile file(m_settings->fileName());
-    if (file.exists())
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    if (m_batchDepth == 0 || --m_batchDepth > 0)
+        return;
+    const std::unique_ptr<QSettings> s = std::move(m_batch);
+    s->sync();
+    finishWrite(s->status(), QStringLiteral("the settings"));
+}
+
+void IniSettingsStore::prepareWrite() const
+{
+    // The file holds passwords: it is made readable by its owner only before anything
+    // is written into it, and a replaced file keeps the permissions of the old one.
+    QDir().mkpath(QFileInfo(m_fileName).absolutePath());
+    if (!QFileInfo::exists(m_fileName)) {
+        QFile file(m_fileName);
+        if (file.open(QIODevice::WriteOnly))
+            file.setPermissions(kOwnerOnly);
+    }
+}
+
+void IniSettingsStore::finishWrite(int status, const QString& what) const
+{
+    if (QFileInfo(m_fileName).isFile())
+        QFile::setPermissions(m_fileName, kOwnerOnly);
+    if (status != QSettings::NoError)
+        raiseError(err::PathFileAccess, QStringLiteral("Could not write %1 to %2").arg(what, m_fileName));
 }
 
 } // namespace steward
