@@ -4,6 +4,7 @@
 #include "settings/SaveSettings.h"
 #include "shell/ServerProfile.h"
 
+#include <QAbstractSpinBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QRegularExpression>
@@ -61,9 +62,12 @@ bool KeyFilters::eventFilter(QObject* watched, QEvent* event)
         return filterKey(watched, static_cast<QKeyEvent*>(event));
     case QEvent::FocusIn: {
         const auto it = m_rules.constFind(watched);
-        if (it != m_rules.cend() && it->selectOnFocus)
+        if (it != m_rules.cend() && it->selectOnFocus) {
             if (auto* edit = qobject_cast<QLineEdit*>(watched))
                 edit->selectAll();
+            else if (auto* spin = qobject_cast<QAbstractSpinBox*>(watched))
+                spin->selectAll();
+        }
         return false;
     }
     default:

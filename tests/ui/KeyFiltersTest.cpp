@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QSpinBox>
 #include <QWidget>
 #include <gtest/gtest.h>
 #include <memory>
@@ -174,6 +175,21 @@ TEST_F(Keys, EveryCharacterKeyOfTheWindowSetsTheChangeMark)
     profile.setConfigurationChanged(false);
     press(box("txtStatsLogName"), Qt::Key_X, QStringLiteral("x"));
     EXPECT_TRUE(profile.configurationChanged());
+}
+
+TEST_F(Keys, ASpinBoxGetsTheSameRules)
+{
+    auto* spin = new QSpinBox(&root);
+    spin->setObjectName(QStringLiteral("txtServerConfigSpin(0)"));
+    spin->setRange(0, 999);
+    spin->setValue(12);
+    KeyFilters own(&beeper);
+    own.install(spin);
+    focus(spin);
+    EXPECT_EQ(spin->findChild<QLineEdit*>()->selectedText(), QStringLiteral("12"));
+    press(spin, Qt::Key_Up, QString());
+    EXPECT_EQ(spin->value(), 12) << "a refused cursor key";
+    EXPECT_EQ(beeper.beeps, 1);
 }
 
 TEST(KeyFilterNames, AreTheFieldNames)
