@@ -30,7 +30,8 @@ void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile);
 
 /// The "&Close" button, settings side: writes nothing to the store and asks nothing,
 /// whatever the change mark says, then closes all windows. (Closing the messaging
-/// socket and keeping the bot roster belong to those parts and run before the close.)
+/// socket and keeping the bot roster are done by messaging and the roster before the
+/// close.)
 void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows);
 
 } // namespace steward
