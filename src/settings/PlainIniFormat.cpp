@@ -183,10 +183,4 @@ bool writePlainIni(QIODevice& device, const QSettings::SettingsMap& map)
     return device.write(out) == out.size();
 }
 
-QSettings::Format plainIniFormat()
-{
-    static const QSettings::Format format = QSettings::registerFormat(QStringLiteral("conf"), readPlainIni, writePlainIni);
-    return format;
-}
-
 } // namespace steward

@@ -6,9 +6,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
+#include <QLockFile>
+#include <QSaveFile>
 #include <QStandardPaths>
-#include <QStringList>
 
 namespace steward {
 
@@ -21,12 +21,9 @@ QString defaultStoreFile()
 
 constexpr QFileDevice::Permissions kOwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
-std::unique_ptr<QSettings> openSettings(const QString& fileName)
-{
-    auto settings = std::make_unique<QSettings>(fileName, plainIniFormat());
-    settings->beginGroup(kSection);
-    return settings;
-}
+// The file's own key of a setting of the section.
+QString fileKey(const QString& key) { return kSection + QLatin1Char('/') + encodeStoreKey(key); }
+const QString kSectionPrefix = kSection + QLatin1Char('/');
 } // namespace
 
 SettingsBatch::~SettingsBatch()
@@ -55,41 +52,47 @@ IniSettingsStore::IniSettingsStore(const QString& fileName) : m_fileName(fileNam
 
 IniSettingsStore::~IniSettingsStore() = default;
 
-QSettings& IniSettingsStore::settings(std::unique_ptr<QSettings>& local) const
+IniSettingsStore::FileMap IniSettingsStore::readFile() const
 {
-    // Outside a batch every call has a QSettings of its own: its error status can't be
-    // reset, and one failed write must not make every later one look failed.
-    if (m_batch)
-        return *m_batch;
-    local = openSettings(m_fileName);
-    return *local;
+    // A file that can't be read holds no settings; reading never fails.
+    FileMap map;
+    QFile file(m_fileName);
+    if (file.open(QIODevice::ReadOnly))
+        readPlainIni(file, map);
+    return map;
+}
+
+IniSettingsStore::FileMap IniSettingsStore::current() const
+{
+    FileMap map = readFile();
+    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
+        if (it.value())
+            map.insert(it.key(), *it.value());
+        else
+            map.remove(it.key());
+    }
+    return map;
 }
 
 QString IniSettingsStore::GetSetting(const QString& key, const QString& defaultValue) const
 {
-    std::unique_ptr<QSettings> local;
-    const QSettings& s = settings(local);
-    const QString encoded = encodeStoreKey(key);
-    if (!s.contains(encoded))
-        return defaultValue;
-    return s.value(encoded).toString();
+    const FileMap map = current();
+    const auto it = map.constFind(fileKey(key));
+    return it == map.cend() ? defaultValue : it.value().toString();
 }
 
-bool IniSettingsStore::HasSetting(const QString& key) const
-{
-    std::unique_ptr<QSettings> local;
-    return settings(local).contains(encodeStoreKey(key));
-}
+bool IniSettingsStore::HasSetting(const QString& key) const { return current().contains(fileKey(key)); }
 
 QList<QPair<QString, QString>> IniSettingsStore::GetAllSettings() const
 {
-    std::unique_ptr<QSettings> local;
-    const QSettings& s = settings(local);
     QList<QPair<QString, QString>> all;
-    const QStringList keys = s.childKeys();
-    all.reserve(keys.size());
-    for (const QString& key : keys)
-        all.append({decodeStoreKey(key), s.value(key).toString()});
+    const FileMap map = current();
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        const QString& full = it.key();
+        if (!full.startsWith(kSectionPrefix) || full.indexOf(QLatin1Char('/'), kSectionPrefix.size()) >= 0)
+            continue;
+        all.append({decodeStoreKey(full.mid(kSectionPrefix.size())), it.value().toString()});
+    }
     return all;
 }
 
@@ -97,64 +100,62 @@ void IniSettingsStore::SaveSetting(const QString& key, const QString& value)
 {
     if (key.isEmpty())
         raiseError(err::InvalidProcedureCall, QStringLiteral("A setting needs a name"));
-    if (m_batch) {
-        m_batch->setValue(encodeStoreKey(key), value);
-        return;
-    }
-    prepareWrite();
-    const auto s = openSettings(m_fileName);
-    s->setValue(encodeStoreKey(key), value);
-    s->sync();
-    finishWrite(s->status(), QStringLiteral("the setting '%1'").arg(key));
+    change(fileKey(key), value, QStringLiteral("the setting '%1'").arg(key));
 }
 
 void IniSettingsStore::DeleteSetting(const QString& key)
 {
-    if (m_batch) {
-        m_batch->remove(encodeStoreKey(key));
-        return;
-    }
-    prepareWrite();
-    const auto s = openSettings(m_fileName);
-    s->remove(encodeStoreKey(key));
-    s->sync();
-    finishWrite(s->status(), QStringLiteral("the setting '%1'").arg(key));
+    change(fileKey(key), std::nullopt, QStringLiteral("the setting '%1'").arg(key));
 }
 
-void IniSettingsStore::beginBatch()
+void IniSettingsStore::change(const QString& fileKey, const std::optional<QString>& value, const QString& what)
 {
-    if (m_batchDepth++ > 0)
-        return;
-    prepareWrite();
-    m_batch = openSettings(m_fileName);
+    m_pending.insert(fileKey, value);
+    if (m_batchDepth == 0)
+        writePending(what);
 }
+
+void IniSettingsStore::beginBatch() { ++m_batchDepth; }
 
 void IniSettingsStore::endBatch()
 {
     if (m_batchDepth == 0 || --m_batchDepth > 0)
         return;
-    const std::unique_ptr<QSettings> s = std::move(m_batch);
-    s->sync();
-    finishWrite(s->status(), QStringLiteral("the settings"));
+    writePending(QStringLiteral("the settings"));
 }
 
-void IniSettingsStore::prepareWrite() const
+void IniSettingsStore::writePending(const QString& what)
 {
-    // The file holds passwords: it is made readable by its owner only before anything
-    // is written into it, and a replaced file keeps the permissions of the old one.
+    // The changes are applied to the file as it is now, so that another instance's
+    // keys are kept; a change that can't be written is dropped, never kept for later.
+    const auto pending = std::exchange(m_pending, {});
+    if (pending.isEmpty())
+        return;
+
     QDir().mkpath(QFileInfo(m_fileName).absolutePath());
-    if (!QFileInfo::exists(m_fileName)) {
-        QFile file(m_fileName);
-        if (file.open(QIODevice::WriteOnly))
-            file.setPermissions(kOwnerOnly);
-    }
-}
+    QLockFile lock(m_fileName + QStringLiteral(".lock"));
+    lock.tryLock(5000); // without the lock (a folder that can't be written) the write fails below
 
-void IniSettingsStore::finishWrite(int status, const QString& what) const
-{
+    FileMap map = readFile();
+    for (auto it = pending.cbegin(); it != pending.cend(); ++it) {
+        if (it.value())
+            map.insert(it.key(), *it.value());
+        else
+            map.remove(it.key());
+    }
+
+    // The file holds passwords: it is made readable by its owner only before anything
+    // is written into it, and the replacement keeps the permissions of the old file.
+    if (!QFileInfo::exists(m_fileName)) {
+        QFile empty(m_fileName);
+        if (empty.open(QIODevice::WriteOnly))
+            empty.setPermissions(kOwnerOnly);
+    }
+    QSaveFile file(m_fileName);
+    const bool written = file.open(QIODevice::WriteOnly) && writePlainIni(file, map) && file.commit();
     if (QFileInfo(m_fileName).isFile())
         QFile::setPermissions(m_fileName, kOwnerOnly);
-    if (status != QSettings::NoError)
+    if (!written)
         raiseError(err::PathFileAccess, QStringLiteral("Could not write %1 to %2").arg(what, m_fileName));
 }
 

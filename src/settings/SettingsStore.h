@@ -3,10 +3,10 @@
 // "_Steward". Values are plain strings in both directions.
 #include <QList>
 #include <QPair>
+#include <QMap>
 #include <QString>
-#include <memory>
-
-class QSettings;
+#include <QVariant>
+#include <optional>
 
 namespace steward {
 
@@ -48,11 +48,12 @@ private:
     bool m_done = false;
 };
 
-/// The store as an INI file: $XDG_CONFIG_HOME/ArenaSteward/ArenaSteward.conf, group
+/// The store as an INI file: $XDG_CONFIG_HOME/ArenaSteward/ArenaSteward.conf, section
 /// "_Steward", readable by its owner only. Every value reads back exactly as it was
 /// saved (commas, semicolons, quotes, backslashes, blanks at either end, the empty
 /// text), and a hand-edited unquoted value is taken as it stands. Every change is
-/// written to the file at once.
+/// applied to the file at once (or at the end of a batch), merged into the file as it
+/// then is; a change that can't be written throws and is dropped.
 class IniSettingsStore final : public SettingsStore {
 public:
     /// The default file of the user, or an explicit file (tests).
@@ -73,11 +74,15 @@ public:
     QString fileName() const { return m_fileName; }
 
 private:
-    QSettings& settings(std::unique_ptr<QSettings>& local) const;
-    void prepareWrite() const;
-    void finishWrite(int status, const QString& what) const;
+    using FileMap = QMap<QString, QVariant>;
+    FileMap readFile() const;
+    /// The file with the changes of an open batch.
+    FileMap current() const;
+    void change(const QString& fileKey, const std::optional<QString>& value, const QString& what);
+    void writePending(const QString& what);
+
     QString m_fileName;
-    std::unique_ptr<QSettings> m_batch;
+    QMap<QString, std::optional<QString>> m_pending;
     int m_batchDepth = 0;
 };
 

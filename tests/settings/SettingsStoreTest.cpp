@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -140,7 +141,42 @@ TEST(SettingsStore, AWriteThatFailsThrowsAndTheNextOneWorks)
     EXPECT_THROW(t.store->DeleteSetting(QStringLiteral("A")), RuntimeError);
     QDir().rmdir(t.storeFile());
     t.store->SaveSetting(QStringLiteral("C"), QStringLiteral("3"));
-    EXPECT_EQ(IniSettingsStore(t.storeFile()).GetSetting(QStringLiteral("C")), QStringLiteral("3"));
+    IniSettingsStore reopened(t.storeFile());
+    EXPECT_EQ(reopened.GetSetting(QStringLiteral("C")), QStringLiteral("3"));
+    EXPECT_FALSE(reopened.HasSetting(QStringLiteral("B"))) << "a failed change is dropped, not kept for later";
+}
+
+TEST(SettingsStore, TwoInstancesKeepEachOthersKeys)
+{
+    TestApp t;
+    IniSettingsStore other(t.storeFile());
+    t.store->SaveSetting(QStringLiteral("A"), QStringLiteral("1"));
+    other.SaveSetting(QStringLiteral("B"), QStringLiteral("2"));
+    {
+        SettingsBatch batch(*t.store);
+        t.store->SaveSetting(QStringLiteral("C"), QStringLiteral("3"));
+        other.DeleteSetting(QStringLiteral("A"));
+        batch.commit();
+    }
+    EXPECT_EQ(t.store->GetAllSettings(), (QList<QPair<QString, QString>>{pair("B", QStringLiteral("2")),
+                                                                          pair("C", QStringLiteral("3"))}));
+}
+
+TEST(SettingsStore, TheStockIniReaderReadsTheFileTheSame)
+{
+    TestApp t;
+    const QString values[] = {QStringLiteral("a,b"), QStringLiteral(" "), QStringLiteral("1.2.3.4;;"),
+                              QStringLiteral("back\\slash \"q\""), QString(), QStringLiteral("#x")};
+    int i = 0;
+    for (const QString& v : values)
+        t.store->SaveSetting(QStringLiteral("K%1").arg(i++), v);
+    t.store->SaveSetting(QStringLiteral("Key with blanks"), QStringLiteral("x"));
+    QSettings stock(t.storeFile(), QSettings::IniFormat);
+    stock.beginGroup(QStringLiteral("_Steward"));
+    i = 0;
+    for (const QString& v : values)
+        EXPECT_EQ(stock.value(QStringLiteral("K%1").arg(i++)).toString(), v);
+    EXPECT_EQ(stock.value(QStringLiteral("Key with blanks")).toString(), QStringLiteral("x"));
 }
 
 TEST(SettingsStore, DeleteRemovesOneKey)
