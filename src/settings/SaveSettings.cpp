@@ -1,20 +1,173 @@
 #include "settings/SaveSettings.h"
 
+#include "platform/Prompts.h"
+#include "settings/SettingsStore.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
 #include "shell/ServerProfile.h"
+#include "shell/Startup.h"
+#include "support/ErrorReporter.h"
+#include "support/Errors.h"
+#include "support/Strings.h"
 
 namespace steward {
 
+namespace {
+
+QString key(const QString& base, int index) { return base + QString::number(index); }
+
+// An empty text becomes one blank, then every comma a percent sign: no comma reaches
+// the store through these keys.
+QString cleanText(const QString& text)
+{
+    return IsClean(text.isEmpty() ? QStringLiteral(" ") : text, QStringLiteral(","), QStringLiteral("%"));
+}
+
+QString booleanText(const Field& box) { return box.isSet() ? QStringLiteral("True") : QStringLiteral("False"); }
+
+class Writer {
+public:
+    Writer(SettingsStore& store, ServerProfile& profile) : m_store(store), m_profile(profile) {}
+
+    void run()
+    {
+        eachText(QStringLiteral("ServerInfo1"), QStringLiteral("txtServerConfig"), true);
+        eachText(QStringLiteral("ServerInfo2"), QStringLiteral("txtServerConfigSpin"), false);
+        eachBoolean(QStringLiteral("GameSpecificOptions"), QStringLiteral("chkQuake3Specific"));
+        eachBoolean(QStringLiteral("DMFlags"), QStringLiteral("chkDMFlags"));
+        save(QStringLiteral("BannedIPs"), listText(m_profile.field(QStringLiteral("lstBannedIPs")).items()));
+        rotation();
+        const Field& minimize = m_profile.field(QStringLiteral("optStartMinimize"));
+        save(QStringLiteral("AppMinimize"),
+             minimize.isSet() ? minimize.name() : m_profile.field(QStringLiteral("optStartClose")).name());
+        firstSelected(QStringLiteral("GameType"), QStringLiteral("optDefaultGameType"));
+        firstSelected(QStringLiteral("LoggingType"), QStringLiteral("optLogging"));
+        save(QStringLiteral("LogName"), text("txtLogFileName"));
+        firstSelected(QStringLiteral("ServerType"), QStringLiteral("chkServerType"));
+        eachText(QStringLiteral("GameLimts"), QStringLiteral("txtGameLimits"), false);
+        eachText(QStringLiteral("CFG1"), QStringLiteral("cboConfig"), false);
+        eachBoolean(QStringLiteral("WeaponFlags"), QStringLiteral("chkWeaponFlags"));
+        eachBoolean(QStringLiteral("ForceFlags"), QStringLiteral("chkPowerUpFlags"));
+        eachText(QStringLiteral("SpeedGravity"), QStringLiteral("txtSpeed"), false);
+        eachBoolean(QStringLiteral("AdvSaber"), QStringLiteral("chkAdvancedSaber"));
+        eachText(QStringLiteral("AdvSaberValues"), QStringLiteral("txtAdvancedSaber"), false);
+        save(QStringLiteral("Msg1"), cleanText(m_profile.text(QStringLiteral("txtMsg"), 0)));
+        save(QStringLiteral("Msg2"), cleanText(m_profile.text(QStringLiteral("txtMsg"), 1)));
+        save(QStringLiteral("MsgTime"), text("txtMsgTimer"));
+        save(QStringLiteral("MsgOn"), QString::number(m_profile.value(QStringLiteral("chkSendMessage"))));
+        for (int i = 2; i <= 5; ++i) // the first master is never kept
+            save(QStringLiteral("Master%1").arg(i), cleanText(m_profile.text(QStringLiteral("txtMaster%1").arg(i))));
+        save(QStringLiteral("SelectAdvMapCfg"), booleanText(m_profile.field(QStringLiteral("chkUseINI"))));
+        save(QStringLiteral("PathToMapsCFG"), cleanText(text("txtServerINI")));
+        save(QStringLiteral("Quad"), cleanText(text("txtWeaponEnhancer")));
+        save(QStringLiteral("Knockback"), cleanText(text("txtKnockBack")));
+        save(QStringLiteral("WeapRespawn"), cleanText(text("txtWeapRespawn")));
+        save(QStringLiteral("MaxForceRank"), text("txtMaxForceRank"));
+        save(QStringLiteral("ForceRegen"), m_profile.text(QStringLiteral("txtForceReGen"), 0));
+        save(QStringLiteral("MaxHoloCarry"), text("txtMaxHolocronCarry"));
+        save(QStringLiteral("MapTimeOut"), text("txtMapTimeOut"));
+        for (const Field* f : m_profile.array(QStringLiteral("chkBOTs")))
+            save(key(QStringLiteral("BOTs"), f->index()), QString::number(f->value()));
+    }
+
+private:
+    void save(const QString& k, const QString& value) { m_store.SaveSetting(k, value); }
+    QString text(const char* field) const { return m_profile.text(QString::fromLatin1(field)); }
+
+    static QString listText(const QStringList& items)
+    {
+        QString all;
+        for (const QString& item : items)
+            all += item + QLatin1Char(';');
+        return all;
+    }
+
+    void eachText(const QString& base, const QString& array, bool clean)
+    {
+        for (const Field* f : m_profile.array(array))
+            save(key(base, f->index()), clean ? cleanText(f->text()) : f->text());
+    }
+
+    void eachBoolean(const QString& base, const QString& array)
+    {
+        for (const Field* f : m_profile.array(array))
+            save(key(base, f->index()), booleanText(*f));
+    }
+
+    void rotation()
+    {
+        const Field& grid = m_profile.field(QStringLiteral("lsvMapRotation"));
+        QStringList maps;
+        for (int row = 0; row < grid.count(); ++row)
+            maps << grid.cell(row, 0);
+        save(QStringLiteral("MapListSaved"), listText(maps));
+    }
+
+    // The first selected index from the lowest up; nothing is written when none is.
+    void firstSelected(const QString& k, const QString& array)
+    {
+        for (const Field* f : m_profile.array(array)) {
+            if (f->isSet()) {
+                save(k, QString::number(f->index()));
+                return;
+            }
+        }
+    }
+
+    SettingsStore& m_store;
+    ServerProfile& m_profile;
+};
+
+void askSetAsDefault(AppContext& app, ServerProfile& profile, bool clearOnNo)
+{
+    if (!profile.configurationChanged())
+        return;
+    const Answer answer = app.prompts().message(QStringLiteral("Configuration has changed, set as default?") + kTail,
+                                                kProductTitle, Icon::Question, Buttons::YesNo);
+    if (answer == Answer::Yes)
+        cmdDefault_Click(app, profile);
+    if (clearOnNo)
+        profile.setConfigurationChanged(false);
+}
+
+} // namespace
+
 void SaveMainSettings(AppContext& app, ServerProfile& profile)
 {
-    // Saving comes with the settings work.
-    Q_UNUSED(app);
-    Q_UNUSED(profile);
+    try {
+        // One file write for the whole pass; on an error the keys before it are kept.
+        SettingsBatch batch(app.store());
+        Writer(app.store(), profile).run();
+        batch.commit();
+    } catch (const RuntimeError& e) {
+        reportTagged(app, e, QStringLiteral("::Code.SaveMainSettings(Sub)"));
+    }
 }
 
 void cmdDefault_Click(AppContext& app, ServerProfile& profile)
 {
     SaveMainSettings(app, profile);
+    app.prompts().message(QStringLiteral("Settings have been saved") + kTail, kProductTitle, Icon::Information);
     profile.setConfigurationChanged(false);
+}
+
+void noteKeyPress(ServerProfile& profile) { profile.setConfigurationChanged(true); }
+
+void askSaveChangedConfiguration_Ok(AppContext& app, ServerProfile& profile)
+{
+    askSetAsDefault(app, profile, true);
+}
+
+void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile)
+{
+    askSetAsDefault(app, profile, false);
+}
+
+void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
+{
+    Q_UNUSED(app);
+    Q_UNUSED(profile);
+    windows.closeAllForms();
 }
 
 } // namespace steward

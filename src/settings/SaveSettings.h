@@ -1,10 +1,37 @@
 #pragma once
-// Writing the profile to the settings store, and the question that offers it.
+// Writing the profile to the settings store, the change mark that offers it, and the
+// question that asks for it.
 namespace steward {
 class AppContext;
 class ServerProfile;
-/// Writes every stored key of the profile in one pass.
+class WindowHost;
+
+/// Writes every stored key of the profile in one pass, in a fixed order, with no test
+/// for change and without deleting anything. A failure is reported with the tag
+/// "::Code.SaveMainSettings(Sub)"; the keys behind it keep their old values.
 void SaveMainSettings(AppContext& app, ServerProfile& profile);
-/// The "&Defaults" button: saves, says "Settings have been saved", clears the change mark.
+
+/// The "&Defaults" button: saves, says "Settings have been saved" whatever the save
+/// did, and clears the change mark.
 void cmdDefault_Click(AppContext& app, ServerProfile& profile);
+
+/// A key press reached the main window (any of its controls), whether or not it
+/// changed anything: the change mark is set. Mouse changes don't set it.
+void noteKeyPress(ServerProfile& profile);
+
+/// The question "Configuration has changed, set as default?" of the OK button, asked
+/// only while the change mark is set. Yes saves as the "&Defaults" button does; after
+/// either answer the mark is cleared.
+void askSaveChangedConfiguration_Ok(AppContext& app, ServerProfile& profile);
+
+/// The same question before a configuration file is saved: Yes saves, No leaves the
+/// change mark set.
+void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile);
+
+/// The "&Close" button, settings side: writes nothing to the store and asks nothing,
+/// whatever the change mark says, then closes all windows. (Closing the messaging
+/// socket and keeping the bot roster are done by messaging and the roster before the
+/// close.)
+void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows);
+
 } // namespace steward

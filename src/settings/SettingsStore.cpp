@@ -1,11 +1,14 @@
 #include "settings/SettingsStore.h"
 
+#include "settings/PlainIniFormat.h"
+#include "support/Errors.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
+#include <QLockFile>
+#include <QSaveFile>
 #include <QStandardPaths>
-#include <QStringList>
 
 namespace steward {
 
@@ -16,72 +19,144 @@ QString defaultStoreFile()
     return QDir(config).filePath(kAppName + QStringLiteral("/") + kAppName + QStringLiteral(".conf"));
 }
 
-// A hand-edited file may hold "a,b" without quotes, which the INI reader takes as a
-// list; the store hands back the text as it stands in the file.
-QString asText(const QVariant& value)
-{
-    if (value.typeId() == QMetaType::QStringList)
-        return value.toStringList().join(QLatin1Char(','));
-    return value.toString();
-}
+constexpr QFileDevice::Permissions kOwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+
+// The file's own key of a setting of the section.
+QString fileKey(const QString& key) { return kSection + QLatin1Char('/') + encodeStoreKey(key); }
+const QString kSectionPrefix = kSection + QLatin1Char('/');
 } // namespace
+
+SettingsBatch::~SettingsBatch()
+{
+    if (m_done)
+        return;
+    try {
+        m_store.endBatch();
+    } catch (const RuntimeError&) {
+        // Already on the way out of an error; that one is reported.
+    }
+}
+
+void SettingsBatch::commit()
+{
+    m_done = true;
+    m_store.endBatch();
+}
 
 IniSettingsStore::IniSettingsStore() : IniSettingsStore(defaultStoreFile()) {}
 
-IniSettingsStore::IniSettingsStore(const QString& fileName)
-    : m_settings(new QSettings(fileName, QSettings::IniFormat))
+IniSettingsStore::IniSettingsStore(const QString& fileName) : m_fileName(fileName)
 {
     QDir().mkpath(QFileInfo(fileName).absolutePath());
-    m_settings->beginGroup(kSection);
 }
 
-IniSettingsStore::~IniSettingsStore()
+IniSettingsStore::~IniSettingsStore() = default;
+
+IniSettingsStore::FileMap IniSettingsStore::readFile() const
 {
-    m_settings->sync();
-    restrictPermissions();
-    delete m_settings;
+    // A file that can't be read holds no settings; reading never fails.
+    FileMap map;
+    QFile file(m_fileName);
+    if (file.open(QIODevice::ReadOnly))
+        readPlainIni(file, map);
+    return map;
 }
 
-QString IniSettingsStore::fileName() const { return m_settings->fileName(); }
+IniSettingsStore::FileMap IniSettingsStore::current() const
+{
+    FileMap map = readFile();
+    for (auto it = m_pending.cbegin(); it != m_pending.cend(); ++it) {
+        if (it.value())
+            map.insert(it.key(), *it.value());
+        else
+            map.remove(it.key());
+    }
+    return map;
+}
 
 QString IniSettingsStore::GetSetting(const QString& key, const QString& defaultValue) const
 {
-    if (!m_settings->contains(key))
-        return defaultValue;
-    return asText(m_settings->value(key));
+    const FileMap map = current();
+    const auto it = map.constFind(fileKey(key));
+    return it == map.cend() ? defaultValue : it.value().toString();
 }
 
-void IniSettingsStore::SaveSetting(const QString& key, const QString& value)
-{
-    m_settings->setValue(key, value);
-    m_settings->sync();
-    restrictPermissions();
-}
-
-void IniSettingsStore::DeleteSetting(const QString& key)
-{
-    m_settings->remove(key);
-    m_settings->sync();
-}
-
-bool IniSettingsStore::HasSetting(const QString& key) const { return m_settings->contains(key); }
+bool IniSettingsStore::HasSetting(const QString& key) const { return current().contains(fileKey(key)); }
 
 QList<QPair<QString, QString>> IniSettingsStore::GetAllSettings() const
 {
     QList<QPair<QString, QString>> all;
-    const QStringList keys = m_settings->childKeys();
-    all.reserve(keys.size());
-    for (const QString& key : keys)
-        all.append({key, asText(m_settings->value(key))});
+    const FileMap map = current();
+    for (auto it = map.cbegin(); it != map.cend(); ++it) {
+        const QString& full = it.key();
+        if (!full.startsWith(kSectionPrefix) || full.indexOf(QLatin1Char('/'), kSectionPrefix.size()) >= 0)
+            continue;
+        all.append({decodeStoreKey(full.mid(kSectionPrefix.size())), it.value().toString()});
+    }
     return all;
 }
 
-void IniSettingsStore::restrictPermissions()
+void IniSettingsStore::SaveSetting(const QString& key, const QString& value)
 {
-    // The file holds passwords.
-    QFile file(m_settings->fileName());
-    if (file.exists())
-        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    if (key.isEmpty())
+        raiseError(err::InvalidProcedureCall, QStringLiteral("A setting needs a name"));
+    change(fileKey(key), value, QStringLiteral("the setting '%1'").arg(key));
+}
+
+void IniSettingsStore::DeleteSetting(const QString& key)
+{
+    change(fileKey(key), std::nullopt, QStringLiteral("the setting '%1'").arg(key));
+}
+
+void IniSettingsStore::change(const QString& fileKey, const std::optional<QString>& value, const QString& what)
+{
+    m_pending.insert(fileKey, value);
+    if (m_batchDepth == 0)
+        writePending(what);
+}
+
+void IniSettingsStore::beginBatch() { ++m_batchDepth; }
+
+void IniSettingsStore::endBatch()
+{
+    if (m_batchDepth == 0 || --m_batchDepth > 0)
+        return;
+    writePending(QStringLiteral("the settings"));
+}
+
+void IniSettingsStore::writePending(const QString& what)
+{
+    // The changes are applied to the file as it is now, so that another instance's
+    // keys are kept; a change that can't be written is dropped, never kept for later.
+    const auto pending = std::exchange(m_pending, {});
+    if (pending.isEmpty())
+        return;
+
+    QDir().mkpath(QFileInfo(m_fileName).absolutePath());
+    QLockFile lock(m_fileName + QStringLiteral(".lock"));
+    lock.tryLock(5000); // without the lock (a folder that can't be written) the write fails below
+
+    FileMap map = readFile();
+    for (auto it = pending.cbegin(); it != pending.cend(); ++it) {
+        if (it.value())
+            map.insert(it.key(), *it.value());
+        else
+            map.remove(it.key());
+    }
+
+    // The file holds passwords: it is made readable by its owner only before anything
+    // is written into it, and the replacement keeps the permissions of the old file.
+    if (!QFileInfo::exists(m_fileName)) {
+        QFile empty(m_fileName);
+        if (empty.open(QIODevice::WriteOnly))
+            empty.setPermissions(kOwnerOnly);
+    }
+    QSaveFile file(m_fileName);
+    const bool written = file.open(QIODevice::WriteOnly) && writePlainIni(file, map) && file.commit();
+    if (QFileInfo(m_fileName).isFile())
+        QFile::setPermissions(m_fileName, kOwnerOnly);
+    if (!written)
+        raiseError(err::PathFileAccess, QStringLiteral("Could not write %1 to %2").arg(what, m_fileName));
 }
 
 } // namespace steward

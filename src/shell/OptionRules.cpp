@@ -1,0 +1,165 @@
+#include "shell/OptionRules.h"
+
+#include "platform/Prompts.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "support/Strings.h"
+
+#include <QVariant>
+
+namespace steward {
+
+namespace {
+
+const QString kWeapons = QStringLiteral("chkWeaponFlags");
+const QString kPowers = QStringLiteral("chkPowerUpFlags");
+const QString kDMFlags = QStringLiteral("chkDMFlags");
+const QString kQuake3 = QStringLiteral("chkQuake3Specific");
+const QString kServerType = QStringLiteral("chkServerType");
+const QString kGameType = QStringLiteral("optDefaultGameType");
+const QString kAutoCycle = QStringLiteral("chkMapAutoCycle");
+const QString kDuelNote = QStringLiteral("lblSaberModeDuel");
+const QString kStartingMap = QStringLiteral("cboStartingMap");
+const char* const kAttached = "stewardOptionRules";
+
+// The last box of the weapon half; the duel half follows it.
+constexpr int kLastWeapon = 15;
+constexpr int kLoneSaber = 2;
+constexpr int kDisableTheForce = 17;
+constexpr int kListen = 0;
+constexpr int kLan = 1;
+constexpr int kDuel = 3;
+
+// Runs the handler on every change of the box's value.
+template <typename Handler>
+void onValue(ServerProfile& profile, const QString& array, Handler handler)
+{
+    for (Field* f : profile.array(array))
+        QObject::connect(f, &Field::valueChanged, &profile, [handler, i = f->index()](Field*) { handler(i); });
+}
+
+// Runs the handler when the option becomes the selected one of its group.
+template <typename Handler>
+void onSelected(ServerProfile& profile, const QString& array, Handler handler)
+{
+    for (Field* f : profile.array(array))
+        QObject::connect(f, &Field::valueChanged, &profile, [handler, i = f->index()](Field* field) {
+            if (field->isSet())
+                handler(i);
+        });
+}
+
+} // namespace
+
+QString maskText(const ServerProfile& profile, const QString& array, int first, int last, bool saberOnly)
+{
+    qint64 sum = 0;
+    bool none = true;
+    int ticked = 0;
+    bool saberTicked = false;
+    for (int i = first; i <= last; ++i) {
+        const Field& box = profile.field(array, i);
+        if (!box.isSet())
+            continue;
+        sum += textToInt32(box.tag());
+        none = false;
+        ++ticked;
+        if (i == kLoneSaber)
+            saberTicked = true;
+    }
+    if (none)
+        return QStringLiteral("0");
+    if (saberOnly && saberTicked && ticked == 1)
+        return QStringLiteral("65531");
+    return QString::number(sum);
+}
+
+void chkWeaponFlags_Click(ServerProfile& profile, int index)
+{
+    // One handler for both halves; the test for the lone saber looks at the loop index,
+    // so it can only ever hold in the first half.
+    if (index <= kLastWeapon)
+        profile.setText(QStringLiteral("txtWeaponFlags"),
+                        maskText(profile, kWeapons, profile.lbound(kWeapons), kLastWeapon, true));
+    else
+        profile.setText(QStringLiteral("txtDuelWeaponFlags"),
+                        maskText(profile, kWeapons, kLastWeapon + 1, profile.ubound(kWeapons), true));
+}
+
+void chkPowerUpFlags_Click(ServerProfile& profile, int index)
+{
+    Q_UNUSED(index);
+    profile.setText(QStringLiteral("txtForceFlags"),
+                    maskText(profile, kPowers, profile.lbound(kPowers), profile.ubound(kPowers), false));
+}
+
+void chkDMFlags_Click(ServerProfile& profile, int index)
+{
+    Q_UNUSED(index);
+    profile.setText(QStringLiteral("txtDMFlags"),
+                    maskText(profile, kDMFlags, profile.lbound(kDMFlags), profile.ubound(kDMFlags), false));
+}
+
+void chkQuake3Specific_Click(ServerProfile& profile, int index)
+{
+    // Ticking "Disable The Force" ticks every force box; clearing it leaves them.
+    if (index != kDisableTheForce || !profile.isSet(kQuake3, index))
+        return;
+    for (Field* f : profile.array(kPowers))
+        f->setValue(1);
+}
+
+void chkServerType_Click(AppContext& app, ServerProfile& profile, int index)
+{
+    if (index != kListen || !profile.isSet(kServerType, kListen))
+        return;
+    if (app.serverExecutable != QLatin1String("jk2Ded.exe"))
+        return;
+    app.prompts().message(QStringLiteral("Listen server not supported with jk2Ded.exe") + kTail, kProductTitle,
+                          Icon::Information);
+    profile.setValue(kServerType, kLan, 1);
+}
+
+void optDefaultGameType_Click(ServerProfile& profile, int index)
+{
+    Field& note = profile.field(kDuelNote);
+    note.setVisible(false);
+    if (index == kDuel && profile.isSet(kGameType, kDuel))
+        note.setVisible(true);
+}
+
+void chkMapAutoCycle_Options(ServerProfile& profile)
+{
+    Field& startingMap = profile.field(kStartingMap);
+    if (profile.isSet(kAutoCycle)) {
+        profile.setValue(QStringLiteral("chkUseINI"), 0);
+        startingMap.setVisible(true);
+    } else {
+        startingMap.setVisible(false);
+    }
+}
+
+void attachOptionRules(AppContext& app, ServerProfile& profile)
+{
+    if (profile.property(kAttached).toBool())
+        return;
+    profile.setProperty(kAttached, true);
+
+    ServerProfile* p = &profile;
+    AppContext* a = &app;
+    onValue(profile, kWeapons, [p](int i) { chkWeaponFlags_Click(*p, i); });
+    onValue(profile, kPowers, [p](int i) { chkPowerUpFlags_Click(*p, i); });
+    onValue(profile, kDMFlags, [p](int i) { chkDMFlags_Click(*p, i); });
+    onValue(profile, kQuake3, [p](int i) { chkQuake3Specific_Click(*p, i); });
+    onSelected(profile, kServerType, [a, p](int i) { chkServerType_Click(*a, *p, i); });
+    onSelected(profile, kGameType, [p](int i) { optDefaultGameType_Click(*p, i); });
+    QObject::connect(&profile.field(kAutoCycle), &Field::valueChanged, &profile,
+                     [p](Field*) { chkMapAutoCycle_Options(*p); });
+
+    // The note and the combo start as their options say.
+    profile.field(kDuelNote).setVisible(profile.isSet(kGameType, kDuel));
+    profile.field(kStartingMap).setVisible(profile.isSet(kAutoCycle));
+}
+
+} // namespace steward

@@ -1,0 +1,328 @@
+// Copies of the store in .asc files, taking them back, and the reset.
+#include "settings/ConfigurationFile.h"
+#include "settings/SaveSettings.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "support/Errors.h"
+#include "testkit/TestApp.h"
+#include "RecordingHost.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+using Rows = QList<QPair<QString, QString>>;
+
+class ConfigFile : public ::testing::Test {
+protected:
+    void store(const char* key, const QString& value) { t.store->SaveSetting(QString::fromLatin1(key), value); }
+    QString stored(const char* key) const { return t.store->GetSetting(QString::fromLatin1(key), QStringLiteral("<absent>")); }
+    QString ascFile(const char* name = "mine.asc") const { return t.root() + QStringLiteral("/") + QString::fromLatin1(name); }
+
+    TestApp t;
+    RecordingHost host;
+};
+
+const QString kNotFound = QStringLiteral("Registry settings not found!") + kTail;
+
+} // namespace
+
+TEST(ConfigurationFields, AreReadAsAStreamOfPairs)
+{
+    const std::pair<const char*, QStringList> cases[] = {
+        {"a,b\r\n", {"a", "b"}},
+        {"a,b", {"a", "b"}},
+        {"k, \r\n", {"k", ""}},
+        {"  k,   v w \r\n", {"k", "v w "}},
+        {"\"a,b\",c\r\n", {"a,b", "c"}},
+        {"k,\"x\"tail,m,n\r\n", {"k", "x", "m", "n"}},
+        {"a,b\nc,d\re,f\r\n", {"a", "b", "c", "d", "e", "f"}},
+        {"k,\r\nm,n\r\n", {"k", "", "m", "n"}},
+        {"LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n",
+         {"LogName", "a", "b.log", "MsgTime", "5", "ServerInfo20", "1", "2"}},
+    };
+    for (const auto& [text, fields] : cases)
+        EXPECT_EQ(readConfigurationFields(QString::fromLatin1(text)), fields) << text;
+}
+
+TEST(ConfigurationFields, FailWithoutPairs)
+{
+    const std::pair<const char*, int> cases[] = {
+        {"", err::SubscriptOutOfRange}, {"a,1\r\nb\r\n", err::InputPastEnd}, {"a,1\r\n\r\n", err::InputPastEnd},
+        {"a,1,b", err::InputPastEnd},   {"a", err::InputPastEnd},
+    };
+    for (const auto& [text, number] : cases) {
+        try {
+            readConfigurationFields(QString::fromLatin1(text));
+            ADD_FAILURE() << "no error for " << text;
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), number) << text;
+        }
+    }
+}
+
+TEST_F(ConfigFile, SavingAnEmptyStoreSaysSoWithoutADialog)
+{
+    SaveConfiguration(*t.app);
+    ASSERT_EQ(t.prompts.texts(), QStringList{kNotFound});
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+    EXPECT_TRUE(t.prompts.dialogs.empty());
+}
+
+TEST_F(ConfigFile, SaveWritesEveryKeyAsALine)
+{
+    store("MsgTime", QStringLiteral("5"));
+    store("LogName", QStringLiteral("a,b.log"));
+    store("ServerInfo15", QStringLiteral(" "));
+    store("PathToJedi", QStringLiteral("/games/jk2/"));
+    store("Empty", QString());
+    t.prompts.chooseFile(ascFile());
+    SaveConfiguration(*t.app);
+
+    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
+    const auto& dialog = t.prompts.dialogs[0];
+    EXPECT_FALSE(dialog.open);
+    EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Save Arena Steward configuration file"));
+    EXPECT_EQ(dialog.state.Filter, QStringLiteral("Arena Steward Configuration (*asc)|*.asc"));
+    EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("asc"));
+    EXPECT_EQ(dialog.state.InitialDir, t.app->gameFolder);
+
+    QByteArray expected;
+    for (const auto& [key, value] : t.store->GetAllSettings())
+        expected += (key + QLatin1Char(',') + value).toLatin1() + "\r\n";
+    EXPECT_EQ(fileBytes(ascFile()), expected);
+    EXPECT_TRUE(expected.contains("LogName,a,b.log\r\n"));
+    EXPECT_TRUE(expected.contains("ServerInfo15, \r\n"));
+    EXPECT_TRUE(expected.contains("Empty,\r\n"));
+
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("'") + ascFile() + QStringLiteral("' configuration saved") + kTail);
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+}
+
+TEST_F(ConfigFile, NoAtTheOverwriteQuestionWritesNothing)
+{
+    store("MsgTime", QStringLiteral("5"));
+    writeFile(ascFile(), "old\r\n");
+    t.prompts.chooseFile(ascFile());
+    t.prompts.answerNext(Answer::No);
+    SaveConfiguration(*t.app);
+    ASSERT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Over-write existing file?") + kTail});
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
+    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
+    EXPECT_EQ(fileBytes(ascFile()), QByteArray("old\r\n"));
+
+    t.prompts.chooseFile(ascFile());
+    t.prompts.answerNext(Answer::Yes);
+    SaveConfiguration(*t.app);
+    EXPECT_EQ(fileBytes(ascFile()), QByteArray("MsgTime,5\r\n"));
+}
+
+TEST_F(ConfigFile, ACancelledDialogEndsSilently)
+{
+    store("MsgTime", QStringLiteral("5"));
+    t.prompts.cancelNextDialog();
+    SaveConfiguration(*t.app);
+    t.prompts.cancelNextDialog();
+    EXPECT_EQ(LoadConfiguration(*t.app, host), StartupOutcome::MainWindowOpen);
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_EQ(host.closes, 0);
+}
+
+TEST_F(ConfigFile, AFileThatCannotBeWrittenGivesAWarning)
+{
+    store("MsgTime", QStringLiteral("5"));
+    const QString path = t.root() + QStringLiteral("/no/such/folder/x.asc");
+    t.prompts.chooseFile(path);
+    SaveConfiguration(*t.app);
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    const auto& box = t.prompts.last().request;
+    EXPECT_EQ(box.icon, Icon::Exclamation);
+    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
+    EXPECT_TRUE(box.text.contains(path)) << box.text.toStdString();
+    EXPECT_FALSE(box.text.endsWith(kTail));
+}
+
+TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
+{
+    store("ServerInfo15", QStringLiteral(" "));
+    store("MsgTime", QStringLiteral("5"));
+    t.prompts.chooseFile(ascFile());
+    SaveConfiguration(*t.app);
+    store("MsgTime", QStringLiteral("9"));
+    store("Other", QStringLiteral("kept"));
+
+    Rows atRestart;
+    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+    t.prompts.chooseFile(ascFile());
+    LoadConfiguration(*t.app, host);
+
+    ASSERT_EQ(t.prompts.dialogs.size(), 2u);
+    const auto& dialog = t.prompts.dialogs[1];
+    EXPECT_TRUE(dialog.open);
+    EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Load Arena Steward configuration file"));
+    EXPECT_EQ(dialog.state.Filter, QStringLiteral("Arena Steward Configuration (*asc)|*.asc"));
+    EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("asc"));
+    EXPECT_EQ(dialog.state.InitialDir, t.app->gameFolder);
+
+    ASSERT_GE(t.prompts.shown.size(), 2u);
+    EXPECT_EQ(t.prompts.shown[1].request.text, QStringLiteral("Arena Steward will now restart to load settings") + kTail);
+    EXPECT_EQ(t.prompts.shown[1].request.icon, Icon::Information);
+    EXPECT_GE(host.closes, 1) << "the restart closes the windows first";
+    EXPECT_EQ(atRestart, (Rows{{QStringLiteral("MsgTime"), QStringLiteral("5")},
+                               {QStringLiteral("Other"), QStringLiteral("kept")},
+                               {QStringLiteral("ServerInfo15"), QString()}}));
+}
+
+TEST_F(ConfigFile, ARawValueWithACommaShiftsEveryLaterPair)
+{
+    store("LogName", QStringLiteral("a,b.log"));
+    store("MsgTime", QStringLiteral("5"));
+    store("ServerInfo20", QStringLiteral("1,2"));
+    t.prompts.chooseFile(ascFile());
+    SaveConfiguration(*t.app);
+    EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n"));
+
+    Rows atRestart;
+    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+    t.prompts.chooseFile(ascFile());
+    LoadConfiguration(*t.app, host);
+    EXPECT_EQ(atRestart, (Rows{{QStringLiteral("1"), QStringLiteral("2")},
+                               {QStringLiteral("5"), QStringLiteral("ServerInfo20")},
+                               {QStringLiteral("LogName"), QStringLiteral("a")},
+                               {QStringLiteral("MsgTime"), QStringLiteral("5")},
+                               {QStringLiteral("ServerInfo20"), QStringLiteral("1,2")},
+                               {QStringLiteral("b.log"), QStringLiteral("MsgTime")}}));
+}
+
+TEST_F(ConfigFile, AFileThatFailsLeavesTheStoreUntouched)
+{
+    const std::pair<const char*, QByteArray> cases[] = {
+        {"odd.asc", "LogName,x.log\r\nMsgTime\r\n"}, {"empty.asc", ""}, {"missing.asc", {}}};
+    for (const auto& [name, bytes] : cases) {
+        SCOPED_TRACE(name);
+        TestApp app;
+        RecordingHost windows;
+        app.store->SaveSetting(QStringLiteral("LogName"), QStringLiteral("games.log"));
+        const QString path = app.root() + QStringLiteral("/") + QString::fromLatin1(name);
+        if (QByteArray(name) != "missing.asc")
+            writeFile(path, bytes);
+        app.prompts.chooseFile(path);
+        EXPECT_EQ(LoadConfiguration(*app.app, windows), StartupOutcome::MainWindowOpen);
+        ASSERT_EQ(app.prompts.shown.size(), 1u);
+        EXPECT_EQ(app.prompts.last().request.icon, Icon::Exclamation);
+        EXPECT_FALSE(app.prompts.last().request.text.endsWith(kTail));
+        EXPECT_EQ(windows.closes, 0) << "no restart";
+        EXPECT_EQ(app.store->GetAllSettings(), (Rows{{QStringLiteral("LogName"), QStringLiteral("games.log")}}));
+    }
+}
+
+TEST_F(ConfigFile, AKeyTheStoreRefusesEndsTheLoadAndKeepsWhatWasStored)
+{
+    writeFile(ascFile(), "A,1\r\n,2\r\nC,3\r\n");
+    t.prompts.chooseFile(ascFile());
+    EXPECT_EQ(LoadConfiguration(*t.app, host), StartupOutcome::MainWindowOpen);
+    EXPECT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+    EXPECT_EQ(host.closes, 0);
+    EXPECT_EQ(t.store->GetAllSettings(), (Rows{{QStringLiteral("A"), QStringLiteral("1")}}));
+}
+
+TEST_F(ConfigFile, AFileFromAnotherMachineOverwritesThePaths)
+{
+    store("PathToJedi", QStringLiteral("/here/"));
+    store("RunOnce", QStringLiteral("1"));
+    writeFile(ascFile(), "PathToJedi,C:\\Games\\JK2\\GameData\\\r\nPathToServer,jk2Ded.exe\r\nRunOnce,0\r\n");
+    Rows atRestart;
+    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+    t.prompts.chooseFile(ascFile());
+    LoadConfiguration(*t.app, host);
+    EXPECT_EQ(atRestart, (Rows{{QStringLiteral("PathToJedi"), QStringLiteral("C:\\Games\\JK2\\GameData\\")},
+                               {QStringLiteral("PathToServer"), QStringLiteral("jk2Ded.exe")},
+                               {QStringLiteral("RunOnce"), QStringLiteral("0")}}));
+}
+
+TEST_F(ConfigFile, TheSaveToolAsksFirstAndNoKeepsTheMark)
+{
+    ServerProfile profile;
+    profile.setText(QStringLiteral("txtLogFileName"), QStringLiteral("shown.log"));
+    store("LogName", QStringLiteral("stored.log"));
+    noteKeyPress(profile);
+    t.prompts.answerNext(Answer::No);
+    t.prompts.chooseFile(ascFile());
+    UtilitiesConfigurationSave(*t.app, profile);
+    EXPECT_EQ(t.prompts.shown[0].request.text, QStringLiteral("Configuration has changed, set as default?") + kTail);
+    EXPECT_TRUE(profile.configurationChanged());
+    EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,stored.log\r\n")) << "the store's older values";
+}
+
+TEST_F(ConfigFile, ResetAsksWithNoAsTheDefaultAndDeletesEveryKey)
+{
+    store("LogName", QStringLiteral("games.log"));
+    store("PathToJedi", QStringLiteral("/games/jk2/"));
+    store("RunOnce", QStringLiteral("1"));
+    Rows atRestart{{QStringLiteral("not"), QStringLiteral("called")}};
+    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+    t.prompts.answerNext(Answer::Yes);
+    cmdReset_Click(*t.app, host);
+
+    ASSERT_GE(t.prompts.shown.size(), 2u);
+    const auto& question = t.prompts.shown[0].request;
+    EXPECT_EQ(question.text,
+              QStringLiteral("WARNING - All Arena Steward settings will be lost. It is         \r\n"
+                             "recommended that you backup your configuration first.         \r\n\r\n"
+                             "                  Do you wish to continue?         "));
+    EXPECT_EQ(question.icon, Icon::Exclamation);
+    EXPECT_EQ(question.buttons, Buttons::YesNo);
+    EXPECT_EQ(question.defaultButton, 1);
+    EXPECT_EQ(question.title, QStringLiteral("Arena Steward"));
+    EXPECT_EQ(t.prompts.shown[1].request.text, QStringLiteral("Arena Steward will now restart") + kTail);
+    EXPECT_EQ(t.prompts.shown[1].request.icon, Icon::Information);
+    EXPECT_TRUE(atRestart.isEmpty());
+}
+
+TEST_F(ConfigFile, ResetStopsAtAnythingButYes)
+{
+    store("LogName", QStringLiteral("games.log"));
+    cmdReset_Click(*t.app, host); // the default button is No
+    EXPECT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().answer, Answer::No);
+    EXPECT_EQ(stored("LogName"), QStringLiteral("games.log"));
+    EXPECT_EQ(host.closes, 0);
+}
+
+TEST_F(ConfigFile, ResetOfAnEmptyStoreAsksFirstThenSaysSo)
+{
+    t.prompts.answerNext(Answer::Yes);
+    EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    EXPECT_EQ(t.prompts.shown[0].request.text, resetWarningText());
+    EXPECT_EQ(t.prompts.shown[1].request.text, kNotFound);
+    EXPECT_EQ(t.prompts.shown[1].request.icon, Icon::Exclamation);
+    EXPECT_EQ(host.closes, 0);
+}
+
+TEST_F(ConfigFile, AResetThatFailsSaysSoAndDoesNotRestart)
+{
+    // Run as any user, a real settings file can't be made to refuse a deletion while
+    // it still lists its keys; this store does.
+    struct StuckStore : SettingsStore {
+        QString GetSetting(const QString&, const QString& d) const override { return d; }
+        void SaveSetting(const QString&, const QString&) override {}
+        void DeleteSetting(const QString&) override { raiseError(err::PathFileAccess); }
+        bool HasSetting(const QString&) const override { return true; }
+        Rows GetAllSettings() const override { return {{QStringLiteral("LogName"), QStringLiteral("games.log")}}; }
+    } stuck;
+    t.app->services.store = &stuck;
+    t.prompts.answerNext(Answer::Yes);
+    EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not reset registry settings") + kTail);
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+    EXPECT_EQ(host.closes, 0);
+}

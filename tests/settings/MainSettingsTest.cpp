@@ -1,0 +1,304 @@
+// Reading the store into the profile: key families, read rules, literal defaults,
+// the fixed order and the failure road.
+#include "settings/MainSettings.h"
+#include "shell/Constants.h"
+#include "shell/OptionRules.h"
+#include "shell/ServerProfile.h"
+#include "testkit/TestApp.h"
+
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+class Load : public ::testing::Test {
+protected:
+    Load() { attachOptionRules(*t.app, profile); }
+
+    void store(const char* key, const QString& value) { t.store->SaveSetting(QString::fromLatin1(key), value); }
+    void load() { GetMainSettings(*t.app, profile); }
+    QString text(const char* name, int index = -1) const { return profile.text(QString::fromLatin1(name), index); }
+    int value(const char* name, int index = -1) const { return profile.value(QString::fromLatin1(name), index); }
+    // The index of the selected option of an array, -1 for none.
+    int selected(const char* name) const
+    {
+        for (Field* f : profile.array(QString::fromLatin1(name)))
+            if (f->isSet())
+                return f->index();
+        return -1;
+    }
+
+    TestApp t;
+    ServerProfile profile;
+};
+
+} // namespace
+
+TEST_F(Load, AnEmptyStoreGivesTheFirstRunState)
+{
+    profile.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("untouched"));
+    load();
+
+    const QString serverConfig[] = {QStringLiteral("Frag the weak, hurdle the dead..."),
+                                    QStringLiteral("Luke"), QStringLiteral("TESTHOST"), QStringLiteral("tester"),
+                                    kContactAddress, {}, {}, kGameSite, {}, QStringLiteral("Now and Then"),
+                                    kChatChannel, {}, QStringLiteral("28070"), {}, {}, {}, {}};
+    for (int i = 0; i <= 16; ++i)
+        EXPECT_EQ(text("txtServerConfig", i), serverConfig[i]) << i;
+    const char* spins[] = {"12", "0", "0", "3", "360", "32", "0", "5000", "0", "3", "50", "16", "16", "3", "20", "30", "0", "0"};
+    for (int i = 0; i <= 17; ++i)
+        EXPECT_EQ(text("txtServerConfigSpin", i), QString::fromLatin1(spins[i])) << i;
+    const char* speeds[] = {"250", "800", "70", "0"};
+    const char* limits[] = {"0", "20", "1", "0"};
+    const char* sabers[] = {"2", "0", "350", "0"};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(text("txtSpeed", i), QString::fromLatin1(speeds[i]));
+        EXPECT_EQ(text("txtGameLimits", i), QString::fromLatin1(limits[i]));
+        EXPECT_EQ(text("txtAdvancedSaber", i), QString::fromLatin1(sabers[i]));
+        EXPECT_EQ(text("cboConfig", i), QString());
+    }
+
+    EXPECT_EQ(value("optStartClose"), 1);
+    EXPECT_EQ(selected("optDefaultGameType"), 0);
+    EXPECT_EQ(selected("optLogging"), 3);
+    EXPECT_EQ(value("optLogging", 5), 1) << "the stats choice starts from its initial state";
+    EXPECT_EQ(selected("chkServerType"), 2);
+    EXPECT_EQ(profile.field(QStringLiteral("lstBannedIPs")).count(), 0);
+    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).count(), 0);
+    EXPECT_EQ(text("lblMapsSelected"), QStringLiteral("untouched"));
+
+    // The store's defaults replace the initial texts of the fields.
+    EXPECT_EQ(text("txtWeapRespawn"), QStringLiteral("0"));
+    EXPECT_EQ(text("txtForceReGen", 0), QStringLiteral("0"));
+    EXPECT_EQ(text("txtWeaponEnhancer"), QString());
+    EXPECT_EQ(text("txtKnockBack"), QString());
+    EXPECT_EQ(text("txtMaster1"), kMaster1);
+    EXPECT_EQ(text("txtMaster2"), kMaster2);
+    EXPECT_EQ(text("txtMaster3"), kMaster3);
+    EXPECT_EQ(text("txtMaster4"), QString());
+    EXPECT_EQ(text("txtMaster5"), QString());
+    EXPECT_EQ(text("txtMsg", 0), QStringLiteral("^2This server is configured by ^1Arena Steward"));
+    EXPECT_EQ(text("txtMsg", 1), defaultMsg2());
+    EXPECT_TRUE(defaultMsg2().startsWith(QStringLiteral("^2"))) << "the colour codes of the first message";
+    EXPECT_TRUE(defaultMsg2().contains(kProductSite));
+    EXPECT_EQ(text("txtLogFileName"), QStringLiteral("games.log"));
+    EXPECT_EQ(text("txtMapTimeOut"), QStringLiteral("300"));
+    EXPECT_EQ(text("txtMsgTimer"), QStringLiteral("5"));
+    EXPECT_EQ(value("chkSendMessage"), 1);
+    EXPECT_EQ(value("chkUseINI"), 0);
+    EXPECT_EQ(text("txtServerINI"), QString());
+    EXPECT_EQ(text("txtMaxForceRank"), QStringLiteral("0"));
+    EXPECT_EQ(text("txtMaxHolocronCarry"), QStringLiteral("3"));
+    for (int i = 0; i <= 2; ++i)
+        EXPECT_EQ(value("chkDMFlags", i), 0);
+    for (int i = 0; i <= 5; ++i)
+        EXPECT_EQ(value("chkBOTs", i), 0);
+
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "reading writes nothing";
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Load, ServerInfoIsDecodedButTheBoundAddress)
+{
+    t.names.computer = QStringLiteral("HOST") + QChar(0) + QStringLiteral("junk");
+    store("ServerInfo10", QStringLiteral("Welcome% all"));
+    store("ServerInfo12", QString());          // empty: the computer's name
+    store("ServerInfo13", QStringLiteral(" ")); // one blank: an empty box, not the user's name
+    store("ServerInfo19", QString());          // empty: the box stays
+    store("ServerInfo114", QStringLiteral(" "));
+    store("ServerInfo116", QStringLiteral(" "));
+    store("ServerInfo111", QStringLiteral("50%"));
+    store("Msg1", QStringLiteral("Hello% all"));
+    store("Master2", QStringLiteral(" "));
+    load();
+    EXPECT_EQ(text("txtServerConfig", 0), QStringLiteral("Welcome, all"));
+    EXPECT_EQ(text("txtServerConfig", 2), QStringLiteral("HOST"));
+    EXPECT_EQ(text("txtServerConfig", 3), QString());
+    EXPECT_EQ(text("txtServerConfig", 9), QStringLiteral("Now and Then"));
+    EXPECT_EQ(text("txtServerConfig", 14), QString());
+    EXPECT_EQ(text("txtServerConfig", 16), QStringLiteral(" "));
+    EXPECT_EQ(text("txtServerConfig", 11), QStringLiteral("50,"));
+    EXPECT_EQ(text("txtMsg", 0), QStringLiteral("Hello% all"));
+    EXPECT_EQ(text("txtMaster2"), QStringLiteral(" "));
+}
+
+TEST_F(Load, TheBoundAddressIsTakenAsItStands)
+{
+    store("ServerInfo116", QStringLiteral("10.0.0.1%x"));
+    load();
+    EXPECT_EQ(text("txtServerConfig", 16), QStringLiteral("10.0.0.1%x"));
+}
+
+TEST_F(Load, FamiliesWithThePresentRuleLeaveFieldsAloneWhenEmptyOrAbsent)
+{
+    profile.setValue(QStringLiteral("chkWeaponFlags"), 1, 1);
+    profile.setValue(QStringLiteral("chkDMFlags"), 1, 1);
+    profile.field(QStringLiteral("cboConfig"), 0).setItems({QStringLiteral("server.cfg")});
+    profile.setText(QStringLiteral("cboConfig"), 0, QStringLiteral("server.cfg"));
+    store("ServerInfo20", QString());
+    store("SpeedGravity1", QStringLiteral("900"));
+    store("GameLimts1", QStringLiteral("abc"));
+    store("AdvSaberValues0", QStringLiteral("-1"));
+    store("WeaponFlags3", QStringLiteral("True"));
+    store("WeaponFlags4", QStringLiteral("1"));
+    store("ForceFlags0", QStringLiteral("true"));
+    store("GameSpecificOptions0", QStringLiteral("-1"));
+    store("AdvSaber0", QStringLiteral("False"));
+    store("CFG11", QStringLiteral("a,b.cfg"));
+    store("BOTs0", QStringLiteral("1.9"));
+    store("BOTs1", QStringLiteral("0.9"));
+    load();
+    EXPECT_EQ(text("txtServerConfigSpin", 0), QStringLiteral("12"));
+    EXPECT_EQ(text("txtSpeed", 1), QStringLiteral("900"));
+    EXPECT_EQ(text("txtGameLimits", 1), QStringLiteral("abc")) << "no test of the text";
+    EXPECT_EQ(text("txtAdvancedSaber", 0), QStringLiteral("-1"));
+    EXPECT_EQ(value("chkWeaponFlags", 1), 1) << "WeaponFlags1 absent leaves the box";
+    EXPECT_EQ(value("chkDMFlags", 1), 0) << "DMFlags1 absent clears the box";
+    EXPECT_EQ(value("chkWeaponFlags", 3), 1);
+    EXPECT_EQ(value("chkWeaponFlags", 4), 1);
+    EXPECT_EQ(value("chkPowerUpFlags", 0), 1);
+    EXPECT_EQ(value("chkQuake3Specific", 0), 1);
+    EXPECT_EQ(value("chkAdvancedSaber", 0), 0);
+    EXPECT_EQ(value("chkAdvancedSaber", 1), 1) << "initial state";
+    EXPECT_EQ(text("cboConfig", 0), QString()) << "CFG10 absent empties the box";
+    EXPECT_EQ(profile.field(QStringLiteral("cboConfig"), 0).items(), QStringList{QStringLiteral("server.cfg")});
+    EXPECT_EQ(text("cboConfig", 1), QStringLiteral("a,b.cfg"));
+    EXPECT_EQ(value("chkBOTs", 0), 1);
+    EXPECT_EQ(value("chkBOTs", 1), 0);
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Load, ListsAreSplitAtSemicolonsAndKeepTheirBlanks)
+{
+    profile.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("untouched"));
+    store("BannedIPs", QStringLiteral("1.2.3.4;;5.6.7.8; 9.9.9.9 ;   ;"));
+    store("MapListSaved", QStringLiteral("ffa_bespin;;duel_pit;"));
+    load();
+    EXPECT_EQ(profile.field(QStringLiteral("lstBannedIPs")).items(),
+              (QStringList{QStringLiteral("1.2.3.4"), QStringLiteral("5.6.7.8"), QStringLiteral(" 9.9.9.9 ")}));
+    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).rows(),
+              (QList<QStringList>{{QStringLiteral("ffa_bespin")}, {QStringLiteral("duel_pit")}}));
+    EXPECT_EQ(text("lblMapsSelected"), QStringLiteral("2 Selected Maps"));
+}
+
+TEST_F(Load, TheRotationLabelChangesOnlyForAStoredText)
+{
+    const std::pair<const char*, const char*> cases[] = {{"", "untouched"}, {" ; ;", "0 Selected Maps"}};
+    for (const auto& [stored, label] : cases) {
+        TestApp fresh;
+        ServerProfile p;
+        p.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("untouched"));
+        fresh.store->SaveSetting(QStringLiteral("MapListSaved"), QString::fromLatin1(stored));
+        GetMainSettings(*fresh.app, p);
+        EXPECT_EQ(p.text(QStringLiteral("lblMapsSelected")), QString::fromLatin1(label)) << stored;
+    }
+}
+
+TEST_F(Load, OnlyTheExactNameSelectsMinimize)
+{
+    const std::pair<const char*, bool> cases[] = {
+        {"optStartMinimize", true}, {"optstartminimize", false}, {"optStartClose", false}, {"", false}};
+    for (const auto& [stored, minimize] : cases) {
+        TestApp fresh;
+        ServerProfile p;
+        fresh.store->SaveSetting(QStringLiteral("AppMinimize"), QString::fromLatin1(stored));
+        GetMainSettings(*fresh.app, p);
+        EXPECT_EQ(p.isSet(QStringLiteral("optStartMinimize")), minimize) << stored;
+        EXPECT_EQ(p.isSet(QStringLiteral("optStartClose")), !minimize) << stored;
+    }
+}
+
+TEST_F(Load, OptionsAreSelectedByTheirIndex)
+{
+    store("GameType", QStringLiteral("4"));
+    store("LoggingType", QStringLiteral("1"));
+    store("ServerType", QStringLiteral("1"));
+    load();
+    EXPECT_EQ(selected("optDefaultGameType"), 4) << "the index, not the Tag 5";
+    EXPECT_EQ(selected("optLogging"), 1);
+    EXPECT_EQ(selected("chkServerType"), 1);
+}
+
+TEST_F(Load, TheCycleBoxAcceptsBothStoredForms)
+{
+    const std::pair<const char*, int> cases[] = {{"0", 0}, {"True", 1}, {"False", 0}, {"1", 1}};
+    for (const auto& [stored, expected] : cases) {
+        TestApp fresh;
+        ServerProfile p;
+        p.setValue(QStringLiteral("chkUseINI"), 1 - expected);
+        fresh.store->SaveSetting(QStringLiteral("SelectAdvMapCfg"), QString::fromLatin1(stored));
+        GetMainSettings(*fresh.app, p);
+        EXPECT_EQ(p.value(QStringLiteral("chkUseINI")), expected) << stored;
+        EXPECT_TRUE(fresh.prompts.shown.empty());
+    }
+}
+
+TEST_F(Load, EachAssignmentRunsTheOptionRules)
+{
+    t.app->serverExecutable = QStringLiteral("jk2Ded.exe");
+    store("WeaponFlags2", QStringLiteral("True"));
+    store("WeaponFlags17", QStringLiteral("True"));
+    store("DMFlags0", QStringLiteral("True"));
+    store("DMFlags2", QStringLiteral("True"));
+    store("GameSpecificOptions17", QStringLiteral("True"));
+    store("GameType", QStringLiteral("3"));
+    store("ServerType", QStringLiteral("0"));
+    load();
+    EXPECT_EQ(text("txtWeaponFlags"), QStringLiteral("65531"));
+    EXPECT_EQ(text("txtDuelWeaponFlags"), QStringLiteral("4"));
+    EXPECT_EQ(text("txtDMFlags"), QStringLiteral("40"));
+    EXPECT_EQ(text("txtForceFlags"), QStringLiteral("262143"));
+    EXPECT_TRUE(profile.field(QStringLiteral("lblSaberModeDuel")).isVisible());
+    ASSERT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Listen server not supported with jk2Ded.exe") + kTail});
+    EXPECT_EQ(selected("chkServerType"), 1);
+}
+
+TEST_F(Load, AFailureIsReportedAndEndsTheReading)
+{
+    // Each stored value fails its step; what comes before it is read, nothing after it.
+    struct Case {
+        const char* key;
+        const char* value;
+        int number;
+    };
+    const Case cases[] = {{"GameType", "abc", 13}, {"GameType", "9", 340}, {"GameType", "", 13},
+                          {"GameType", "99999", 6}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.value);
+        TestApp fresh;
+        ServerProfile p;
+        fresh.store->SaveSetting(QString::fromLatin1(c.key), QString::fromLatin1(c.value));
+        fresh.store->SaveSetting(QStringLiteral("BannedIPs"), QStringLiteral("1.2.3.4;"));
+        fresh.store->SaveSetting(QStringLiteral("LoggingType"), QStringLiteral("1"));
+        fresh.store->SaveSetting(QStringLiteral("Msg1"), QStringLiteral("stored"));
+        GetMainSettings(*fresh.app, p);
+
+        ASSERT_EQ(fresh.prompts.shown.size(), 1u);
+        const auto& box = fresh.prompts.last().request;
+        EXPECT_EQ(box.icon, Icon::Critical);
+        EXPECT_TRUE(box.text.contains(QStringLiteral("Source: arena-steward::Code.GetMainSettings(Sub)")));
+        EXPECT_TRUE(box.text.contains(QStringLiteral("Number: %1").arg(c.number))) << box.text.toStdString();
+        const QString log = QString::fromLatin1(fileBytes(fresh.app->programFile(QStringLiteral("arena-steward.log"))));
+        EXPECT_TRUE(log.contains(QStringLiteral("Error %1 in arena-steward::Code.GetMainSettings(Sub)").arg(c.number)));
+
+        EXPECT_EQ(p.field(QStringLiteral("lstBannedIPs")).count(), 1) << "read before the failure";
+        EXPECT_TRUE(p.isSet(QStringLiteral("optLogging"), 3)) << "no LoggingType";
+        EXPECT_EQ(p.text(QStringLiteral("txtMaster4")), kMaster4) << "no masters";
+        EXPECT_EQ(p.text(QStringLiteral("txtMsg"), 0), QStringLiteral("^2This Server was configured by ^1Arena Steward"));
+        EXPECT_EQ(fresh.store->GetSetting(QString::fromLatin1(c.key)), QString::fromLatin1(c.value))
+            << "nothing is repaired in the store";
+    }
+}
+
+TEST_F(Load, ABadFlagEndsTheReadingAtItsFamily)
+{
+    store("WeaponFlags3", QStringLiteral("yes"));
+    store("DMFlags0", QStringLiteral("True"));
+    store("MapTimeOut", QStringLiteral("60"));
+    load();
+    EXPECT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(value("chkDMFlags", 0), 0);
+    EXPECT_EQ(text("txtMapTimeOut"), QStringLiteral("300"));
+}

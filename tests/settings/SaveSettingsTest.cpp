@@ -1,0 +1,369 @@
+// Saving the profile, the writer held against the reader through a real settings file,
+// and the change mark with its question.
+#include "settings/MainSettings.h"
+#include "settings/SaveSettings.h"
+#include "shell/Constants.h"
+#include "shell/OptionRules.h"
+#include "shell/ServerProfile.h"
+#include "support/Errors.h"
+#include "testkit/TestApp.h"
+#include "RecordingHost.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+class Save : public ::testing::Test {
+protected:
+    Save() { attachOptionRules(*t.app, profile); }
+
+    QString stored(const QString& key) const { return t.store->GetSetting(key, QStringLiteral("<absent>")); }
+    QString stored(const char* key) const { return stored(QString::fromLatin1(key)); }
+
+    /// Saves with the Defaults button, then loads the store into a new profile, as the
+    /// next start does.
+    ServerProfile& saveAndRestart()
+    {
+        cmdDefault_Click(*t.app, profile);
+        next = std::make_unique<ServerProfile>();
+        attachOptionRules(*t.app, *next);
+        GetMainSettings(*t.app, *next);
+        return *next;
+    }
+
+    TestApp t;
+    ServerProfile profile;
+    std::unique_ptr<ServerProfile> next;
+};
+
+const QString kSaved = QStringLiteral("Settings have been saved") + kTail;
+const QString kQuestion = QStringLiteral("Configuration has changed, set as default?") + kTail;
+
+} // namespace
+
+TEST_F(Save, TheDefaultsButtonWritesEveryKeyAndSaysSo)
+{
+    profile.setConfigurationChanged(true);
+    cmdDefault_Click(*t.app, profile);
+
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().request.text, kSaved);
+    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Arena Steward"));
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_FALSE(profile.configurationChanged());
+
+    // 17 + 18 + 19 + 3 + 1 + 1 + 1 + 1 + 1 + 1 + 1 + 4 + 4 + 32 + 18 + 4 + 3 + 4 + 2 + 2 + 4 + 1 + 1 + 3 + 4 + 6
+    EXPECT_EQ(t.store->GetAllSettings().size(), 156);
+    EXPECT_FALSE(t.store->HasSetting(QStringLiteral("Master1")));
+    EXPECT_EQ(stored("ServerInfo10"), QStringLiteral("Frag the weak% hurdle the dead..."));
+    EXPECT_EQ(stored("ServerInfo15"), QStringLiteral(" "));
+    EXPECT_EQ(stored("ServerInfo213"), QStringLiteral("3"));
+    EXPECT_EQ(stored("GameSpecificOptions0"), QStringLiteral("False"));
+    EXPECT_EQ(stored("AdvSaber2"), QStringLiteral("True"));
+    EXPECT_EQ(stored("WeaponFlags31"), QStringLiteral("False"));
+    EXPECT_EQ(stored("ForceFlags17"), QStringLiteral("False"));
+    EXPECT_EQ(stored("AppMinimize"), QStringLiteral("optStartClose"));
+    EXPECT_EQ(stored("GameType"), QStringLiteral("0"));
+    EXPECT_EQ(stored("LoggingType"), QStringLiteral("3"));
+    EXPECT_EQ(stored("ServerType"), QStringLiteral("2"));
+    EXPECT_EQ(stored("LogName"), QStringLiteral("games.log"));
+    EXPECT_EQ(stored("GameLimts1"), QStringLiteral("20"));
+    EXPECT_EQ(stored("CFG13"), QString());
+    EXPECT_EQ(stored("SpeedGravity3"), QStringLiteral("0"));
+    EXPECT_EQ(stored("AdvSaberValues2"), QStringLiteral("350"));
+    EXPECT_EQ(stored("Msg1"), QStringLiteral("^2This Server was configured by ^1Arena Steward"));
+    EXPECT_EQ(stored("MsgTime"), QStringLiteral("5"));
+    EXPECT_EQ(stored("MsgOn"), QStringLiteral("0"));
+    EXPECT_EQ(stored("Master5"), QStringLiteral(" "));
+    EXPECT_EQ(stored("SelectAdvMapCfg"), QStringLiteral("False"));
+    EXPECT_EQ(stored("PathToMapsCFG"), QStringLiteral(" "));
+    EXPECT_EQ(stored("Quad"), QStringLiteral("3"));
+    EXPECT_EQ(stored("Knockback"), QStringLiteral("1000"));
+    EXPECT_EQ(stored("WeapRespawn"), QStringLiteral("5"));
+    EXPECT_EQ(stored("MaxForceRank"), QStringLiteral("0"));
+    EXPECT_EQ(stored("ForceRegen"), QStringLiteral("200"));
+    EXPECT_EQ(stored("MaxHoloCarry"), QStringLiteral("3"));
+    EXPECT_EQ(stored("MapTimeOut"), QStringLiteral("300"));
+    EXPECT_EQ(stored("BOTs5"), QStringLiteral("0"));
+}
+
+TEST_F(Save, ListsAreWrittenWithASemicolonBehindEachItem)
+{
+    profile.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("1.2.3.4"), QStringLiteral(" 5.6.7.8 ")});
+    profile.field(QStringLiteral("lsvMapRotation"))
+        .setRows({{QStringLiteral("ffa_bespin"), QStringLiteral("Bespin Streets"), QStringLiteral("ffa")},
+                  {QStringLiteral("duel_pit")}});
+    cmdDefault_Click(*t.app, profile);
+    EXPECT_EQ(stored("BannedIPs"), QStringLiteral("1.2.3.4; 5.6.7.8 ;"));
+    EXPECT_EQ(stored("MapListSaved"), QStringLiteral("ffa_bespin;duel_pit;"));
+}
+
+TEST_F(Save, AnEmptyRotationAndBanListAreStoredAsEmptyTexts)
+{
+    t.store->SaveSetting(QStringLiteral("BannedIPs"), QStringLiteral("1.2.3.4;"));
+    t.store->SaveSetting(QStringLiteral("MapListSaved"), QStringLiteral("ffa_bespin;"));
+    cmdDefault_Click(*t.app, profile);
+    EXPECT_EQ(stored("BannedIPs"), QString());
+    EXPECT_EQ(stored("MapListSaved"), QString());
+}
+
+TEST_F(Save, TheOptionsOfTheWindowAreStoredByIndexAndName)
+{
+    profile.setValue(QStringLiteral("optDefaultGameType"), 6, 1);
+    profile.setValue(QStringLiteral("optLogging"), 0, 1);
+    profile.setValue(QStringLiteral("chkServerType"), 1, 1);
+    profile.setValue(QStringLiteral("optStartMinimize"), 1);
+    profile.setValue(QStringLiteral("chkUseINI"), 1);
+    profile.setValue(QStringLiteral("chkSendMessage"), 1);
+    profile.setValue(QStringLiteral("chkBOTs"), 3, 1);
+    ServerProfile& after = saveAndRestart();
+    EXPECT_EQ(stored("GameType"), QStringLiteral("6"));
+    EXPECT_EQ(stored("LoggingType"), QStringLiteral("0"));
+    EXPECT_EQ(stored("ServerType"), QStringLiteral("1"));
+    EXPECT_EQ(stored("AppMinimize"), QStringLiteral("optStartMinimize"));
+    EXPECT_EQ(stored("SelectAdvMapCfg"), QStringLiteral("True"));
+    EXPECT_EQ(stored("MsgOn"), QStringLiteral("1"));
+    EXPECT_EQ(stored("BOTs3"), QStringLiteral("1"));
+    EXPECT_TRUE(after.isSet(QStringLiteral("optDefaultGameType"), 6));
+    EXPECT_TRUE(after.isSet(QStringLiteral("optLogging"), 0));
+    EXPECT_TRUE(after.isSet(QStringLiteral("chkServerType"), 1));
+    EXPECT_TRUE(after.isSet(QStringLiteral("optStartMinimize")));
+    EXPECT_TRUE(after.isSet(QStringLiteral("chkUseINI")));
+    EXPECT_TRUE(after.isSet(QStringLiteral("chkBOTs"), 3));
+}
+
+TEST_F(Save, WithNoOptionSelectedTheOlderValueStands)
+{
+    t.store->SaveSetting(QStringLiteral("GameType"), QStringLiteral("5"));
+    profile.setValue(QStringLiteral("optDefaultGameType"), 0, 0);
+    profile.setValue(QStringLiteral("chkServerType"), 2, 0);
+    cmdDefault_Click(*t.app, profile);
+    EXPECT_EQ(stored("GameType"), QStringLiteral("5"));
+    EXPECT_EQ(stored("ServerType"), QStringLiteral("<absent>"));
+}
+
+TEST_F(Save, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
+{
+    // Key, field, index, decoded on reading.
+    struct Row {
+        const char* key;
+        const char* field;
+        int index;
+        bool decoded;
+    };
+    const Row rows[] = {
+        {"ServerInfo10", "txtServerConfig", 0, true},   {"ServerInfo15", "txtServerConfig", 5, true},
+        {"ServerInfo116", "txtServerConfig", 16, false}, {"Msg1", "txtMsg", 0, false},
+        {"Msg2", "txtMsg", 1, false},                    {"Master2", "txtMaster2", -1, false},
+        {"Master5", "txtMaster5", -1, false},            {"PathToMapsCFG", "txtServerINI", -1, false},
+        {"Quad", "txtWeaponEnhancer", -1, false},        {"Knockback", "txtKnockBack", -1, false},
+        {"WeapRespawn", "txtWeapRespawn", -1, false},
+    };
+    // Typed, stored, shown after a restart when decoded, and when not.
+    struct Value {
+        const char* typed;
+        const char* stored;
+        const char* decoded;
+        const char* raw;
+    };
+    const Value values[] = {{"a,b", "a%b", "a,b", "a%b"},
+                            {"", " ", "", " "},
+                            {"Welcome% all", "Welcome% all", "Welcome, all", "Welcome% all"},
+                            {" x ", " x ", " x ", " x "}};
+    for (const Value& v : values) {
+        for (const Row& r : rows) {
+            SCOPED_TRACE(std::string(r.key) + " <- '" + v.typed + "'");
+            TestApp app;
+            ServerProfile p;
+            p.setText(QString::fromLatin1(r.field), r.index, QString::fromLatin1(v.typed));
+            SaveMainSettings(*app.app, p);
+            EXPECT_EQ(app.store->GetSetting(QString::fromLatin1(r.key)), QString::fromLatin1(v.stored));
+            ServerProfile after;
+            GetMainSettings(*app.app, after);
+            EXPECT_EQ(after.text(QString::fromLatin1(r.field), r.index),
+                      QString::fromLatin1(r.decoded ? v.decoded : v.raw));
+        }
+    }
+}
+
+TEST_F(Save, RawKeysKeepTheirCommas)
+{
+    profile.setText(QStringLiteral("txtLogFileName"), QStringLiteral("a,b.log"));
+    profile.setText(QStringLiteral("txtServerConfigSpin"), 0, QStringLiteral("1,2"));
+    profile.setText(QStringLiteral("cboConfig"), 2, QStringLiteral("x,y.cfg"));
+    ServerProfile& after = saveAndRestart();
+    EXPECT_EQ(stored("LogName"), QStringLiteral("a,b.log"));
+    EXPECT_EQ(stored("ServerInfo20"), QStringLiteral("1,2"));
+    EXPECT_EQ(stored("CFG12"), QStringLiteral("x,y.cfg"));
+    EXPECT_EQ(after.text(QStringLiteral("txtLogFileName")), QStringLiteral("a,b.log"));
+    EXPECT_EQ(after.text(QStringLiteral("cboConfig"), 2), QStringLiteral("x,y.cfg"));
+}
+
+TEST_F(Save, AnEmptyBoxOfAFamilyComesBackEmpty)
+{
+    profile.setText(QStringLiteral("txtServerConfig"), 5, QString());
+    profile.setText(QStringLiteral("txtSpeed"), 0, QString());
+    ServerProfile& after = saveAndRestart();
+    EXPECT_EQ(stored("ServerInfo15"), QStringLiteral(" "));
+    EXPECT_EQ(after.text(QStringLiteral("txtServerConfig"), 5), QString());
+    EXPECT_EQ(stored("SpeedGravity0"), QString());
+    EXPECT_EQ(after.text(QStringLiteral("txtSpeed"), 0), QStringLiteral("250")) << "an empty value counts as absent";
+}
+
+TEST_F(Save, FieldsWithoutAKeyStartEveryRunFromTheirInitialState)
+{
+    profile.setText(QStringLiteral("txtMaster1"), QStringLiteral("edited.master"));
+    profile.setText(QStringLiteral("txtStatsLogName"), QStringLiteral("edited-stats.log"));
+    profile.setText(QStringLiteral("txtBOTThinkTime"), QStringLiteral("777"));
+    profile.setText(QStringLiteral("cboBOT"), QStringLiteral("Nightmare"));
+    profile.setText(QStringLiteral("cboStartingMap"), QStringLiteral("edited_map"));
+    profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
+    profile.setValue(QStringLiteral("optLogging"), 4, 1);
+    profile.setValue(QStringLiteral("chkWeaponFlags"), 5, 1);
+    ServerProfile& after = saveAndRestart();
+
+    const QByteArray file = fileBytes(t.storeFile());
+    for (const char* edited : {"edited", "777", "Nightmare", "Master1"})
+        EXPECT_FALSE(file.contains(edited)) << edited;
+    EXPECT_EQ(stored("LoggingType"), QStringLiteral("3")) << "the game log choice comes first";
+    EXPECT_EQ(after.text(QStringLiteral("txtMaster1")), kMaster1);
+    EXPECT_EQ(after.text(QStringLiteral("txtStatsLogName")), QStringLiteral("stats.log"));
+    EXPECT_EQ(after.text(QStringLiteral("txtBOTThinkTime")), QStringLiteral("100"));
+    EXPECT_EQ(after.text(QStringLiteral("cboStartingMap")), QString());
+    EXPECT_FALSE(after.isSet(QStringLiteral("chkMapAutoCycle")));
+    EXPECT_TRUE(after.isSet(QStringLiteral("optLogging"), 5));
+    EXPECT_FALSE(after.isSet(QStringLiteral("optLogging"), 4));
+    EXPECT_EQ(after.text(QStringLiteral("txtWeaponFlags")), QStringLiteral("32")) << "the mask follows its boxes";
+}
+
+TEST_F(Save, ListItemsComeBackAsTheSplitSeesThem)
+{
+    profile.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("1.1.1.1;2.2.2.2"), QStringLiteral("   ")});
+    profile.field(QStringLiteral("lsvMapRotation")).setRows({{QStringLiteral("a;b")}, {QStringLiteral(" ")}});
+    ServerProfile& after = saveAndRestart();
+    EXPECT_EQ(after.field(QStringLiteral("lstBannedIPs")).items(),
+              (QStringList{QStringLiteral("1.1.1.1"), QStringLiteral("2.2.2.2")}));
+    EXPECT_EQ(after.field(QStringLiteral("lsvMapRotation")).rows(),
+              (QList<QStringList>{{QStringLiteral("a")}, {QStringLiteral("b")}}));
+    EXPECT_EQ(after.text(QStringLiteral("lblMapsSelected")), QStringLiteral("2 Selected Maps"));
+}
+
+TEST_F(Save, AWholeProfileSurvivesARestart)
+{
+    for (Field* f : profile.array(QStringLiteral("txtServerConfigSpin")))
+        f->setText(QStringLiteral("%1").arg(100 + f->index()));
+    for (Field* f : profile.array(QStringLiteral("txtGameLimits")))
+        f->setText(QStringLiteral("%1").arg(7 + f->index()));
+    for (int i : {0, 5, 18, 31})
+        profile.setValue(QStringLiteral("chkWeaponFlags"), i, 1);
+    for (int i : {1, 16})
+        profile.setValue(QStringLiteral("chkPowerUpFlags"), i, 1);
+    profile.setValue(QStringLiteral("chkQuake3Specific"), 8, 1);
+    profile.setValue(QStringLiteral("chkDMFlags"), 2, 1);
+    profile.setValue(QStringLiteral("chkAdvancedSaber"), 1, 0);
+    profile.setText(QStringLiteral("txtAdvancedSaber"), 0, QStringLiteral("-1"));
+    profile.setText(QStringLiteral("txtServerConfig"), 4, QStringLiteral("me@example.org"));
+    profile.setText(QStringLiteral("txtMsgTimer"), QStringLiteral("15"));
+    ServerProfile& after = saveAndRestart();
+    for (Field* f : profile.fields()) {
+        const QString& n = f->name();
+        if (n == QLatin1String("txtMaster1") || n.startsWith(QLatin1String("lbl")))
+            continue;
+        SCOPED_TRACE(f->key().toStdString());
+        Field& g = after.field(n, f->index());
+        EXPECT_EQ(g.value(), f->value());
+        if (f->kind() != FieldKind::Text)
+            continue;
+        // Empty boxes of raw-assigned keys return with one blank.
+        const bool blank = f->text().isEmpty() &&
+                           (n == QLatin1String("txtMaster5") || n == QLatin1String("txtServerINI") ||
+                            (n == QLatin1String("txtServerConfig") && f->index() == 16));
+        EXPECT_EQ(g.text(), blank ? QStringLiteral(" ") : f->text());
+    }
+}
+
+TEST_F(Save, AFailedSaveIsReportedAndStillSaysSaved)
+{
+    t.store->SaveSetting(QStringLiteral("LogName"), QStringLiteral("old.log"));
+    QFile::remove(t.storeFile());
+    QDir().mkpath(t.storeFile()); // the file can't be replaced
+    profile.setConfigurationChanged(true);
+    cmdDefault_Click(*t.app, profile);
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    EXPECT_EQ(t.prompts.shown[0].request.icon, Icon::Critical);
+    EXPECT_TRUE(t.prompts.shown[0].request.text.contains(QStringLiteral("::Code.SaveMainSettings(Sub)")));
+    EXPECT_TRUE(t.prompts.shown[0].request.text.contains(QStringLiteral("Number: 75")));
+    EXPECT_EQ(t.prompts.shown[1].request.text, kSaved);
+    EXPECT_FALSE(profile.configurationChanged());
+}
+
+TEST_F(Save, AKeyPressSetsTheChangeMarkAndTheMouseDoesNot)
+{
+    EXPECT_FALSE(profile.configurationChanged());
+    profile.setValue(QStringLiteral("chkQuake3Specific"), 0, 1);
+    profile.setValue(QStringLiteral("optDefaultGameType"), 3, 1);
+    EXPECT_FALSE(profile.configurationChanged());
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    EXPECT_TRUE(t.prompts.shown.empty()) << "no question after mouse changes";
+
+    noteKeyPress(profile); // even a key that changes nothing
+    EXPECT_TRUE(profile.configurationChanged());
+}
+
+TEST_F(Save, NoAtTheOkQuestionClearsTheMarkWithoutSaving)
+{
+    noteKeyPress(profile);
+    t.prompts.answerNext(Answer::No);
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    const auto& box = t.prompts.last().request;
+    EXPECT_EQ(box.text, kQuestion);
+    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
+    EXPECT_EQ(box.icon, Icon::Question);
+    EXPECT_EQ(box.buttons, Buttons::YesNo);
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty());
+
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    EXPECT_EQ(t.prompts.shown.size(), 1u) << "no second question";
+}
+
+TEST_F(Save, YesAtTheOkQuestionSavesAsTheDefaultsButton)
+{
+    noteKeyPress(profile);
+    t.prompts.answerNext(Answer::Yes);
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    EXPECT_EQ(t.prompts.texts(), (QStringList{kQuestion, kSaved}));
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_EQ(t.store->GetAllSettings().size(), 156);
+}
+
+TEST_F(Save, NoBeforeSavingAConfigurationFileLeavesTheMark)
+{
+    noteKeyPress(profile);
+    t.prompts.answerNext(Answer::No);
+    askSaveChangedConfiguration_Save(*t.app, profile);
+    EXPECT_TRUE(profile.configurationChanged());
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty());
+
+    t.prompts.answerNext(Answer::Yes);
+    askSaveChangedConfiguration_Save(*t.app, profile);
+    EXPECT_EQ(t.prompts.texts(), (QStringList{kQuestion, kQuestion, kSaved}));
+    EXPECT_FALSE(profile.configurationChanged());
+}
+
+TEST_F(Save, CloseLosesTypedChangesWithoutAWord)
+{
+    RecordingHost host;
+    profile.setText(QStringLiteral("txtServerConfig"), 0, QStringLiteral("typed"));
+    noteKeyPress(profile);
+    cmdCancel_Click(*t.app, profile, host);
+    EXPECT_EQ(host.closes, 1);
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty());
+}
