@@ -160,6 +160,7 @@ TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
     Rows atRestart;
     host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
     t.prompts.chooseFile(ascFile());
+    const QString gameFolder = t.app->gameFolder;
     LoadConfiguration(*t.app, host);
 
     ASSERT_GE(t.prompts.dialogs.size(), 2u) << "the restart may ask for the executable again";
@@ -168,7 +169,7 @@ TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
     EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Load Arena Steward configuration file"));
     EXPECT_EQ(dialog.state.Filter, QStringLiteral("Arena Steward Configuration (*asc)|*.asc"));
     EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("asc"));
-    EXPECT_EQ(dialog.state.InitialDir, t.app->gameFolder);
+    EXPECT_EQ(dialog.state.InitialDir, gameFolder);
 
     ASSERT_GE(t.prompts.shown.size(), 2u);
     EXPECT_EQ(t.prompts.shown[1].request.text, QStringLiteral("Arena Steward will now restart to load settings") + kTail);
