@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QWidget>
 
@@ -13,8 +14,9 @@ namespace steward {
 namespace {
 
 const char* const kGuardName = "stewardCloseGuard";
+const char* const kUnloadingProperty = "stewardUnloading";
 
-/// Swallows the close requests that come from outside the program.
+/// Swallows every close request but the program's own unload.
 class CloseGuard final : public QObject {
 public:
     explicit CloseGuard(QObject* parent) : QObject(parent) { setObjectName(QString::fromLatin1(kGuardName)); }
@@ -22,7 +24,7 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::Close && event->spontaneous()) {
+        if (event->type() == QEvent::Close && !isUnloading(qobject_cast<QWidget*>(watched))) {
             event->ignore();
             return true;
         }
@@ -79,6 +81,21 @@ bool closeMenuDisabled(const QWidget* form)
 {
     return form && form->findChild<QObject*>(QString::fromLatin1(kGuardName), Qt::FindDirectChildrenOnly);
 }
+
+void unloadForm(QWidget* form)
+{
+    if (!form)
+        return;
+    form->setProperty(kUnloadingProperty, true);
+    QPointer<QWidget> alive(form);
+    const bool closed = form->close();
+    if (alive && closed && !form->testAttribute(Qt::WA_DeleteOnClose))
+        form->deleteLater();
+    else if (alive && !closed)
+        form->setProperty(kUnloadingProperty, false);
+}
+
+bool isUnloading(const QWidget* form) { return form && form->property(kUnloadingProperty).toBool(); }
 
 void FormOnTop(AppContext& app, QWidget* form, bool onTop)
 {

@@ -6,6 +6,9 @@ namespace steward {
 
 namespace {
 
+/// Row spacing of a page with room to spare.
+constexpr int kRoomy = 6;
+
 QStringList keys(const QString& name, std::initializer_list<int> indexes)
 {
     QStringList result;
@@ -25,17 +28,20 @@ QStringList range(const QString& name, int first, int last)
 PageLayout serverPage()
 {
     PageLayout page;
-    page.columnStretch = {3, 3, 2};
+    page.columnStretch = {4, 3, 2};
+    // Clients; times; network and memory.
+    const QStringList spins = keys(QStringLiteral("txtServerConfigSpin"),
+                                   {0, 6, 1, 16, 17, 10, 3, 9, 14, 13, 15, 4, 2, 8, 7, 5, 11, 12});
     page.blocks = {
-        {{}, {}, {{1, range(QStringLiteral("txtServerConfig"), 0, 11)}}, 0, 0, 2, 1},
+        {{}, {}, {{1, range(QStringLiteral("txtServerConfig"), 0, 11), false, kRoomy}}, 0, 0, 2, 1},
         {{},
          {},
-         {{1, keys(QStringLiteral("txtServerConfig"), {15, 14, 13, 12, 16}) << QStringLiteral("cmdIP")}},
+         {{1, keys(QStringLiteral("txtServerConfig"), {15, 14, 13, 12, 16}) << QStringLiteral("cmdIP"), false, kRoomy}},
          0,
          1},
         {QStringLiteral("fraGameType(4)"), QStringLiteral("Server Type"),
          {{1, range(QStringLiteral("chkServerType"), 0, 2)}}, 0, 2, 1, 1, true},
-        {{}, {}, {{3, range(QStringLiteral("txtServerConfigSpin"), 0, 17)}}, 1, 1, 1, 2},
+        {{}, {}, {{3, spins, false, kRoomy}}, 1, 1, 1, 2},
     };
     return page;
 }
@@ -118,6 +124,7 @@ PageLayout saberPage()
 PageLayout gamePage()
 {
     PageLayout page;
+    page.margin = 0;
     page.blocks = {{{}, {}, {{1, {QStringLiteral("vsExtraGameFlags")}}}, 0, 0}};
     return page;
 }
@@ -200,6 +207,7 @@ PageLayout miscPage()
 PageLayout informationPage()
 {
     PageLayout page;
+    page.margin = 12;
     page.blocks = {
         {{},
          {},

@@ -45,6 +45,7 @@ struct PageLayout {
     QString caption;
     QList<Block> blocks;
     QList<int> columnStretch; ///< stretch factor of each grid column of the page
+    int margin = 4;           ///< space around the page's content
 };
 
 /// "Server     |Game       |Map        |BOT        |Misc.      |Information"

@@ -2,6 +2,7 @@
 
 #include "shell/MainFormLoad.h"
 #include "shell/ServerProfile.h"
+#include "ui/FormServices.h"
 #include "ui/QtPrompts.h"
 #include "ui/frmMain.h"
 
@@ -24,19 +25,6 @@ QList<QWidget*> loadedForms()
             forms.append(w);
     }
     return forms;
-}
-
-void unload(QWidget* form)
-{
-    if (!form)
-        return;
-    if (auto* main = qobject_cast<frmMain*>(form)) {
-        main->unload();
-        return;
-    }
-    QPointer<QWidget> guard(form);
-    if (form->close() && guard)
-        form->deleteLater();
 }
 
 } // namespace
@@ -94,7 +82,7 @@ void QtWindowHost::closeAllForms()
         if (form->objectName() == QLatin1String("frmMain"))
             continue;
         try {
-            unload(form);
+            unloadForm(form);
         } catch (...) {
             // Errors are ignored on the way out.
         }
@@ -105,14 +93,14 @@ void QtWindowHost::closeAllForms()
     }
 }
 
-void QtWindowHost::unloadForm(const QString& name)
+void QtWindowHost::unloadFormNamed(const QString& name)
 {
     for (QWidget* form : loadedForms())
         if (form->objectName() == name)
-            unload(form);
+            unloadForm(form);
 }
 
-void QtWindowHost::unloadScanner() { unloadForm(QStringLiteral("frmScanner")); }
+void QtWindowHost::unloadScanner() { unloadFormNamed(QStringLiteral("frmScanner")); }
 
 void QtWindowHost::minimizeMainWindow()
 {

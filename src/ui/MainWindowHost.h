@@ -39,7 +39,7 @@ public:
     void addWindowSetup(std::function<void(frmMain&)> setup);
 
     /// Unloads a top-level form by its object name, if one is loaded.
-    static void unloadForm(const QString& name);
+    static void unloadFormNamed(const QString& name);
 
 signals:
     /// The main window object has ended.

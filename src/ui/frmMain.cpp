@@ -11,6 +11,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -24,9 +25,10 @@ namespace steward {
 namespace {
 
 constexpr int kTwipsPerPixel = 15;
-constexpr int kNarrowBoxWidth = 34;
-constexpr int kMaskBoxWidth = 64;
-constexpr int kFontPointSize = 8;
+/// Room for this many digits in a narrow number box and in a mask box.
+constexpr int kNarrowDigits = 4;
+constexpr int kMaskDigits = 7;
+constexpr int kFontPointSize = 9;
 constexpr QSize kPictureSize(176, 132);
 const char* const kEventKeyProperty = "stewardEventKey";
 
@@ -58,6 +60,15 @@ protected:
 private:
     std::function<void()> m_onClick;
 };
+
+/// The width of a text box that shows this many digits.
+int digitsWidth(const QLineEdit& box, int digits)
+{
+    const QMargins text = box.textMargins();
+    constexpr int kFrameAndPadding = 10;
+    return box.fontMetrics().horizontalAdvance(QString(digits, QLatin1Char('0'))) + text.left() + text.right() +
+           kFrameAndPadding;
+}
 
 bool growsTall(const QWidget* widget)
 {
@@ -143,9 +154,7 @@ QWidget* frmMain::buildPage(const PageLayout& layout)
 {
     auto* page = new QWidget;
     auto* grid = new QGridLayout(page);
-    const bool wrapper = layout.blocks.size() == 1 && layout.blocks.first().sections.size() == 1 &&
-                         layout.blocks.first().sections.first().keys == QStringList{QStringLiteral("vsExtraGameFlags")};
-    grid->setContentsMargins(wrapper ? QMargins() : QMargins(4, 4, 4, 4));
+    grid->setContentsMargins(layout.margin, layout.margin, layout.margin, layout.margin);
     grid->setSpacing(4);
     bool tall = false;
     int rows = 0;
@@ -310,9 +319,9 @@ QWidget* frmMain::makeFieldControl(Field& field, QWidget* parent)
     }
     if (auto* box = qobject_cast<QLineEdit*>(widget)) {
         if (isNarrowTextField(name))
-            box->setFixedWidth(kNarrowBoxWidth);
+            box->setFixedWidth(digitsWidth(*box, kNarrowDigits));
         if (isMaskField(name)) {
-            box->setFixedWidth(kMaskBoxWidth);
+            box->setFixedWidth(digitsWidth(*box, kMaskDigits));
             box->setReadOnly(true);
         }
     }
@@ -407,19 +416,16 @@ void frmMain::applyPointer()
     }
 }
 
-void frmMain::unload()
-{
-    m_unloading = true;
-    close();
-}
+void frmMain::unload() { unloadForm(this); }
+
+bool frmMain::isUnloading() const { return steward::isUnloading(this); }
 
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    // A close request shrinks the window to the task bar in the instant before it goes;
-    // it is never refused here.
+    // A close that gets here shrinks the window to the task bar in the instant before it
+    // goes; it is never refused here.
     if (isVisible() && !isMinimized())
         showMinimized();
-    m_unloading = true;
     event->accept();
 }
 

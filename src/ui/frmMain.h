@@ -48,7 +48,7 @@ public:
 
     /// Unloads the window: it is minimised, closed and then destroyed.
     void unload();
-    bool isUnloading() const { return m_unloading; }
+    bool isUnloading() const;
 
     // The window side of the load.
     void setRotationColumns(const QList<int>& twips) override;
@@ -80,7 +80,6 @@ private:
     QHash<QString, QWidget*> m_controls;
     QTabWidget* m_mainTab = nullptr;
     const UiRoutes* m_routes = nullptr;
-    bool m_unloading = false;
 };
 
 } // namespace steward

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QTabWidget>
+#include <cstdio>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -38,6 +39,7 @@ TEST(MainWindowPictures, EveryPage)
     p.setText(QStringLiteral("lblNumberOfMapsAvailable"), QStringLiteral("2 Maps Available"));
     p.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("10.0.0.1")});
     window.show();
+    std::printf("smallest size %d x %d\n", window.minimumSizeHint().width(), window.minimumSizeHint().height());
     QApplication::processEvents();
     auto* game = window.control<QTabWidget>(QStringLiteral("vsExtraGameFlags"));
     for (int page = 0; page < window.mainTab()->count(); ++page) {
