@@ -213,7 +213,7 @@ BoundListWidget::BoundListWidget(Field& field, QWidget* parent) : QListWidget(pa
     connect(this, &QListWidget::itemSelectionChanged, this, &BoundListWidget::selectionToField);
     connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!m_syncing)
-            m_field.setCurrent(row);
+            syncing(m_syncing, [&] { m_field.setCurrent(row); });
     });
 }
 
@@ -228,6 +228,8 @@ void BoundListWidget::itemsFromField()
 
 void BoundListWidget::selectionFromField()
 {
+    if (m_syncing)
+        return;
     syncing(m_syncing, [this] {
         clearSelection();
         for (int position : m_field.selection())
@@ -246,7 +248,7 @@ void BoundListWidget::selectionToField()
     for (int i = 0; i < count(); ++i)
         if (item(i)->isSelected())
             positions.append(i);
-    m_field.setSelection(positions);
+    syncing(m_syncing, [&] { m_field.setSelection(positions); });
 }
 
 // ---------------------------------------------------------------------------------------
@@ -297,6 +299,8 @@ void BoundTable::rowsFromField()
 
 void BoundTable::selectionFromField()
 {
+    if (m_syncing)
+        return;
     const int first = m_heading ? 1 : 0;
     syncing(m_syncing, [&] {
         clearSelection();
@@ -315,7 +319,7 @@ void BoundTable::selectionToField()
     for (int r = 0; r < rowCount(); ++r)
         if (item(r, 0) && item(r, 0)->isSelected())
             positions.append(r + first);
-    m_field.setSelection(positions);
+    syncing(m_syncing, [&] { m_field.setSelection(positions); });
 }
 
 // ---------------------------------------------------------------------------------------
@@ -334,6 +338,7 @@ BoundTree::BoundTree(Field& field, int columns, QWidget* parent) : QTreeWidget(p
     connect(&field, &Field::itemsChanged, this, &BoundTree::fromField);
     connect(&field, &Field::selectionChanged, this, &BoundTree::selectionFromField);
     connect(this, &QTreeWidget::itemSelectionChanged, this, &BoundTree::selectionToField);
+    connect(this, &QTreeWidget::currentItemChanged, this, &BoundTree::selectionToField);
 }
 
 QList<QStringList> BoundTree::lines() const
@@ -364,6 +369,8 @@ void BoundTree::fromField()
 
 void BoundTree::selectionFromField()
 {
+    if (m_syncing)
+        return;
     syncing(m_syncing, [this] {
         clearSelection();
         for (int position : m_field.selection())
@@ -383,8 +390,11 @@ void BoundTree::selectionToField()
     for (int i = 0; i < topLevelItemCount(); ++i)
         if (topLevelItem(i)->isSelected())
             positions.append(i);
-    m_field.setSelection(positions);
-    m_field.setCurrent(currentItem() ? indexOfTopLevelItem(currentItem()) : -1);
+    const int current = currentItem() ? indexOfTopLevelItem(currentItem()) : -1;
+    syncing(m_syncing, [&] {
+        m_field.setSelection(positions);
+        m_field.setCurrent(current);
+    });
 }
 
 // ---------------------------------------------------------------------------------------
