@@ -7,7 +7,7 @@
 #include "ui/frmMain.h"
 
 #include <QApplication>
-#include <QTimer>
+#include <QAbstractEventDispatcher>
 #include <QWidget>
 
 namespace steward {
@@ -53,6 +53,7 @@ ServerProfile* QtWindowHost::loadMainWindow()
     if (mainWindow())
         unloadMainWindow();
     auto* window = new frmMain(m_app);
+
     m_window = window;
     window->setRoutes(&m_routes);
     connect(window, &QObject::destroyed, this, &QtWindowHost::mainWindowDestroyed);
@@ -111,18 +112,16 @@ void QtWindowHost::minimizeMainWindow()
 void quitWhenMainWindowGone(QtWindowHost& host)
 {
     QApplication::setQuitOnLastWindowClosed(false);
-    auto check = [&host] {
-        QTimer::singleShot(0, &host, [&host] {
-            if (host.mainWindow())
+    // Only when the event loop has nothing left to do: a restart runs inside one event,
+    // so it has its new main window by then.
+    QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &host, [&host] {
+        if (host.mainWindow())
+            return;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->isVisible() && (w->windowType() == Qt::Window || w->windowType() == Qt::Dialog))
                 return;
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (w->isVisible() && (w->windowType() == Qt::Window || w->windowType() == Qt::Dialog))
-                    return;
-            QCoreApplication::quit();
-        });
-    };
-    QObject::connect(&host, &QtWindowHost::mainWindowDestroyed, &host, check);
-    QObject::connect(qApp, &QGuiApplication::lastWindowClosed, &host, check);
+        QCoreApplication::quit();
+    });
 }
 
 } // namespace steward

@@ -31,6 +31,8 @@ public:
 
     /// The main window while it is loaded and not on its way out, else null.
     frmMain* mainWindow() const;
+    /// True while a main window object exists, even one on its way out.
+    bool mainWindowAlive() const { return !m_window.isNull(); }
 
     /// The routes of the main window's events. cmdCancel starts as closeAllForms.
     UiRoutes& routes() { return m_routes; }
@@ -53,8 +55,9 @@ private:
     std::vector<std::function<void(frmMain&)>> m_setups;
 };
 
-/// Ends the event loop once the main window is gone and no other window is shown, as
-/// long as no new main window has come up in the meantime (a restart).
+/// Ends the event loop once it is idle with no main window loaded and no other window
+/// shown. A restart runs within one event and has its new main window before the loop is
+/// idle again, so a restart never ends the program.
 void quitWhenMainWindowGone(QtWindowHost& host);
 
 } // namespace steward
