@@ -50,7 +50,8 @@ FieldPresence::FieldPresence(QWidget* widget, Field& field) : QObject(widget), m
 void FieldPresence::addCompanion(QWidget* companion)
 {
     m_companions.append(companion);
-    apply();
+    setShown(companion, m_visible);
+    companion->setEnabled(m_enabled);
 }
 
 FieldPresence* FieldPresence::of(const QWidget* widget)
@@ -70,18 +71,28 @@ void FieldPresence::apply()
 {
     if (!m_field)
         return;
-    const bool visible = m_field->isVisible();
-    const bool enabled = m_field->isEnabled();
     if (m_widget->property("Tag").toString() != m_field->tag())
         m_widget->setProperty("Tag", m_field->tag());
-    setShown(m_widget, visible);
-    m_widget->setEnabled(enabled);
-    for (const QPointer<QWidget>& companion : std::as_const(m_companions)) {
-        if (!companion)
-            continue;
-        setShown(companion, visible);
-        companion->setEnabled(enabled);
+    // Only a change of the field's own state reaches the widgets, so that a widget that
+    // the window shows, hides or greys by itself keeps that until the field changes.
+    const bool visible = m_field->isVisible();
+    const bool enabled = m_field->isEnabled();
+    const bool force = !m_applied;
+    m_applied = true;
+    if (force || visible != m_visible) {
+        setShown(m_widget, visible);
+        for (const QPointer<QWidget>& companion : std::as_const(m_companions))
+            if (companion)
+                setShown(companion, visible);
     }
+    if (force || enabled != m_enabled) {
+        m_widget->setEnabled(enabled);
+        for (const QPointer<QWidget>& companion : std::as_const(m_companions))
+            if (companion)
+                companion->setEnabled(enabled);
+    }
+    m_visible = visible;
+    m_enabled = enabled;
 }
 
 // ---------------------------------------------------------------------------------------
@@ -170,6 +181,8 @@ BoundComboBox::BoundComboBox(Field& field, QWidget* parent) : QComboBox(parent),
 {
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
+    // The text is what was typed; nothing completes it from the list.
+    setCompleter(nullptr);
     new FieldPresence(this, field);
     itemsFromField();
     connect(&field, &Field::itemsChanged, this, &BoundComboBox::itemsFromField);

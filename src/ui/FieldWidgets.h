@@ -43,6 +43,9 @@ private:
     QWidget* m_widget;
     QPointer<Field> m_field;
     QList<QPointer<QWidget>> m_companions;
+    bool m_applied = false;
+    bool m_visible = true;
+    bool m_enabled = true;
 };
 
 /// A Text field. Password fields show "*" for each character.

@@ -80,7 +80,7 @@ void QtWindowHost::unloadMainWindow()
 void QtWindowHost::closeAllForms()
 {
     for (QWidget* form : loadedForms()) {
-        if (form->objectName() == QLatin1String("frmMain"))
+        if (form->objectName() == QLatin1String("frmMain") || isUnloading(form))
             continue;
         try {
             unloadForm(form);

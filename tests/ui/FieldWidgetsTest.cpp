@@ -135,6 +135,12 @@ TEST_F(Bindings, ComboKeepsItsTextWhenItsListChanges)
     combo.setCurrentIndex(0);
     EXPECT_EQ(config.text(), QStringLiteral("autoexec.cfg"));
 
+    parent.show();
+    QApplication::setActiveWindow(&parent);
+    combo.setFocus();
+    combo.lineEdit()->selectAll();
+    type(combo.lineEdit(), QStringLiteral("a"));
+    EXPECT_EQ(config.text(), QStringLiteral("a")) << "typing isn't completed from the list";
     combo.lineEdit()->selectAll();
     type(combo.lineEdit(), QStringLiteral("mine.cfg"));
     EXPECT_EQ(config.text(), QStringLiteral("mine.cfg"));
