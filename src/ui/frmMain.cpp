@@ -11,8 +11,8 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QHBoxLayout>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTabWidget>
@@ -75,7 +75,7 @@ bool growsTall(const QWidget* widget)
     return widget->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag;
 }
 
-/// The field key of an item of a layout table, or of the first control of "a+b".
+/// The keys of the controls that an item of a layout table puts side by side ("a+b").
 QStringList parts(const QString& item) { return item.split(QLatin1Char('+')); }
 
 /// "name(3)" as name and index, "name" as name and -1.
