@@ -336,32 +336,32 @@ QWidget* frmMain::makeFieldControl(Field& field, QWidget* parent)
 
 QWidget* frmMain::makeStaticControl(const QString& key, QWidget* parent)
 {
-    for (const StaticControl& spec : staticControls()) {
-        if (spec.name != key)
+    for (const StaticControl& entry : staticControls()) {
+        if (entry.name != key)
             continue;
         QWidget* widget = nullptr;
-        switch (spec.kind) {
+        switch (entry.kind) {
         case StaticControl::Kind::Button: {
-            auto* button = new QPushButton(spec.text, parent);
+            auto* button = new QPushButton(entry.text, parent);
             button->setAutoDefault(false);
             connect(button, &QPushButton::clicked, this, [this, key] { raiseEvent({key, UiEventKind::Click, {}}); });
             widget = button;
             break;
         }
         case StaticControl::Kind::Label: {
-            auto* label = new QLabel(spec.text, parent);
-            label->setWordWrap(spec.wrap);
+            auto* label = new QLabel(entry.text, parent);
+            label->setWordWrap(entry.wrap);
             widget = label;
             break;
         }
         case StaticControl::Kind::Link:
-            widget = new LinkLabel(spec.text, [this, key] { raiseEvent({key, UiEventKind::Click, {}}); }, parent);
+            widget = new LinkLabel(entry.text, [this, key] { raiseEvent({key, UiEventKind::Click, {}}); }, parent);
             break;
         }
         widget->setObjectName(key);
-        widget->setToolTip(spec.tooltip);
+        widget->setToolTip(entry.tooltip);
         widget->setProperty("Tag", QString());
-        if (spec.hidden)
+        if (entry.hidden)
             widget->setHidden(true);
         return widget;
     }
