@@ -4,38 +4,17 @@
 #include "platform/System.h"
 #include "settings/SettingsStore.h"
 #include "shell/AppContext.h"
-#include "shell/ServerProfile.h"
 #include "shell/Startup.h"
+#include "ui/MainWindowHost.h"
 #include "ui/QtPrompts.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
-#include <QWidget>
-#include <memory>
 
 namespace steward {
 
 namespace {
-class PlaceholderHost final : public WindowHost {
-public:
-    ServerProfile* loadMainWindow() override
-    {
-        profile = std::make_unique<ServerProfile>();
-        window = std::make_unique<QWidget>();
-        window->setObjectName(QStringLiteral("frmMain"));
-        window->setWindowTitle(QStringLiteral("Arena Steward"));
-        return profile.get();
-    }
-    void showMainWindow() override { window->show(); }
-    void unloadMainWindow() override { window.reset(); }
-    void closeAllForms() override { window.reset(); }
-    void unloadScanner() override {}
-    void minimizeMainWindow() override {}
-    std::unique_ptr<ServerProfile> profile;
-    std::unique_ptr<QWidget> window;
-};
-
 QString commandLineText(int argc, char** argv)
 {
     QStringList words;
@@ -67,10 +46,11 @@ int runApplication(int argc, char** argv)
     Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store};
     AppContext app(services, programFolder);
 
-    PlaceholderHost host;
+    QtWindowHost host(app, &prompts);
     const StartupOutcome outcome = runStartup(app, host, commandLineText(argc, argv));
     if (outcome != StartupOutcome::MainWindowOpen)
         return 0;
+    quitWhenMainWindowGone(host);
     return QApplication::exec();
 }
 

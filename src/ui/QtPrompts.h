@@ -3,7 +3,8 @@
 #include "platform/Prompts.h"
 #include "platform/System.h"
 
-class QWidget;
+#include <QPointer>
+#include <QWidget>
 
 namespace steward {
 
@@ -15,11 +16,12 @@ public:
     void setScreenPointer(int value) override;
     void processEvents() override;
 
-    /// The window that owns the boxes and dialogs.
+    /// The window that owns the boxes and dialogs: the main window while it lives.
     void setOwner(QWidget* owner) { m_owner = owner; }
+    QWidget* owner() const { return m_owner; }
 
 private:
-    QWidget* m_owner = nullptr;
+    QPointer<QWidget> m_owner;
     int m_pointer = pointer::Default;
 };
 

@@ -1,0 +1,294 @@
+// The windows as start-up sees them: the main window comes and goes, all forms close,
+// a fresh main window can follow (a restart), the close button does nothing, and the
+// controls' events reach their routes.
+#include "shell/ServerProfile.h"
+#include "support/Errors.h"
+#include "testkit/TestApp.h"
+#include "ui/FormServices.h"
+#include "ui/MainWindowHost.h"
+#include "ui/QtPrompts.h"
+#include "ui/frmMain.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QWindow>
+#include <gtest/gtest.h>
+
+using namespace steward;
+
+namespace {
+
+/// Runs the deletions that unloading left for the event loop.
+void settle()
+{
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QApplication::processEvents();
+}
+
+class QtHost : public ::testing::Test {
+protected:
+    void TearDown() override
+    {
+        host.closeAllForms();
+        settle();
+    }
+
+    void click(const QString& button)
+    {
+        auto* b = host.mainWindow()->findChild<QPushButton*>(button);
+        ASSERT_NE(b, nullptr) << button.toStdString();
+        b->click();
+    }
+
+    steward::testing::TestApp t;
+    QtPrompts prompts;
+    QtWindowHost host{*t.app, &prompts};
+};
+
+} // namespace
+
+TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndOwningTheBoxes)
+{
+    ServerProfile* profile = host.loadMainWindow();
+    frmMain* window = host.mainWindow();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(profile, &window->profile());
+    EXPECT_EQ(window->objectName(), QStringLiteral("frmMain"));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Arena Steward"));
+    EXPECT_EQ(window->size(), QSize(640, 499));
+    const QRect screen = window->screen()->geometry();
+    EXPECT_EQ(window->pos(), QPoint(screen.left() + (screen.width() - 640) / 2, screen.top() + (screen.height() - 499) / 2));
+    EXPECT_TRUE(closeMenuDisabled(window));
+    EXPECT_EQ(prompts.owner(), window);
+    EXPECT_FALSE(window->isVisible()) << "loading doesn't show it";
+    host.showMainWindow();
+    EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(QtHost, TheWindowsOwnCloseRequestsDoNothing)
+{
+    host.loadMainWindow();
+    host.showMainWindow();
+    QPointer<frmMain> window = host.mainWindow();
+    EXPECT_FALSE(window->close());
+    window->windowHandle()->close();
+    settle();
+    ASSERT_FALSE(window.isNull());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(window->isMinimized());
+    EXPECT_EQ(host.mainWindow(), window.data());
+}
+
+TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
+{
+    bool gone = false;
+    QObject::connect(&host, &QtWindowHost::mainWindowDestroyed, [&gone] { gone = true; });
+    host.loadMainWindow();
+    host.showMainWindow();
+    QPointer<frmMain> first = host.mainWindow();
+    first->profile().setText(QStringLiteral("txtServerConfig"), 1, QStringLiteral("Changed"));
+    QPointer<QWidget> other = new QWidget;
+    other->setObjectName(QStringLiteral("frmAbout"));
+    DisableCloseMenu(*t.app, other);
+    other->show();
+
+    click(QStringLiteral("cmdCancel"));
+    EXPECT_EQ(host.mainWindow(), nullptr) << "the window is on its way out at once";
+    settle();
+    EXPECT_TRUE(first.isNull());
+    EXPECT_TRUE(other.isNull()) << "the other forms go too, close button or not";
+    EXPECT_TRUE(gone);
+    EXPECT_EQ(prompts.owner(), nullptr);
+
+    ServerProfile* fresh = host.loadMainWindow();
+    ASSERT_NE(host.mainWindow(), nullptr);
+    EXPECT_EQ(fresh->text(QStringLiteral("txtServerConfig"), 1), QStringLiteral("Luke"));
+}
+
+TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherForms)
+{
+    host.loadMainWindow();
+    QPointer<QWidget> other = new QWidget;
+    other->setObjectName(QStringLiteral("frmPicker"));
+    other->show();
+    host.unloadMainWindow();
+    settle();
+    EXPECT_EQ(host.mainWindow(), nullptr);
+    EXPECT_FALSE(other.isNull());
+    delete other.data();
+}
+
+TEST_F(QtHost, TheScannerIsUnloadedOnlyWhenThere)
+{
+    host.loadMainWindow();
+    host.unloadScanner();
+    settle();
+    EXPECT_NE(host.mainWindow(), nullptr);
+
+    QPointer<QWidget> scanner = new QWidget;
+    scanner->setObjectName(QStringLiteral("frmScanner"));
+    scanner->show();
+    host.unloadScanner();
+    settle();
+    EXPECT_TRUE(scanner.isNull());
+    EXPECT_NE(host.mainWindow(), nullptr);
+}
+
+TEST_F(QtHost, MinimisingShrinksTheMainWindow)
+{
+    host.loadMainWindow();
+    host.showMainWindow();
+    host.minimizeMainWindow();
+    EXPECT_TRUE(host.mainWindow()->isMinimized());
+}
+
+TEST_F(QtHost, CommandsReachTheirRoutesAcrossARestart)
+{
+    QStringList heard;
+    host.routes().onClick(QStringLiteral("cmdBOTs(3)"), [&heard](frmMain&) { heard << QStringLiteral("add bot"); });
+    host.routes().on(QStringLiteral("cmdOk"), UiEventKind::Click,
+                     [&heard](frmMain& w, const UiEvent& e) { heard << e.control + w.objectName(); });
+    host.loadMainWindow();
+    click(QStringLiteral("cmdBOTs(3)"));
+    click(QStringLiteral("cmdTrayIt"));
+    EXPECT_EQ(heard, QStringList{QStringLiteral("add bot")}) << "Send to Tray does nothing";
+    EXPECT_TRUE(t.prompts.shown.empty());
+
+    host.closeAllForms();
+    settle();
+    host.loadMainWindow();
+    click(QStringLiteral("cmdOk"));
+    EXPECT_EQ(heard.last(), QStringLiteral("cmdOkfrmMain"));
+}
+
+TEST_F(QtHost, AnErrorThatEscapesARouteIsReportedAndTheWindowStays)
+{
+    host.routes().onClick(QStringLiteral("cmdIP"), [](frmMain&) {
+        raiseError(err::AddressInUse, QStringLiteral("Address in use"), QStringLiteral("arena-steward"));
+    });
+    host.loadMainWindow();
+    click(QStringLiteral("cmdIP"));
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Address in use"));
+    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("arena-steward"));
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_NE(host.mainWindow(), nullptr);
+}
+
+TEST_F(QtHost, DoubleAndRightClicksOfFieldsGoOut)
+{
+    host.loadMainWindow();
+    frmMain* window = host.mainWindow();
+    window->show();
+    std::vector<UiEvent> events;
+    QObject::connect(window, &frmMain::uiEvent, [&events](const UiEvent& e) { events.push_back(e); });
+    bool menuShown = false;
+    host.routes().on(QStringLiteral("lsvMapRotation"), UiEventKind::ContextMenu,
+                     [&menuShown](frmMain&, const UiEvent&) { menuShown = true; });
+
+    QWidget* file = window->control(QStringLiteral("txtServerINI"));
+    QMouseEvent twice(QEvent::MouseButtonDblClick, QPointF(5, 5), file->mapToGlobal(QPointF(5, 5)), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(file, &twice);
+
+    auto* rotation = window->control<QTreeWidget>(QStringLiteral("lsvMapRotation"));
+    QContextMenuEvent right(QContextMenuEvent::Mouse, QPoint(3, 3), QPoint(100, 200));
+    QApplication::sendEvent(rotation->viewport(), &right);
+
+    ASSERT_EQ(events.size(), 2u);
+    EXPECT_EQ(events[0].control, QStringLiteral("txtServerINI"));
+    EXPECT_EQ(events[0].kind, UiEventKind::DblClick);
+    EXPECT_EQ(events[1].control, QStringLiteral("lsvMapRotation"));
+    EXPECT_EQ(events[1].kind, UiEventKind::ContextMenu);
+    EXPECT_EQ(events[1].globalPos, QPoint(100, 200));
+    EXPECT_TRUE(menuShown);
+}
+
+TEST_F(QtHost, RotationColumnsTakeTheirWidthsInTwips)
+{
+    host.loadMainWindow();
+    frmMain* window = host.mainWindow();
+    window->setRotationColumns({2205, 50, 0, 0});
+    auto* rotation = window->control<QTreeWidget>(QStringLiteral("lsvMapRotation"));
+    ASSERT_EQ(rotation->columnCount(), 4);
+    EXPECT_EQ(rotation->columnWidth(0), 147);
+    EXPECT_EQ(rotation->columnWidth(1), 3);
+    EXPECT_EQ(rotation->columnWidth(2), 0);
+    EXPECT_EQ(rotation->columnWidth(3), 0);
+}
+
+TEST(FormServices, PlaceAndKeepForms)
+{
+    steward::testing::TestApp t;
+    QWidget form;
+    form.resize(300, 200);
+    CenterForm(*t.app, &form);
+    const QRect screen = form.screen()->geometry();
+    EXPECT_EQ(form.pos(), QPoint(screen.left() + (screen.width() - 300) / 2, screen.top() + (screen.height() - 200) / 2));
+
+    form.show();
+    const QRect before = form.geometry();
+    FormOnTop(*t.app, &form, true);
+    EXPECT_TRUE(form.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(form.geometry(), before);
+    FormOnTop(*t.app, &form, false);
+    EXPECT_FALSE(form.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+
+    DisableCloseMenu(*t.app, &form);
+    EXPECT_FALSE(form.close());
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(FormServices, AMissingFormIsReportedInThePlainBoxOfTheRoutine)
+{
+    steward::testing::TestApp t;
+    CenterForm(*t.app, nullptr);
+    DisableCloseMenu(*t.app, nullptr);
+    FormOnTop(*t.app, nullptr, true);
+    ASSERT_EQ(t.prompts.shown.size(), 3u);
+    EXPECT_EQ(t.prompts.shown[0].request.title, QStringLiteral("CenterForm"));
+    EXPECT_EQ(t.prompts.shown[1].request.title, QStringLiteral("DisableCloseMenu"));
+    EXPECT_EQ(t.prompts.shown[2].request.title, QStringLiteral("FormOnTop"));
+    EXPECT_TRUE(t.prompts.shown[0].request.text.startsWith(QStringLiteral("Error: 91. ")));
+    EXPECT_EQ(t.prompts.shown[0].request.icon, Icon::None);
+}
+
+TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
+{
+    quitWhenMainWindowGone(host);
+    // A restart as the program does it: close all, let events run, a new main window.
+    int restarts = 0;
+    host.routes().onClick(QStringLiteral("cmdReset"), [this, &restarts](frmMain&) {
+        ++restarts;
+        host.closeAllForms();
+        QApplication::processEvents();
+        host.loadMainWindow();
+        host.showMainWindow();
+        QApplication::processEvents();
+    });
+    host.loadMainWindow();
+    host.showMainWindow();
+
+    // The timers end with the test, whatever happens.
+    QObject scope;
+    QTimer::singleShot(0, &scope, [this] { click(QStringLiteral("cmdReset")); });
+    QTimer::singleShot(50, &scope, [this] {
+        // Still running on the new window.
+        ASSERT_NE(host.mainWindow(), nullptr);
+        click(QStringLiteral("cmdCancel"));
+    });
+    QTimer::singleShot(5000, &scope, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_EQ(restarts, 1);
+    EXPECT_EQ(host.mainWindow(), nullptr);
+    QApplication::setQuitOnLastWindowClosed(true);
+}
