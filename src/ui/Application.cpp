@@ -5,6 +5,8 @@
 #include "settings/SettingsStore.h"
 #include "shell/AppContext.h"
 #include "shell/Startup.h"
+#include "platform/HostAddressLookup.h"
+#include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
 #include "ui/QtPrompts.h"
 
@@ -47,6 +49,8 @@ int runApplication(int argc, char** argv)
     AppContext app(services, programFolder);
 
     QtWindowHost host(app, &prompts);
+    HostAddressLookup addresses;
+    CommandWiring wiring(app, host, addresses);
     const StartupOutcome outcome = runStartup(app, host, commandLineText(argc, argv));
     if (outcome != StartupOutcome::MainWindowOpen)
         return 0;

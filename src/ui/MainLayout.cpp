@@ -213,7 +213,8 @@ PageLayout informationPage()
          {},
          {{1, QStringList{QStringLiteral("lblInfo(0)"), QStringLiteral("lblInfo(1)")} +
                   range(QStringLiteral("lblInfo"), 2, 10) +
-                  QStringList{QStringLiteral("lblInfo(11)"), QStringLiteral("lblInfo(12)"), QStringLiteral("lblLink")},
+                  QStringList{QStringLiteral("lblInfo(11)"), QStringLiteral("lblInfo(12)"), QStringLiteral("lblLink"),
+                              QStringLiteral("Picture1"), QStringLiteral("Picture3")},
           false, 14}},
          0,
          0},
@@ -268,6 +269,10 @@ QList<StaticControl> buildStaticControls()
           true);
     label(QStringLiteral("lblInfo(12)"), QStringLiteral("more to follow...."));
     c.append({QStringLiteral("lblLink"), K::Link, QStringLiteral("Arena Steward Forums"), kProductForum, false, false});
+    c.append({QStringLiteral("Picture1"), K::Link, QStringLiteral("Star Wars Jedi Knight II: Jedi Outcast"),
+              kOfficialGameSite, false, false});
+    c.append({QStringLiteral("Picture3"), K::Link, QStringLiteral("Arena Steward on the web"), kProductSite, false,
+              false});
     return c;
 }
 

@@ -1,0 +1,130 @@
+#include "ui/CommandWiring.h"
+
+#include "generate/BanListCommands.h"
+#include "generate/ExportScripts.h"
+#include "generate/ExportServer.h"
+#include "generate/OkCommand.h"
+#include "settings/ConfigurationFile.h"
+#include "settings/SaveSettings.h"
+#include "shell/AppContext.h"
+#include "shell/Commands.h"
+#include "shell/OptionRules.h"
+#include "shell/ServerProfile.h"
+#include "shell/ToolTable.h"
+#include "support/LocalAddress.h"
+#include "ui/AboutWindow.h"
+#include "ui/KeyFilters.h"
+#include "ui/MainWindowHost.h"
+#include "ui/MenuBuilder.h"
+#include "ui/frmMain.h"
+#include "wizard/WizardRecords.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace steward {
+
+namespace {
+/// A restart that ends the process ends the event loop too.
+void endIfAsked(StartupOutcome outcome)
+{
+    if (outcome == StartupOutcome::EndProcess)
+        QApplication::exit(0);
+}
+} // namespace
+
+CommandWiring::CommandWiring(AppContext& app, QtWindowHost& host, AddressLookup& addresses)
+    : m_app(app), m_host(host), m_addresses(addresses)
+{
+    m_host.addWindowSetup([this](frmMain& window) { setUpWindow(window); });
+    routeButtons();
+    registerTools();
+}
+
+CommandWiring::~CommandWiring() = default;
+
+void CommandWiring::withWindow(const std::function<void(frmMain&)>& routine) const
+{
+    if (frmMain* window = m_host.mainWindow())
+        routine(*window);
+}
+
+void CommandWiring::setUpWindow(frmMain& window)
+{
+    // The option rules are attached before the load pours the store into the profile, so
+    // that every stored value runs them.
+    attachOptionRules(m_app, window.profile());
+    buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.dispatch(id); });
+    auto* keys = new KeyFilters(m_app.services.beeper, &window);
+    keys->install(&window, &window.profile());
+}
+
+void CommandWiring::routeButtons()
+{
+    UiRoutes& routes = m_host.routes();
+    routes.onClick(QStringLiteral("cmdOk"), [this](frmMain& w) { cmdOk_Click(m_app, w.profile(), m_host); });
+    routes.onClick(QStringLiteral("cmdCancel"),
+                   [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    routes.onClick(QStringLiteral("cmdDefault"), [this](frmMain& w) { cmdDefault_Click(m_app, w.profile()); });
+    routes.onClick(QStringLiteral("cmdReset"), [this](frmMain&) { endIfAsked(cmdReset_Click(m_app, m_host)); });
+    routes.onClick(QStringLiteral("cmdTrayIt"), [](frmMain&) {});
+    routes.onClick(QStringLiteral("cmdIP"), [this](frmMain& w) {
+        Field& field = cmdIP_Click(m_app, w.profile(), m_addresses);
+        if (auto* box = w.control<QLineEdit>(field.key())) {
+            box->setFocus();
+            box->selectAll();
+        }
+    });
+    for (int index = 2; index <= 4; ++index)
+        routes.onClick(QStringLiteral("cmdThreeWave(%1)").arg(index),
+                       [this, index](frmMain& w) { cmdThreeWave_Click(m_app, w.profile(), index); });
+    routes.onClick(QStringLiteral("lblLink"), [this](frmMain&) { openLink(m_app, Link::ProductForum); });
+    routes.onClick(QStringLiteral("Picture1"), [this](frmMain&) { openLink(m_app, Link::OfficialSite); });
+    routes.onClick(QStringLiteral("Picture3"), [this](frmMain&) { openLink(m_app, Link::ProductSite); });
+
+    // The tree always offers the stock sets; the rotation offers its commands only
+    // when it has a row.
+    routes.on(QStringLiteral("tvwAvailMaps"), UiEventKind::ContextMenu,
+              [this](frmMain& w, const UiEvent& e) { showPopup(QStringLiteral("ID_mnuStandards"), w, e.globalPos); });
+    routes.on(QStringLiteral("lsvMapRotation"), UiEventKind::ContextMenu, [this](frmMain& w, const UiEvent& e) {
+        if (w.profile().field(QStringLiteral("lsvMapRotation")).count() > 0)
+            showPopup(QStringLiteral("ID_Advanced"), w, e.globalPos);
+    });
+}
+
+void CommandWiring::showPopup(const QString& popupId, frmMain& window, const QPoint& where)
+{
+    const Tool& popup = popupId == QLatin1String("ID_Advanced") ? advancedPopup() : standardsPopup();
+    QMenu* menu = buildPopup(popup, &window, [this](const QString& id) { m_dispatcher.dispatch(id); });
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(where);
+}
+
+void CommandWiring::registerTools()
+{
+    auto on = [this](const char* id, std::function<void(frmMain&)> routine) {
+        m_dispatcher.on(QString::fromLatin1(id), [this, routine] { withWindow(routine); });
+    };
+    on("id_FileExit", [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    on("id_UtilitiesConfigurationSave", [this](frmMain& w) { UtilitiesConfigurationSave(m_app, w.profile()); });
+    on("id_UtilitiesConfigurationLoad", [this](frmMain&) { endIfAsked(LoadConfiguration(m_app, m_host)); });
+    on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });
+    on("id_UtilitiesExportBatchFile", [this](frmMain& w) { mnuBatchFile_Click(m_app, w.profile()); });
+    on("id_UtilitiesExportServerConfiguration", [this](frmMain& w) { mnuExportServer_Click(m_app, w.profile()); });
+    on("id_HelpContents", [this](frmMain&) { openHelpContents(m_app); });
+    on("id_HelpModCentral", [this](frmMain&) { openLink(m_app, Link::ModCentral); });
+    on("id_HelpOfficialSite", [this](frmMain&) { openLink(m_app, Link::OfficialSite); });
+    on("id_HelpForumsForumPlanet", [this](frmMain&) { openLink(m_app, Link::ForumPlanet); });
+    on("id_HelpForumsModCentral", [this](frmMain&) { openLink(m_app, Link::ModCentralForum); });
+    on("id_HelpMailAuthor", [this](frmMain&) { mailAuthor(m_app); });
+    on("id_HelpAboutArenaSteward", [this](frmMain& w) { showAbout(m_app, &w); });
+    on("ID_MapWizard", [this](frmMain& w) {
+        // The wizard's pages come later; its start prepares the per-map records.
+        WizardState state;
+        prepareMapWizard(m_app, w.profile(), state);
+    });
+}
+
+} // namespace steward

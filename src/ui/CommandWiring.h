@@ -1,0 +1,41 @@
+#pragma once
+// Ties the main window's buttons, links, menus and keyboard to the program's routines.
+// The routines live in the core; this file only says which event runs which routine.
+#include "shell/ToolDispatcher.h"
+
+#include <QPoint>
+#include <functional>
+#include <memory>
+
+namespace steward {
+
+class AppContext;
+class AddressLookup;
+class QtWindowHost;
+class frmMain;
+
+class CommandWiring {
+public:
+    CommandWiring(AppContext& app, QtWindowHost& host, AddressLookup& addresses);
+    ~CommandWiring();
+    CommandWiring(const CommandWiring&) = delete;
+    CommandWiring& operator=(const CommandWiring&) = delete;
+
+    /// SSActiveToolBars1_ToolClick: the menus' door to the routines.
+    ToolDispatcher& dispatcher() { return m_dispatcher; }
+
+private:
+    void setUpWindow(frmMain& window);
+    void routeButtons();
+    void registerTools();
+    /// Runs a routine on the live main window, if there is one.
+    void withWindow(const std::function<void(frmMain&)>& routine) const;
+    void showPopup(const QString& popupId, frmMain& window, const QPoint& where);
+
+    AppContext& m_app;
+    QtWindowHost& m_host;
+    AddressLookup& m_addresses;
+    ToolDispatcher m_dispatcher;
+};
+
+} // namespace steward

@@ -1,0 +1,145 @@
+// The real main window with its commands wired: buttons, menus, pop-ups and keys reach
+// the program's routines, which answer through the scripted prompts.
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "support/LocalAddress.h"
+#include "testkit/TestApp.h"
+#include "ui/CommandWiring.h"
+#include "ui/MainWindowHost.h"
+#include "ui/frmMain.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <gtest/gtest.h>
+
+using namespace steward;
+
+namespace {
+
+class NoAddress : public AddressLookup {
+public:
+    bool hostName(QString& name, int&) override
+    {
+        name = QStringLiteral("box");
+        return true;
+    }
+    QList<QByteArray> addresses(const QString&) override { return {QByteArray("\x0a\x00\x00\x07", 4)}; }
+};
+
+class Wired : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        profile = host.loadMainWindow();
+        window = host.mainWindow();
+        ASSERT_NE(window, nullptr);
+        host.showMainWindow();
+    }
+    void TearDown() override
+    {
+        host.closeAllForms();
+        QApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    void click(const QString& name)
+    {
+        auto* button = window->findChild<QPushButton*>(name);
+        ASSERT_NE(button, nullptr) << name.toStdString();
+        button->click();
+    }
+    QAction* action(const QString& id) { return window->menuBar()->findChild<QAction*>(id); }
+
+    steward::testing::TestApp t;
+    QtWindowHost host{*t.app};
+    NoAddress addresses;
+    CommandWiring wiring{*t.app, host, addresses};
+    ServerProfile* profile = nullptr;
+    frmMain* window = nullptr;
+};
+
+} // namespace
+
+TEST_F(Wired, OkWithAnEmptyRotationTurnsToTheMapPage)
+{
+    click(QStringLiteral("cmdOk"));
+    ASSERT_FALSE(t.prompts.shown.empty());
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("No maps have been selected") + kTail);
+    EXPECT_EQ(window->mainTab()->currentIndex(), 2);
+}
+
+TEST_F(Wired, DefaultsSavesTheWindowToTheStore)
+{
+    window->findChild<QLineEdit*>(QStringLiteral("txtServerConfig(0)"))->setText(QStringLiteral("a,b"));
+    click(QStringLiteral("cmdDefault"));
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Settings have been saved") + kTail);
+    EXPECT_EQ(t.store->GetSetting(QStringLiteral("ServerInfo10")), QStringLiteral("a%b"));
+}
+
+TEST_F(Wired, TheAddressButtonFillsTheFieldAndGivesItTheFocus)
+{
+    click(QStringLiteral("cmdIP"));
+    auto* box = window->findChild<QLineEdit*>(QStringLiteral("txtServerConfig(16)"));
+    EXPECT_EQ(box->text(), QStringLiteral("10.0.0.7"));
+    EXPECT_EQ(window->focusWidget(), box);
+}
+
+TEST_F(Wired, MenuEntriesReachTheirRoutines)
+{
+    ASSERT_NE(action(QStringLiteral("id_HelpMailAuthor")), nullptr);
+    action(QStringLiteral("id_HelpMailAuthor"))->trigger();
+    action(QStringLiteral("id_HelpForumsModCentral"))->trigger();
+    ASSERT_EQ(t.opener.opened.size(), 2u);
+    EXPECT_EQ(t.opener.opened[0].scheme(), QStringLiteral("mailto"));
+    EXPECT_EQ(t.opener.opened[1], QUrl(kModForum));
+
+    // The batch file export offers its save dialog; a cancel writes nothing.
+    t.prompts.cancelNextDialog();
+    action(QStringLiteral("id_UtilitiesExportBatchFile"))->trigger();
+    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
+    EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, QStringLiteral("Save Batch File"));
+    EXPECT_FALSE(t.prompts.dialogs[0].open);
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
+{
+    auto openMenus = [] {
+        int n = 0;
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (qobject_cast<QMenu*>(w) && w->isVisible() && w->objectName() == QLatin1String("ID_Advanced"))
+                ++n;
+        return n;
+    };
+    QWidget* grid = window->control(QStringLiteral("lsvMapRotation"));
+    ASSERT_NE(grid, nullptr);
+    QContextMenuEvent right(QContextMenuEvent::Mouse, QPoint(5, 5), grid->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(grid, &right);
+    EXPECT_EQ(openMenus(), 0);
+
+    profile->field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+    QApplication::sendEvent(grid, &right);
+    EXPECT_EQ(openMenus(), 1);
+}
+
+TEST_F(Wired, OptionRulesAndKeysActThroughTheWidgets)
+{
+    for (int i = 0; i < 3; ++i)
+        window->findChild<QCheckBox*>(QStringLiteral("chkDMFlags(%1)").arg(i))->click();
+    EXPECT_EQ(window->findChild<QLineEdit*>(QStringLiteral("txtDMFlags"))->text(), QStringLiteral("56"));
+    EXPECT_FALSE(profile->configurationChanged()) << "mouse changes raise no question";
+
+    auto* knockback = window->findChild<QLineEdit*>(QStringLiteral("txtKnockBack"));
+    knockback->setFocus();
+    QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+    QApplication::sendEvent(knockback, &letter);
+    EXPECT_EQ(t.beeper.beeps, 2) << "a letter beeps in both filters";
+    EXPECT_EQ(knockback->text(), QString());
+    EXPECT_TRUE(profile->configurationChanged()) << "any key in the window marks a change";
+}
