@@ -13,6 +13,7 @@ class Opener;
 class Beeper;
 class InstanceGuard;
 class SettingsStore;
+class ScanProgress;
 
 struct Services {
     Prompts* prompts = nullptr;
@@ -50,6 +51,8 @@ public:
     QString lastLogFile;
     /// True while the main window's load runs.
     bool formLoading = false;
+    /// The map scan's progress window (frmScanner), set by the windows; none shows nothing.
+    ScanProgress* scanProgress = nullptr;
 
     /// GameFolder, "/", then the existing child folder named "base" in any case, else "Base".
     QString baseFolder() const;
