@@ -3,6 +3,7 @@
 #include "maps/ArchiveReader.h"
 #include "maps/MapScanner.h"
 #include "maps/ScanProgress.h"
+#include "maps/TgaPicture.h"
 #include "shell/AppContext.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
@@ -14,6 +15,10 @@
 #include <QFileInfo>
 #include <QImage>
 
+// The fallback pictures are resources of the core library, which the linker would
+// leave out of a program that never names them.
+static void initCoreResources() { Q_INIT_RESOURCE(core); }
+
 namespace steward {
 
 QString fileStem(const QString& name)
@@ -24,6 +29,8 @@ QString fileStem(const QString& name)
 
 bool EnsureFallbackPictures(const AppContext& app)
 {
+    static const bool resources = (initCoreResources(), true);
+    Q_UNUSED(resources);
     const QString folder = levelShotFolder(app);
     if (!QDir().mkpath(folder))
         return false;
@@ -101,7 +108,7 @@ bool ConvertTgaToBmp(AppContext& app)
                 continue;
             progress.setActivity(QStringLiteral("Converting ") + name + QStringLiteral("...."));
 
-            const QImage picture(path, "TGA");
+            const QImage picture = readTgaPicture(path);
             if (!picture.isNull())
                 picture.convertToFormat(QImage::Format_RGB32)
                     .save(folder + QLatin1Char('/') + fileStem(name) + QStringLiteral(".bmp"), "BMP");
