@@ -5,8 +5,9 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryFile>
+#include <QCoreApplication>
 
+#include <atomic>
 #include <cstdio>
 #include <sys/stat.h>
 #include <zip.h>
@@ -290,10 +291,22 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
 
     // The data goes to a new file beside the target first, which then takes the
     // target's place: a link standing at the target is replaced, never followed, and a
-    // damaged entry leaves nothing behind.
-    QTemporaryFile temp(current + QStringLiteral("/.extract-XXXXXX"));
-    if (!temp.open())
+    // damaged entry leaves nothing behind. The new file is made exclusively, so that
+    // nothing standing at its name is ever opened.
+    static std::atomic<quint32> serial{0};
+    QFile temp(current + QStringLiteral("/.extract-%1-%2").arg(QCoreApplication::applicationPid()).arg(serial++));
+    if (!temp.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         raiseError(err::PathFileAccess, {}, target);
+    struct Discard {
+        QFile& file;
+        bool keep = false;
+        ~Discard()
+        {
+            if (!keep)
+                file.remove();
+        }
+    } discard{temp};
+
     zip_file_t* file = zip_fopen_index(m_zip, static_cast<zip_uint64_t>(index), 0);
     if (!file)
         fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(m_zip))));
@@ -338,7 +351,7 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
     temp.setPermissions(permissions);
     if (std::rename(QFile::encodeName(temp.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
         raiseError(err::PathFileAccess, {}, target);
-    temp.setAutoRemove(false);
+    discard.keep = true;
     return target;
 }
 

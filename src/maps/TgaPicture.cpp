@@ -1,8 +1,7 @@
 #include "maps/TgaPicture.h"
 
-#include <QBuffer>
 #include <QFile>
-#include <QImageReader>
+#include <cstring>
 
 namespace steward {
 
@@ -13,36 +12,50 @@ constexpr qint64 kMostPixels = 8192LL * 8192;
 
 int word(const QByteArray& b, int at) { return static_cast<quint8>(b[at]) | static_cast<quint8>(b[at + 1]) << 8; }
 
-// Unpacks run-length encoded pixels; false when the data ends early.
+// Unpacks run-length encoded pixels; false when the data ends early or runs over.
 bool unpackRuns(const QByteArray& in, qsizetype from, int bytesPerPixel, qint64 pixels, QByteArray& out)
 {
-    out.reserve(pixels * bytesPerPixel);
-    qint64 done = 0;
-    qsizetype at = from;
-    while (done < pixels) {
-        if (at >= in.size())
+    out.resize(pixels * bytesPerPixel);
+    char* to = out.data();
+    const char* const end = to + out.size();
+    const char* at = in.constData() + from;
+    const char* const last = in.constData() + in.size();
+    while (to < end) {
+        if (at >= last)
             return false;
-        const quint8 packet = static_cast<quint8>(in[at++]);
-        const int count = (packet & 0x7f) + 1;
-        if (done + count > pixels)
+        const quint8 packet = static_cast<quint8>(*at++);
+        const qsizetype length = static_cast<qsizetype>((packet & 0x7f) + 1) * bytesPerPixel;
+        if (to + length > end)
             return false;
         if (packet & 0x80) {
-            if (at + bytesPerPixel > in.size())
+            if (at + bytesPerPixel > last)
                 return false;
-            const QByteArray pixel = in.mid(at, bytesPerPixel);
+            for (qsizetype i = 0; i < length; i += bytesPerPixel)
+                std::memcpy(to + i, at, static_cast<size_t>(bytesPerPixel));
             at += bytesPerPixel;
-            for (int i = 0; i < count; ++i)
-                out += pixel;
         } else {
-            const qsizetype length = static_cast<qsizetype>(count) * bytesPerPixel;
-            if (at + length > in.size())
+            if (at + length > last)
                 return false;
-            out += in.mid(at, length);
+            std::memcpy(to, at, static_cast<size_t>(length));
             at += length;
         }
-        done += count;
+        to += length;
     }
     return true;
+}
+
+QRgb pixelAt(const uchar* p, int depth, bool alpha)
+{
+    switch (depth) {
+    case 8: return qRgb(p[0], p[0], p[0]);
+    case 16: {
+        const int v = p[0] | p[1] << 8;
+        const int r = (v >> 10) & 0x1f, g = (v >> 5) & 0x1f, b = v & 0x1f;
+        return qRgb(r << 3 | r >> 2, g << 3 | g >> 2, b << 3 | b >> 2);
+    }
+    case 24: return qRgb(p[2], p[1], p[0]);
+    default: return alpha ? qRgba(p[2], p[1], p[0], p[3]) : qRgb(p[2], p[1], p[0]);
+    }
 }
 
 } // namespace
@@ -58,8 +71,8 @@ QImage readTgaPicture(const QByteArray& bytes)
     const int mapEntryBits = static_cast<quint8>(bytes[7]);
     const int width = word(bytes, 12);
     const int height = word(bytes, 14);
-    int depth = static_cast<quint8>(bytes[16]);
-    int descriptor = static_cast<quint8>(bytes[17]);
+    const int depth = static_cast<quint8>(bytes[16]);
+    const int descriptor = static_cast<quint8>(bytes[17]);
     const qint64 pixels = static_cast<qint64>(width) * height;
     if (pixels == 0 || pixels > kMostPixels)
         return {};
@@ -71,44 +84,34 @@ QImage readTgaPicture(const QByteArray& bytes)
     if (grey ? depth != 8 : (depth != 16 && depth != 24 && depth != 32))
         return {};
     const int bytesPerPixel = depth / 8;
-    const qsizetype start = kHeader + idLength + (mapType ? static_cast<qsizetype>(mapLength) * ((mapEntryBits + 7) / 8) : 0);
+    const qsizetype start =
+        kHeader + idLength + (mapType ? static_cast<qsizetype>(mapLength) * ((mapEntryBits + 7) / 8) : 0);
 
-    QByteArray data;
+    QByteArray unpacked;
+    const uchar* data = nullptr;
     if (runs) {
-        if (!unpackRuns(bytes, start, bytesPerPixel, pixels, data))
+        if (!unpackRuns(bytes, start, bytesPerPixel, pixels, unpacked))
             return {};
+        data = reinterpret_cast<const uchar*>(unpacked.constData());
     } else {
         if (start + pixels * bytesPerPixel > bytes.size())
             return {};
-        data = bytes.mid(start, pixels * bytesPerPixel);
-    }
-    if (grey) {
-        QByteArray colour;
-        colour.reserve(data.size() * 3);
-        for (char g : std::as_const(data))
-            colour.append(3, g);
-        data = colour;
-        depth = 24;
-        descriptor &= 0x30; // no alpha bits
+        data = reinterpret_cast<const uchar*>(bytes.constData()) + start;
     }
 
-    QByteArray plain(kHeader, '\0');
-    plain[2] = 2;
-    plain[12] = bytes[12];
-    plain[13] = bytes[13];
-    plain[14] = bytes[14];
-    plain[15] = bytes[15];
-    plain[16] = static_cast<char>(depth);
-    plain[17] = static_cast<char>(descriptor);
-    plain += data;
-    plain += QByteArray(8, '\0');
-    plain += QByteArray("TRUEVISION-XFILE.", 17);
-    plain += '\0';
-
-    QBuffer buffer(&plain);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, "tga");
-    return reader.read();
+    const bool alpha = depth == 32 && (descriptor & 0x0f) != 0;
+    QImage image(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (image.isNull())
+        return {};
+    const bool topDown = descriptor & 0x20;
+    const bool rightToLeft = descriptor & 0x10;
+    for (int row = 0; row < height; ++row) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
+        const uchar* from = data + static_cast<qsizetype>(row) * width * bytesPerPixel;
+        for (int x = 0; x < width; ++x, from += bytesPerPixel)
+            line[rightToLeft ? width - 1 - x : x] = pixelAt(from, depth, alpha);
+    }
+    return image;
 }
 
 QImage readTgaPicture(const QString& path)

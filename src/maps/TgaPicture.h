@@ -1,8 +1,9 @@
 #pragma once
-// Level shots in tga form. The image library reads only uncompressed true-colour
-// files that end in the TGA 2.0 footer, while the game's tools write files without
-// the footer, often run-length encoded or grey. Such a file is rewritten in memory
-// into the form the library reads; colour-mapped files aren't read.
+// Level shots in tga form. The game's tools write tga files without the TGA 2.0
+// footer, often run-length encoded or grey; the image library's tga plugin reads only
+// uncompressed true-colour files with the footer, and reads them a byte at a time.
+// This reader takes uncompressed and run-length encoded true-colour (16, 24, 32 bits)
+// and grey (8 bits) files, with or without the footer; colour-mapped files aren't read.
 #include <QByteArray>
 #include <QImage>
 #include <QString>

@@ -47,6 +47,20 @@ TEST(TgaPicture, ReadsRunLengthAndGreyFiles)
     EXPECT_EQ(grey.pixelColor(1, 0), QColor(64, 64, 64));
 }
 
+TEST(TgaPicture, ReadsSixteenAndThirtyTwoBitPixels)
+{
+    // 16 bits: x1111100 00000000 is full red; right to left, so it lands on the right.
+    const QImage high = readTgaPicture(header(2, 2, 1, 16, 0x30) + QByteArray("\x00\x7c\x00\x00", 4));
+    ASSERT_EQ(high.size(), QSize(2, 1));
+    EXPECT_EQ(high.pixelColor(1, 0), QColor(255, 0, 0));
+    EXPECT_EQ(high.pixelColor(0, 0), QColor(0, 0, 0));
+
+    const QImage alpha = readTgaPicture(header(2, 1, 1, 32, 0x28) + QByteArray("\x10\x20\x30\x80", 4));
+    ASSERT_FALSE(alpha.isNull());
+    EXPECT_TRUE(alpha.hasAlphaChannel());
+    EXPECT_EQ(alpha.pixel(0, 0), qRgba(0x30, 0x20, 0x10, 0x80));
+}
+
 TEST(TgaPicture, DamagedOrUnsupportedFilesGiveNoPicture)
 {
     EXPECT_TRUE(readTgaPicture(QByteArray("short")).isNull());
