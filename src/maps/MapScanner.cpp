@@ -1,6 +1,5 @@
 #include "maps/MapScanner.h"
 
-#include "generate/MapCycleCommands.h"
 #include "maps/ArchiveReader.h"
 #include "maps/LineTokeniser.h"
 #include "maps/MapRotation.h"
