@@ -1,32 +1,306 @@
 #include "maps/MapScanner.h"
 
-#include <QtGlobal>
+#include "maps/ArchiveReader.h"
+#include "maps/LineTokeniser.h"
+#include "maps/MapRotation.h"
+#include "maps/MapTree.h"
+#include "maps/ScanProgress.h"
+#include "maps/StockMaps.h"
+#include "platform/Prompts.h"
+#include "settings/SettingsStore.h"
+#include "shell/AppContext.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "support/ErrorReporter.h"
+#include "support/Errors.h"
+#include "support/FileDialog.h"
+#include "support/Strings.h"
+#include "support/TextFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <memory>
 
 namespace steward {
 
-// The scan itself comes with the map catalogue work; until then each step succeeds
-// without touching anything.
-bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder)
+QString levelShotFolder(const AppContext& app)
 {
-    Q_UNUSED(app);
-    Q_UNUSED(baseName);
-    Q_UNUSED(catalogueName);
-    Q_UNUSED(gameFolder);
-    return true;
+    QString folder = app.programFolder;
+    AddSlash(folder);
+    return folder + findChildFolder(folder, QStringLiteral("levelshots"), QStringLiteral("levelshots"));
 }
 
-bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gameFolder)
+QString scriptFolder(const AppContext& app)
 {
-    Q_UNUSED(app);
-    Q_UNUSED(baseName);
-    Q_UNUSED(gameFolder);
-    return true;
+    QString folder = app.programFolder;
+    AddSlash(folder);
+    return folder + findChildFolder(folder, QStringLiteral("Scripts"), QStringLiteral("Scripts"));
 }
 
-bool ConvertTgaToBmp(AppContext& app)
+QString cutFolderEnd(QString folder)
 {
-    Q_UNUSED(app);
-    return true;
+    if (folder.endsWith(QChar(0)) || folder.endsWith(QLatin1Char('/')))
+        folder.chop(1);
+    return folder;
+}
+
+QString catalogueRecord(const QString& archive, const QString& mapName, const QString& longName, const QString& type)
+{
+    return QStringList{archive, mapName, mapName, longName, type}.join(QLatin1Char(','));
+}
+
+int fileAttributes(const QString& path)
+{
+    const QFileInfo info(path);
+    int word = 0;
+    if (!info.permission(QFile::WriteOwner))
+        word |= 1;
+    if (info.fileName().startsWith(QLatin1Char('.')))
+        word |= 2;
+    if (info.isDir())
+        word |= 16;
+    return word;
+}
+
+namespace {
+
+QString archiveMessage(const QString& archive)
+{
+    return QStringLiteral("The following pk3 ") + archive +
+           QStringLiteral(" file does not contain an arena file, Arena Steward is unable to process this file") + kCrLf +
+           QStringLiteral("it is recomended that you remove this pk3 file from your Jedi Main folder and run this map "
+                          "scan again") +
+           kTail;
+}
+
+QString pathMessage()
+{
+    const QStringList lines = {
+        QStringLiteral("Arena Steward was unable to locate any pk3 files in your Jedi base folder"),
+        QStringLiteral("This might be because the path to Jedi Knight 2 is inncorrect"),
+        QStringLiteral("Arena Steward will now close and reset the selected path to Jedi Knight 2"),
+        QStringLiteral("Restart Arena Steward and make sure you select the correct path to Jedi Knight 2"),
+        QStringLiteral("If this problem continues please contact ") + kContactAddress,
+    };
+    QStringList tailed;
+    for (const QString& line : lines)
+        tailed << line + kTail;
+    return tailed.join(kCrLf);
+}
+
+// The state of one scan that lives across archives.
+struct Scan {
+    Scan(AppContext& a, ScanProgress& p, TextFileWriter& c) : app(a), progress(p), catalogue(c) {}
+
+    AppContext& app;
+    ScanProgress& progress;
+    TextFileWriter& catalogue;
+    LineTokeniser entryFields{QStringLiteral("|")};
+    LineTokeniser scriptFields{QStringLiteral("\"")};
+    // The long name and type read last from a script; never reset between archives.
+    QString longName;
+    QString type;
+
+    QString entryName(const ArchiveReader& reader, int index)
+    {
+        entryFields.setText(reader.entryText(index));
+        return entryFields.field(2);
+    }
+
+    void record(const QString& archive, const QString& mapName, const QString& longText, const QString& typeText)
+    {
+        catalogue.line(catalogueRecord(archive, mapName, longText, typeText));
+    }
+
+    // Reads the first block of an extracted script into longName and type.
+    void readScript(const QString& path)
+    {
+        for (const QString& line : readLines(path)) {
+            QString text = line;
+            // Only blanks are trimmed.
+            qsizetype first = 0, last = text.size();
+            while (first < last && text.at(first) == QLatin1Char(' '))
+                ++first;
+            while (last > first && text.at(last - 1) == QLatin1Char(' '))
+                --last;
+            text = text.mid(first, last - first);
+            scriptFields.setText(text);
+            if (text == QLatin1String("{"))
+                continue;
+            if (text == QLatin1String("}"))
+                break;
+            const QString key = scriptFields.field(1);
+            if (key.contains(QLatin1String("longname")))
+                longName = scriptFields.field(2);
+            else if (key.contains(QLatin1String("type")))
+                type = scriptFields.field(2);
+        }
+    }
+
+    void archive(const QString& folder, const QString& file)
+    {
+        const QString upper = file.toUpper();
+        progress.setActivity(QStringLiteral("Scanning ") + file + QStringLiteral(" ...."));
+        ArchiveReader reader(folder + QLatin1Char('/') + file);
+        const int count = reader.entryCount();
+
+        // First pass: stock maps by name; the first other map ends the pass.
+        QString mapName;
+        bool custom = false;
+        for (int i = 0; i < count; ++i) {
+            const QString name = entryName(reader, i);
+            if (!name.toLower().endsWith(QLatin1String("bsp")))
+                continue;
+            const auto dot = name.indexOf(QLatin1Char('.'));
+            if (dot < 0)
+                raiseError(err::InvalidProcedureCall, {}, app.programName);
+            mapName = name.left(dot);
+            if (const StockMap* stock = findStockMap(mapName)) {
+                record(file, mapName, stock->longName, stock->type);
+                continue;
+            }
+            if (upper == QLatin1String("ASSETS0.PK3"))
+                continue;
+            custom = true;
+            break;
+        }
+        if (!custom)
+            return;
+
+        // Second pass: the first arena script of the archive names the custom map.
+        bool found = false;
+        QString readScriptFile;
+        for (int i = 0; i < count; ++i) {
+            const QString name = entryName(reader, i);
+            if (!name.toLower().endsWith(QLatin1String("arena")))
+                continue;
+            found = true;
+            reader.selectFiles(QStringLiteral("Scripts\\") + name);
+            reader.extract(app.programFolder);
+            const QString script = scriptFolder(app) + QLatin1Char('/') + name;
+            readScript(script);
+            record(file, mapName, longName, type.toUpper());
+            if (QFileInfo::exists(script)) {
+                readScriptFile = script;
+                break;
+            }
+        }
+        if (!readScriptFile.isEmpty()) {
+            if (fileAttributes(readScriptFile) != 1 && !QFile::remove(readScriptFile))
+                raiseError(err::PathFileAccess, {}, readScriptFile);
+        } else if (!found) {
+            record(file, mapName, mapName, QStringLiteral("unknown"));
+        }
+    }
+};
+
+} // namespace
+
+bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gamePath)
+{
+    ScanProgress& progress = scanProgress(app);
+    bool result = true;
+    progress.show();
+    progress.setActivity(QString());
+    progress.setBusy(true);
+
+    std::unique_ptr<TextFileWriter> catalogue;
+    QString archive;
+    try {
+        QString folder = gamePath;
+        AddSlash(folder);
+        folder += findChildFolder(folder, baseName, baseName);
+        if (!QFileInfo(folder).isDir())
+            raiseError(err::PathNotFound, {}, app.programName);
+        const QStringList files =
+            QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase);
+        progress.setMaximum(static_cast<int>(files.size()));
+
+        catalogue = std::make_unique<TextFileWriter>(app.programFile(catalogueName + QStringLiteral(".aml")));
+        progress.setValue(1);
+
+        Scan scan(app, progress, *catalogue);
+        int fileCount = 0;
+        for (const QString& file : files) {
+            fileCount = toInt16(fileCount + 1);
+            progress.setValue(fileCount);
+            const QString upper = file.toUpper();
+            if (!upper.endsWith(QLatin1String("PK3")) || upper == QLatin1String("ASSETS1.PK3"))
+                continue;
+            archive = file;
+            scan.archive(folder, file);
+        }
+
+        progress.setValue(0);
+        catalogue->close();
+        progress.setBusy(false);
+    } catch (const RuntimeError& e) {
+        result = false;
+        const bool fileMissing = e.number() == err::FileNotFound;
+        const bool pathMissing = e.number() == err::PathNotFound;
+        if (fileMissing || pathMissing)
+            progress.hide();
+        if (fileMissing) {
+            app.prompts().message(archiveMessage(archive), kProductTitle, Icon::Exclamation);
+        } else if (pathMissing) {
+            app.prompts().message(pathMessage(), kProductTitle, Icon::Critical);
+            app.store().SaveSetting(QStringLiteral("PathToJedi"), QString());
+            app.store().SaveSetting(QStringLiteral("RunOnce"), QStringLiteral("0"));
+        } else {
+            app.prompts().message(e.description(), e.source().isEmpty() ? app.programName : e.source(),
+                                  Icon::Exclamation);
+        }
+        progress.setValue(0);
+        if (catalogue)
+            catalogue->close();
+        progress.setBusy(false);
+    }
+    return result;
+}
+
+void mnuMapScan_Click(AppContext& app, ServerProfile& profile, const WineEnvironment& env)
+{
+    ScanProgress& progress = scanProgress(app);
+    CCursor cursor(app.prompts());
+    try {
+        if (app.prompts().message(QStringLiteral("Scan for new maps?") + kTail, kProductTitle, Icon::Question,
+                                  Buttons::YesNo) != Answer::Yes)
+            return;
+        QString folder = app.gameFolder;
+        if (folder.isEmpty())
+            folder = GetInstallPath(app, env);
+        folder = cutFolderEnd(folder);
+
+        cursor.SetCursor(pointer::Hourglass);
+        auto end = [&] {
+            progress.unload();
+            app.prompts().processEvents();
+            cursor.RestoreCursor();
+        };
+        const QString base = QStringLiteral("Base");
+        if (!ScanForMaps(app, base, QStringLiteral("Jedi"), folder) || !ExtractLevelShots(app, base, folder) ||
+            !ConvertTgaToBmp(app)) {
+            end();
+            return;
+        }
+        LoadMapTree(app, profile, QStringLiteral("Jedi"), QStringLiteral("Jedi"));
+
+        profile.field(QStringLiteral("lsvMapRotation")).setRows({});
+        setCheckFromCode(app, profile, QStringLiteral("chkUseINI"), 0);
+        for (const char* label : {"lblMapsSelected", "lblLongMapName", "lblMapType"})
+            profile.setText(QString::fromLatin1(label), QString());
+        showPicture(profile, levelShotFolder(app) + QStringLiteral("/unknown.bmp"));
+
+        progress.unload();
+        app.prompts().processEvents();
+        app.prompts().message(QStringLiteral("Map scan complete ") + kTail, kProductTitle, Icon::Information);
+        cursor.RestoreCursor();
+    } catch (const RuntimeError& e) {
+        reportTagged(app, e, QStringLiteral("::frmMain.mnuMapScan_Click(Sub)"));
+        progress.unload();
+        cursor.RestoreCursor();
+    }
 }
 
 } // namespace steward

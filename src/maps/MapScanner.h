@@ -1,13 +1,42 @@
 #pragma once
-// The scan of the game's pk3 archives for maps and level shots.
+// The scan of the game's pk3 archives for maps and level shots, and the menu command
+// that runs the whole chain.
+#include "support/Registry.h"
+
 #include <QString>
 
 namespace steward {
 class AppContext;
-/// Reads every pk3 archive of the base folder and writes the map catalogue.
+class ServerProfile;
+
+/// Reads every pk3 archive of the base folder (gameFolder + baseName) and writes the
+/// map catalogue catalogueName + ".aml" in the program's folder. False after a
+/// failure, which has been shown to the user.
 bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder);
 /// Copies the level shots of every archive into the program's levelshots folder.
+/// Stays true after a failure, which goes to the log.
 bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gameFolder);
-/// Converts the extracted tga level shots to bmp.
+/// Converts the extracted tga level shots to bmp and deletes the tga files. Stays
+/// true after a failure, which goes to the log.
 bool ConvertTgaToBmp(AppContext& app);
+
+/// "Scan for Maps...": asks, scans, copies and converts the pictures, reloads the tree
+/// and empties the rotation.
+void mnuMapScan_Click(AppContext& app, ServerProfile& profile,
+                      const WineEnvironment& env = WineEnvironment::fromProcess());
+
+/// The game folder as the scan command takes it: one trailing NUL or folder
+/// separator cut off.
+QString cutFolderEnd(QString folder);
+
+/// The catalogue line of one map.
+QString catalogueRecord(const QString& archive, const QString& mapName, const QString& longName, const QString& type);
+
+/// The attribute word of a file as the scan tests it: 1 read-only, 2 hidden, 16 folder.
+int fileAttributes(const QString& path);
+
+/// The program's levelshots and Scripts folders, found without regard to case.
+QString levelShotFolder(const AppContext& app);
+QString scriptFolder(const AppContext& app);
+
 } // namespace steward

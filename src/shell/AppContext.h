@@ -13,6 +13,7 @@ class Opener;
 class Beeper;
 class InstanceGuard;
 class SettingsStore;
+class ScanProgress;
 
 struct Services {
     Prompts* prompts = nullptr;
@@ -53,6 +54,8 @@ public:
     /// The process's whole command line as one text. Start-up keeps it here, so that a
     /// restart inside the same process reads the same switch again.
     QString commandLine;
+    /// The map scan's progress window (frmScanner), set by the windows; none shows nothing.
+    ScanProgress* scanProgress = nullptr;
 
     /// GameFolder, "/", then the existing child folder named "base" in any case, else "Base".
     QString baseFolder() const;

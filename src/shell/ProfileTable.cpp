@@ -379,6 +379,7 @@ void windowState(TableBuilder& t)
     t.add(QStringLiteral("vsMainTab"), -1, K::State, {}, {}, QStringLiteral("0"));
     t.add(QStringLiteral("vsExtraGameFlags"), -1, K::State, {}, {}, QStringLiteral("0"));
     t.add(QStringLiteral("StartingMap"), -1, K::State, {}, {}, {});
+    t.add(QStringLiteral("FirstMapType"), -1, K::State, {}, {}, {});
     t.add(QStringLiteral("ConfigurationChanged"), -1, K::State, {}, {}, QStringLiteral("0"));
     t.add(QStringLiteral("MousePointer"), -1, K::State, {}, {}, QStringLiteral("0"));
 }

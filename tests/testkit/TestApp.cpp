@@ -10,6 +10,8 @@ TestApp::TestApp()
 {
     QDir().mkpath(baseFolder());
     QDir().mkpath(programFolder());
+    // A program that has scanned once: an empty map catalogue.
+    writeFile(programFolder() + QStringLiteral("/Jedi.aml"), QByteArray());
     store = std::make_unique<IniSettingsStore>(storeFile());
     Services s;
     s.prompts = &prompts;

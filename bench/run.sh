@@ -1,0 +1,15 @@
+#!/bin/sh
+# Builds and runs the map catalogue benchmark. The comparison pipeline needs unzip and
+# ImageMagick; on Debian they are installed here when missing (root only).
+set -eu
+cd "$(dirname "$0")/.."
+if ! command -v unzip >/dev/null 2>&1 || [ ! -x /usr/bin/convert ]; then
+    if [ "$(id -u)" = 0 ]; then
+        apt-get update -qq && apt-get install -y -qq unzip imagemagick >/dev/null
+    else
+        echo "unzip and imagemagick are missing: the pipeline comparison will be skipped" >&2
+    fi
+fi
+cmake --preset bench >/dev/null
+cmake --build --preset bench -j2 --target bench_maps
+exec ./build/bench/bench/bench_maps "$@"

@@ -1,0 +1,384 @@
+#include "maps/ArchiveReader.h"
+
+#include "shell/AppContext.h"
+#include "support/Errors.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QCoreApplication>
+
+#include <atomic>
+#include <cstdio>
+#include <sys/stat.h>
+#include <zip.h>
+
+namespace steward {
+
+namespace {
+
+constexpr qint64 kChunk = 64 * 1024;
+
+QString zipErrorText(int code)
+{
+    zip_error_t error;
+    zip_error_init_with_code(&error, code);
+    const QString text = QString::fromUtf8(zip_error_strerror(&error));
+    zip_error_fini(&error);
+    return text;
+}
+
+// Case-insensitive match of a name against a pattern with * and ?.
+bool wildcardMatch(const QString& name, const QString& pattern)
+{
+    qsizetype n = 0, p = 0, star = -1, mark = 0;
+    auto same = [](QChar a, QChar b) { return a.toCaseFolded() == b.toCaseFolded(); };
+    while (n < name.size()) {
+        if (p < pattern.size() && (pattern.at(p) == QLatin1Char('?') || same(pattern.at(p), name.at(n)))) {
+            ++n;
+            ++p;
+        } else if (p < pattern.size() && pattern.at(p) == QLatin1Char('*')) {
+            star = p++;
+            mark = n;
+        } else if (star >= 0) {
+            p = star + 1;
+            n = ++mark;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern.at(p) == QLatin1Char('*'))
+        ++p;
+    return p == pattern.size();
+}
+
+QString normalised(QString path)
+{
+    path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    return path;
+}
+
+bool isInside(const QString& canonicalPath, const QString& canonicalRoot)
+{
+    return canonicalPath == canonicalRoot || canonicalPath.startsWith(canonicalRoot + QLatin1Char('/'));
+}
+
+} // namespace
+
+ArchiveReader::ArchiveReader(const QString& archivePath) { open(archivePath); }
+
+ArchiveReader::~ArchiveReader() { close(); }
+
+void ArchiveReader::close()
+{
+    if (m_zip)
+        zip_discard(m_zip);
+    m_zip = nullptr;
+    m_entries.clear();
+    m_patterns.clear();
+    m_skipped.clear();
+}
+
+void ArchiveReader::fail(const QString& what) const
+{
+    raiseError(err::BadArchive, QStringLiteral("The archive %1 can't be read: %2").arg(m_path, what),
+               QStringLiteral("ArchiveReader"));
+}
+
+void ArchiveReader::checkOpen() const
+{
+    if (!m_zip)
+        raiseError(err::BadArchive, QStringLiteral("No archive is open"), QStringLiteral("ArchiveReader"));
+}
+
+void ArchiveReader::open(const QString& archivePath)
+{
+    close();
+    m_path = archivePath;
+    // Only a plain file is opened: a pipe or a device named like an archive would
+    // block the reader or never end.
+    const QByteArray local = QFile::encodeName(archivePath);
+    struct stat info {};
+    if (::stat(local.constData(), &info) != 0)
+        fail(QStringLiteral("the file doesn't exist"));
+    if (!S_ISREG(info.st_mode))
+        fail(QStringLiteral("it is not a plain file"));
+
+    int code = 0;
+    m_zip = zip_open(local.constData(), ZIP_RDONLY, &code);
+    if (!m_zip)
+        fail(zipErrorText(code));
+
+    const zip_int64_t count = zip_get_num_entries(m_zip, 0);
+    if (count < 0) {
+        const QString text = QString::fromUtf8(zip_strerror(m_zip));
+        close();
+        fail(text);
+    }
+    m_entries.reserve(static_cast<size_t>(count));
+    for (zip_int64_t i = 0; i < count; ++i) {
+        zip_stat_t st;
+        zip_stat_init(&st);
+        ArchiveEntry e;
+        if (zip_stat_index(m_zip, static_cast<zip_uint64_t>(i), 0, &st) != 0 || !(st.valid & ZIP_STAT_NAME)) {
+            const QString text = QString::fromUtf8(zip_strerror(m_zip));
+            close();
+            fail(text);
+        }
+        e.path = normalised(QString::fromUtf8(st.name));
+        e.size = (st.valid & ZIP_STAT_SIZE) ? st.size : 0;
+        e.compressedSize = (st.valid & ZIP_STAT_COMP_SIZE) ? st.comp_size : 0;
+        e.isFolder = e.path.endsWith(QLatin1Char('/'));
+        QString bare = e.path;
+        while (bare.endsWith(QLatin1Char('/')))
+            bare.chop(1);
+        if (e.isFolder) {
+            e.folder = bare;
+        } else {
+            const auto slash = bare.lastIndexOf(QLatin1Char('/'));
+            e.folder = slash < 0 ? QString() : bare.left(slash);
+            e.name = slash < 0 ? bare : bare.mid(slash + 1);
+        }
+
+        zip_uint8_t system = 0;
+        zip_uint32_t attributes = 0;
+        if (zip_file_get_external_attributes(m_zip, static_cast<zip_uint64_t>(i), 0, &system, &attributes) == 0) {
+            const zip_uint32_t mode = attributes >> 16;
+            if (system == ZIP_OPSYS_UNIX && mode != 0) {
+                const zip_uint32_t type = mode & S_IFMT;
+                e.isLink = type != 0 && type != S_IFREG && type != S_IFDIR;
+                e.readOnly = !(mode & S_IWUSR);
+            } else {
+                e.readOnly = (attributes & 0x01) != 0; // the DOS read-only bit
+            }
+        }
+        m_entries.push_back(std::move(e));
+    }
+}
+
+const ArchiveEntry& ArchiveReader::entry(int index) const
+{
+    if (index < 0 || index >= entryCount())
+        raiseError(err::SubscriptOutOfRange);
+    return m_entries[static_cast<size_t>(index)];
+}
+
+QString ArchiveReader::entryText(int index) const
+{
+    const ArchiveEntry& e = entry(index);
+    QString folders = e.folder;
+    folders.replace(QLatin1Char('/'), QLatin1Char('\\'));
+    if (!folders.isEmpty())
+        folders += QLatin1Char('\\');
+    return folders + QLatin1Char('|') + e.name;
+}
+
+QByteArray ArchiveReader::readEntry(int index, qint64 limit) const
+{
+    checkOpen();
+    const ArchiveEntry& e = entry(index);
+    if (e.size > static_cast<quint64>(limit))
+        fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed").arg(e.path).arg(e.size).arg(limit));
+    zip_file_t* file = zip_fopen_index(m_zip, static_cast<zip_uint64_t>(index), 0);
+    if (!file)
+        fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(m_zip))));
+    QByteArray data;
+    data.resize(static_cast<qsizetype>(e.size) + 1);
+    qint64 total = 0;
+    QString problem;
+    for (;;) {
+        // One byte more than claimed is asked for, so that an entry that unpacks to more
+        // than it claims is caught.
+        const zip_int64_t got = zip_fread(file, data.data() + total, static_cast<zip_uint64_t>(data.size() - total));
+        if (got < 0) {
+            problem = QString::fromUtf8(zip_file_strerror(file));
+            break;
+        }
+        if (got == 0)
+            break;
+        total += got;
+        if (total > static_cast<qint64>(e.size)) {
+            problem = QStringLiteral("it unpacks to more than the %1 bytes it claims").arg(e.size);
+            break;
+        }
+    }
+    const int closed = zip_fclose(file);
+    if (problem.isEmpty() && closed != 0)
+        problem = zipErrorText(closed);
+    if (problem.isEmpty() && total != static_cast<qint64>(e.size))
+        problem = QStringLiteral("the data ends early");
+    if (!problem.isEmpty())
+        fail(QStringLiteral("%1: %2").arg(e.path, problem));
+    data.truncate(total);
+    return data;
+}
+
+bool ArchiveReader::isSafeName(const QString& rawPath)
+{
+    const QString path = normalised(rawPath);
+    if (path.isEmpty() || path.startsWith(QLatin1Char('/')) || path.contains(QChar(0)))
+        return false;
+    if (path.size() >= 2 && path.at(1) == QLatin1Char(':'))
+        return false; // a drive letter
+    const QStringList parts = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+    if (parts.isEmpty())
+        return false;
+    for (const QString& part : parts)
+        if (part == QLatin1String("..") || part == QLatin1String("."))
+            return false;
+    return true;
+}
+
+bool ArchiveReader::matches(const ArchiveEntry& entry, const QString& rawPattern)
+{
+    if (entry.isFolder)
+        return false;
+    QString pattern = normalised(rawPattern);
+    const auto slash = pattern.lastIndexOf(QLatin1Char('/'));
+    QString folder = slash < 0 ? QString() : pattern.left(slash);
+    while (folder.endsWith(QLatin1Char('/')))
+        folder.chop(1);
+    const QString name = pattern.mid(slash + 1);
+    return entry.folder.compare(folder, Qt::CaseInsensitive) == 0 && wildcardMatch(entry.name, name);
+}
+
+void ArchiveReader::selectFiles(const QString& pattern) { m_patterns << pattern; }
+
+QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint64 limit)
+{
+    checkOpen();
+    const ArchiveEntry& e = entry(index);
+    auto unsafe = [&](const QString& why) {
+        raiseError(err::UnsafeEntry,
+                   QStringLiteral("The entry %1 of the archive %2 was not extracted: %3").arg(e.path, m_path, why),
+                   QStringLiteral("ArchiveReader"));
+    };
+    if (e.isLink)
+        unsafe(QStringLiteral("it is a link or a special file"));
+    if (!isSafeName(e.path))
+        unsafe(QStringLiteral("its name leads out of the folder"));
+    if (!e.isFolder && e.size > static_cast<quint64>(limit))
+        fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed").arg(e.path).arg(e.size).arg(limit));
+
+    if (!QDir().mkpath(targetFolder))
+        raiseError(err::PathNotFound, {}, targetFolder);
+    const QString root = QFileInfo(targetFolder).canonicalFilePath();
+    if (root.isEmpty())
+        raiseError(err::PathNotFound, {}, targetFolder);
+
+    // Walk down the folders, taking an existing folder of another case as it is, and
+    // make sure that every step stays below the root, links or not.
+    QString current = root;
+    for (const QString& part : e.folder.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
+        const QString name = findChildFolder(current, part, part);
+        const QString next = current + QLatin1Char('/') + name;
+        const QFileInfo info(next);
+        if (!info.exists() && !info.isSymLink() && !QDir(current).mkdir(name))
+            raiseError(err::PathFileAccess, {}, next);
+        const QFileInfo made(next);
+        if (!made.isDir())
+            raiseError(err::PathFileAccess, QStringLiteral("%1 is not a folder").arg(next), QStringLiteral("ArchiveReader"));
+        const QString canonical = made.canonicalFilePath();
+        if (!isInside(canonical, root))
+            unsafe(QStringLiteral("the folder %1 leads out of %2").arg(next, root));
+        current = canonical;
+    }
+    if (e.isFolder)
+        return current;
+
+    const QString target = current + QLatin1Char('/') + e.name;
+    if (QFileInfo(target).isDir())
+        raiseError(err::PathFileAccess, QStringLiteral("%1 is a folder").arg(target), QStringLiteral("ArchiveReader"));
+
+    // The data goes to a new file beside the target first, which then takes the
+    // target's place: a link standing at the target is replaced, never followed, and a
+    // damaged entry leaves nothing behind. The new file is made exclusively, so that
+    // nothing standing at its name is ever opened.
+    static std::atomic<quint32> serial{0};
+    QFile temp(current + QStringLiteral("/.extract-%1-%2").arg(QCoreApplication::applicationPid()).arg(serial++));
+    if (!temp.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        raiseError(err::PathFileAccess, {}, target);
+    struct Discard {
+        QFile& file;
+        bool keep = false;
+        ~Discard()
+        {
+            if (!keep)
+                file.remove();
+        }
+    } discard{temp};
+
+    zip_file_t* file = zip_fopen_index(m_zip, static_cast<zip_uint64_t>(index), 0);
+    if (!file)
+        fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(m_zip))));
+    QByteArray buffer(kChunk, Qt::Uninitialized);
+    qint64 total = 0;
+    QString problem;
+    bool writeFailed = false;
+    for (;;) {
+        const zip_int64_t got = zip_fread(file, buffer.data(), static_cast<zip_uint64_t>(buffer.size()));
+        if (got < 0) {
+            problem = QString::fromUtf8(zip_file_strerror(file));
+            break;
+        }
+        if (got == 0)
+            break;
+        total += got;
+        if (total > static_cast<qint64>(e.size)) {
+            problem = QStringLiteral("it unpacks to more than the %1 bytes it claims").arg(e.size);
+            break;
+        }
+        if (temp.write(buffer.constData(), got) != got) {
+            writeFailed = true;
+            break;
+        }
+    }
+    const int closed = zip_fclose(file);
+    if (writeFailed)
+        raiseError(err::PathFileAccess, {}, target);
+    if (problem.isEmpty() && closed != 0)
+        problem = zipErrorText(closed);
+    if (problem.isEmpty() && total != static_cast<qint64>(e.size))
+        problem = QStringLiteral("the data ends early");
+    if (!problem.isEmpty())
+        fail(QStringLiteral("%1: %2").arg(e.path, problem));
+    if (!temp.flush())
+        raiseError(err::PathFileAccess, {}, target);
+    temp.close();
+
+    QFile::Permissions permissions = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+    if (!e.readOnly)
+        permissions |= QFile::WriteOwner;
+    temp.setPermissions(permissions);
+    if (std::rename(QFile::encodeName(temp.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
+        raiseError(err::PathFileAccess, {}, target);
+    discard.keep = true;
+    return target;
+}
+
+QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit)
+{
+    checkOpen();
+    m_skipped.clear();
+    QStringList written;
+    for (int i = 0; i < entryCount(); ++i) {
+        const ArchiveEntry& e = m_entries[static_cast<size_t>(i)];
+        bool selected = false;
+        for (const QString& pattern : std::as_const(m_patterns))
+            if (matches(e, pattern)) {
+                selected = true;
+                break;
+            }
+        if (!selected)
+            continue;
+        try {
+            written << extractEntry(i, targetFolder, limit);
+        } catch (const RuntimeError& error) {
+            if (error.number() != err::UnsafeEntry)
+                throw;
+            m_skipped << e.path;
+        }
+    }
+    return written;
+}
+
+} // namespace steward

@@ -1,0 +1,99 @@
+#pragma once
+// Read-only access to a zip archive; a pk3 is a plain zip archive. The table of
+// contents comes from the central directory alone, and an entry is decompressed only
+// when it is read or extracted. Archives come from strangers: extraction writes only
+// inside the folder it is given, and a damaged archive gives a RuntimeError, never a
+// crash or a hang.
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+struct zip;
+
+namespace steward {
+
+namespace err {
+/// An archive that can't be read: not a zip, truncated, damaged, or an entry that
+/// claims more than the reader will unpack.
+inline constexpr int BadArchive = 31000;
+/// An entry whose name or kind would put it outside the extraction folder.
+inline constexpr int UnsafeEntry = 31001;
+} // namespace err
+
+struct ArchiveEntry {
+    QString path;   ///< the entry's name with "/" between folders ("\" in a name counts as "/")
+    QString folder; ///< the folders in front of the name, without a trailing "/"; empty at the top
+    QString name;   ///< the file name without folders; empty for a folder entry
+    quint64 size = 0;           ///< the uncompressed size the directory claims
+    quint64 compressedSize = 0;
+    bool isFolder = false;
+    bool isLink = false;   ///< a symbolic link or another special file: never extracted
+    bool readOnly = false; ///< the read-only mark the archive gives the file
+};
+
+class ArchiveReader {
+public:
+    /// The most that one entry may unpack to, unless the caller says otherwise.
+    static constexpr qint64 kDefaultLimit = 64LL * 1024 * 1024;
+
+    ArchiveReader() = default;
+    /// Opens the archive at once (see open).
+    explicit ArchiveReader(const QString& archivePath);
+    ~ArchiveReader();
+    ArchiveReader(const ArchiveReader&) = delete;
+    ArchiveReader& operator=(const ArchiveReader&) = delete;
+
+    /// Opens the archive read-only and reads its table of contents; forgets the
+    /// selection and any archive opened before. A missing, unreadable, truncated or
+    /// non-zip file is err::BadArchive.
+    void open(const QString& archivePath);
+    void close();
+    bool isOpen() const { return m_zip != nullptr; }
+    const QString& archivePath() const { return m_path; }
+
+    int entryCount() const { return static_cast<int>(m_entries.size()); }
+    /// An entry by zero-based index; an index past the end is error 9.
+    const ArchiveEntry& entry(int index) const;
+    /// The entry's folders, each followed by "\", then "|", then its file name:
+    /// "levelshots\|ffa_yavin.jpg".
+    QString entryText(int index) const;
+
+    /// The whole content of one entry. An entry that claims or unpacks to more than
+    /// limit bytes, or whose data is damaged, is err::BadArchive.
+    QByteArray readEntry(int index, qint64 limit = kDefaultLimit) const;
+
+    /// Writes one entry under targetFolder, keeping its folders; a folder that already
+    /// exists there under another case is used as it is. Returns the written file. An
+    /// entry that would land outside targetFolder (a ".." part, an absolute name, a
+    /// link, a folder of the target that leads elsewhere) is err::UnsafeEntry and
+    /// nothing is written; damaged data is err::BadArchive and leaves no file behind.
+    QString extractEntry(int index, const QString& targetFolder, qint64 limit = kDefaultLimit);
+
+    /// Adds a pattern to the selection: folders, then a name that may hold * and ?,
+    /// with "\" or "/" between them. Folders and names match without regard to case.
+    void selectFiles(const QString& pattern);
+    void clearSelection() { m_patterns.clear(); }
+    /// Extracts every selected entry under targetFolder, in directory order; nothing
+    /// at all when nothing matches. Unsafe entries are skipped and listed in
+    /// skippedEntries(); damaged data is err::BadArchive. Returns the written files.
+    QStringList extract(const QString& targetFolder, qint64 limit = kDefaultLimit);
+    const QStringList& skippedEntries() const { return m_skipped; }
+
+    /// True when a pattern of selectFiles takes the entry.
+    static bool matches(const ArchiveEntry& entry, const QString& pattern);
+    /// True when the name can be written below a folder without leaving it.
+    static bool isSafeName(const QString& path);
+
+private:
+    void checkOpen() const;
+    [[noreturn]] void fail(const QString& what) const;
+
+    zip* m_zip = nullptr;
+    QString m_path;
+    std::vector<ArchiveEntry> m_entries;
+    QStringList m_patterns;
+    QStringList m_skipped;
+};
+
+} // namespace steward

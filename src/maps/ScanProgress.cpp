@@ -1,0 +1,13 @@
+#include "maps/ScanProgress.h"
+
+#include "shell/AppContext.h"
+
+namespace steward {
+
+ScanProgress& scanProgress(AppContext& app)
+{
+    static SilentScanProgress silent;
+    return app.scanProgress ? *app.scanProgress : silent;
+}
+
+} // namespace steward

@@ -1,0 +1,125 @@
+#include "maps/TgaPicture.h"
+
+#include <QFile>
+#include <cstring>
+
+namespace steward {
+
+namespace {
+
+constexpr int kHeader = 18;
+constexpr qint64 kMostPixels = 8192LL * 8192;
+
+int word(const QByteArray& b, int at) { return static_cast<quint8>(b[at]) | static_cast<quint8>(b[at + 1]) << 8; }
+
+// Unpacks run-length encoded pixels; false when the data ends early or runs over.
+bool unpackRuns(const QByteArray& in, qsizetype from, int bytesPerPixel, qint64 pixels, QByteArray& out)
+{
+    out.resize(pixels * bytesPerPixel);
+    char* to = out.data();
+    const char* const end = to + out.size();
+    const char* at = in.constData() + from;
+    const char* const last = in.constData() + in.size();
+    while (to < end) {
+        if (at >= last)
+            return false;
+        const quint8 packet = static_cast<quint8>(*at++);
+        const qsizetype length = static_cast<qsizetype>((packet & 0x7f) + 1) * bytesPerPixel;
+        if (to + length > end)
+            return false;
+        if (packet & 0x80) {
+            if (at + bytesPerPixel > last)
+                return false;
+            for (qsizetype i = 0; i < length; i += bytesPerPixel)
+                std::memcpy(to + i, at, static_cast<size_t>(bytesPerPixel));
+            at += bytesPerPixel;
+        } else {
+            if (at + length > last)
+                return false;
+            std::memcpy(to, at, static_cast<size_t>(length));
+            at += length;
+        }
+        to += length;
+    }
+    return true;
+}
+
+QRgb pixelAt(const uchar* p, int depth, bool alpha)
+{
+    switch (depth) {
+    case 8: return qRgb(p[0], p[0], p[0]);
+    case 16: {
+        const int v = p[0] | p[1] << 8;
+        const int r = (v >> 10) & 0x1f, g = (v >> 5) & 0x1f, b = v & 0x1f;
+        return qRgb(r << 3 | r >> 2, g << 3 | g >> 2, b << 3 | b >> 2);
+    }
+    case 24: return qRgb(p[2], p[1], p[0]);
+    default: return alpha ? qRgba(p[2], p[1], p[0], p[3]) : qRgb(p[2], p[1], p[0]);
+    }
+}
+
+} // namespace
+
+QImage readTgaPicture(const QByteArray& bytes)
+{
+    if (bytes.size() < kHeader)
+        return {};
+    const int idLength = static_cast<quint8>(bytes[0]);
+    const int mapType = static_cast<quint8>(bytes[1]);
+    const int type = static_cast<quint8>(bytes[2]);
+    const int mapLength = word(bytes, 5);
+    const int mapEntryBits = static_cast<quint8>(bytes[7]);
+    const int width = word(bytes, 12);
+    const int height = word(bytes, 14);
+    const int depth = static_cast<quint8>(bytes[16]);
+    const int descriptor = static_cast<quint8>(bytes[17]);
+    const qint64 pixels = static_cast<qint64>(width) * height;
+    if (pixels == 0 || pixels > kMostPixels)
+        return {};
+
+    const bool grey = type == 3 || type == 11;
+    const bool runs = type == 10 || type == 11;
+    if (!(type == 2 || type == 10 || grey))
+        return {};
+    if (grey ? depth != 8 : (depth != 16 && depth != 24 && depth != 32))
+        return {};
+    const int bytesPerPixel = depth / 8;
+    const qsizetype start =
+        kHeader + idLength + (mapType ? static_cast<qsizetype>(mapLength) * ((mapEntryBits + 7) / 8) : 0);
+
+    QByteArray unpacked;
+    const uchar* data = nullptr;
+    if (runs) {
+        if (!unpackRuns(bytes, start, bytesPerPixel, pixels, unpacked))
+            return {};
+        data = reinterpret_cast<const uchar*>(unpacked.constData());
+    } else {
+        if (start + pixels * bytesPerPixel > bytes.size())
+            return {};
+        data = reinterpret_cast<const uchar*>(bytes.constData()) + start;
+    }
+
+    const bool alpha = depth == 32 && (descriptor & 0x0f) != 0;
+    QImage image(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (image.isNull())
+        return {};
+    const bool topDown = descriptor & 0x20;
+    const bool rightToLeft = descriptor & 0x10;
+    for (int row = 0; row < height; ++row) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
+        const uchar* from = data + static_cast<qsizetype>(row) * width * bytesPerPixel;
+        for (int x = 0; x < width; ++x, from += bytesPerPixel)
+            line[rightToLeft ? width - 1 - x : x] = pixelAt(from, depth, alpha);
+    }
+    return image;
+}
+
+QImage readTgaPicture(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > 256LL * 1024 * 1024)
+        return {};
+    return readTgaPicture(file.readAll());
+}
+
+} // namespace steward

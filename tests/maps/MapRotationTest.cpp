@@ -1,0 +1,274 @@
+#include "maps/MapRotation.h"
+#include "shell/Constants.h"
+#include "shell/ServerProfile.h"
+#include "testkit/Printers.h"
+#include "testkit/TestApp.h"
+
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+class MapRotationTest : public ::testing::Test {
+protected:
+    Field& grid() { return profile.field(QStringLiteral("lsvMapRotation")); }
+    QStringList names()
+    {
+        QStringList list;
+        for (int row = 0; row < grid().count(); ++row)
+            list << grid().cell(row, 0);
+        return list;
+    }
+    QStringList marks()
+    {
+        QStringList list;
+        for (int row = 0; row < grid().count(); ++row)
+            list << (rotationMark(grid(), row) == kMarkSelected ? QStringLiteral("*") : QStringLiteral("-"));
+        return list;
+    }
+    void rows(std::initializer_list<const char*> maps)
+    {
+        for (const char* map : maps)
+            grid().addRow(rotationRow(QString::fromLatin1(map), QString(), QString()));
+    }
+    void setStart(int row)
+    {
+        grid().setCurrent(row);
+        ID_SetStartingMap(*t.app, profile);
+    }
+    QString selected() const { return profile.text(QStringLiteral("lblMapsSelected")); }
+
+    TestApp t;
+    ServerProfile profile;
+};
+
+} // namespace
+
+TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
+{
+    struct Case { StockSet set; int gameType; QStringList maps; };
+    const Case cases[] = {
+        {StockSet::FreeForAll, 0,
+         {QStringLiteral("ffa_bespin"), QStringLiteral("ffa_deathstar"), QStringLiteral("ffa_imperial"),
+          QStringLiteral("ffa_ns_hideout"), QStringLiteral("ffa_ns_streets"), QStringLiteral("ffa_yavin"),
+          QStringLiteral("ffa_raven")}},
+        {StockSet::CaptureTheFlag, 5,
+         {QStringLiteral("ctf_bespin"), QStringLiteral("ctf_imperial"), QStringLiteral("ctf_ns_streets"),
+          QStringLiteral("ctf_yavin")}},
+        {StockSet::Duel, 3,
+         {QStringLiteral("duel_bay"), QStringLiteral("duel_carbon"), QStringLiteral("duel_jedi"), QStringLiteral("duel_pit")}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.gameType);
+        TestApp app;
+        ServerProfile p;
+        p.setValue(QStringLiteral("optDefaultGameType"), 1, 1);
+        AddStandardMaps(*app.app, p, c.set);
+        const Field& rotation = p.field(QStringLiteral("lsvMapRotation"));
+        QStringList maps;
+        for (int row = 0; row < rotation.count(); ++row) {
+            maps << rotation.cell(row, 0);
+            EXPECT_EQ(rotationMark(rotation, row), kMarkNotSelected);
+        }
+        EXPECT_EQ(maps, c.maps);
+        EXPECT_TRUE(app.prompts.shown.empty());
+        EXPECT_EQ(p.text(QStringLiteral("lblMapsSelected")), QString::number(c.maps.size()) + QStringLiteral(" Selected Maps"));
+        EXPECT_TRUE(p.isSet(QStringLiteral("optDefaultGameType"), c.gameType));
+        EXPECT_FALSE(p.isSet(QStringLiteral("optDefaultGameType"), 1));
+        EXPECT_TRUE(p.configurationChanged());
+    }
+    AddStandardMaps(*t.app, profile, StockSet::FreeForAll);
+    EXPECT_EQ(grid().rows().at(6), (QStringList{QStringLiteral("ffa_raven"), QStringLiteral("Imperial Labs: Raven"),
+                                                QStringLiteral("ffa holocron jedimaster duel team"), QString(),
+                                                QStringLiteral("imgMapNotSelected")}));
+}
+
+TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
+{
+    rows({"mine"});
+    profile.setValue(QStringLiteral("chkUseINI"), 1);
+    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("/x/saved.cfg"));
+    setFirstMapType(profile, QStringLiteral("FFA"));
+    profile.setStartingMap(QStringLiteral("mine"));
+    t.prompts.answerNext(Answer::No);
+    AddStandardMaps(*t.app, profile, StockSet::Duel);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Clear Map list?") + kTail);
+    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
+    EXPECT_EQ(names(), QStringList{QStringLiteral("mine")});
+    EXPECT_TRUE(profile.isSet(QStringLiteral("optDefaultGameType"), 0));
+    EXPECT_FALSE(profile.configurationChanged());
+
+    AddStandardMaps(*t.app, profile, StockSet::Duel);
+    AddStandardMaps(*t.app, profile, StockSet::Duel);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("duel_bay"), QStringLiteral("duel_carbon"), QStringLiteral("duel_jedi"),
+                                    QStringLiteral("duel_pit")}));
+    EXPECT_EQ(firstMapType(profile), QString());
+    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
+    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), QString()); // the box's click ran
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("mine"));
+    EXPECT_TRUE(profile.isSet(QStringLiteral("optDefaultGameType"), 3));
+}
+
+TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
+{
+    rows({"a", "b", "c"});
+    setStart(1);
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("b"));
+    EXPECT_EQ(grid().tag(), QStringLiteral("1"));
+    EXPECT_EQ(marks(), (QStringList{QStringLiteral("-"), QStringLiteral("*"), QStringLiteral("-")}));
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("b has been set as the starting map") + kTail);
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+
+    setStart(2);
+    EXPECT_EQ(marks(), (QStringList{QStringLiteral("-"), QStringLiteral("-"), QStringLiteral("*")}));
+
+    // After a sort the Tag points at another row, which loses a mark it didn't have,
+    // while the old mark moves with its row and stays.
+    ID_SortDescending(profile);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
+    EXPECT_EQ(grid().tag(), QStringLiteral("2"));
+    setStart(1);
+    EXPECT_EQ(marks(), (QStringList{QStringLiteral("*"), QStringLiteral("*"), QStringLiteral("-")}));
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("b"));
+}
+
+TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
+{
+    rows({"a", "b", "c"});
+    setStart(2);
+    t.prompts.answerNext(Answer::Yes);
+    grid().setCurrent(2);
+    ID_RemoveMap(*t.app, profile);
+    t.prompts.answerNext(Answer::Yes);
+    ID_RemoveMap(*t.app, profile);
+    ASSERT_EQ(names(), QStringList{QStringLiteral("a")});
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("c"));
+    setStart(0);
+    EXPECT_EQ(marks(), QStringList{QStringLiteral("*")});
+    EXPECT_EQ(grid().tag(), QStringLiteral("0"));
+}
+
+TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
+{
+    rows({"b", "B", "a", "A"});
+    ID_SortAscending(profile);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("a"), QStringLiteral("b")}));
+    ID_SortDescending(profile);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("B"), QStringLiteral("A")}));
+}
+
+TEST_F(MapRotationTest, RemovingUsesItsOwnWordings)
+{
+    rows({"a", "b", "c"});
+    setFirstMapType(profile, QStringLiteral("FFA"));
+    profile.setStartingMap(QStringLiteral("a"));
+    grid().setCurrent(0);
+    t.prompts.answerNext(Answer::No);
+    ID_RemoveMap(*t.app, profile);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Remove Selected Map?") + kTail);
+    EXPECT_EQ(grid().count(), 3);
+
+    ID_RemoveMap(*t.app, profile);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("b"), QStringLiteral("c")}));
+    EXPECT_EQ(selected(), QStringLiteral("2 Maps Selected"));
+    EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
+    ID_RemoveMap(*t.app, profile);
+    ID_RemoveMap(*t.app, profile);
+    EXPECT_EQ(grid().count(), 0);
+    EXPECT_EQ(selected(), QStringLiteral("0 Maps Selected"));
+    EXPECT_EQ(firstMapType(profile), QString());
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("a"));
+}
+
+TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
+{
+    rows({"a", "b"});
+    setStart(1);
+    profile.setValue(QStringLiteral("chkUseINI"), 1);
+    t.prompts.answerNext(Answer::No);
+    ID_ClearList(*t.app, profile);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Clear Map List?") + kTail);
+    EXPECT_EQ(grid().count(), 2);
+    ID_ClearList(*t.app, profile);
+    EXPECT_EQ(grid().count(), 0);
+    EXPECT_EQ(selected(), QStringLiteral("0 Maps Selected"));
+    EXPECT_EQ(profile.startingMap(), QString());
+    EXPECT_EQ(grid().tag(), QStringLiteral("1"));
+    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
+    EXPECT_FALSE(rotationMenuOpens(profile));
+}
+
+TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
+{
+    const char* controls[] = {"tvwAvailMaps", "picMap", "lsvMapRotation", "lblMapsSelected", "lblNumberOfMapsAvailable",
+                              "lblMapType", "lblLongMapName"};
+    profile.setValue(QStringLiteral("chkUseINI"), 1);
+    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("/x/saved.cfg"));
+    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 1);
+    // Clearing chkUseINI ran its click, which showed the controls again behind step 1.
+    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
+    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), QString());
+    for (const char* name : controls)
+        EXPECT_TRUE(profile.field(QString::fromLatin1(name)).isVisible()) << name;
+    EXPECT_TRUE(profile.field(QStringLiteral("cboStartingMap")).isVisible());
+
+    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 0);
+    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 1);
+    for (const char* name : controls)
+        EXPECT_FALSE(profile.field(QString::fromLatin1(name)).isVisible()) << name;
+    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 0);
+    for (const char* name : controls)
+        EXPECT_TRUE(profile.field(QString::fromLatin1(name)).isVisible()) << name;
+    EXPECT_FALSE(profile.field(QStringLiteral("cboStartingMap")).isVisible());
+}
+
+TEST_F(MapRotationTest, ConfigListsTakeTheCfgFilesOfTheBaseFolder)
+{
+    for (const char* name : {"server.cfg", "b.CFG", "notes.txt", "xcfg"})
+        writeFile(t.baseFolder() + QStringLiteral("/") + QString::fromLatin1(name), "");
+    FillConfigLists(*t.app, profile);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(profile.field(QStringLiteral("cboConfig"), i).items(),
+                  (QStringList{QStringLiteral("b.CFG"), QStringLiteral("server.cfg"), QStringLiteral("xcfg")}));
+
+    TestApp noGame;
+    noGame.app->gameFolder = noGame.root() + QStringLiteral("/missing");
+    ServerProfile other;
+    FillConfigLists(*noGame.app, other);
+    EXPECT_TRUE(other.field(QStringLiteral("cboConfig"), 0).items().isEmpty());
+}
+
+TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
+{
+    rows({"a", "b", "c"});
+    setStart(0);
+    m_MoveUpInList(*t.app, profile, 0);
+    m_MoveDownInList(*t.app, profile, 2);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")}));
+    m_MoveDownInList(*t.app, profile, 0);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("c")}));
+    EXPECT_EQ(marks(), (QStringList{QStringLiteral("*"), QStringLiteral("-"), QStringLiteral("-")}));
+    m_MoveUpInList(*t.app, profile, 2);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("a")}));
+
+    const size_t boxes = t.prompts.shown.size();
+    m_MoveUpInList(*t.app, profile, 7);
+    ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
+    EXPECT_TRUE(t.prompts.last().request.text.contains(QStringLiteral("arena-steward::frmMain.m_MoveUpInList(Sub)")));
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
+}
+
+TEST_F(MapRotationTest, TheMapToolsOfTheMenus)
+{
+    EXPECT_FALSE(runMapTool(*t.app, profile, QStringLiteral("ID_MapWizard")));
+    EXPECT_FALSE(runMapTool(*t.app, profile, QStringLiteral("id_allstandardmpmaps")));
+    EXPECT_TRUE(runMapTool(*t.app, profile, QStringLiteral("ID_AllStandardSWMaps")));
+    EXPECT_EQ(grid().count(), 4);
+    EXPECT_TRUE(rotationMenuOpens(profile));
+    grid().setCurrent(3);
+    EXPECT_TRUE(runMapTool(*t.app, profile, QStringLiteral("ID_SetStartingMap")));
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("ctf_yavin"));
+}
