@@ -8,7 +8,9 @@
 #include "platform/HostAddressLookup.h"
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
+#include "ui/frmMain.h"
 #include "ui/QtPrompts.h"
+#include "ui/ScannerWindow.h"
 
 #include <QApplication>
 #include <QDir>
@@ -48,7 +50,11 @@ int runApplication(int argc, char** argv)
     Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store};
     AppContext app(services, programFolder);
 
+    ScannerWindowProgress scanner;
+    app.scanProgress = &scanner;
+
     QtWindowHost host(app, &prompts);
+    host.addWindowSetup([&scanner](frmMain& window) { scanner.setOwner(&window); });
     HostAddressLookup addresses;
     CommandWiring wiring(app, host, addresses);
     const StartupOutcome outcome = runStartup(app, host, commandLineText(argc, argv));

@@ -3,6 +3,9 @@
 #include "generate/BanListCommands.h"
 #include "generate/ExportScripts.h"
 #include "generate/ExportServer.h"
+#include "generate/MapCycleCommands.h"
+#include "maps/MapRotation.h"
+#include "maps/MapTree.h"
 #include "generate/OkCommand.h"
 #include "settings/ConfigurationFile.h"
 #include "settings/SaveSettings.h"
@@ -20,6 +23,7 @@
 #include "wizard/WizardRecords.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -59,6 +63,16 @@ void CommandWiring::setUpWindow(frmMain& window)
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.dispatch(id); });
     auto* keys = new KeyFilters(m_app.services.beeper, &window);
     keys->install(&window, &window.profile());
+
+    // The two map check boxes answer a click of the user with their own routines; code
+    // that sets them runs those routines itself.
+    ServerProfile& profile = window.profile();
+    if (auto* autoCycle = window.control<QCheckBox>(QStringLiteral("chkMapAutoCycle")))
+        QObject::connect(autoCycle, &QCheckBox::clicked, &window,
+                         [this, &profile] { chkMapAutoCycle_Click(m_app, profile); });
+    if (auto* savedCycle = window.control<QCheckBox>(QStringLiteral("chkUseINI")))
+        QObject::connect(savedCycle, &QCheckBox::clicked, &window,
+                         [this, &profile] { chkUseINI_Click(m_app, profile); });
 }
 
 void CommandWiring::routeButtons()
@@ -84,12 +98,17 @@ void CommandWiring::routeButtons()
     routes.onClick(QStringLiteral("Picture1"), [this](frmMain&) { openLink(m_app, Link::OfficialSite); });
     routes.onClick(QStringLiteral("Picture3"), [this](frmMain&) { openLink(m_app, Link::ProductSite); });
 
+    routes.on(QStringLiteral("tvwAvailMaps"), UiEventKind::DblClick,
+              [this](frmMain& w, const UiEvent&) { tvwAvailMaps_DblClick(m_app, w.profile()); });
+    routes.on(QStringLiteral("txtServerINI"), UiEventKind::DblClick,
+              [this](frmMain& w, const UiEvent&) { txtServerINI_DblClick(m_app, w.profile()); });
+
     // The tree always offers the stock sets; the rotation offers its commands only
     // when it has a row.
     routes.on(QStringLiteral("tvwAvailMaps"), UiEventKind::ContextMenu,
               [this](frmMain& w, const UiEvent& e) { showPopup(QStringLiteral("ID_mnuStandards"), w, e.globalPos); });
     routes.on(QStringLiteral("lsvMapRotation"), UiEventKind::ContextMenu, [this](frmMain& w, const UiEvent& e) {
-        if (w.profile().field(QStringLiteral("lsvMapRotation")).count() > 0)
+        if (rotationMenuOpens(w.profile()))
             showPopup(QStringLiteral("ID_Advanced"), w, e.globalPos);
     });
 }
@@ -120,6 +139,12 @@ void CommandWiring::registerTools()
     on("id_HelpForumsModCentral", [this](frmMain&) { openLink(m_app, Link::ModCentralForum); });
     on("id_HelpMailAuthor", [this](frmMain&) { mailAuthor(m_app); });
     on("id_HelpAboutArenaSteward", [this](frmMain& w) { showAbout(m_app, &w); });
+    for (const char* id : {"id_UtilitiesMapsScanfornewmaps", "id_UtilitiesExportMapCycle", "ID_AllStandardMPMaps",
+                           "ID_AllStandardSWMaps", "ID_AllStandardCPMaps", "ID_SetStartingMap", "ID_SortAscending",
+                           "ID_SortDescending", "ID_RemoveMap", "ID_ClearList"}) {
+        const QString tool = QString::fromLatin1(id);
+        on(id, [this, tool](frmMain& w) { runMapTool(m_app, w.profile(), tool); });
+    }
     on("ID_MapWizard", [this](frmMain& w) {
         // The wizard's pages come later; its start prepares the per-map records.
         WizardState state;

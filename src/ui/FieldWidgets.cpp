@@ -354,6 +354,8 @@ BoundTree::BoundTree(Field& field, int columns, QWidget* parent) : QTreeWidget(p
     connect(this, &QTreeWidget::currentItemChanged, this, &BoundTree::selectionToField);
 }
 
+void BoundTree::decorate(QTreeWidgetItem*, const QStringList&) {}
+
 QList<QStringList> BoundTree::lines() const
 {
     if (m_field.kind() == FieldKind::Grid)
@@ -373,6 +375,7 @@ void BoundTree::fromField()
             auto* item = new QTreeWidgetItem;
             for (int c = 0; c < columnCount(); ++c)
                 item->setText(c, cells.value(c));
+            decorate(item, cells);
             items.append(item);
         }
         addTopLevelItems(items);

@@ -148,6 +148,12 @@ class BoundTree : public QTreeWidget {
 public:
     BoundTree(Field& field, int columns, QWidget* parent = nullptr);
 
+protected:
+    /// Lets a kind of grid dress a row after its cells are shown.
+    virtual void decorate(QTreeWidgetItem* item, const QStringList& cells);
+    /// Shows the field's lines again.
+    void refresh() { fromField(); }
+
 private:
     void fromField();
     void selectionFromField();

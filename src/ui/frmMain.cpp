@@ -5,6 +5,7 @@
 #include "ui/FieldWidgets.h"
 #include "ui/FormServices.h"
 #include "ui/MainLayout.h"
+#include "ui/MapWidgets.h"
 
 #include <QCloseEvent>
 #include <QContextMenuEvent>
@@ -302,12 +303,9 @@ QWidget* frmMain::makeFieldControl(Field& field, QWidget* parent)
     QWidget* widget = nullptr;
     const QString& name = field.name();
     if (name == QLatin1String("tvwAvailMaps")) {
-        widget = new BoundTree(field, 1, parent);
+        widget = new MapTreeView(m_app, *m_profile, parent);
     } else if (name == QLatin1String("lsvMapRotation")) {
-        auto* rotation = new BoundTree(field, 4, parent);
-        rotation->header()->setStretchLastSection(false);
-        rotation->header()->setMinimumSectionSize(0);
-        widget = rotation;
+        widget = new RotationGrid(field, parent);
     } else if (name == QLatin1String("grdBOTList")) {
         widget = new BoundTable(field, 5, true, parent);
     } else if (name == QLatin1String("picMap")) {
