@@ -52,19 +52,6 @@ bool mapsReady(AppContext& app, ServerProfile& profile, bool& useSavedCycle)
     return true;
 }
 
-/// The question that offers to make the window's settings the defaults. Either answer
-/// clears the change mark.
-void offerDefaults(AppContext& app, ServerProfile& profile)
-{
-    if (!profile.configurationChanged())
-        return;
-    const Answer answer = app.prompts().message(QStringLiteral("Configuration has changed, set as default?") + kTail,
-                                                kProductTitle, Icon::Question, Buttons::YesNo);
-    if (answer == Answer::Yes)
-        cmdDefault_Click(app, profile);
-    profile.setConfigurationChanged(false);
-}
-
 } // namespace
 
 void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
@@ -83,7 +70,7 @@ void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
             return;
         name = completeSessionName(name);
 
-        offerDefaults(app, profile);
+        askSaveChangedConfiguration_Ok(app, profile);
 
         if (profile.value(QStringLiteral("chkSendMessage")) == 1 &&
             profile.text(QStringLiteral("txtServerConfig"), 14).isEmpty()) {

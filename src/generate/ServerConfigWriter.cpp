@@ -22,18 +22,6 @@ const QString kErrorTag = QStringLiteral("::Code.CreateJediConfiguration(Functio
 const QString kSlashLine = QString(63, QLatin1Char('/'));
 constexpr qint32 kDefaultPort = 28070;
 
-/// Blanks cut from both ends; other white space stays, as the old Trim did.
-QString trimBlanks(const QString& text)
-{
-    qsizetype first = 0;
-    qsizetype last = text.size();
-    while (first < last && text.at(first) == QLatin1Char(' '))
-        ++first;
-    while (last > first && text.at(last - 1) == QLatin1Char(' '))
-        --last;
-    return text.mid(first, last - first);
-}
-
 QString quoted(const QString& text) { return QLatin1Char('"') + text + QLatin1Char('"'); }
 
 /// The session file, written section by section in the order the server reads it.

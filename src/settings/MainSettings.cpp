@@ -28,17 +28,6 @@ QString systemName(QString name)
     return name;
 }
 
-QString trimBlanks(const QString& text)
-{
-    qsizetype first = 0;
-    qsizetype last = text.size();
-    while (first < last && text.at(first) == QLatin1Char(' '))
-        ++first;
-    while (last > first && text.at(last - 1) == QLatin1Char(' '))
-        --last;
-    return text.mid(first, last - first);
-}
-
 // A text converted to a 16-bit whole number, rounded half to even: text that is not a
 // number is error 13, a number out of range error 6.
 int wholeNumber(const QString& text)

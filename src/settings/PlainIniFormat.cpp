@@ -14,7 +14,7 @@ const QString kGeneral = QStringLiteral("General");
 
 bool isBlank(QChar c) { return c == QLatin1Char(' ') || c == QLatin1Char('\t'); }
 
-QString trimBlanks(const QString& text)
+QString trimWhite(const QString& text)
 {
     qsizetype first = 0;
     qsizetype last = text.size();
@@ -137,11 +137,11 @@ bool readPlainIni(QIODevice& device, QSettings::SettingsMap& map)
     QString section;
     const QStringList lines = text.split(QLatin1Char('\n'));
     for (const QString& line : lines) {
-        const QString trimmed = trimBlanks(line);
+        const QString trimmed = trimWhite(line);
         if (trimmed.isEmpty() || trimmed.startsWith(QLatin1Char(';')) || trimmed.startsWith(QLatin1Char('#')))
             continue;
         if (trimmed.startsWith(QLatin1Char('[')) && trimmed.endsWith(QLatin1Char(']'))) {
-            section = normalisedKey(trimBlanks(trimmed.mid(1, trimmed.size() - 2)));
+            section = normalisedKey(trimWhite(trimmed.mid(1, trimmed.size() - 2)));
             if (section == kGeneral)
                 section.clear();
             continue;
@@ -149,10 +149,10 @@ bool readPlainIni(QIODevice& device, QSettings::SettingsMap& map)
         const auto eq = trimmed.indexOf(QLatin1Char('='));
         if (eq <= 0)
             continue;
-        const QString key = normalisedKey(trimBlanks(trimmed.left(eq)));
+        const QString key = normalisedKey(trimWhite(trimmed.left(eq)));
         if (key.isEmpty())
             continue;
-        const QString value = unquotePlainIniValue(trimBlanks(trimmed.mid(eq + 1)));
+        const QString value = unquotePlainIniValue(trimWhite(trimmed.mid(eq + 1)));
         map.insert(section.isEmpty() ? key : section + QLatin1Char('/') + key, value);
     }
     return true;

@@ -21,18 +21,6 @@ const QString kCheckSwitch = QStringLiteral("-check");
 const QString kBaseName = QStringLiteral("Base");
 const QString kCatalogueName = QStringLiteral("Jedi");
 
-// Blanks only: other white space at the ends of a stored path stays.
-QString trimBlanks(const QString& text)
-{
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && text.at(begin) == QLatin1Char(' '))
-        ++begin;
-    while (end > begin && text.at(end - 1) == QLatin1Char(' '))
-        --end;
-    return text.mid(begin, end - begin);
-}
-
 // Finds GameFolder and ServerExecutable from the store, or asks for the executable.
 // False when the user cancelled the dialog: the process then ends.
 bool locateGame(AppContext& app)

@@ -31,6 +31,17 @@ QString GetPathPart(const QString& path)
     return slash < 0 ? QString() : path.left(slash + 1);
 }
 
+QString trimBlanks(const QString& text)
+{
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && text.at(first) == QLatin1Char(' '))
+        ++first;
+    while (last > first && text.at(last - 1) == QLatin1Char(' '))
+        --last;
+    return text.mid(first, last - first);
+}
+
 QString IsClean(const QString& text, const QString& find, const QString& replacement)
 {
     if (text.isEmpty())

@@ -12,6 +12,8 @@ QString withSlash(QString path);
 QString GetNamePart(const QString& path);
 /// The part up to and with the last "/"; a text without one gives empty.
 QString GetPathPart(const QString& path);
+/// Blanks cut from both ends of a text; tabs and other white space stay.
+QString trimBlanks(const QString& text);
 /// Every occurrence of find replaced by replacement; an empty input gives empty.
 QString IsClean(const QString& text, const QString& find, const QString& replacement);
 
