@@ -35,6 +35,18 @@ ScriptValues readScriptValues(const ServerProfile& profile)
     return v;
 }
 
+bool scriptSessionName(AppContext& app, const ScriptValues& values, QString& session)
+{
+    if (values.session.isEmpty()) {
+        warn(app, QStringLiteral("A Session name is required"));
+        return false;
+    }
+    if (!ValidSessionName(app, values.session))
+        return false;
+    session = completeSessionName(values.session).replace(QLatin1Char(' '), QLatin1Char('_'));
+    return true;
+}
+
 QString batchFileLine(const QString& executable, const ScriptValues& v, const QString& session)
 {
     QString line = QLatin1Char('"') + executable + QLatin1Char('"');
@@ -50,13 +62,9 @@ void mnuBatchFile_Click(AppContext& app, ServerProfile& profile)
 {
     try {
         const ScriptValues values = readScriptValues(profile);
-        if (values.session.isEmpty()) {
-            warn(app, QStringLiteral("A Session name is required"));
+        QString session;
+        if (!scriptSessionName(app, values, session))
             return;
-        }
-        if (!ValidSessionName(app, values.session))
-            return;
-        const QString session = completeSessionName(values.session).replace(QLatin1Char(' '), QLatin1Char('_'));
 
         CFileDialog dialog(app);
         dialog.DialogTitle = QStringLiteral("Save Batch File");

@@ -46,14 +46,10 @@ void mnuLinux_Click(AppContext& app, ServerProfile& profile)
 {
     try {
         const ScriptValues values = readScriptValues(profile);
-        if (values.session.isEmpty()) {
-            warn(app, QStringLiteral("A Session name is required"));
+        QString session;
+        if (!scriptSessionName(app, values, session))
             return;
-        }
-        if (!ValidSessionName(app, values.session))
-            return;
-        const QString session =
-            completeSessionName(values.session).replace(QLatin1Char(' '), QLatin1Char('_')).toLower();
+        session = session.toLower();
 
         app.prompts().message(
             QStringLiteral("The following shell script is a guide and will need paths adjusted to point to your JK2 "

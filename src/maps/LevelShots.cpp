@@ -53,13 +53,8 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
     ScanProgress& progress = scanProgress(app);
     try {
         EnsureFallbackPictures(app);
-        QString folder = gamePath;
-        AddSlash(folder);
-        folder += findChildFolder(folder, baseName, baseName);
-        if (!QFileInfo(folder).isDir())
-            raiseError(err::PathNotFound, {}, app.programName);
-        const QStringList files =
-            QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase);
+        QString folder;
+        const QStringList files = baseFolderFiles(app, gamePath, baseName, &folder);
         progress.setMaximum(static_cast<int>(files.size()));
         int counter = 0;
         ArchiveReader reader;

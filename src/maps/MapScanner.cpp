@@ -197,6 +197,18 @@ struct Scan {
 
 } // namespace
 
+QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName, QString* folderPath)
+{
+    QString folder = gamePath;
+    AddSlash(folder);
+    folder += findChildFolder(folder, baseName, baseName);
+    if (!QFileInfo(folder).isDir())
+        raiseError(err::PathNotFound, {}, app.programName);
+    if (folderPath)
+        *folderPath = folder;
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase);
+}
+
 bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gamePath)
 {
     ScanProgress& progress = scanProgress(app);
@@ -208,13 +220,8 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
     std::unique_ptr<TextFileWriter> catalogue;
     QString archive;
     try {
-        QString folder = gamePath;
-        AddSlash(folder);
-        folder += findChildFolder(folder, baseName, baseName);
-        if (!QFileInfo(folder).isDir())
-            raiseError(err::PathNotFound, {}, app.programName);
-        const QStringList files =
-            QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase);
+        QString folder;
+        const QStringList files = baseFolderFiles(app, gamePath, baseName, &folder);
         progress.setMaximum(static_cast<int>(files.size()));
 
         catalogue = std::make_unique<TextFileWriter>(app.programFile(catalogueName + QStringLiteral(".aml")));

@@ -4,11 +4,15 @@
 #include "support/Registry.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace steward {
 class AppContext;
 class ServerProfile;
 
+/// The files of the game's base folder in name order, without regard to case; a
+/// missing folder is error 76.
+QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName, QString* folderPath = nullptr);
 /// Reads every pk3 archive of the base folder (gameFolder + baseName) and writes the
 /// map catalogue catalogueName + ".aml" in the program's folder. False after a
 /// failure, which has been shown to the user.
