@@ -1,5 +1,8 @@
 #include "ui/MainWindowHost.h"
 
+#include "maps/ScanProgress.h"
+#include "shell/AppContext.h"
+
 #include "shell/MainFormLoad.h"
 #include "shell/ServerProfile.h"
 #include "ui/FormServices.h"
@@ -101,7 +104,13 @@ void QtWindowHost::unloadFormNamed(const QString& name)
             unloadForm(form);
 }
 
-void QtWindowHost::unloadScanner() { unloadFormNamed(QStringLiteral("frmScanner")); }
+void QtWindowHost::unloadScanner()
+{
+    // The scanner's window refuses a plain close: the progress that loaded it unloads it.
+    if (m_app.scanProgress)
+        m_app.scanProgress->unload();
+    unloadFormNamed(QStringLiteral("frmScanner"));
+}
 
 void QtWindowHost::minimizeMainWindow()
 {

@@ -2,6 +2,7 @@
 #include "maps/MapScanner.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
+#include "ui/MainWindowHost.h"
 #include "ui/ScannerWindow.h"
 
 #include <QLabel>
@@ -59,4 +60,16 @@ TEST(ScannerWindow, StaysOnScreenBetweenThePhasesOfARealScan)
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Converting duel_pit.tga...."));
     progress.unload();
+}
+
+TEST(ScannerWindow, TheWindowHostUnloadsItBeforeTheClosingBox)
+{
+    steward::testing::TestApp t;
+    ScannerWindowProgress progress;
+    t.app->scanProgress = &progress;
+    QtWindowHost host(*t.app);
+    progress.show();
+    ASSERT_NE(progress.window(), nullptr);
+    host.unloadScanner();
+    EXPECT_EQ(progress.window(), nullptr) << "a plain close is refused by the scanner's window";
 }
