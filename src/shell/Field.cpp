@@ -4,7 +4,7 @@
 
 namespace steward {
 
-Field::Field(FieldSpec spec, QObject* parent) : QObject(parent), m_spec(std::move(spec))
+Field::Field(FieldDefinition definition, QObject* parent) : QObject(parent), m_definition(std::move(definition))
 {
     reset();
 }
@@ -14,20 +14,20 @@ QString Field::makeKey(const QString& name, int index)
     return index < 0 ? name : QStringLiteral("%1(%2)").arg(name).arg(index);
 }
 
-QString Field::key() const { return makeKey(m_spec.name, m_spec.index); }
+QString Field::key() const { return makeKey(m_definition.name, m_definition.index); }
 
 void Field::reset()
 {
-    m_tag = m_spec.tag;
-    switch (m_spec.kind) {
+    m_tag = m_definition.tag;
+    switch (m_definition.kind) {
     case FieldKind::Check:
     case FieldKind::Option:
     case FieldKind::State:
-        m_value = m_spec.defaultText.toInt();
-        m_text = m_spec.kind == FieldKind::State ? m_spec.defaultText : QString();
+        m_value = m_definition.defaultText.toInt();
+        m_text = m_definition.kind == FieldKind::State ? m_definition.defaultText : QString();
         break;
     default:
-        m_text = m_spec.defaultText;
+        m_text = m_definition.defaultText;
         m_value = 0;
         break;
     }
@@ -48,7 +48,7 @@ void Field::setText(const QString& text)
 
 void Field::setValue(int value)
 {
-    if (m_spec.kind == FieldKind::Check || m_spec.kind == FieldKind::Option)
+    if (m_definition.kind == FieldKind::Check || m_definition.kind == FieldKind::Option)
         value = value != 0 ? 1 : 0;
     if (value == m_value)
         return;
@@ -59,7 +59,7 @@ void Field::setValue(int value)
 
 int Field::count() const
 {
-    return m_spec.kind == FieldKind::Grid ? static_cast<int>(m_rows.size()) : static_cast<int>(m_items.size());
+    return m_definition.kind == FieldKind::Grid ? static_cast<int>(m_rows.size()) : static_cast<int>(m_items.size());
 }
 
 void Field::setItems(const QStringList& items)

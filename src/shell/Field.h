@@ -22,7 +22,7 @@ enum class FieldKind {
 };
 
 /// The constant description of a field.
-struct FieldSpec {
+struct FieldDefinition {
     QString name;
     int index = -1; ///< -1 for a field that is not part of an array
     FieldKind kind = FieldKind::Text;
@@ -38,16 +38,16 @@ struct FieldSpec {
 class Field : public QObject {
     Q_OBJECT
 public:
-    explicit Field(FieldSpec spec, QObject* parent = nullptr);
+    explicit Field(FieldDefinition definition, QObject* parent = nullptr);
 
-    const FieldSpec& spec() const { return m_spec; }
-    const QString& name() const { return m_spec.name; }
-    int index() const { return m_spec.index; }
-    FieldKind kind() const { return m_spec.kind; }
-    const QString& caption() const { return m_spec.caption; }
+    const FieldDefinition& definition() const { return m_definition; }
+    const QString& name() const { return m_definition.name; }
+    int index() const { return m_definition.index; }
+    FieldKind kind() const { return m_definition.kind; }
+    const QString& caption() const { return m_definition.caption; }
     const QString& tag() const { return m_tag; }
-    const QString& tooltip() const { return m_spec.tooltip; }
-    bool isPassword() const { return m_spec.password; }
+    const QString& tooltip() const { return m_definition.tooltip; }
+    bool isPassword() const { return m_definition.password; }
     /// "txtServerConfig(12)" for an array member, the plain name otherwise.
     QString key() const;
     static QString makeKey(const QString& name, int index);
@@ -100,7 +100,7 @@ signals:
     void visibilityChanged(steward::Field* field);
 
 private:
-    FieldSpec m_spec;
+    FieldDefinition m_definition;
     QString m_tag;
     QString m_text;
     int m_value = 0;

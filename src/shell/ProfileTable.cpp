@@ -10,12 +10,12 @@ namespace {
 using K = FieldKind;
 
 struct TableBuilder {
-    std::vector<FieldSpec> rows;
+    std::vector<FieldDefinition> rows;
 
-    FieldSpec& add(const QString& name, int index, K kind, const QString& caption, const QString& tag = {},
+    FieldDefinition& add(const QString& name, int index, K kind, const QString& caption, const QString& tag = {},
                    const QString& def = {}, const QString& tooltip = {}, const QString& label = {})
     {
-        FieldSpec s;
+        FieldDefinition s;
         s.name = name;
         s.index = index;
         s.kind = kind;
@@ -28,20 +28,20 @@ struct TableBuilder {
         return rows.back();
     }
     // A text field whose caption is a label of its own.
-    FieldSpec& text(const QString& name, int index, const QString& label, const QString& caption,
+    FieldDefinition& text(const QString& name, int index, const QString& label, const QString& caption,
                     const QString& tag, const QString& def, const QString& tooltip = {})
     {
         return add(name, index, K::Text, caption, tag, def, tooltip, label);
     }
-    FieldSpec& check(const QString& name, int index, const QString& caption, const QString& tag,
+    FieldDefinition& check(const QString& name, int index, const QString& caption, const QString& tag,
                      const QString& tooltip = {}, const QString& def = QStringLiteral("0"))
     {
         return add(name, index, K::Check, caption, tag, def, tooltip);
     }
-    FieldSpec& option(const QString& name, int index, const QString& group, const QString& caption,
+    FieldDefinition& option(const QString& name, int index, const QString& group, const QString& caption,
                       const QString& tag, bool selected = false)
     {
-        FieldSpec& s = add(name, index, K::Option, caption, tag, selected ? QStringLiteral("1") : QStringLiteral("0"));
+        FieldDefinition& s = add(name, index, K::Option, caption, tag, selected ? QStringLiteral("1") : QStringLiteral("0"));
         s.optionGroup = group;
         return s;
     }
@@ -74,7 +74,7 @@ void serverPage(TableBuilder& t)
          "If you have multiple NIC's and want the server to broadcast on all of them (internet and local) clear this field"},
     };
     for (const Row& r : identity) {
-        FieldSpec& s = t.text(QStringLiteral("txtServerConfig"), r.i, L.arg(r.i), QString::fromUtf8(r.caption),
+        FieldDefinition& s = t.text(QStringLiteral("txtServerConfig"), r.i, L.arg(r.i), QString::fromUtf8(r.caption),
                               QString::fromUtf8(r.tag), r.def, QString::fromUtf8(r.tip));
         s.password = r.i >= 13 && r.i <= 15;
     }
@@ -216,7 +216,7 @@ void flagPages(TableBuilder& t)
 {
     t.add(QStringLiteral("txtWeaponFlags"), -1, K::Text, {}, QStringLiteral("g_weaponDisable"), QStringLiteral("0"));
     t.add(QStringLiteral("txtDuelWeaponFlags"), -1, K::Text, {}, QStringLiteral("g_weaponDisable"), QStringLiteral("0"));
-    FieldSpec& duelNote = t.add(QStringLiteral("lblSaberModeDuel"), -1, K::Label,
+    FieldDefinition& duelNote = t.add(QStringLiteral("lblSaberModeDuel"), -1, K::Label,
                                 QStringLiteral("Saber only mode is encouraged in duel"), {},
                                 QStringLiteral("Saber only mode is encouraged in duel"));
     Q_UNUSED(duelNote);
@@ -231,10 +231,10 @@ void flagPages(TableBuilder& t)
         {4096, "Trip Mines", 12, 28}, {8192, "Detpack", 13, 29},    {16384, "Unused", 14, 30},
         {32768, "Unused", 15, 31},
     };
-    FieldSpec byIndex[32];
+    FieldDefinition byIndex[32];
     for (const Weapon& w : weapons) {
         for (int idx : {w.normal, w.duel}) {
-            FieldSpec s;
+            FieldDefinition s;
             s.name = QStringLiteral("chkWeaponFlags");
             s.index = idx;
             s.kind = K::Check;
@@ -244,7 +244,7 @@ void flagPages(TableBuilder& t)
             byIndex[idx] = s;
         }
     }
-    for (const FieldSpec& s : byIndex)
+    for (const FieldDefinition& s : byIndex)
         t.rows.push_back(s);
 
     t.add(QStringLiteral("txtForceFlags"), -1, K::Text, {}, QStringLiteral("g_forcePowerDisable"), QStringLiteral("0"));
@@ -384,7 +384,7 @@ void windowState(TableBuilder& t)
     t.add(QStringLiteral("MousePointer"), -1, K::State, {}, {}, QStringLiteral("0"));
 }
 
-std::vector<FieldSpec> buildTable()
+std::vector<FieldDefinition> buildTable()
 {
     TableBuilder t;
     serverPage(t);
@@ -399,9 +399,9 @@ std::vector<FieldSpec> buildTable()
 
 } // namespace
 
-const std::vector<FieldSpec>& profileFieldTable()
+const std::vector<FieldDefinition>& profileFieldTable()
 {
-    static const std::vector<FieldSpec> table = buildTable();
+    static const std::vector<FieldDefinition> table = buildTable();
     return table;
 }
 

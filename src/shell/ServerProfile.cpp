@@ -6,28 +6,28 @@ namespace steward {
 
 ServerProfile::ServerProfile(QObject* parent) : QObject(parent)
 {
-    for (const FieldSpec& spec : profileFieldTable())
-        add(spec);
+    for (const FieldDefinition& definition : profileFieldTable())
+        add(definition);
 }
 
 ServerProfile::~ServerProfile() = default;
 
-void ServerProfile::add(const FieldSpec& spec)
+void ServerProfile::add(const FieldDefinition& definition)
 {
-    auto owned = std::make_unique<Field>(spec);
+    auto owned = std::make_unique<Field>(definition);
     Field* f = owned.get();
     m_fields.push_back(std::move(owned));
     m_order.push_back(f);
     m_byKey.insert(f->key(), f);
-    if (spec.index >= 0) {
-        auto it = m_bounds.find(spec.name);
+    if (definition.index >= 0) {
+        auto it = m_bounds.find(definition.name);
         if (it == m_bounds.end())
-            m_bounds.insert(spec.name, {spec.index, spec.index});
+            m_bounds.insert(definition.name, {definition.index, definition.index});
         else
-            *it = {std::min(it->first, spec.index), std::max(it->second, spec.index)};
+            *it = {std::min(it->first, definition.index), std::max(it->second, definition.index)};
     }
-    if (spec.kind == FieldKind::Option && !spec.optionGroup.isEmpty()) {
-        m_groups[spec.optionGroup].push_back(f);
+    if (definition.kind == FieldKind::Option && !definition.optionGroup.isEmpty()) {
+        m_groups[definition.optionGroup].push_back(f);
         connect(f, &Field::valueChanged, this, &ServerProfile::onOptionChanged);
     }
     connect(f, &Field::changed, this, &ServerProfile::fieldChanged);
@@ -38,7 +38,7 @@ void ServerProfile::onOptionChanged(Field* field)
     // Selecting an option clears the others of its group.
     if (!field->isSet())
         return;
-    for (Field* other : m_groups.value(field->spec().optionGroup))
+    for (Field* other : m_groups.value(field->definition().optionGroup))
         if (other != field)
             other->setValue(0);
 }
@@ -84,7 +84,7 @@ std::vector<Field*> ServerProfile::array(const QString& name) const
 void ServerProfile::resetAll()
 {
     for (Field* f : m_order) {
-        const FieldSpec& s = f->spec();
+        const FieldDefinition& s = f->definition();
         if (s.kind == FieldKind::Check || s.kind == FieldKind::Option || s.kind == FieldKind::State)
             f->setValue(s.defaultText.toInt());
         if (s.kind != FieldKind::Check && s.kind != FieldKind::Option)

@@ -59,7 +59,7 @@ signals:
     void fieldChanged(steward::Field* field);
 
 private:
-    void add(const FieldSpec& spec);
+    void add(const FieldDefinition& definition);
     void onOptionChanged(Field* field);
 
     std::vector<std::unique_ptr<Field>> m_fields;
@@ -70,6 +70,6 @@ private:
 };
 
 /// The tables of every field, in window order.
-const std::vector<FieldSpec>& profileFieldTable();
+const std::vector<FieldDefinition>& profileFieldTable();
 
 } // namespace steward

@@ -248,9 +248,9 @@ QWidget* frmMain::makeItem(const QString& item, QWidget* parent, QWidget** capti
         line->setSpacing(4);
     }
     QWidget* first = makeControl(members.first(), row ? row : parent);
-    if (Field* field = FieldPresence::fieldOf(first); field && !field->spec().captionLabel.isEmpty()) {
+    if (Field* field = FieldPresence::fieldOf(first); field && !field->definition().captionLabel.isEmpty()) {
         auto* caption = new QLabel(field->caption(), parent);
-        caption->setObjectName(field->spec().captionLabel);
+        caption->setObjectName(field->definition().captionLabel);
         caption->setBuddy(first);
         FieldPresence::of(first)->addCompanion(caption);
         m_controls.insert(caption->objectName(), caption);

@@ -44,48 +44,48 @@ QStringList range(const QString& name, int first, int last)
 TEST_F(MainWindowFields, EveryFieldHasAControlWithItsCaptionTagTooltipAndDefault)
 {
     int checked = 0;
-    for (const FieldSpec& spec : profileFieldTable()) {
-        const QString key = Field::makeKey(spec.name, spec.index);
+    for (const FieldDefinition& definition : profileFieldTable()) {
+        const QString key = Field::makeKey(definition.name, definition.index);
         SCOPED_TRACE(key.toStdString());
         QWidget* control = find(key);
-        if (spec.kind == FieldKind::State && key != QLatin1String("vsMainTab") && key != QLatin1String("picMap") &&
+        if (definition.kind == FieldKind::State && key != QLatin1String("vsMainTab") && key != QLatin1String("picMap") &&
             key != QLatin1String("vsExtraGameFlags")) {
             continue;
         }
         ASSERT_NE(control, nullptr) << "no control named " << key.toStdString();
         ++checked;
-        EXPECT_EQ(control->property("Tag").toString(), spec.tag);
-        EXPECT_EQ(control->toolTip(), spec.tooltip);
+        EXPECT_EQ(control->property("Tag").toString(), definition.tag);
+        EXPECT_EQ(control->toolTip(), definition.tooltip);
         EXPECT_FALSE(control->isHidden());
 
-        if (!spec.captionLabel.isEmpty()) {
-            auto* label = window->findChild<QLabel*>(spec.captionLabel);
-            ASSERT_NE(label, nullptr) << "no caption label " << spec.captionLabel.toStdString();
-            EXPECT_EQ(label->text(), spec.caption);
+        if (!definition.captionLabel.isEmpty()) {
+            auto* label = window->findChild<QLabel*>(definition.captionLabel);
+            ASSERT_NE(label, nullptr) << "no caption label " << definition.captionLabel.toStdString();
+            EXPECT_EQ(label->text(), definition.caption);
             EXPECT_EQ(label->buddy(), control) << "the label's access key leads to its control";
             EXPECT_FALSE(label->isHidden());
         }
 
-        switch (spec.kind) {
+        switch (definition.kind) {
         case FieldKind::Text:
             ASSERT_NE(qobject_cast<QLineEdit*>(control), nullptr);
-            EXPECT_EQ(qobject_cast<QLineEdit*>(control)->text(), spec.defaultText);
+            EXPECT_EQ(qobject_cast<QLineEdit*>(control)->text(), definition.defaultText);
             break;
         case FieldKind::Check:
         case FieldKind::Option: {
             auto* button = qobject_cast<QAbstractButton*>(control);
             ASSERT_NE(button, nullptr);
-            EXPECT_EQ(button->text(), spec.caption);
-            EXPECT_EQ(button->isChecked(), spec.defaultText == QLatin1String("1"));
+            EXPECT_EQ(button->text(), definition.caption);
+            EXPECT_EQ(button->isChecked(), definition.defaultText == QLatin1String("1"));
             break;
         }
         case FieldKind::Combo:
             ASSERT_NE(qobject_cast<QComboBox*>(control), nullptr);
-            EXPECT_EQ(qobject_cast<QComboBox*>(control)->currentText(), spec.defaultText);
+            EXPECT_EQ(qobject_cast<QComboBox*>(control)->currentText(), definition.defaultText);
             break;
         case FieldKind::Label:
             ASSERT_NE(qobject_cast<QLabel*>(control), nullptr);
-            EXPECT_EQ(qobject_cast<QLabel*>(control)->text(), spec.defaultText);
+            EXPECT_EQ(qobject_cast<QLabel*>(control)->text(), definition.defaultText);
             break;
         default:
             break;
