@@ -18,7 +18,7 @@ bool ToolDispatcher::on(const QString& id, std::function<void()> routine)
     return true;
 }
 
-bool ToolDispatcher::dispatch(const QString& id) const
+bool ToolDispatcher::SSActiveToolBars1_ToolClick(const QString& id) const
 {
     for (const QString& known : m_order) {
         if (known != id)

@@ -16,8 +16,8 @@ public:
     /// Registers the routine of a tool id of the tables; an id outside the tables is refused.
     bool on(const QString& id, std::function<void()> routine);
 
-    /// SSActiveToolBars1_ToolClick: runs the routine of the id; false when none ran.
-    bool dispatch(const QString& id) const;
+    /// Runs the routine of the chosen tool id; false when none ran.
+    bool SSActiveToolBars1_ToolClick(const QString& id) const;
 
     bool handles(const QString& id) const { return m_routines.contains(id); }
 

@@ -60,7 +60,7 @@ void CommandWiring::setUpWindow(frmMain& window)
     // The option rules are attached before the load pours the store into the profile, so
     // that every stored value runs them.
     attachOptionRules(m_app, window.profile());
-    buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.dispatch(id); });
+    buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
     auto* keys = new KeyFilters(m_app.services.beeper, &window);
     keys->install(&window, &window.profile());
 
@@ -116,7 +116,7 @@ void CommandWiring::routeButtons()
 void CommandWiring::showPopup(const QString& popupId, frmMain& window, const QPoint& where)
 {
     const Tool& popup = popupId == QLatin1String("ID_Advanced") ? advancedPopup() : standardsPopup();
-    QMenu* menu = buildPopup(popup, &window, [this](const QString& id) { m_dispatcher.dispatch(id); });
+    QMenu* menu = buildPopup(popup, &window, [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(where);
 }

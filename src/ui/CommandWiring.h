@@ -21,7 +21,7 @@ public:
     CommandWiring(const CommandWiring&) = delete;
     CommandWiring& operator=(const CommandWiring&) = delete;
 
-    /// SSActiveToolBars1_ToolClick: the menus' door to the routines.
+    /// The menus' door to the routines.
     ToolDispatcher& dispatcher() { return m_dispatcher; }
 
 private:

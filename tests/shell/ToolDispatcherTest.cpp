@@ -55,7 +55,7 @@ TEST(ToolDispatcher, EachIdReachesItsOwnRoutineAndNoOther)
         }
     for (const QString& id : kEveryCommand) {
         ran.clear();
-        dispatcher.dispatch(id);
+        dispatcher.SSActiveToolBars1_ToolClick(id);
         if (id == QLatin1String("ID_Cancel"))
             EXPECT_TRUE(ran.isEmpty());
         else
@@ -69,10 +69,10 @@ TEST(ToolDispatcher, UnknownAndNearlyKnownIdsDoNothing)
     int runs = 0;
     dispatcher.on(QStringLiteral("ID_ClearList"), [&runs] { ++runs; });
     for (const char* id : {"", "id_clearlist", "ID_ClearList ", "ID_Clear", "id_Nothing"})
-        EXPECT_FALSE(dispatcher.dispatch(QString::fromLatin1(id))) << id;
+        EXPECT_FALSE(dispatcher.SSActiveToolBars1_ToolClick(QString::fromLatin1(id))) << id;
     EXPECT_EQ(runs, 0);
     EXPECT_FALSE(dispatcher.on(QStringLiteral("id_Nothing"), [] {})) << "ids outside the tables are refused";
-    EXPECT_TRUE(dispatcher.dispatch(QStringLiteral("ID_Cancel")));
+    EXPECT_TRUE(dispatcher.SSActiveToolBars1_ToolClick(QStringLiteral("ID_Cancel")));
 }
 
 TEST(Commands, MailCarriesTheVersionInItsSubject)

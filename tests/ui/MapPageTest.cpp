@@ -55,7 +55,7 @@ protected:
         QApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    void menu(const QString& id) { wiring.dispatcher().dispatch(id); }
+    void menu(const QString& id) { wiring.dispatcher().SSActiveToolBars1_ToolClick(id); }
     QModelIndex mapNode()
     {
         QAbstractItemModel* model = tree->model();
