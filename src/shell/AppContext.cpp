@@ -3,6 +3,7 @@
 #include "support/Strings.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 namespace steward {
 
@@ -14,7 +15,7 @@ AppContext::AppContext(Services s, QString folder, QString name)
 QString findChildFolder(const QString& parent, const QString& name, const QString& fallback)
 {
     const QDir dir(parent.isEmpty() ? QStringLiteral("/") : parent);
-    if (dir.exists(name))
+    if (QFileInfo(dir.filePath(name)).isDir())
         return name;
     const QStringList children = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
     for (const QString& child : children)

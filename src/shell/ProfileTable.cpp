@@ -216,10 +216,8 @@ void flagPages(TableBuilder& t)
 {
     t.add(QStringLiteral("txtWeaponFlags"), -1, K::Text, {}, QStringLiteral("g_weaponDisable"), QStringLiteral("0"));
     t.add(QStringLiteral("txtDuelWeaponFlags"), -1, K::Text, {}, QStringLiteral("g_weaponDisable"), QStringLiteral("0"));
-    FieldDefinition& duelNote = t.add(QStringLiteral("lblSaberModeDuel"), -1, K::Label,
-                                QStringLiteral("Saber only mode is encouraged in duel"), {},
-                                QStringLiteral("Saber only mode is encouraged in duel"));
-    Q_UNUSED(duelNote);
+    t.add(QStringLiteral("lblSaberModeDuel"), -1, K::Label, QStringLiteral("Saber only mode is encouraged in duel"), {},
+          QStringLiteral("Saber only mode is encouraged in duel"));
 
     // Bit, caption, normal index, duel index.
     struct Weapon { int bit; const char* caption; int normal; int duel; };

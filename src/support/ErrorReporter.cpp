@@ -73,7 +73,9 @@ void reportPlain(AppContext& app, const RuntimeError& error, const QString& rout
 
 void reportInformation(AppContext& app, const RuntimeError& error)
 {
-    app.prompts().message(error.description(), error.source(), Icon::Information);
+    // As in the central report, an error without a source of its own comes from the program.
+    app.prompts().message(error.description(), error.source().isEmpty() ? app.programName : error.source(),
+                          Icon::Information);
 }
 
 } // namespace steward

@@ -29,7 +29,7 @@ void reportTagged(AppContext& app, const RuntimeError& error, const QString& tag
 void reportPlain(AppContext& app, const RuntimeError& error, const QString& routine);
 
 /// The information box of the untagged event routines: the description, titled with
-/// the error's source.
+/// the error's source (ProgramName for an error without one).
 void reportInformation(AppContext& app, const RuntimeError& error);
 
 /// The 78 hyphens of a log entry.

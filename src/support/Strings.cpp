@@ -63,11 +63,8 @@ double leadingNumber(const QString& text)
     static const QRegularExpression number(
         QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"));
     const auto match = number.match(compact);
-    if (!match.hasMatch()) {
-        static const QRegularExpression bare(QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)"));
-        const auto m2 = bare.match(compact);
-        return m2.hasMatch() ? m2.captured(0).toDouble() : 0.0;
-    }
+    if (!match.hasMatch())
+        return 0.0;
     QString found = match.captured(0);
     found.replace(QLatin1Char('d'), QLatin1Char('e')).replace(QLatin1Char('D'), QLatin1Char('e'));
     bool ok = false;

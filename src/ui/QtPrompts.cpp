@@ -64,6 +64,15 @@ QStringList nameFilters(const QString& filter)
 }
 } // namespace
 
+QString openedFile(const QString& selected, const QString& defaultExt)
+{
+    const QString added = QLatin1Char('.') + defaultExt;
+    if (defaultExt.isEmpty() || QFileInfo::exists(selected) || !selected.endsWith(added))
+        return selected;
+    const QString picked = selected.chopped(added.size());
+    return QFileInfo(picked).isFile() ? picked : selected;
+}
+
 Answer QtPrompts::messageBox(const MessageBoxRequest& request)
 {
     QMessageBox box(toIcon(request.icon), request.title, request.text, QMessageBox::NoButton, m_owner);
@@ -95,7 +104,8 @@ bool QtPrompts::fileDialog(FileDialogState& state, bool open)
         dialog.selectFile(state.FileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;
-    state.FileName = dialog.selectedFiles().first();
+    state.FileName = open ? openedFile(dialog.selectedFiles().first(), state.DefaultExt)
+                          : dialog.selectedFiles().first();
     state.FileTitle = QFileInfo(state.FileName).fileName();
     state.FilterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1;
     return true;

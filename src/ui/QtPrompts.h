@@ -25,6 +25,11 @@ private:
     int m_pointer = pointer::Default;
 };
 
+/// The file that an open dialog chose. The desktop's own dialog appends the default
+/// extension to every name without a dot, also to an existing file such as a server
+/// binary without extension; the file as the user picked it wins when only it exists.
+QString openedFile(const QString& selected, const QString& defaultExt);
+
 class QtBeeper final : public Beeper {
 public:
     void beep() override;

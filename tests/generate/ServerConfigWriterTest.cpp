@@ -278,6 +278,7 @@ TEST_F(SessionFileTest, TheBaseFolderIsFoundWithoutRegardToCase)
 {
     ASSERT_TRUE(QDir(t.baseFolder()).removeRecursively());
     ASSERT_TRUE(QDir().mkpath(t.gameFolder() + QStringLiteral("BASE")));
+    writeFile(t.gameFolder() + QStringLiteral("base"), "a file, not the folder");
     EXPECT_TRUE(run());
     expectFile(t.gameFolder() + QStringLiteral("BASE/luke.cfg"), defaultFile());
 }

@@ -161,4 +161,10 @@ TEST(ErrorLog, AnErrorWithoutASourceComesFromTheProgram)
     reportTagged(*t.app, overflow, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
     EXPECT_EQ(crlfLines(defaultLog(t)).value(2),
               QStringLiteral("Error 6 in arena-steward::Code.CreateJediConfiguration(Function) (arena-steward):"));
+
+    // The information box of an untagged routine takes the same source as its title.
+    reportInformation(*t.app, overflow);
+    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("arena-steward"));
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Overflow"));
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
 }

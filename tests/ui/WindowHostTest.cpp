@@ -262,6 +262,22 @@ TEST(FormServices, AMissingFormIsReportedInThePlainBoxOfTheRoutine)
     EXPECT_EQ(t.prompts.shown[0].request.icon, Icon::None);
 }
 
+TEST(FileDialogs, AnOpenedFileLosesOnlyAnExtensionThatTheDialogMadeUp)
+{
+    steward::testing::TestApp t;
+    const QString binary = t.gameFolder() + QStringLiteral("jk2ded");
+    const QString windows = t.gameFolder() + QStringLiteral("jk2mp.exe");
+    steward::testing::writeFile(binary, "#!/bin/sh\n");
+    steward::testing::writeFile(windows, "MZ");
+    const QString exe = QStringLiteral("exe");
+    EXPECT_EQ(openedFile(binary + QStringLiteral(".exe"), exe), binary);
+    EXPECT_EQ(openedFile(binary, exe), binary);
+    EXPECT_EQ(openedFile(windows, exe), windows);
+    EXPECT_EQ(openedFile(t.gameFolder() + QStringLiteral("missing.exe"), exe),
+              t.gameFolder() + QStringLiteral("missing.exe"));
+    EXPECT_EQ(openedFile(binary + QStringLiteral(".exe"), QString()), binary + QStringLiteral(".exe"));
+}
+
 TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
 {
     quitWhenMainWindowGone(host);
