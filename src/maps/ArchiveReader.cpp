@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <sys/stat.h>
@@ -355,21 +356,28 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
     return target;
 }
 
-QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit)
+QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit, qint64 totalLimit)
 {
     checkOpen();
     m_skipped.clear();
-    QStringList written;
+    std::vector<int> selected;
+    quint64 claimed = 0;
     for (int i = 0; i < entryCount(); ++i) {
         const ArchiveEntry& e = m_entries[static_cast<size_t>(i)];
-        bool selected = false;
         for (const QString& pattern : std::as_const(m_patterns))
             if (matches(e, pattern)) {
-                selected = true;
+                selected.push_back(i);
+                claimed += std::min<quint64>(e.size, static_cast<quint64>(limit) + 1);
                 break;
             }
-        if (!selected)
-            continue;
+    }
+    // No entry unpacks to more than it claims, so the claims bound what is written.
+    if (claimed > static_cast<quint64>(totalLimit))
+        fail(QStringLiteral("its selected entries claim %1 bytes, more than the %2 allowed").arg(claimed).arg(totalLimit));
+
+    QStringList written;
+    for (const int i : selected) {
+        const ArchiveEntry& e = m_entries[static_cast<size_t>(i)];
         try {
             written << extractEntry(i, targetFolder, limit);
         } catch (const RuntimeError& error) {

@@ -36,6 +36,9 @@ class ArchiveReader {
 public:
     /// The most that one entry may unpack to, unless the caller says otherwise.
     static constexpr qint64 kDefaultLimit = 64LL * 1024 * 1024;
+    /// The most that one extraction may write altogether: many entries that each stay
+    /// below the entry limit can still fill a disk.
+    static constexpr qint64 kDefaultTotalLimit = 512LL * 1024 * 1024;
 
     ArchiveReader() = default;
     /// Opens the archive at once (see open).
@@ -76,8 +79,11 @@ public:
     void clearSelection() { m_patterns.clear(); }
     /// Extracts every selected entry under targetFolder, in directory order; nothing
     /// at all when nothing matches. Unsafe entries are skipped and listed in
-    /// skippedEntries(); damaged data is err::BadArchive. Returns the written files.
-    QStringList extract(const QString& targetFolder, qint64 limit = kDefaultLimit);
+    /// skippedEntries(); damaged data is err::BadArchive. Selected entries that claim
+    /// more than totalLimit together are err::BadArchive before anything is written.
+    /// Returns the written files.
+    QStringList extract(const QString& targetFolder, qint64 limit = kDefaultLimit,
+                        qint64 totalLimit = kDefaultTotalLimit);
     const QStringList& skippedEntries() const { return m_skipped; }
 
     /// True when a pattern of selectFiles takes the entry.

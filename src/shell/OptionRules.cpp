@@ -131,13 +131,10 @@ void optDefaultGameType_Click(ServerProfile& profile, int index)
 
 void chkMapAutoCycle_Options(ServerProfile& profile)
 {
-    Field& startingMap = profile.field(kStartingMap);
-    if (profile.isSet(kAutoCycle)) {
-        profile.setValue(QStringLiteral("chkUseINI"), 0);
-        startingMap.setVisible(true);
-    } else {
-        startingMap.setVisible(false);
-    }
+    // The saved cycle is cleared by the box's click on the map page, which runs the
+    // saved cycle's own click: clearing it quietly here first would keep that from
+    // running.
+    profile.field(kStartingMap).setVisible(profile.isSet(kAutoCycle));
 }
 
 void attachOptionRules(AppContext& app, ServerProfile& profile)

@@ -232,4 +232,17 @@ TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnp
     EXPECT_EQ(errorNumberOf([&] { liar.readEntry(0); }), err::BadArchive);
     EXPECT_EQ(errorNumberOf([&] { liar.extractEntry(0, target()); }), err::BadArchive);
     EXPECT_TRUE(filesIn(target()).isEmpty());
+
+    // Many entries that each stay below the entry limit are refused as a whole, before
+    // the first is written, when together they claim more than the extraction allows.
+    ASSERT_TRUE(ZipBuilder()
+                    .file(QStringLiteral("levelshots/a.jpg"), QByteArray(1000, 'a'))
+                    .file(QStringLiteral("levelshots/b.jpg"), QByteArray(1000, 'b'))
+                    .file(QStringLiteral("levelshots/c.jpg"), QByteArray(1000, 'c'))
+                    .write(archive(QStringLiteral("many.pk3"))));
+    ArchiveReader many(archive(QStringLiteral("many.pk3")));
+    many.selectFiles(QStringLiteral("levelshots\\*.jpg"));
+    EXPECT_EQ(errorNumberOf([&] { many.extract(target(), 1000, 2999); }), err::BadArchive);
+    EXPECT_TRUE(filesIn(target()).isEmpty());
+    EXPECT_EQ(many.extract(target(), 1000, 3000).size(), 3);
 }

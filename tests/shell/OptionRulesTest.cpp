@@ -142,16 +142,13 @@ TEST_F(Rules, TheDuelNoteShowsOnlyForDuel)
     EXPECT_FALSE(visible("lblSaberModeDuel"));
 }
 
-TEST_F(Rules, AutoCycleShowsTheStartingMapAndClearsTheSavedCycle)
+TEST_F(Rules, AutoCycleShowsTheStartingMap)
 {
     EXPECT_FALSE(visible("cboStartingMap"));
-    profile.setValue(QStringLiteral("chkUseINI"), 1);
     profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
     EXPECT_TRUE(visible("cboStartingMap"));
-    EXPECT_FALSE(profile.isSet(QStringLiteral("chkUseINI")));
     profile.setValue(QStringLiteral("chkMapAutoCycle"), 0);
     EXPECT_FALSE(visible("cboStartingMap"));
-    EXPECT_FALSE(profile.isSet(QStringLiteral("chkUseINI")));
 }
 
 TEST_F(Rules, ASecondAttachAddsNoSecondRule)

@@ -3,6 +3,7 @@
 // commands, and OK starts the server on that rotation.
 #include "maps/MapTreeModel.h"
 #include "shell/ServerProfile.h"
+#include "shell/Startup.h"
 #include "support/LocalAddress.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
@@ -12,6 +13,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMouseEvent>
@@ -133,4 +135,88 @@ TEST_F(MapPage, TheStockSetsFillTheRotationFromTheTreesMenu)
     EXPECT_EQ(profile->value(QStringLiteral("optDefaultGameType"), 5), 1) << "capture the flag is selected";
     menu(QStringLiteral("ID_ClearList"));
     EXPECT_EQ(grid->topLevelItemCount(), 0);
+}
+
+TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
+{
+    const char* controls[] = {"tvwAvailMaps", "picMap", "lsvMapRotation", "lblMapsSelected"};
+    auto* savedCycle = window->findChild<QCheckBox*>(QStringLiteral("chkUseINI"));
+    auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
+    ASSERT_NE(savedCycle, nullptr);
+    ASSERT_NE(autoCycle, nullptr);
+    profile->field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+
+    const QString saved = t.baseFolder() + QStringLiteral("/advanced.cfg");
+    t.prompts.chooseFile(saved);
+    savedCycle->click();
+    EXPECT_EQ(profile->text(QStringLiteral("txtServerINI")), saved);
+    EXPECT_EQ(grid->topLevelItemCount(), 0);
+    for (const char* name : controls)
+        EXPECT_FALSE(profile->field(QString::fromLatin1(name)).isVisible()) << name;
+
+    // Ticking auto cycle clears the saved cycle through its click, which empties the file
+    // and shows the map controls again behind auto cycle's back.
+    autoCycle->click();
+    EXPECT_FALSE(savedCycle->isChecked());
+    EXPECT_EQ(profile->text(QStringLiteral("txtServerINI")), QString());
+    for (const char* name : controls)
+        EXPECT_TRUE(profile->field(QString::fromLatin1(name)).isVisible()) << name;
+    EXPECT_TRUE(profile->field(QStringLiteral("cboStartingMap")).isVisible());
+}
+
+TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
+{
+    for (const char* map : {"ffa_bespin", "ffa_yavin", "duel_pit"})
+        profile->field(QStringLiteral("lsvMapRotation")).addRow({QString::fromLatin1(map)});
+    profile->setValue(QStringLiteral("vsMainTab"), 2);
+    auto rightClick = [this](int row) {
+        QApplication::processEvents(); // the grid lays out its rows again
+        const QPoint at = grid->visualItemRect(grid->topLevelItem(row)).center();
+        QMouseEvent press(QEvent::MouseButtonPress, at, grid->viewport()->mapToGlobal(at), Qt::RightButton,
+                          Qt::RightButton, Qt::NoModifier);
+        QApplication::sendEvent(grid->viewport(), &press);
+        QMouseEvent release(QEvent::MouseButtonRelease, at, grid->viewport()->mapToGlobal(at), Qt::RightButton,
+                            Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(grid->viewport(), &release);
+    };
+
+    rightClick(1);
+    menu(QStringLiteral("ID_SetStartingMap"));
+    EXPECT_EQ(profile->startingMap(), QStringLiteral("ffa_yavin"));
+
+    rightClick(2);
+    t.prompts.answerNext(Answer::Yes); // "Remove Selected Map?"
+    menu(QStringLiteral("ID_RemoveMap"));
+    ASSERT_EQ(grid->topLevelItemCount(), 2);
+    EXPECT_EQ(grid->topLevelItem(0)->text(0), QStringLiteral("ffa_bespin"));
+    EXPECT_EQ(grid->topLevelItem(1)->text(0), QStringLiteral("ffa_yavin"));
+    EXPECT_EQ(profile->text(QStringLiteral("lblMapsSelected")), QStringLiteral("2 Maps Selected"));
+}
+
+TEST(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
+{
+    steward::testing::TestApp t;
+    ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")).write(t.baseFolder() + QStringLiteral("/assets0.pk3"));
+    steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+    t.store->SaveSetting(kKeyPathToJedi, t.gameFolder());
+    t.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
+    t.store->SaveSetting(kKeyRunOnce, QStringLiteral("0"));
+    QtWindowHost host{*t.app};
+    NoLookup lookup;
+    CommandWiring wiring{*t.app, host, lookup};
+
+    ASSERT_EQ(runStartup(*t.app, host, QString()), StartupOutcome::MainWindowOpen)
+        << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    auto* tree = host.mainWindow()->findChild<QTreeView*>(QStringLiteral("tvwAvailMaps"));
+    ASSERT_NE(tree, nullptr);
+    QAbstractItemModel* model = tree->model();
+    const QModelIndex archive = model->index(0, 0, model->index(0, 0));
+    EXPECT_EQ(archive.data().toString(), QStringLiteral("assets0.pk3"));
+    EXPECT_EQ(model->index(0, 0, archive).data().toString(), QStringLiteral("duel_pit"));
+    EXPECT_EQ(host.mainWindow()->profile().text(QStringLiteral("lblNumberOfMapsAvailable")),
+              QStringLiteral("1 Maps available"));
+
+    host.closeAllForms();
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
