@@ -1,7 +1,8 @@
 #pragma once
 // The batch file and the shell script that start the server without the program.
 // Their command lines are their own: always a dedicated Internet server, the memory
-// values as typed, the port as typed unless it is 0.
+// values as their leading numbers, unrounded, the port as typed unless its leading
+// number is 0.
 #include <QString>
 
 namespace steward {

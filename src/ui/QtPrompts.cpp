@@ -8,6 +8,9 @@
 namespace steward {
 
 namespace {
+/// The file dialog's flag that asks before an existing file is replaced.
+constexpr int kOverwritePrompt = 2;
+
 QMessageBox::Icon toIcon(Icon icon)
 {
     switch (icon) {
@@ -91,6 +94,9 @@ bool QtPrompts::fileDialog(FileDialogState& state, bool open)
     QFileDialog dialog(m_owner, state.DialogTitle, state.InitialDir);
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    // Flag 2 asks before an existing file is replaced; without it the caller asks, or
+    // replaces the file, itself.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, (state.Flags & kOverwritePrompt) == 0);
     const QStringList filters = nameFilters(state.Filter);
     if (!filters.isEmpty()) {
         dialog.setNameFilters(filters);

@@ -6,6 +6,7 @@
 #include "shell/ServerProfile.h"
 #include "testkit/TestApp.h"
 
+#include <QDir>
 #include <QFile>
 #include <functional>
 #include <gtest/gtest.h>
@@ -222,17 +223,42 @@ TEST_F(OkCommand, MessagingOverridesCloseAndLeavesMinimiseSelected)
     EXPECT_EQ(windows.closed, 0);
 }
 
-TEST_F(OkCommand, AServerThatCannotStartEndsInTheCriticalBox)
+TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
 {
-    ok(); // no jk2ded anywhere
-    ASSERT_EQ(t.prompts.shown.size(), 2u);
-    const auto& report = t.prompts.shown.front().request;
-    EXPECT_EQ(report.icon, Icon::Critical);
-    EXPECT_TRUE(report.text.contains(QStringLiteral("Number: 53"))) << report.text.toStdString();
-    EXPECT_TRUE(report.text.contains(QStringLiteral("::Code.CreateJediConfiguration(Function)")));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not start server!") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
-    EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
-    EXPECT_EQ(windows.closed + windows.minimized, 0);
-    EXPECT_EQ(profile.formPointer(), pointer::Default);
+    struct Case {
+        const char* name;
+        std::function<void()> setup;
+        int number;
+        QString culprit;
+    };
+    const Case cases[] = {
+        {"no server anywhere", [] {}, 53, QStringLiteral("(jk2ded)")},
+        {"server without execute permission",
+         [&] { StubServer(t.gameFolder(), QStringLiteral("jk2ded"), record(), false); }, 70,
+         t.gameFolder() + QStringLiteral("jk2ded")},
+        {"session file that cannot be written",
+         [&] {
+             QFile::remove(t.baseFolder() + QStringLiteral("/luke.cfg"));
+             QDir(t.baseFolder()).mkdir(QStringLiteral("luke.cfg"));
+         },
+         75,
+         t.baseFolder() + QStringLiteral("/luke.cfg")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        t.prompts.shown.clear();
+        c.setup();
+        ok();
+        ASSERT_EQ(t.prompts.shown.size(), 2u);
+        const auto& report = t.prompts.shown.front().request;
+        EXPECT_EQ(report.icon, Icon::Critical);
+        EXPECT_TRUE(report.text.contains(QStringLiteral("Number: %1").arg(c.number))) << report.text.toStdString();
+        EXPECT_TRUE(report.text.contains(QStringLiteral("::Code.CreateJediConfiguration(Function)")));
+        EXPECT_TRUE(report.text.contains(c.culprit)) << report.text.toStdString();
+        EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not start server!") + kTail);
+        EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
+        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_EQ(windows.closed + windows.minimized, 0);
+        EXPECT_EQ(profile.formPointer(), pointer::Default);
+    }
 }

@@ -128,25 +128,6 @@ TEST_F(ServerLaunch, ABareNameIsLookedUpInTheGameFolderFirst)
     EXPECT_EQ(launcher.requests.at(0).workingFolder, t.gameFolder());
 }
 
-TEST_F(ServerLaunch, AMissingOrLockedServerTakesTheErrorRoad)
-{
-    try {
-        startServerAfterConfiguration(*t.app, profile, session);
-        FAIL() << "a missing server must raise";
-    } catch (const RuntimeError& e) {
-        EXPECT_EQ(e.number(), err::FileNotFound);
-    }
-    stub(QStringLiteral("jk2ded"), false);
-    try {
-        startServerAfterConfiguration(*t.app, profile, session);
-        FAIL() << "a server without execute permission must raise";
-    } catch (const RuntimeError& e) {
-        EXPECT_EQ(e.number(), err::PermissionDenied);
-        EXPECT_EQ(e.source(), t.gameFolder() + QStringLiteral("jk2ded"));
-    }
-    EXPECT_EQ(launcher.starts, 2);
-}
-
 TEST_F(ServerLaunch, WithoutAServerTypeNothingStartsAndTheRunGoesOn)
 {
     profile.setValue(QStringLiteral("chkServerType"), 2, 0);

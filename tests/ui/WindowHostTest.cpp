@@ -1,6 +1,6 @@
 // The windows as start-up sees them: the main window comes and goes, all forms close,
 // a fresh main window can follow (a restart), the close button does nothing, and the
-// controls' events reach their routes.
+// controls' events reach their routes; and the file dialog behind the prompts.
 #include "shell/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFileDialog>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
@@ -19,6 +20,7 @@
 #include <QTreeWidget>
 #include <QWindow>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace steward;
 
@@ -307,4 +309,28 @@ TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
     EXPECT_EQ(restarts, 1);
     EXPECT_EQ(host.mainWindow(), nullptr);
     QApplication::setQuitOnLastWindowClosed(true);
+}
+
+TEST(QtFileDialog, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
+{
+    QtPrompts prompts;
+    for (const int flags : {0, 2, 12292}) {
+        SCOPED_TRACE(flags);
+        FileDialogState state;
+        state.Flags = flags;
+        std::optional<bool> confirms;
+        // Looks for the dialog until it is up, notes its setting and cancels it.
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, [&] {
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible()) {
+                    confirms = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+                    dialog->reject();
+                }
+        });
+        poll.start(10);
+        EXPECT_FALSE(prompts.fileDialog(state, false));
+        ASSERT_TRUE(confirms.has_value());
+        EXPECT_EQ(*confirms, (flags & 2) != 0);
+    }
 }
