@@ -248,8 +248,10 @@ TEST_F(Save, ListItemsComeBackAsTheSplitSeesThem)
     ServerProfile& after = saveAndRestart();
     EXPECT_EQ(after.field(QStringLiteral("lstBannedIPs")).items(),
               (QStringList{QStringLiteral("1.1.1.1"), QStringLiteral("2.2.2.2")}));
-    EXPECT_EQ(after.field(QStringLiteral("lsvMapRotation")).rows(),
-              (QList<QStringList>{{QStringLiteral("a")}, {QStringLiteral("b")}}));
+    const Field& rotation = after.field(QStringLiteral("lsvMapRotation"));
+    ASSERT_EQ(rotation.count(), 2);
+    EXPECT_EQ(rotation.cell(0, 0), QStringLiteral("a"));
+    EXPECT_EQ(rotation.cell(1, 0), QStringLiteral("b"));
     EXPECT_EQ(after.text(QStringLiteral("lblMapsSelected")), QStringLiteral("2 Selected Maps"));
 }
 
