@@ -82,6 +82,10 @@ bool QtPrompts::fileDialog(FileDialogState& state, bool open)
     QFileDialog dialog(m_owner, state.DialogTitle, state.InitialDir);
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    // The save dialog asks before replacing a file only when the caller's flags say so
+    // (2); the others ask their own question, or none.
+    if (!open && !(state.Flags & 2))
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
     const QStringList filters = nameFilters(state.Filter);
     if (!filters.isEmpty()) {
         dialog.setNameFilters(filters);

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFileDialog>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
@@ -291,4 +292,22 @@ TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
     EXPECT_EQ(restarts, 1);
     EXPECT_EQ(host.mainWindow(), nullptr);
     QApplication::setQuitOnLastWindowClosed(true);
+}
+
+TEST_F(QtHost, TheSaveDialogAsksBeforeReplacingOnlyWithFlagTwo)
+{
+    for (const int flags : {0, 2}) {
+        bool asks = false;
+        QObject scope;
+        QTimer::singleShot(0, &scope, [&asks] {
+            if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+                asks = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+                dialog->reject();
+            }
+        });
+        FileDialogState state;
+        state.Flags = flags;
+        EXPECT_FALSE(prompts.fileDialog(state, false));
+        EXPECT_EQ(asks, flags == 2) << flags;
+    }
 }
