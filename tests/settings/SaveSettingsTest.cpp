@@ -304,19 +304,6 @@ TEST_F(Save, AFailedSaveIsReportedAndStillSaysSaved)
     EXPECT_FALSE(profile.configurationChanged());
 }
 
-TEST_F(Save, AKeyPressSetsTheChangeMarkAndTheMouseDoesNot)
-{
-    EXPECT_FALSE(profile.configurationChanged());
-    profile.setValue(QStringLiteral("chkQuake3Specific"), 0, 1);
-    profile.setValue(QStringLiteral("optDefaultGameType"), 3, 1);
-    EXPECT_FALSE(profile.configurationChanged());
-    askSaveChangedConfiguration_Ok(*t.app, profile);
-    EXPECT_TRUE(t.prompts.shown.empty()) << "no question after mouse changes";
-
-    noteKeyPress(profile); // even a key that changes nothing
-    EXPECT_TRUE(profile.configurationChanged());
-}
-
 TEST_F(Save, NoAtTheOkQuestionClearsTheMarkWithoutSaving)
 {
     noteKeyPress(profile);
