@@ -19,8 +19,7 @@ inline const QString kMarkSelected = QStringLiteral("imgSelectedMap");
 
 /// A new row of the rotation, with the common mark.
 QStringList rotationRow(const QString& mapName, const QString& longName, const QString& type);
-/// The mark picture of a row: one of the two names, or empty for a row without one
-/// (rows restored from the settings carry none).
+/// The mark picture of a row: one of the two names, or empty for a row without one.
 QString rotationMark(const Field& grid, int row);
 void setRotationMark(Field& grid, int row, const QString& mark);
 /// The current row of the grid: its current position, 0 when it has none, -1 when

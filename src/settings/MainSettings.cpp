@@ -1,5 +1,6 @@
 #include "settings/MainSettings.h"
 
+#include "maps/MapRotation.h"
 #include "platform/System.h"
 #include "settings/SettingsStore.h"
 #include "shell/AppContext.h"
@@ -135,8 +136,9 @@ private:
     {
         const QString stored = get(QStringLiteral("MapListSaved"));
         Field& grid = m_profile.field(QStringLiteral("lsvMapRotation"));
+        // A restored row knows its name only, and carries the common mark.
         for (const QString& map : splitStoredList(stored))
-            grid.addRow({map});
+            grid.addRow(rotationRow(map, QString(), QString()));
         if (!stored.isEmpty())
             m_profile.setText(QStringLiteral("lblMapsSelected"),
                               QString::number(grid.count()) + QStringLiteral(" Selected Maps"));

@@ -41,7 +41,8 @@ bool characterPasses(int code) { return code == 8 || (code >= 40 && code <= 57);
 
 bool keyGivesCharacter(const QString& text)
 {
-    return !text.isEmpty() && text.at(0) != QChar(0x7f);
+    // Delete gives no character, and Tab only moves the focus.
+    return !text.isEmpty() && text.at(0) != QChar(0x7f) && text.at(0) != QLatin1Char('\t');
 }
 
 } // namespace steward

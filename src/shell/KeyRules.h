@@ -24,7 +24,7 @@ bool keyDownPasses(int qtKey, bool keypad);
 bool characterPasses(int code);
 
 /// True when the key press gives a character (its text), as the window's key-press
-/// event sees it: Delete and keys without text give none.
+/// event sees it: Delete, Tab and keys without text give none.
 bool keyGivesCharacter(const QString& text);
 
 } // namespace steward

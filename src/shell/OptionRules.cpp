@@ -129,14 +129,6 @@ void optDefaultGameType_Click(ServerProfile& profile, int index)
         note.setVisible(true);
 }
 
-void chkMapAutoCycle_Options(ServerProfile& profile)
-{
-    // The saved cycle is cleared by the box's click on the map page, which runs the
-    // saved cycle's own click: clearing it quietly here first would keep that from
-    // running.
-    profile.field(kStartingMap).setVisible(profile.isSet(kAutoCycle));
-}
-
 void attachOptionRules(AppContext& app, ServerProfile& profile)
 {
     if (profile.property(kAttached).toBool())
@@ -151,8 +143,6 @@ void attachOptionRules(AppContext& app, ServerProfile& profile)
     onValue(profile, kQuake3, [p](int i) { chkQuake3Specific_Click(*p, i); });
     onSelected(profile, kServerType, [a, p](int i) { chkServerType_Click(*a, *p, i); });
     onSelected(profile, kGameType, [p](int i) { optDefaultGameType_Click(*p, i); });
-    QObject::connect(&profile.field(kAutoCycle), &Field::valueChanged, &profile,
-                     [p](Field*) { chkMapAutoCycle_Options(*p); });
 
     // The note and the combo start as their options say.
     profile.field(kDuelNote).setVisible(profile.isSet(kGameType, kDuel));

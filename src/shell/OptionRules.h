@@ -15,9 +15,9 @@ class ServerProfile;
 /// a new profile, before the store is read into it; a second call does nothing.
 ///
 /// cboStartingMap is shown and hidden as a field; the window hides its caption label
-/// lblServerConfig(34) with it. The rule of chkMapAutoCycle here is the option side
-/// only: the map controls' own handler (ShowMapControls) should be connected to
-/// chkMapAutoCycle before this call, so that it runs first, as it does on a click.
+/// lblServerConfig(34) with it. After the start only the click of chkMapAutoCycle
+/// (chkMapAutoCycle_Click) shows and hides it: that click also clears chkUseINI
+/// through chkUseINI's own click, which a rule on the bare value would get ahead of.
 void attachOptionRules(AppContext& app, ServerProfile& profile);
 
 /// The mask of the boxes first..last of an array: the sum of the Tags of the ticked
@@ -32,7 +32,5 @@ void chkDMFlags_Click(ServerProfile& profile, int index);
 void chkQuake3Specific_Click(ServerProfile& profile, int index);
 void chkServerType_Click(AppContext& app, ServerProfile& profile, int index);
 void optDefaultGameType_Click(ServerProfile& profile, int index);
-/// The option side of a click on chkMapAutoCycle.
-void chkMapAutoCycle_Options(ServerProfile& profile);
 
 } // namespace steward

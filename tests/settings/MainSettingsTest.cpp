@@ -179,7 +179,9 @@ TEST_F(Load, ListsAreSplitAtSemicolonsAndKeepTheirBlanks)
     EXPECT_EQ(profile.field(QStringLiteral("lstBannedIPs")).items(),
               (QStringList{QStringLiteral("1.2.3.4"), QStringLiteral("5.6.7.8"), QStringLiteral(" 9.9.9.9 ")}));
     EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).rows(),
-              (QList<QStringList>{{QStringLiteral("ffa_bespin")}, {QStringLiteral("duel_pit")}}));
+              (QList<QStringList>{{QStringLiteral("ffa_bespin"), {}, {}, {}, QStringLiteral("imgMapNotSelected")},
+                                  {QStringLiteral("duel_pit"), {}, {}, {}, QStringLiteral("imgMapNotSelected")}}))
+        << "each restored row carries the common mark";
     EXPECT_EQ(text("lblMapsSelected"), QStringLiteral("2 Selected Maps"));
 }
 

@@ -142,15 +142,6 @@ TEST_F(Rules, TheDuelNoteShowsOnlyForDuel)
     EXPECT_FALSE(visible("lblSaberModeDuel"));
 }
 
-TEST_F(Rules, AutoCycleShowsTheStartingMap)
-{
-    EXPECT_FALSE(visible("cboStartingMap"));
-    profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
-    EXPECT_TRUE(visible("cboStartingMap"));
-    profile.setValue(QStringLiteral("chkMapAutoCycle"), 0);
-    EXPECT_FALSE(visible("cboStartingMap"));
-}
-
 TEST_F(Rules, ASecondAttachAddsNoSecondRule)
 {
     attachOptionRules(*t.app, profile);
@@ -176,6 +167,7 @@ TEST(KeyRules, TheFiltersPassWhatTheyShould)
     EXPECT_TRUE(keyGivesCharacter(QStringLiteral("\b")));
     EXPECT_FALSE(keyGivesCharacter(QString()));
     EXPECT_FALSE(keyGivesCharacter(QStringLiteral("\x7f")));
+    EXPECT_FALSE(keyGivesCharacter(QStringLiteral("\t"))) << "Tab moves the focus and gives no key press";
 }
 
 TEST(KeyRules, EachBoxHasItsRules)

@@ -11,12 +11,15 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QPointer>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -142,4 +145,88 @@ TEST_F(Wired, OptionRulesAndKeysActThroughTheWidgets)
     EXPECT_EQ(t.beeper.beeps, 2) << "a letter beeps in both filters";
     EXPECT_EQ(knockback->text(), QString());
     EXPECT_TRUE(profile->configurationChanged()) << "any key in the window marks a change";
+}
+
+TEST_F(Wired, AKeyInAnyControlOfTheWindowMarksAChangeButTabAndMenusDoNot)
+{
+    auto pressed = [this](QWidget* w, int key, const QString& text) {
+        profile->setConfigurationChanged(false);
+        QKeyEvent e(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QApplication::sendEvent(w, &e);
+        return profile->configurationChanged();
+    };
+    auto inMenu = [](QWidget* w) {
+        for (; w; w = w->parentWidget())
+            if (qobject_cast<QMenu*>(w))
+                return true;
+        return false;
+    };
+    for (QWidget* w : window->findChildren<QWidget*>()) {
+        if (!inMenu(w)) {
+            EXPECT_TRUE(pressed(w, Qt::Key_X, QStringLiteral("x")))
+                << w->metaObject()->className() << " " << w->objectName().toStdString();
+        }
+    }
+
+    // A list that opens later is still part of the window.
+    auto* combo = window->control<QComboBox>(QStringLiteral("cboConfig(0)"));
+    combo->addItem(QStringLiteral("a.cfg"));
+    combo->showPopup();
+    EXPECT_TRUE(pressed(combo->view(), Qt::Key_X, QStringLiteral("x")));
+    combo->hidePopup();
+
+    EXPECT_FALSE(pressed(window->control(QStringLiteral("txtServerConfig(0)")), Qt::Key_Tab, QStringLiteral("\t")));
+
+    wiring.dispatcher().SSActiveToolBars1_ToolClick(QStringLiteral("ID_AllStandardMPMaps"));
+    EXPECT_TRUE(profile->configurationChanged()) << "a stock set marks a change";
+}
+
+TEST_F(Wired, TheStartingMapShowsWithAutoCycleWhoseClickClearsTheSavedCycle)
+{
+    QWidget* combo = window->control(QStringLiteral("cboStartingMap"));
+    QWidget* caption = window->control(QStringLiteral("lblServerConfig(34)"));
+    ASSERT_TRUE(combo && caption);
+    EXPECT_TRUE(combo->isHidden());
+    EXPECT_TRUE(caption->isHidden());
+
+    profile->setValue(QStringLiteral("chkUseINI"), 1);
+    profile->setText(QStringLiteral("txtServerINI"), QStringLiteral("/games/base/cycle.cfg"));
+    auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
+    autoCycle->click();
+    EXPECT_FALSE(combo->isHidden());
+    EXPECT_FALSE(caption->isHidden());
+    EXPECT_FALSE(profile->isSet(QStringLiteral("chkUseINI")));
+    EXPECT_EQ(profile->text(QStringLiteral("txtServerINI")), QString()) << "the saved cycle's own click ran";
+    EXPECT_TRUE(profile->field(QStringLiteral("tvwAvailMaps")).isVisible()) << "and showed the map controls again";
+
+    autoCycle->click();
+    EXPECT_TRUE(combo->isHidden());
+    EXPECT_TRUE(caption->isHidden());
+    EXPECT_FALSE(profile->configurationChanged()) << "mouse clicks";
+}
+
+TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgram)
+{
+    steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2ded"), "#!/bin/sh\n");
+    const QString asc = t.root() + QStringLiteral("/saved.asc");
+    steward::testing::writeFile(asc, "PathToJedi," + t.gameFolder().toLatin1() +
+                                         "\r\nPathToServer,jk2ded\r\nRunOnce,1\r\nServerInfo10,Loaded% here\r\n");
+    t.prompts.chooseFile(asc);
+    QPointer<frmMain> old = window;
+    action(QStringLiteral("id_UtilitiesConfigurationLoad"))->trigger();
+    window = host.mainWindow();
+    ASSERT_NE(window, nullptr);
+    EXPECT_NE(window, old.data());
+    EXPECT_EQ(window->profile().text(QStringLiteral("txtServerConfig"), 0), QStringLiteral("Loaded, here"));
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(old.isNull()) << "the old window is gone once its click has ended";
+
+    // With the store wiped the restart asks for the executable; a cancel ends the program.
+    t.prompts.answerNext(Answer::Yes);
+    t.prompts.cancelNextDialog();
+    window->findChild<QPushButton*>(QStringLiteral("cmdReset"))->click();
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("User cancelled!") + kTail);
+    EXPECT_EQ(host.mainWindow(), nullptr);
+    EXPECT_EQ(t.store->GetAllSettings().size(), 1) << "only the fallback game folder";
 }
