@@ -45,14 +45,15 @@ AboutWindow::AboutWindow(AppContext& app, QWidget* parent)
     m_marquee->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     layout->addWidget(m_viewport, 1);
 
+    // The mail label looks like a link; its click is its own and leaves the window open.
     m_mail = new QLabel(QStringLiteral("<a href=\"mail\">%1</a>").arg(kContactAddress), this);
     m_mail->setObjectName(QStringLiteral("lblMailMe"));
     m_mail->setAlignment(Qt::AlignCenter);
-    m_mail->setTextInteractionFlags(Qt::LinksAccessibleByMouse);
-    connect(m_mail, &QLabel::linkActivated, this, [this] { mailAuthor(m_app); });
+    m_mail->setTextInteractionFlags(Qt::NoTextInteraction);
+    m_mail->setCursor(Qt::PointingHandCursor);
     layout->addWidget(m_mail);
 
-    for (QWidget* w : {static_cast<QWidget*>(title), m_viewport, static_cast<QWidget*>(m_marquee)})
+    for (QWidget* w : std::initializer_list<QWidget*>{title, m_viewport, m_marquee, m_mail})
         w->installEventFilter(this);
 
     connect(m_timer, &QTimer::timeout, this, &AboutWindow::scroll);
@@ -88,7 +89,10 @@ void AboutWindow::keyPressEvent(QKeyEvent* event)
 bool AboutWindow::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::MouseButtonPress) {
-        accept();
+        if (watched == m_mail)
+            mailAuthor(m_app);
+        else
+            accept();
         return true;
     }
     return QDialog::eventFilter(watched, event);

@@ -116,7 +116,12 @@ void CommandWiring::routeButtons()
 void CommandWiring::showPopup(const QString& popupId, frmMain& window, const QPoint& where)
 {
     const Tool& popup = popupId == QLatin1String("ID_Advanced") ? advancedPopup() : standardsPopup();
-    QMenu* menu = buildPopup(popup, &window, [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
+    // The chosen tool runs once the menu has finished with the click and closed: its routine
+    // may run pending events (a scan, a dialog, the wizard's start), and those delete the menu.
+    QMenu* menu = buildPopup(popup, &window, [this, &window](const QString& id) {
+        QMetaObject::invokeMethod(
+            &window, [this, id] { m_dispatcher.SSActiveToolBars1_ToolClick(id); }, Qt::QueuedConnection);
+    });
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(where);
 }

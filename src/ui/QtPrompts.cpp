@@ -65,6 +65,23 @@ QStringList nameFilters(const QString& filter)
     }
     return result;
 }
+/// The open dialog takes a typed name that exists as it stands: the default extension is
+/// only added to names that don't, since Linux programs (jk2ded, linuxjk2ded) have none.
+class FileDialog : public QFileDialog {
+public:
+    using QFileDialog::QFileDialog;
+
+protected:
+    void accept() override
+    {
+        const QString suffix = QLatin1Char('.') + defaultSuffix();
+        const QStringList chosen = selectedFiles();
+        if (acceptMode() == AcceptOpen && suffix.size() > 1 && chosen.size() == 1 && chosen[0].endsWith(suffix) &&
+            !QFileInfo::exists(chosen[0]) && QFileInfo(chosen[0].chopped(suffix.size())).isFile())
+            setDefaultSuffix(QString());
+        QFileDialog::accept();
+    }
+};
 } // namespace
 
 QString openedFile(const QString& selected, const QString& defaultExt)
@@ -91,7 +108,7 @@ Answer QtPrompts::messageBox(const MessageBoxRequest& request)
 
 bool QtPrompts::fileDialog(FileDialogState& state, bool open)
 {
-    QFileDialog dialog(m_owner, state.DialogTitle, state.InitialDir);
+    FileDialog dialog(m_owner, state.DialogTitle, state.InitialDir);
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     // Flag 2 asks before an existing file is replaced; without it the caller asks, or

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QPointer>
 #include <gtest/gtest.h>
@@ -126,9 +127,31 @@ TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
     QApplication::sendEvent(grid, &right);
     EXPECT_EQ(openMenus(), 0);
 
-    profile->field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+    Field& rotation = profile->field(QStringLiteral("lsvMapRotation"));
+    rotation.addRow({QStringLiteral("ffa_yavin")});
+    rotation.addRow({QStringLiteral("ctf_bespin")});
     QApplication::sendEvent(grid, &right);
-    EXPECT_EQ(openMenus(), 1);
+    ASSERT_EQ(openMenus(), 1);
+
+    // A click on an entry runs its tool only after the menu is done with the click: a tool
+    // that runs pending events would otherwise delete the menu under its own feet.
+    QMenu* menu = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->objectName() == QLatin1String("ID_Advanced") && w->isVisible())
+            menu = qobject_cast<QMenu*>(w);
+    ASSERT_NE(menu, nullptr);
+    QAction* sort = menu->findChild<QAction*>(QStringLiteral("ID_SortAscending"));
+    ASSERT_NE(sort, nullptr);
+    const QPointF at = menu->actionGeometry(sort).center();
+    QMouseEvent press(QEvent::MouseButtonPress, at, menu->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, menu->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(menu, &press);
+    QApplication::sendEvent(menu, &release);
+    EXPECT_EQ(rotation.cell(0, 0), QStringLiteral("ffa_yavin")) << "nothing runs inside the menu's click";
+    QApplication::processEvents();
+    EXPECT_EQ(rotation.cell(0, 0), QStringLiteral("ctf_bespin"));
 }
 
 TEST_F(Wired, OptionRulesAndKeysActThroughTheWidgets)

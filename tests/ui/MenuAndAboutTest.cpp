@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QTimer>
 #include <gtest/gtest.h>
 
@@ -80,6 +81,28 @@ TEST(AboutWindow, ShowsTheVersionAndClosesOnAKey)
         QApplication::sendEvent(&about, &key);
     });
     EXPECT_EQ(about.exec(), QDialog::Accepted);
+}
+
+TEST(AboutWindow, TheMailLabelMailsAndEveryOtherClickCloses)
+{
+    steward::testing::TestApp t;
+    auto click = [](QWidget* target) {
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), target->mapToGlobal(QPointF(2, 2)),
+                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(target, &press);
+    };
+    AboutWindow about(*t.app);
+    click(about.findChild<QLabel*>(QStringLiteral("lblMailMe")));
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_EQ(t.opener.opened[0].scheme(), QStringLiteral("mailto"));
+    EXPECT_NE(about.result(), QDialog::Accepted) << "the mail label leaves the window open";
+
+    for (const char* name : {"lblMarquee", "Picture1"}) {
+        AboutWindow other(*t.app);
+        click(other.findChild<QLabel*>(QString::fromLatin1(name)));
+        EXPECT_EQ(other.result(), QDialog::Accepted) << name;
+    }
+    EXPECT_EQ(t.opener.opened.size(), 1u);
 }
 
 TEST(AboutWindow, TheFlagFollowsTheWindow)

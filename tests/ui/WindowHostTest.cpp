@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
@@ -332,5 +333,49 @@ TEST(QtFileDialog, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
         EXPECT_FALSE(prompts.fileDialog(state, false));
         ASSERT_TRUE(confirms.has_value());
         EXPECT_EQ(*confirms, (flags & 2) != 0);
+    }
+}
+
+TEST(QtPromptsFileDialog, ATypedProgramNameIsTakenAsItStandsWhenItExists)
+{
+    steward::testing::TestApp t;
+    const QString folder = t.gameFolder();
+    steward::testing::writeFile(folder + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+    steward::testing::writeFile(folder + QStringLiteral("jk2.exe"), "MZ");
+    QtPrompts prompts;
+    struct Case {
+        const char* typed;
+        const char* chosen;
+    };
+    for (const Case& c : {Case{"jk2mvded", "jk2mvded"}, Case{"jk2", "jk2.exe"}, Case{"jk2.exe", "jk2.exe"}}) {
+        SCOPED_TRACE(c.typed);
+        FileDialogState state;
+        state.DialogTitle = QStringLiteral("Select Star Wars JK II Jedi Outcast");
+        state.DefaultExt = QStringLiteral("exe");
+        state.Filter = QStringLiteral("Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*");
+        state.InitialDir = folder;
+        QObject scope;
+        auto openDialog = [] {
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible())
+                    return dialog;
+            return static_cast<QFileDialog*>(nullptr);
+        };
+        QTimer::singleShot(0, &scope, [&] {
+            if (QFileDialog* dialog = openDialog()) {
+                if (auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+                    name->setText(QString::fromLatin1(c.typed));
+                QMetaObject::invokeMethod(dialog, "accept");
+            }
+        });
+        // A refused name leaves the dialog open behind a warning box: both are sent away.
+        QTimer::singleShot(3000, &scope, [] {
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (auto* dialog = qobject_cast<QDialog*>(w); dialog && dialog->isVisible())
+                    dialog->reject();
+        });
+        ASSERT_TRUE(prompts.fileDialog(state, true));
+        EXPECT_EQ(state.FileName, folder + QString::fromLatin1(c.chosen));
+        EXPECT_EQ(state.FileTitle, QString::fromLatin1(c.chosen));
     }
 }
