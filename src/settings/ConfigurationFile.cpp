@@ -46,6 +46,8 @@ void writeConfiguration(const QString& path, const QList<QPair<QString, QString>
 {
     try {
         TextFileWriter out(path);
+        // The copy holds the passwords of the store: readable by its owner only.
+        QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         for (const auto& [key, value] : rows)
             if (!key.isEmpty())
                 out.line(key + QLatin1Char(',') + value);

@@ -99,6 +99,8 @@ TEST_F(ConfigFile, SaveWritesEveryKeyAsALine)
     EXPECT_TRUE(expected.contains("LogName,a,b.log\r\n"));
     EXPECT_TRUE(expected.contains("ServerInfo15, \r\n"));
     EXPECT_TRUE(expected.contains("Empty,\r\n"));
+    EXPECT_EQ(QFile::permissions(ascFile()) & (QFileDevice::ReadOther | QFileDevice::ReadGroup), 0)
+        << "the copy holds passwords";
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("'") + ascFile() + QStringLiteral("' configuration saved") + kTail);
