@@ -61,6 +61,14 @@ void CommandWiring::setUpWindow(frmMain& window)
     // that every stored value runs them.
     attachOptionRules(m_app, window.profile());
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
+    // The two pop-ups live with the window, so that their entries can be found by tool id.
+    // A chosen entry runs once the menu has finished with the click and closed: its routine
+    // may run pending events (a scan, a dialog, the wizard's start).
+    for (const Tool* popup : {&standardsPopup(), &advancedPopup()})
+        buildPopup(*popup, &window, [this, &window](const QString& id) {
+            QMetaObject::invokeMethod(
+                &window, [this, id] { m_dispatcher.SSActiveToolBars1_ToolClick(id); }, Qt::QueuedConnection);
+        });
     auto* keys = new KeyFilters(m_app.services.beeper, &window);
     keys->install(&window, &window.profile());
 
@@ -115,15 +123,8 @@ void CommandWiring::routeButtons()
 
 void CommandWiring::showPopup(const QString& popupId, frmMain& window, const QPoint& where)
 {
-    const Tool& popup = popupId == QLatin1String("ID_Advanced") ? advancedPopup() : standardsPopup();
-    // The chosen tool runs once the menu has finished with the click and closed: its routine
-    // may run pending events (a scan, a dialog, the wizard's start), and those delete the menu.
-    QMenu* menu = buildPopup(popup, &window, [this, &window](const QString& id) {
-        QMetaObject::invokeMethod(
-            &window, [this, id] { m_dispatcher.SSActiveToolBars1_ToolClick(id); }, Qt::QueuedConnection);
-    });
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(where);
+    if (auto* menu = window.findChild<QMenu*>(popupId))
+        menu->popup(where);
 }
 
 void CommandWiring::registerTools()

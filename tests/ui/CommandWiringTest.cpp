@@ -253,3 +253,18 @@ TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgr
     EXPECT_EQ(host.mainWindow(), nullptr);
     EXPECT_EQ(t.store->GetAllSettings().size(), 1) << "only the fallback game folder";
 }
+
+TEST_F(Wired, ThePopUpsEntriesCanBeFoundByToolId)
+{
+    for (const char* id : {"ID_SetStartingMap", "ID_SortAscending", "ID_RemoveMap", "ID_ClearList", "ID_MapWizard",
+                           "ID_AllStandardMPMaps", "ID_AllStandardCPMaps"}) {
+        auto* entry = window->findChild<QAction*>(QString::fromLatin1(id));
+        ASSERT_NE(entry, nullptr) << id;
+    }
+    auto* clear = window->findChild<QMenu*>(QStringLiteral("ID_Advanced"))->findChild<QAction*>(QStringLiteral("ID_ClearList"));
+    ASSERT_NE(clear, nullptr);
+    profile->field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+    clear->trigger();
+    QApplication::processEvents(); // the chosen entry runs once the menu is done
+    EXPECT_EQ(profile->field(QStringLiteral("lsvMapRotation")).count(), 0);
+}
