@@ -179,17 +179,27 @@ QByteArray ArchiveReader::readEntry(int index, qint64 limit) const
     const ArchiveEntry& e = entry(index);
     if (e.size > static_cast<quint64>(limit))
         fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed").arg(e.path).arg(e.size).arg(limit));
+    QByteArray data;
+    data.reserve(static_cast<qsizetype>(e.size));
+    unpack(index, [&data](const char* chunk, qint64 size) {
+        data.append(chunk, static_cast<qsizetype>(size));
+        return true;
+    });
+    return data;
+}
+
+bool ArchiveReader::unpack(int index, const std::function<bool(const char*, qint64)>& sink) const
+{
+    const ArchiveEntry& e = entry(index);
     zip_file_t* file = zip_fopen_index(m_zip, static_cast<zip_uint64_t>(index), 0);
     if (!file)
         fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(m_zip))));
-    QByteArray data;
-    data.resize(static_cast<qsizetype>(e.size) + 1);
+    QByteArray buffer(kChunk, Qt::Uninitialized);
     qint64 total = 0;
     QString problem;
+    bool taken = true;
     for (;;) {
-        // One byte more than claimed is asked for, so that an entry that unpacks to more
-        // than it claims is caught.
-        const zip_int64_t got = zip_fread(file, data.data() + total, static_cast<zip_uint64_t>(data.size() - total));
+        const zip_int64_t got = zip_fread(file, buffer.data(), static_cast<zip_uint64_t>(buffer.size()));
         if (got < 0) {
             problem = QString::fromUtf8(zip_file_strerror(file));
             break;
@@ -201,16 +211,21 @@ QByteArray ArchiveReader::readEntry(int index, qint64 limit) const
             problem = QStringLiteral("it unpacks to more than the %1 bytes it claims").arg(e.size);
             break;
         }
+        if (!sink(buffer.constData(), got)) {
+            taken = false;
+            break;
+        }
     }
     const int closed = zip_fclose(file);
+    if (!taken)
+        return false;
     if (problem.isEmpty() && closed != 0)
         problem = zipErrorText(closed);
     if (problem.isEmpty() && total != static_cast<qint64>(e.size))
         problem = QStringLiteral("the data ends early");
     if (!problem.isEmpty())
         fail(QStringLiteral("%1: %2").arg(e.path, problem));
-    data.truncate(total);
-    return data;
+    return true;
 }
 
 bool ArchiveReader::isSafeName(const QString& rawPath)
@@ -308,40 +323,8 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
         }
     } discard{temp};
 
-    zip_file_t* file = zip_fopen_index(m_zip, static_cast<zip_uint64_t>(index), 0);
-    if (!file)
-        fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(m_zip))));
-    QByteArray buffer(kChunk, Qt::Uninitialized);
-    qint64 total = 0;
-    QString problem;
-    bool writeFailed = false;
-    for (;;) {
-        const zip_int64_t got = zip_fread(file, buffer.data(), static_cast<zip_uint64_t>(buffer.size()));
-        if (got < 0) {
-            problem = QString::fromUtf8(zip_file_strerror(file));
-            break;
-        }
-        if (got == 0)
-            break;
-        total += got;
-        if (total > static_cast<qint64>(e.size)) {
-            problem = QStringLiteral("it unpacks to more than the %1 bytes it claims").arg(e.size);
-            break;
-        }
-        if (temp.write(buffer.constData(), got) != got) {
-            writeFailed = true;
-            break;
-        }
-    }
-    const int closed = zip_fclose(file);
-    if (writeFailed)
+    if (!unpack(index, [&temp](const char* chunk, qint64 size) { return temp.write(chunk, size) == size; }))
         raiseError(err::PathFileAccess, {}, target);
-    if (problem.isEmpty() && closed != 0)
-        problem = zipErrorText(closed);
-    if (problem.isEmpty() && total != static_cast<qint64>(e.size))
-        problem = QStringLiteral("the data ends early");
-    if (!problem.isEmpty())
-        fail(QStringLiteral("%1: %2").arg(e.path, problem));
     if (!temp.flush())
         raiseError(err::PathFileAccess, {}, target);
     temp.close();

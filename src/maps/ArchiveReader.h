@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 struct zip;
@@ -94,6 +95,10 @@ public:
 private:
     void checkOpen() const;
     [[noreturn]] void fail(const QString& what) const;
+    /// Unpacks an entry chunk by chunk into sink, which gives false when it can't take a
+    /// chunk (then false comes back). An entry that unpacks to more or less than it claims,
+    /// or that is broken, fails with the archive's error.
+    bool unpack(int index, const std::function<bool(const char* data, qint64 size)>& sink) const;
 
     zip* m_zip = nullptr;
     QString m_path;
