@@ -7,7 +7,7 @@
 #include "maps/MapScanner.h"
 #include "maps/MapTree.h"
 #include "maps/MapTreeModel.h"
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 
@@ -173,7 +173,7 @@ int main(int argc, char** argv)
                 phase[1], phase[2], phase[3], chain);
     std::printf("       %s, %d catalogue records, %d bmp, %d jpg, %s\n", scanned ? "scan ok" : "SCAN FAILED", records,
                 countFiles(shots, QStringLiteral("*.bmp")), countFiles(shots, QStringLiteral("*.jpg")),
-                qPrintable(profile.text(QStringLiteral("lblNumberOfMapsAvailable"))));
+                qPrintable(profile.text(F::lblNumberOfMapsAvailable)));
 
     double shell = 0;
     bool shellRan = false;

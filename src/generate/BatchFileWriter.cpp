@@ -2,9 +2,9 @@
 
 #include "generate/SessionName.h"
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "support/FileDialog.h"
@@ -20,18 +20,18 @@ QString shortestNumberText(double value)
 
 ScriptValues readScriptValues(const ServerProfile& profile)
 {
-    const QString cfg = QStringLiteral("txtServerConfig");
-    const QString spin = QStringLiteral("txtServerConfigSpin");
+    constexpr auto cfg = F::txtServerConfig;
+    constexpr auto spin = F::txtServerConfigSpin;
     ScriptValues v;
-    v.port = profile.text(cfg, 12);
+    v.port = profile.text(cfg(12));
     if (leadingNumber(v.port) == 0)
         v.port = QStringLiteral("28070");
-    v.zone = shortestNumberText(leadingNumber(profile.text(spin, 11)));
-    v.hunk = shortestNumberText(leadingNumber(profile.text(spin, 5)));
-    v.sound = shortestNumberText(leadingNumber(profile.text(spin, 12)));
-    v.ip = profile.text(cfg, 16);
-    v.session = profile.text(cfg, 1);
-    v.merc = profile.isSet(QStringLiteral("chkQuake3Specific"), 18);
+    v.zone = shortestNumberText(leadingNumber(profile.text(spin(11))));
+    v.hunk = shortestNumberText(leadingNumber(profile.text(spin(5))));
+    v.sound = shortestNumberText(leadingNumber(profile.text(spin(12))));
+    v.ip = profile.text(cfg(16));
+    v.session = profile.text(cfg(1));
+    v.merc = profile.isSet(F::chkQuake3Specific(18));
     return v;
 }
 

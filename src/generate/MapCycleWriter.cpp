@@ -1,14 +1,8 @@
 #include "generate/MapCycleWriter.h"
 
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "platform/Clock.h"
-#include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
-#include "support/ErrorReporter.h"
-#include "support/Errors.h"
-#include "support/Strings.h"
-#include "support/TextFile.h"
 
 namespace steward {
 
@@ -35,18 +29,18 @@ void MoveStartingMapFirst(QStringList& names, QStringList& gravities, int count,
     gravities = newGravities;
 }
 
-QStringList mapCycleLines(AppContext& app, const QStringList& names, const QStringList& gravities, int count,
+QStringList mapCycleLines(const Clock& clock, const QStringList& names, const QStringList& gravities, int count,
                           const QString& onlyMap)
 {
     const QString slashes(63, QLatin1Char('/'));
-    const QDateTime now = app.clock().now();
+    const QDateTime now = clock.now();
     QStringList lines = {
         QStringLiteral("// JK2 Map Cycle Configuration File"),
         slashes,
         QStringLiteral("// File Created by: Arena Steward ") + kVersionText + QStringLiteral("  [") + kContactAddress +
             QStringLiteral("]"),
-        QStringLiteral("// File Created On: ") + app.clock().longDate(now.date()) + QStringLiteral(" at ") +
-            app.clock().timeText(now.time()),
+        QStringLiteral("// File Created On: ") + clock.longDate(now.date()) + QStringLiteral(" at ") +
+            clock.timeText(now.time()),
         slashes,
         QString(),
     };
@@ -65,61 +59,18 @@ QStringList mapCycleLines(AppContext& app, const QStringList& names, const QStri
     return lines;
 }
 
-bool MakeMapCycle(AppContext& app, ServerProfile& profile, QString& cycleFileName, bool exportOnly, bool useSavedCycle)
+QStringList rotationCycleLines(const ServerProfile& profile, const Clock& clock)
 {
-    bool result = true;
-    try {
-        QString path;
-        if (exportOnly) {
-            path = cycleFileName;
-        } else if (useSavedCycle) {
-            cycleFileName = GetNamePart(profile.text(QStringLiteral("txtServerINI")));
-            return true;
-        } else {
-            cycleFileName = QStringLiteral("jediMaps.cfg");
-            QString folder = app.baseFolder();
-            path = AddSlash(folder) + cycleFileName;
-        }
-
-        const Field& rotation = profile.field(QStringLiteral("lsvMapRotation"));
-        const int count = rotation.count();
-        QStringList names, gravities;
-        for (int row = 0; row < count; ++row) {
-            names << rotation.cell(row, 0);
-            gravities << profile.text(QStringLiteral("txtSpeed"), 1);
-        }
-        const QString onlyMap = count == 1 ? rotation.cell(0, 0) : QString();
-        MoveStartingMapFirst(names, gravities, count, profile.startingMap());
-
-        TextFileWriter file(path);
-        for (const QString& line : mapCycleLines(app, names, gravities, count, onlyMap))
-            file.line(line);
-        file.close();
-    } catch (const RuntimeError& e) {
-        result = false;
-        app.prompts().message(e.description(), kProductTitle, Icon::Exclamation);
+    const Field& rotation = profile.field(F::lsvMapRotation);
+    const int count = rotation.count();
+    QStringList names, gravities;
+    for (int row = 0; row < count; ++row) {
+        names << rotation.cell(row, 0);
+        gravities << profile.text(F::txtSpeed(1));
     }
-    return result;
-}
-
-QString gbln_LoadMapCycle(AppContext& app, ServerProfile& profile, const QString& cycleFile)
-{
-    Q_UNUSED(profile);
-    try {
-        const QStringList lines = readLines(cycleFile);
-        const QString last = lines.isEmpty() ? QString() : lines.last();
-        if (!last.isEmpty() && last.startsWith(QLatin1String("//")))
-            return last.mid(2, 999);
-        app.prompts().message(
-            QStringLiteral("Arena Steward was unable to set a starting map from the selected configuration file") +
-                kTail + kCrLf + QStringLiteral("this is probably because an older configuration file has been selected.") +
-                kTail + kCrLf +
-                QStringLiteral("Please re-create a new map configuration file with Arena Steward and run again."),
-            kProductTitle, Icon::Exclamation);
-    } catch (const RuntimeError& e) {
-        reportTagged(app, e, QStringLiteral("::Code.gbln_LoadMapCycle(Function)"));
-    }
-    return {};
+    const QString onlyMap = count == 1 ? rotation.cell(0, 0) : QString();
+    MoveStartingMapFirst(names, gravities, count, profile.startingMap());
+    return mapCycleLines(clock, names, gravities, count, onlyMap);
 }
 
 } // namespace steward

@@ -1,6 +1,6 @@
 #include "generate/ServerCommandLine.h"
 
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 
 namespace steward {
 
@@ -44,7 +44,7 @@ QString ServerCommand::text() const
 std::optional<int> selectedServerType(const ServerProfile& profile)
 {
     for (int d = 0; d <= 2; ++d)
-        if (profile.isSet(QStringLiteral("chkServerType"), d))
+        if (profile.isSet(F::chkServerType(d)))
             return d;
     return std::nullopt;
 }
@@ -52,8 +52,8 @@ std::optional<int> selectedServerType(const ServerProfile& profile)
 QString selectedGameType(const ServerProfile& profile)
 {
     for (int i = 0; i <= 6; ++i)
-        if (profile.isSet(QStringLiteral("optDefaultGameType"), i))
-            return profile.tag(QStringLiteral("optDefaultGameType"), i);
+        if (profile.isSet(F::optDefaultGameType(i)))
+            return profile.tag(F::optDefaultGameType(i));
     return {};
 }
 

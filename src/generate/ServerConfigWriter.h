@@ -1,10 +1,15 @@
 #pragma once
-// The session file: the console script that the server executes at start.
+// The session file: the console script that the server executes at start. The writer
+// reads the profile and the facts it is given and puts out lines; the bot and ban
+// sections between its opening and its closing belong to the routine that runs it.
 #include <QString>
+
+#include <functional>
 
 namespace steward {
 
-class AppContext;
+class Clock;
+class LineSink;
 class ServerProfile;
 
 /// The values that the session file works out and the command line uses again.
@@ -20,15 +25,33 @@ struct SessionValues {
     qint32 port = 28070; ///< the port field, trimmed and converted; 28070 when it is empty
 };
 
-/// Writes the session file into the base folder, then starts the server (exportOnly
-/// false) or shows the file (exportOnly true). sessionName has been checked and ends in
-/// ".cfg"; the lower-cased form with "_" for blanks comes back through it.
-///
-/// The form's pointer shows the hourglass while it runs. False when the map cycle can't
-/// be made, when bots meet a server password (the file is cut off there and the
-/// hourglass stays until the next run) and after a run-time error, which is reported
-/// and leaves what was written on disk; otherwise the result of the follow-up.
-bool CreateJediConfiguration(AppContext& app, ServerProfile& profile, bool exportOnly, bool useSavedCycle,
-                             QString& sessionName);
+/// What the session file needs besides the profile.
+struct SessionFacts {
+    const Clock* clock = nullptr;
+    QString serverExecutable;
+    /// The session runs a saved cycle; its starting map is asked for when the first map
+    /// is written, not before.
+    bool useSavedCycle = false;
+    std::function<QString()> savedCycleStart;
+};
+
+/// The session's values for the command line: the memory fields' leading numbers
+/// (16-bit overflow raised), the address, and the port (a port that is no number raised).
+void readLaunchValues(const ServerProfile& profile, SessionValues& session);
+/// "Jedi vs Merc" is ticked and no box after it is.
+bool mercSelected(const ServerProfile& profile);
+
+/// The lines from the heading to the cycle's exec line. session.cycleFile is read; the
+/// launch values and merc are filled in on the way. Run-time errors are raised, and the
+/// lines before them have reached the sink.
+void writeSessionOpening(const ServerProfile& profile, const SessionFacts& facts, SessionValues& session,
+                         LineSink& out);
+/// The exec lines of the additional configurations and the end of the file.
+void writeSessionClosing(const ServerProfile& profile, LineSink& out);
+
+/// "Enable BOT" or "Enable User Defined BOT's" is ticked.
+bool sessionWantsBots(const ServerProfile& profile);
+/// "Enable BOT" is ticked and the server has a password (blanks count).
+bool botsMeetAPassword(const ServerProfile& profile);
 
 } // namespace steward

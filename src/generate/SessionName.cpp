@@ -1,8 +1,8 @@
 #include "generate/SessionName.h"
 
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
 
 namespace steward {
 

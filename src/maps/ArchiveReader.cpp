@@ -1,6 +1,6 @@
 #include "maps/ArchiveReader.h"
 
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 #include "support/Errors.h"
 
 #include <QDir>

@@ -4,7 +4,7 @@
 #include "maps/MapScanner.h"
 #include "maps/ScanProgress.h"
 #include "maps/TgaPicture.h"
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "support/Strings.h"

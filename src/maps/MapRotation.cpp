@@ -1,11 +1,10 @@
 #include "maps/MapRotation.h"
 
-#include "generate/MapCycleCommands.h"
 #include "maps/MapScanner.h"
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "support/Strings.h"
@@ -18,8 +17,8 @@
 namespace steward {
 
 namespace {
-const QString kGrid = QStringLiteral("lsvMapRotation");
-const QString kSelectedLabel = QStringLiteral("lblMapsSelected");
+constexpr auto kGrid = F::lsvMapRotation;
+constexpr auto kSelectedLabel = F::lblMapsSelected;
 
 Field& grid(ServerProfile& profile) { return profile.field(kGrid); }
 
@@ -34,51 +33,9 @@ bool ask(AppContext& app, const QString& question)
 }
 } // namespace
 
-QStringList rotationRow(const QString& mapName, const QString& longName, const QString& type)
-{
-    return {mapName, longName, type, QString(), kMarkNotSelected};
-}
+QString firstMapType(const ServerProfile& profile) { return profile.text(F::FirstMapType); }
 
-QString rotationMark(const Field& field, int row) { return field.cell(row, kMarkColumn); }
-
-void setRotationMark(Field& field, int row, const QString& mark)
-{
-    QList<QStringList> rows = field.rows();
-    if (row < 0 || row >= rows.size())
-        raiseError(err::IndexOutOfBounds);
-    QStringList& cells = rows[row];
-    while (cells.size() <= kMarkColumn)
-        cells << QString();
-    cells[kMarkColumn] = mark;
-    const int current = field.current();
-    field.setRows(rows);
-    field.setCurrent(current);
-}
-
-int currentRotationRow(const Field& field)
-{
-    const int count = field.count();
-    if (count == 0)
-        return -1;
-    return std::clamp(field.current(), 0, count - 1);
-}
-
-QString firstMapType(const ServerProfile& profile) { return profile.text(QStringLiteral("FirstMapType")); }
-
-void setFirstMapType(ServerProfile& profile, const QString& type) { profile.setText(QStringLiteral("FirstMapType"), type); }
-
-void setCheckFromCode(AppContext& app, ServerProfile& profile, const QString& name, int value)
-{
-    Field& box = profile.field(name);
-    const int before = box.value();
-    box.setValue(value);
-    if (box.value() == before)
-        return;
-    if (name == QLatin1String("chkUseINI"))
-        chkUseINI_Click(app, profile);
-    else if (name == QLatin1String("chkMapAutoCycle"))
-        chkMapAutoCycle_Click(app, profile);
-}
+void setFirstMapType(ServerProfile& profile, const QString& type) { profile.setText(F::FirstMapType, type); }
 
 void AddStandardMaps(AppContext& app, ServerProfile& profile, StockSet set)
 {
@@ -89,13 +46,13 @@ void AddStandardMaps(AppContext& app, ServerProfile& profile, StockSet set)
         rotation.setRows({});
         setFirstMapType(profile, QString());
         profile.setText(kSelectedLabel, QStringLiteral("0 Maps Selected"));
-        setCheckFromCode(app, profile, QStringLiteral("chkUseINI"), 0);
+        setCheckFromCode(profile, F::chkUseINI, 0);
     }
     const StockSetInfo& info = stockSet(set);
     for (const StockMap& map : info.maps)
         rotation.addRow(rotationRow(map.mapName, map.longName, map.type));
     showCount(profile, QStringLiteral(" Selected Maps"));
-    profile.setValue(QStringLiteral("optDefaultGameType"), info.gameType, 1);
+    profile.setValue(F::optDefaultGameType(info.gameType), 1);
     profile.setConfigurationChanged(true);
 }
 
@@ -158,24 +115,15 @@ void ID_ClearList(AppContext& app, ServerProfile& profile)
     grid(profile).setRows({});
     setFirstMapType(profile, QString());
     profile.setText(kSelectedLabel, QStringLiteral("0 Maps Selected"));
-    setCheckFromCode(app, profile, QStringLiteral("chkUseINI"), 0);
+    setCheckFromCode(profile, F::chkUseINI, 0);
     profile.setStartingMap(QString());
 }
 
 void ShowMapControls(ServerProfile& profile, bool visible)
 {
-    for (const char* name : {"tvwAvailMaps", "picMap", "lsvMapRotation", "lblMapsSelected", "lblNumberOfMapsAvailable",
-                             "lblMapType", "lblLongMapName"})
-        profile.field(QString::fromLatin1(name)).setVisible(visible);
-}
-
-void chkMapAutoCycle_Click(AppContext& app, ServerProfile& profile)
-{
-    const bool checked = profile.isSet(QStringLiteral("chkMapAutoCycle"));
-    ShowMapControls(profile, !checked);
-    if (checked)
-        setCheckFromCode(app, profile, QStringLiteral("chkUseINI"), 0);
-    profile.field(QStringLiteral("cboStartingMap")).setVisible(checked);
+    for (FieldId name : {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected,
+                         F::lblNumberOfMapsAvailable, F::lblMapType, F::lblLongMapName})
+        profile.field(name).setVisible(visible);
 }
 
 void FillConfigLists(AppContext& app, ServerProfile& profile)
@@ -188,7 +136,7 @@ void FillConfigLists(AppContext& app, ServerProfile& profile)
     for (const QString& file : files) {
         if (!file.toLower().endsWith(QLatin1String("cfg")))
             continue;
-        for (Field* combo : profile.array(QStringLiteral("cboConfig")))
+        for (Field* combo : profile.array(F::cboConfig))
             combo->addItem(file);
     }
 }
@@ -238,32 +186,5 @@ void m_MoveDownInList(AppContext& app, ServerProfile& profile, int index)
 }
 
 bool rotationMenuOpens(const ServerProfile& profile) { return profile.field(kGrid).count() >= 1; }
-
-bool runMapTool(AppContext& app, ServerProfile& profile, const QString& id)
-{
-    if (id == QLatin1String("id_UtilitiesMapsScanfornewmaps"))
-        mnuMapScan_Click(app, profile);
-    else if (id == QLatin1String("id_UtilitiesExportMapCycle"))
-        mnuExportMapCycle_Click(app, profile);
-    else if (id == QLatin1String("ID_AllStandardMPMaps"))
-        AddStandardMaps(app, profile, StockSet::FreeForAll);
-    else if (id == QLatin1String("ID_AllStandardSWMaps"))
-        AddStandardMaps(app, profile, StockSet::CaptureTheFlag);
-    else if (id == QLatin1String("ID_AllStandardCPMaps"))
-        AddStandardMaps(app, profile, StockSet::Duel);
-    else if (id == QLatin1String("ID_SetStartingMap"))
-        ID_SetStartingMap(app, profile);
-    else if (id == QLatin1String("ID_SortAscending"))
-        ID_SortAscending(profile);
-    else if (id == QLatin1String("ID_SortDescending"))
-        ID_SortDescending(profile);
-    else if (id == QLatin1String("ID_RemoveMap"))
-        ID_RemoveMap(app, profile);
-    else if (id == QLatin1String("ID_ClearList"))
-        ID_ClearList(app, profile);
-    else
-        return false;
-    return true;
-}
 
 } // namespace steward

@@ -8,9 +8,9 @@
 #include "maps/StockMaps.h"
 #include "platform/Prompts.h"
 #include "settings/SettingsStore.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "support/FileDialog.h"
@@ -264,50 +264,6 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
         progress.setBusy(false);
     }
     return result;
-}
-
-void mnuMapScan_Click(AppContext& app, ServerProfile& profile, const WineEnvironment& env)
-{
-    ScanProgress& progress = scanProgress(app);
-    CCursor cursor(app.prompts());
-    try {
-        if (app.prompts().message(QStringLiteral("Scan for new maps?") + kTail, kProductTitle, Icon::Question,
-                                  Buttons::YesNo) != Answer::Yes)
-            return;
-        QString folder = app.gameFolder;
-        if (folder.isEmpty())
-            folder = GetInstallPath(app, env);
-        folder = cutFolderEnd(folder);
-
-        cursor.SetCursor(pointer::Hourglass);
-        auto end = [&] {
-            progress.unload();
-            app.prompts().processEvents();
-            cursor.RestoreCursor();
-        };
-        const QString base = QStringLiteral("Base");
-        if (!ScanForMaps(app, base, QStringLiteral("Jedi"), folder) || !ExtractLevelShots(app, base, folder) ||
-            !ConvertTgaToBmp(app)) {
-            end();
-            return;
-        }
-        LoadMapTree(app, profile, QStringLiteral("Jedi"), QStringLiteral("Jedi"));
-
-        profile.field(QStringLiteral("lsvMapRotation")).setRows({});
-        setCheckFromCode(app, profile, QStringLiteral("chkUseINI"), 0);
-        for (const char* label : {"lblMapsSelected", "lblLongMapName", "lblMapType"})
-            profile.setText(QString::fromLatin1(label), QString());
-        showPicture(profile, levelShotFolder(app) + QStringLiteral("/unknown.bmp"));
-
-        progress.unload();
-        app.prompts().processEvents();
-        app.prompts().message(QStringLiteral("Map scan complete ") + kTail, kProductTitle, Icon::Information);
-        cursor.RestoreCursor();
-    } catch (const RuntimeError& e) {
-        reportTagged(app, e, QStringLiteral("::frmMain.mnuMapScan_Click(Sub)"));
-        progress.unload();
-        cursor.RestoreCursor();
-    }
 }
 
 } // namespace steward

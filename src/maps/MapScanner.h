@@ -24,11 +24,6 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
 /// true after a failure, which goes to the log.
 bool ConvertTgaToBmp(AppContext& app);
 
-/// "Scan for Maps...": asks, scans, copies and converts the pictures, reloads the tree
-/// and empties the rotation.
-void mnuMapScan_Click(AppContext& app, ServerProfile& profile,
-                      const WineEnvironment& env = WineEnvironment::fromProcess());
-
 /// The game folder as the scan command takes it: one trailing NUL or folder
 /// separator cut off.
 QString cutFolderEnd(QString folder);

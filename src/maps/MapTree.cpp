@@ -5,9 +5,9 @@
 #include "maps/MapScanner.h"
 #include "maps/MapTreeModel.h"
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/Errors.h"
 
 #include <QDir>
@@ -110,7 +110,7 @@ void LoadMapTree(AppContext& app, ServerProfile& profile, const QString& catalog
     tree.sortChildren(root);
     tree.endLoad();
 
-    profile.setText(QStringLiteral("lblNumberOfMapsAvailable"), QString::number(count) + QStringLiteral(" Maps available"));
+    profile.setText(F::lblNumberOfMapsAvailable, QString::number(count) + QStringLiteral(" Maps available"));
     profile.setFormPointer(pointer::Default);
 }
 
@@ -118,7 +118,7 @@ bool showPicture(ServerProfile& profile, const QString& path)
 {
     if (path.isEmpty() || QImage(path).isNull())
         return false;
-    profile.setText(QStringLiteral("picMap"), path);
+    profile.setText(F::picMap, path);
     return true;
 }
 
@@ -141,8 +141,8 @@ QString levelShot(const AppContext& app, const QString& name)
 void showUnknown(AppContext& app, ServerProfile& profile)
 {
     showPicture(profile, levelShot(app, QStringLiteral("unknown.jpg")));
-    profile.setText(QStringLiteral("lblMapType"), QString());
-    profile.setText(QStringLiteral("lblLongMapName"), QString());
+    profile.setText(F::lblMapType, QString());
+    profile.setText(F::lblLongMapName, QString());
 }
 
 } // namespace
@@ -161,8 +161,8 @@ void tvwAvailMaps_NodeClick(AppContext& app, ServerProfile& profile, MapTreeNode
     if (!showPicture(profile, levelShot(app, shot + QStringLiteral(".jpg"))) &&
         !showPicture(profile, levelShot(app, shot + QStringLiteral(".bmp"))))
         showPicture(profile, levelShot(app, QStringLiteral("unknown.jpg")));
-    profile.setText(QStringLiteral("lblMapType"), parts.value(2));
-    profile.setText(QStringLiteral("lblLongMapName"), parts.value(1));
+    profile.setText(F::lblMapType, parts.value(2));
+    profile.setText(F::lblLongMapName, parts.value(1));
 }
 
 void tvwAvailMaps_NodeClick(AppContext& app, ServerProfile& profile, const QModelIndex& index)
@@ -183,12 +183,12 @@ void tvwAvailMaps_DblClick(AppContext& app, ServerProfile& profile)
             showUnknown(app, profile);
             return;
         }
-        const QString type = profile.text(QStringLiteral("lblMapType"));
+        const QString type = profile.text(F::lblMapType);
         if (firstMapType(profile).isEmpty())
             setFirstMapType(profile, type);
-        Field& grid = profile.field(QStringLiteral("lsvMapRotation"));
-        grid.addRow(rotationRow(node->text, profile.text(QStringLiteral("lblLongMapName")), type));
-        profile.setText(QStringLiteral("lblMapsSelected"), QString::number(grid.count()) + QStringLiteral(" Selected Maps"));
+        Field& grid = profile.field(F::lsvMapRotation);
+        grid.addRow(rotationRow(node->text, profile.text(F::lblLongMapName), type));
+        profile.setText(F::lblMapsSelected, QString::number(grid.count()) + QStringLiteral(" Selected Maps"));
         profile.setConfigurationChanged(true);
     } catch (const RuntimeError&) {
         // Failures of the double click are skipped.

@@ -1,6 +1,6 @@
 #include "maps/MapTreeModel.h"
 
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 
 #include <algorithm>
 
@@ -180,7 +180,7 @@ QHash<int, QByteArray> MapTreeModel::roleNames() const
 
 MapTreeModel& mapTreeOf(ServerProfile& profile)
 {
-    Field& field = profile.field(QStringLiteral("tvwAvailMaps"));
+    Field& field = profile.field(F::tvwAvailMaps);
     if (auto* model = field.findChild<MapTreeModel*>(QString(), Qt::FindDirectChildrenOnly))
         return *model;
     auto* model = new MapTreeModel(&field);

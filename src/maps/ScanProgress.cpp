@@ -1,13 +1,13 @@
 #include "maps/ScanProgress.h"
 
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 
 namespace steward {
 
 ScanProgress& scanProgress(AppContext& app)
 {
     static SilentScanProgress silent;
-    return app.scanProgress ? *app.scanProgress : silent;
+    return app.services.scanProgress ? *app.services.scanProgress : silent;
 }
 
 } // namespace steward

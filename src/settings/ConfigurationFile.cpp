@@ -3,8 +3,8 @@
 #include "platform/Prompts.h"
 #include "settings/SaveSettings.h"
 #include "settings/SettingsStore.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
 #include "support/Errors.h"
 #include "support/FileDialog.h"
 #include "support/TextFile.h"
@@ -160,14 +160,14 @@ void UtilitiesConfigurationSave(AppContext& app, ServerProfile& profile)
     SaveConfiguration(app);
 }
 
-StartupOutcome LoadConfiguration(AppContext& app, WindowHost& windows)
+bool loadConfigurationIntoStore(AppContext& app)
 {
     CFileDialog dialog(app);
     setUpDialog(dialog, app, QStringLiteral("Load Arena Steward configuration file"));
     dialog.Show(true);
     const QString path = dialog.FileName;
     if (path.isEmpty())
-        return StartupOutcome::MainWindowOpen;
+        return false;
     try {
         // The whole file is read before the store is touched.
         const QStringList fields = readConfigurationFields(readConfigurationText(path));
@@ -178,22 +178,22 @@ StartupOutcome LoadConfiguration(AppContext& app, WindowHost& windows)
         batch.commit();
     } catch (const RuntimeError& e) {
         warn(app, e.description());
-        return StartupOutcome::MainWindowOpen;
+        return false;
     }
     inform(app, QStringLiteral("Arena Steward will now restart to load settings") + kTail);
-    return RestartProgram(app, windows);
+    return true;
 }
 
-StartupOutcome cmdReset_Click(AppContext& app, WindowHost& windows)
+bool resetStore(AppContext& app)
 {
     if (app.prompts().message(resetWarningText(), kProductTitle, Icon::Exclamation, Buttons::YesNo, 1) != Answer::Yes)
-        return StartupOutcome::MainWindowOpen;
+        return false;
     try {
         SettingsStore& store = app.store();
         const auto rows = store.GetAllSettings();
         if (rows.isEmpty()) {
             warn(app, kNotFound + kTail);
-            return StartupOutcome::MainWindowOpen;
+            return false;
         }
         // Key by key; the section itself is not addressed.
         SettingsBatch batch(store);
@@ -203,10 +203,10 @@ StartupOutcome cmdReset_Click(AppContext& app, WindowHost& windows)
         batch.commit();
     } catch (const RuntimeError&) {
         warn(app, QStringLiteral("Could not reset registry settings") + kTail);
-        return StartupOutcome::MainWindowOpen;
+        return false;
     }
     inform(app, QStringLiteral("Arena Steward will now restart") + kTail);
-    return RestartProgram(app, windows);
+    return true;
 }
 
 } // namespace steward

@@ -2,7 +2,6 @@
 // Copies of the whole settings store in a configuration file (.asc), taking such a
 // file back, and wiping the store. These work on the store, never on the profile: a
 // changed store reaches the window only through a restart.
-#include "shell/Startup.h"
 
 #include <QString>
 #include <QStringList>
@@ -11,7 +10,6 @@ namespace steward {
 
 class AppContext;
 class ServerProfile;
-class WindowHost;
 
 /// Writes every key of the store as a line "key,value" into a file the user chooses.
 void SaveConfiguration(AppContext& app);
@@ -20,13 +18,12 @@ void SaveConfiguration(AppContext& app);
 /// configuration (No leaves the change mark set), then SaveConfiguration.
 void UtilitiesConfigurationSave(AppContext& app, ServerProfile& profile);
 
-/// Reads a file the user chooses into the store and restarts the program. Returns the
-/// outcome of the restart, or MainWindowOpen when there was none (the window stays).
-StartupOutcome LoadConfiguration(AppContext& app, WindowHost& windows);
-
-/// The "&Reset" button: after a warning, deletes every key of the store one by one and
-/// restarts into a first run. Returns as LoadConfiguration does.
-StartupOutcome cmdReset_Click(AppContext& app, WindowHost& windows);
+/// Reads a file the user chooses into the store. True when the store was filled and
+/// the program is to restart; false when the user cancelled or the file failed (shown).
+bool loadConfigurationIntoStore(AppContext& app);
+/// After a warning, deletes every key of the store one by one. True when the program is
+/// to restart into a first run; false when the user said No or nothing was deleted.
+bool resetStore(AppContext& app);
 
 /// The fields of a configuration file's text, read as a stream: a field ends at a
 /// comma or a line end, blanks in front of it are skipped, and a field that opens

@@ -1,11 +1,11 @@
 #include "settings/MainSettings.h"
 
-#include "maps/MapRotation.h"
 #include "platform/System.h"
 #include "settings/SettingsStore.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/RotationRows.h"
+#include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "support/Strings.h"
@@ -45,26 +45,26 @@ public:
     void run()
     {
         serverInfo();
-        presentTexts(QStringLiteral("ServerInfo2"), QStringLiteral("txtServerConfigSpin"));
-        presentTexts(QStringLiteral("SpeedGravity"), QStringLiteral("txtSpeed"));
-        presentChecks(QStringLiteral("WeaponFlags"), QStringLiteral("chkWeaponFlags"));
-        presentChecks(QStringLiteral("ForceFlags"), QStringLiteral("chkPowerUpFlags"));
-        presentChecks(QStringLiteral("GameSpecificOptions"), QStringLiteral("chkQuake3Specific"));
-        for (Field* f : m_profile.array(QStringLiteral("chkDMFlags")))
+        presentTexts(QStringLiteral("ServerInfo2"), F::txtServerConfigSpin);
+        presentTexts(QStringLiteral("SpeedGravity"), F::txtSpeed);
+        presentChecks(QStringLiteral("WeaponFlags"), F::chkWeaponFlags);
+        presentChecks(QStringLiteral("ForceFlags"), F::chkPowerUpFlags);
+        presentChecks(QStringLiteral("GameSpecificOptions"), F::chkQuake3Specific);
+        for (Field* f : m_profile.array(F::chkDMFlags))
             f->setValue(textToBool(get(key(QStringLiteral("DMFlags"), f->index()), QStringLiteral("False"))) ? 1 : 0);
-        for (Field* f : m_profile.array(QStringLiteral("chkBOTs")))
+        for (Field* f : m_profile.array(F::chkBOTs))
             f->setValue(roundedDown(get(key(QStringLiteral("BOTs"), f->index()), QStringLiteral("0"))));
         bannedAddresses();
         rotation();
         startOption();
-        selectByIndex(QStringLiteral("GameType"), QStringLiteral("0"), QStringLiteral("optDefaultGameType"));
-        selectByIndex(QStringLiteral("LoggingType"), QStringLiteral("3"), QStringLiteral("optLogging"));
-        selectByIndex(QStringLiteral("ServerType"), QStringLiteral("2"), QStringLiteral("chkServerType"));
-        presentTexts(QStringLiteral("GameLimts"), QStringLiteral("txtGameLimits"));
-        for (Field* f : m_profile.array(QStringLiteral("cboConfig")))
+        selectByIndex(QStringLiteral("GameType"), QStringLiteral("0"), F::optDefaultGameType);
+        selectByIndex(QStringLiteral("LoggingType"), QStringLiteral("3"), F::optLogging);
+        selectByIndex(QStringLiteral("ServerType"), QStringLiteral("2"), F::chkServerType);
+        presentTexts(QStringLiteral("GameLimts"), F::txtGameLimits);
+        for (Field* f : m_profile.array(F::cboConfig))
             f->setText(get(key(QStringLiteral("CFG1"), f->index())));
-        presentChecks(QStringLiteral("AdvSaber"), QStringLiteral("chkAdvancedSaber"));
-        presentTexts(QStringLiteral("AdvSaberValues"), QStringLiteral("txtAdvancedSaber"));
+        presentChecks(QStringLiteral("AdvSaber"), F::chkAdvancedSaber);
+        presentTexts(QStringLiteral("AdvSaberValues"), F::txtAdvancedSaber);
         masters();
         singles();
     }
@@ -84,7 +84,7 @@ private:
 
     void serverInfo()
     {
-        for (Field* f : m_profile.array(QStringLiteral("txtServerConfig"))) {
+        for (Field* f : m_profile.array(F::txtServerConfig)) {
             const int i = f->index();
             const QString s = get(key(QStringLiteral("ServerInfo1"), i));
             if (i == 2)
@@ -107,7 +107,7 @@ private:
     QString userName() const { return m_app.services.names ? systemName(m_app.services.names->userName()) : QString(); }
 
     // A value that is not empty is assigned; an empty or missing one leaves the field.
-    void presentTexts(const QString& base, const QString& array)
+    void presentTexts(const QString& base, FieldArray array)
     {
         for (Field* f : m_profile.array(array)) {
             const QString k = key(base, f->index());
@@ -116,7 +116,7 @@ private:
         }
     }
 
-    void presentChecks(const QString& base, const QString& array)
+    void presentChecks(const QString& base, FieldArray array)
     {
         for (Field* f : m_profile.array(array)) {
             const QString s = get(key(base, f->index()));
@@ -127,7 +127,7 @@ private:
 
     void bannedAddresses()
     {
-        Field& list = m_profile.field(QStringLiteral("lstBannedIPs"));
+        Field& list = m_profile.field(F::lstBannedIPs);
         for (const QString& item : splitStoredList(get(QStringLiteral("BannedIPs"))))
             list.addItem(item);
     }
@@ -135,60 +135,60 @@ private:
     void rotation()
     {
         const QString stored = get(QStringLiteral("MapListSaved"));
-        Field& grid = m_profile.field(QStringLiteral("lsvMapRotation"));
+        Field& grid = m_profile.field(F::lsvMapRotation);
         // A restored row knows its name only, and carries the common mark.
         for (const QString& map : splitStoredList(stored))
             grid.addRow(rotationRow(map, QString(), QString()));
         if (!stored.isEmpty())
-            m_profile.setText(QStringLiteral("lblMapsSelected"),
+            m_profile.setText(F::lblMapsSelected,
                               QString::number(grid.count()) + QStringLiteral(" Selected Maps"));
     }
 
     void startOption()
     {
-        Field& minimize = m_profile.field(QStringLiteral("optStartMinimize"));
+        Field& minimize = m_profile.field(F::optStartMinimize);
         if (get(QStringLiteral("AppMinimize")) == minimize.name())
             minimize.setValue(1);
         else
-            m_profile.setValue(QStringLiteral("optStartClose"), 1);
+            m_profile.setValue(F::optStartClose, 1);
     }
 
     // The stored number is the index of the option; an index outside the array fails.
-    void selectByIndex(const QString& k, const QString& def, const QString& array)
+    void selectByIndex(const QString& k, const QString& def, FieldArray array)
     {
-        m_profile.field(array, wholeNumber(get(k, def))).setValue(1);
+        m_profile.field(array(wholeNumber(get(k, def)))).setValue(1);
     }
 
     void masters()
     {
         get(QStringLiteral("Master1"), kMaster1); // read and dropped: the first master is never kept
-        m_profile.setText(QStringLiteral("txtMaster2"), get(QStringLiteral("Master2"), kMaster2));
-        m_profile.setText(QStringLiteral("txtMaster3"), get(QStringLiteral("Master3"), kMaster3));
-        m_profile.setText(QStringLiteral("txtMaster4"), get(QStringLiteral("Master4")));
-        m_profile.setText(QStringLiteral("txtMaster5"), get(QStringLiteral("Master5")));
+        m_profile.setText(F::txtMaster2, get(QStringLiteral("Master2"), kMaster2));
+        m_profile.setText(F::txtMaster3, get(QStringLiteral("Master3"), kMaster3));
+        m_profile.setText(F::txtMaster4, get(QStringLiteral("Master4")));
+        m_profile.setText(F::txtMaster5, get(QStringLiteral("Master5")));
     }
 
     void singles()
     {
-        auto text = [this](const char* field, const char* k, const QString& def) {
-            m_profile.setText(QString::fromLatin1(field), get(QString::fromLatin1(k), def));
+        auto text = [this](FieldId field, const char* k, const QString& def) {
+            m_profile.setText(field, get(QString::fromLatin1(k), def));
         };
-        text("txtLogFileName", "LogName", QStringLiteral("games.log"));
-        text("txtMapTimeOut", "MapTimeOut", QStringLiteral("300"));
-        m_profile.setText(QStringLiteral("txtMsg"), 0, get(QStringLiteral("Msg1"), defaultMsg1()));
-        m_profile.setText(QStringLiteral("txtMsg"), 1, get(QStringLiteral("Msg2"), defaultMsg2()));
-        text("txtMsgTimer", "MsgTime", QStringLiteral("5"));
-        m_profile.setValue(QStringLiteral("chkSendMessage"), wholeNumber(get(QStringLiteral("MsgOn"), QStringLiteral("1"))));
+        text(F::txtLogFileName, "LogName", QStringLiteral("games.log"));
+        text(F::txtMapTimeOut, "MapTimeOut", QStringLiteral("300"));
+        m_profile.setText(F::txtMsg(0), get(QStringLiteral("Msg1"), defaultMsg1()));
+        m_profile.setText(F::txtMsg(1), get(QStringLiteral("Msg2"), defaultMsg2()));
+        text(F::txtMsgTimer, "MsgTime", QStringLiteral("5"));
+        m_profile.setValue(F::chkSendMessage, wholeNumber(get(QStringLiteral("MsgOn"), QStringLiteral("1"))));
         // "0" and "1" as well as "True" and "False" are values of the box.
-        m_profile.setValue(QStringLiteral("chkUseINI"),
+        m_profile.setValue(F::chkUseINI,
                            textToBool(get(QStringLiteral("SelectAdvMapCfg"), QStringLiteral("0"))) ? 1 : 0);
-        text("txtServerINI", "PathToMapsCFG", {});
-        text("txtWeaponEnhancer", "Quad", {});
-        text("txtKnockBack", "Knockback", {});
-        text("txtWeapRespawn", "WeapRespawn", QStringLiteral("0"));
-        text("txtMaxForceRank", "MaxForceRank", QStringLiteral("0"));
-        m_profile.setText(QStringLiteral("txtForceReGen"), 0, get(QStringLiteral("ForceRegen"), QStringLiteral("0")));
-        text("txtMaxHolocronCarry", "MaxHoloCarry", QStringLiteral("3"));
+        text(F::txtServerINI, "PathToMapsCFG", {});
+        text(F::txtWeaponEnhancer, "Quad", {});
+        text(F::txtKnockBack, "Knockback", {});
+        text(F::txtWeapRespawn, "WeapRespawn", QStringLiteral("0"));
+        text(F::txtMaxForceRank, "MaxForceRank", QStringLiteral("0"));
+        m_profile.setText(F::txtForceReGen(0), get(QStringLiteral("ForceRegen"), QStringLiteral("0")));
+        text(F::txtMaxHolocronCarry, "MaxHoloCarry", QStringLiteral("3"));
     }
 
     AppContext& m_app;

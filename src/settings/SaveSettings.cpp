@@ -2,10 +2,9 @@
 
 #include "platform/Prompts.h"
 #include "settings/SettingsStore.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
-#include "shell/Startup.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "support/Strings.h"
@@ -23,6 +22,8 @@ QString cleanText(const QString& text)
     return IsClean(text.isEmpty() ? QStringLiteral(" ") : text, QStringLiteral(","), QStringLiteral("%"));
 }
 
+constexpr FieldId kMasterFields[] = {F::txtMaster1, F::txtMaster2, F::txtMaster3, F::txtMaster4, F::txtMaster5};
+
 QString booleanText(const Field& box) { return box.isSet() ? QStringLiteral("True") : QStringLiteral("False"); }
 
 class Writer {
@@ -31,48 +32,48 @@ public:
 
     void run()
     {
-        eachText(QStringLiteral("ServerInfo1"), QStringLiteral("txtServerConfig"), true);
-        eachText(QStringLiteral("ServerInfo2"), QStringLiteral("txtServerConfigSpin"), false);
-        eachBoolean(QStringLiteral("GameSpecificOptions"), QStringLiteral("chkQuake3Specific"));
-        eachBoolean(QStringLiteral("DMFlags"), QStringLiteral("chkDMFlags"));
-        save(QStringLiteral("BannedIPs"), listText(m_profile.field(QStringLiteral("lstBannedIPs")).items()));
+        eachText(QStringLiteral("ServerInfo1"), F::txtServerConfig, true);
+        eachText(QStringLiteral("ServerInfo2"), F::txtServerConfigSpin, false);
+        eachBoolean(QStringLiteral("GameSpecificOptions"), F::chkQuake3Specific);
+        eachBoolean(QStringLiteral("DMFlags"), F::chkDMFlags);
+        save(QStringLiteral("BannedIPs"), listText(m_profile.field(F::lstBannedIPs).items()));
         rotation();
-        const Field& minimize = m_profile.field(QStringLiteral("optStartMinimize"));
+        const Field& minimize = m_profile.field(F::optStartMinimize);
         save(QStringLiteral("AppMinimize"),
-             minimize.isSet() ? minimize.name() : m_profile.field(QStringLiteral("optStartClose")).name());
-        firstSelected(QStringLiteral("GameType"), QStringLiteral("optDefaultGameType"));
-        firstSelected(QStringLiteral("LoggingType"), QStringLiteral("optLogging"));
-        save(QStringLiteral("LogName"), text("txtLogFileName"));
-        firstSelected(QStringLiteral("ServerType"), QStringLiteral("chkServerType"));
-        eachText(QStringLiteral("GameLimts"), QStringLiteral("txtGameLimits"), false);
-        eachText(QStringLiteral("CFG1"), QStringLiteral("cboConfig"), false);
-        eachBoolean(QStringLiteral("WeaponFlags"), QStringLiteral("chkWeaponFlags"));
-        eachBoolean(QStringLiteral("ForceFlags"), QStringLiteral("chkPowerUpFlags"));
-        eachText(QStringLiteral("SpeedGravity"), QStringLiteral("txtSpeed"), false);
-        eachBoolean(QStringLiteral("AdvSaber"), QStringLiteral("chkAdvancedSaber"));
-        eachText(QStringLiteral("AdvSaberValues"), QStringLiteral("txtAdvancedSaber"), false);
-        save(QStringLiteral("Msg1"), cleanText(m_profile.text(QStringLiteral("txtMsg"), 0)));
-        save(QStringLiteral("Msg2"), cleanText(m_profile.text(QStringLiteral("txtMsg"), 1)));
-        save(QStringLiteral("MsgTime"), text("txtMsgTimer"));
-        save(QStringLiteral("MsgOn"), QString::number(m_profile.value(QStringLiteral("chkSendMessage"))));
+             minimize.isSet() ? minimize.name() : m_profile.field(F::optStartClose).name());
+        firstSelected(QStringLiteral("GameType"), F::optDefaultGameType);
+        firstSelected(QStringLiteral("LoggingType"), F::optLogging);
+        save(QStringLiteral("LogName"), text(F::txtLogFileName));
+        firstSelected(QStringLiteral("ServerType"), F::chkServerType);
+        eachText(QStringLiteral("GameLimts"), F::txtGameLimits, false);
+        eachText(QStringLiteral("CFG1"), F::cboConfig, false);
+        eachBoolean(QStringLiteral("WeaponFlags"), F::chkWeaponFlags);
+        eachBoolean(QStringLiteral("ForceFlags"), F::chkPowerUpFlags);
+        eachText(QStringLiteral("SpeedGravity"), F::txtSpeed, false);
+        eachBoolean(QStringLiteral("AdvSaber"), F::chkAdvancedSaber);
+        eachText(QStringLiteral("AdvSaberValues"), F::txtAdvancedSaber, false);
+        save(QStringLiteral("Msg1"), cleanText(m_profile.text(F::txtMsg(0))));
+        save(QStringLiteral("Msg2"), cleanText(m_profile.text(F::txtMsg(1))));
+        save(QStringLiteral("MsgTime"), text(F::txtMsgTimer));
+        save(QStringLiteral("MsgOn"), QString::number(m_profile.value(F::chkSendMessage)));
         for (int i = 2; i <= 5; ++i) // the first master is never kept
-            save(QStringLiteral("Master%1").arg(i), cleanText(m_profile.text(QStringLiteral("txtMaster%1").arg(i))));
-        save(QStringLiteral("SelectAdvMapCfg"), booleanText(m_profile.field(QStringLiteral("chkUseINI"))));
-        save(QStringLiteral("PathToMapsCFG"), cleanText(text("txtServerINI")));
-        save(QStringLiteral("Quad"), cleanText(text("txtWeaponEnhancer")));
-        save(QStringLiteral("Knockback"), cleanText(text("txtKnockBack")));
-        save(QStringLiteral("WeapRespawn"), cleanText(text("txtWeapRespawn")));
-        save(QStringLiteral("MaxForceRank"), text("txtMaxForceRank"));
-        save(QStringLiteral("ForceRegen"), m_profile.text(QStringLiteral("txtForceReGen"), 0));
-        save(QStringLiteral("MaxHoloCarry"), text("txtMaxHolocronCarry"));
-        save(QStringLiteral("MapTimeOut"), text("txtMapTimeOut"));
-        for (const Field* f : m_profile.array(QStringLiteral("chkBOTs")))
+            save(QStringLiteral("Master%1").arg(i), cleanText(m_profile.text(kMasterFields[i - 1])));
+        save(QStringLiteral("SelectAdvMapCfg"), booleanText(m_profile.field(F::chkUseINI)));
+        save(QStringLiteral("PathToMapsCFG"), cleanText(text(F::txtServerINI)));
+        save(QStringLiteral("Quad"), cleanText(text(F::txtWeaponEnhancer)));
+        save(QStringLiteral("Knockback"), cleanText(text(F::txtKnockBack)));
+        save(QStringLiteral("WeapRespawn"), cleanText(text(F::txtWeapRespawn)));
+        save(QStringLiteral("MaxForceRank"), text(F::txtMaxForceRank));
+        save(QStringLiteral("ForceRegen"), m_profile.text(F::txtForceReGen(0)));
+        save(QStringLiteral("MaxHoloCarry"), text(F::txtMaxHolocronCarry));
+        save(QStringLiteral("MapTimeOut"), text(F::txtMapTimeOut));
+        for (const Field* f : m_profile.array(F::chkBOTs))
             save(key(QStringLiteral("BOTs"), f->index()), QString::number(f->value()));
     }
 
 private:
     void save(const QString& k, const QString& value) { m_store.SaveSetting(k, value); }
-    QString text(const char* field) const { return m_profile.text(QString::fromLatin1(field)); }
+    QString text(FieldId field) const { return m_profile.text(field); }
 
     static QString listText(const QStringList& items)
     {
@@ -82,13 +83,13 @@ private:
         return all;
     }
 
-    void eachText(const QString& base, const QString& array, bool clean)
+    void eachText(const QString& base, FieldArray array, bool clean)
     {
         for (const Field* f : m_profile.array(array))
             save(key(base, f->index()), clean ? cleanText(f->text()) : f->text());
     }
 
-    void eachBoolean(const QString& base, const QString& array)
+    void eachBoolean(const QString& base, FieldArray array)
     {
         for (const Field* f : m_profile.array(array))
             save(key(base, f->index()), booleanText(*f));
@@ -96,7 +97,7 @@ private:
 
     void rotation()
     {
-        const Field& grid = m_profile.field(QStringLiteral("lsvMapRotation"));
+        const Field& grid = m_profile.field(F::lsvMapRotation);
         QStringList maps;
         for (int row = 0; row < grid.count(); ++row)
             maps << grid.cell(row, 0);
@@ -104,7 +105,7 @@ private:
     }
 
     // The first selected index from the lowest up; nothing is written when none is.
-    void firstSelected(const QString& k, const QString& array)
+    void firstSelected(const QString& k, FieldArray array)
     {
         for (const Field* f : m_profile.array(array)) {
             if (f->isSet()) {
@@ -161,13 +162,6 @@ void askSaveChangedConfiguration_Ok(AppContext& app, ServerProfile& profile)
 void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile)
 {
     askSetAsDefault(app, profile, false);
-}
-
-void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
-{
-    Q_UNUSED(app);
-    Q_UNUSED(profile);
-    windows.closeAllForms();
 }
 
 } // namespace steward

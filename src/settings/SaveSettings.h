@@ -4,7 +4,6 @@
 namespace steward {
 class AppContext;
 class ServerProfile;
-class WindowHost;
 
 /// Writes every stored key of the profile in one pass, in a fixed order, with no test
 /// for change and without deleting anything. A failure is reported with the tag
@@ -28,10 +27,5 @@ void askSaveChangedConfiguration_Ok(AppContext& app, ServerProfile& profile);
 /// change mark set.
 void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile);
 
-/// The "&Close" button, settings side: writes nothing to the store and asks nothing,
-/// whatever the change mark says, then closes all windows. (Closing the messaging
-/// socket and keeping the bot roster are done by messaging and the roster before the
-/// close.)
-void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows);
 
 } // namespace steward

@@ -2,8 +2,8 @@
 
 #include "platform/Clock.h"
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
+#include "support/AppContext.h"
+#include "support/ProductText.h"
 #include "support/Errors.h"
 #include "support/TextFile.h"
 
@@ -18,8 +18,9 @@ bool WriteLog(AppContext& app, const QString& text, const QString& logFile, bool
 {
     QString file = logFile;
     if (file.isEmpty())
-        file = app.lastLogFile.isEmpty() ? app.programFile(app.programName + QStringLiteral(".log")) : app.lastLogFile;
-    app.lastLogFile = file;
+        file = app.errorLog().lastFile().isEmpty() ? app.programFile(app.programName + QStringLiteral(".log"))
+                                                  : app.errorLog().lastFile();
+    app.errorLog().setLastFile(file);
 
     if (overwrite) {
         QFile empty(file);

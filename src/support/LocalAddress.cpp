@@ -1,13 +1,11 @@
 #include "support/LocalAddress.h"
 
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
-#include "support/FileDialog.h"
+#include "support/AppContext.h"
+#include "support/ProductText.h"
 
 #include <QStringList>
-#include <exception>
+#include <algorithm>
 
 namespace steward {
 
@@ -39,24 +37,17 @@ QString GetIPAddress(AppContext& app, AddressLookup& lookup)
                           QStringLiteral("Unable to successfully get Host Name."));
         return {};
     }
+    QByteArray chosen = found.first();
+    const auto isLoopback = [](const QByteArray& bytes) { return !bytes.isEmpty() && static_cast<unsigned char>(bytes.at(0)) == 127; };
+    if (std::all_of(found.begin(), found.end(), isLoopback)) {
+        const QList<QByteArray> cards = lookup.interfaceAddresses();
+        if (!cards.isEmpty())
+            chosen = cards.first();
+    }
     QStringList parts;
-    for (const char byte : found.first())
+    for (const char byte : chosen)
         parts << QString::number(static_cast<unsigned char>(byte));
     return parts.join(QLatin1Char('.'));
-}
-
-Field& cmdIP_Click(AppContext& app, ServerProfile& profile, AddressLookup& lookup)
-{
-    Field& address = profile.field(QStringLiteral("txtServerConfig"), 16);
-    try {
-        CCursor cursor(app.prompts());
-        cursor.SetCursor(pointer::Hourglass);
-        address.setText(GetIPAddress(app, lookup));
-        cursor.RestoreCursor();
-    } catch (const std::exception&) {
-        // Errors are ignored here.
-    }
-    return address;
 }
 
 } // namespace steward

@@ -1,6 +1,6 @@
 #include "support/Registry.h"
 
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 

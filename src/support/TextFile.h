@@ -7,7 +7,22 @@
 
 namespace steward {
 
-class TextFileWriter {
+/// Where a writer puts its lines, one at a time, so that the lines before a failure
+/// are kept.
+class LineSink {
+public:
+    virtual ~LineSink() = default;
+    virtual void line(const QString& text = {}) = 0;
+};
+
+/// Lines kept in memory.
+class LineList final : public LineSink {
+public:
+    void line(const QString& text = {}) override { lines << text; }
+    QStringList lines;
+};
+
+class TextFileWriter final : public LineSink {
 public:
     /// Opens the file for output, replacing it; throws RuntimeError on failure.
     explicit TextFileWriter(const QString& fileName);
@@ -16,7 +31,7 @@ public:
     TextFileWriter& operator=(const TextFileWriter&) = delete;
 
     /// Writes the text and CR LF.
-    void line(const QString& text = {});
+    void line(const QString& text = {}) override;
     /// Writes the text without a line end.
     void write(const QString& text);
     void close();

@@ -1,8 +1,8 @@
 #include "ui/AboutWindow.h"
 
-#include "shell/AppContext.h"
-#include "shell/Commands.h"
-#include "shell/Constants.h"
+#include "support/AppContext.h"
+#include "commands/Commands.h"
+#include "model/Constants.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -3,8 +3,8 @@
 #include "platform/Clock.h"
 #include "platform/System.h"
 #include "settings/SettingsStore.h"
-#include "shell/AppContext.h"
-#include "shell/Startup.h"
+#include "support/AppContext.h"
+#include "commands/Startup.h"
 #include "platform/HostAddressLookup.h"
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
@@ -51,7 +51,7 @@ int runApplication(int argc, char** argv)
     AppContext app(services, programFolder);
 
     ScannerWindowProgress scanner;
-    app.scanProgress = &scanner;
+    app.services.scanProgress = &scanner;
 
     QtWindowHost host(app, &prompts);
     host.addWindowSetup([&scanner](frmMain& window) { scanner.setOwner(&window); });

@@ -1,20 +1,25 @@
+#include "commands/MapCycleCommands.h"
+#include "commands/MapScanCommand.h"
 #include "ui/CommandWiring.h"
 
-#include "generate/BanListCommands.h"
+#include "commands/BanListCommands.h"
 #include "generate/ExportScripts.h"
-#include "generate/ExportServer.h"
-#include "generate/MapCycleCommands.h"
+#include "commands/ExportServer.h"
+#include "commands/MapCycleCommands.h"
 #include "maps/MapRotation.h"
+#include "maps/MapScanner.h"
 #include "maps/MapTree.h"
-#include "generate/OkCommand.h"
+#include "commands/OkCommand.h"
+#include "commands/ConfigurationCommands.h"
 #include "settings/ConfigurationFile.h"
+#include "commands/CancelCommand.h"
 #include "settings/SaveSettings.h"
-#include "shell/AppContext.h"
-#include "shell/Commands.h"
-#include "shell/OptionRules.h"
-#include "shell/ServerProfile.h"
-#include "shell/ToolTable.h"
-#include "support/LocalAddress.h"
+#include "support/AppContext.h"
+#include "commands/Commands.h"
+#include "model/OptionRules.h"
+#include "model/ServerProfile.h"
+#include "commands/ToolTable.h"
+#include "commands/AddressCommand.h"
 #include "ui/AboutWindow.h"
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
@@ -60,6 +65,7 @@ void CommandWiring::setUpWindow(frmMain& window)
     // The option rules are attached before the load pours the store into the profile, so
     // that every stored value runs them.
     attachOptionRules(m_app, window.profile());
+    attachClickRoutines(m_app, window.profile());
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
     // The two pop-ups live with the window, so that their entries can be found by tool id.
     // A chosen entry runs once the menu has finished with the click and closed: its routine
@@ -72,15 +78,12 @@ void CommandWiring::setUpWindow(frmMain& window)
     auto* keys = new KeyFilters(m_app.services.beeper, &window);
     keys->install(&window, &window.profile());
 
-    // The two map check boxes answer a click of the user with their own routines; code
-    // that sets them runs those routines itself.
+    // The boxes with a click routine answer a click of the user with it; code that sets
+    // them runs the same routine through the profile.
     ServerProfile& profile = window.profile();
-    if (auto* autoCycle = window.control<QCheckBox>(QStringLiteral("chkMapAutoCycle")))
-        QObject::connect(autoCycle, &QCheckBox::clicked, &window,
-                         [this, &profile] { chkMapAutoCycle_Click(m_app, profile); });
-    if (auto* savedCycle = window.control<QCheckBox>(QStringLiteral("chkUseINI")))
-        QObject::connect(savedCycle, &QCheckBox::clicked, &window,
-                         [this, &profile] { chkUseINI_Click(m_app, profile); });
+    for (FieldId name : {F::chkMapAutoCycle, F::chkUseINI})
+        if (auto* box = window.control<QCheckBox>(name.key()))
+            QObject::connect(box, &QCheckBox::clicked, &window, [&profile, name] { profile.click(name); });
 }
 
 void CommandWiring::routeButtons()
@@ -145,12 +148,16 @@ void CommandWiring::registerTools()
     on("id_HelpForumsModCentral", [this](frmMain&) { openLink(m_app, Link::ModCentralForum); });
     on("id_HelpMailAuthor", [this](frmMain&) { mailAuthor(m_app); });
     on("id_HelpAboutArenaSteward", [this](frmMain& w) { showAbout(m_app, &w); });
-    for (const char* id : {"id_UtilitiesMapsScanfornewmaps", "id_UtilitiesExportMapCycle", "ID_AllStandardMPMaps",
-                           "ID_AllStandardSWMaps", "ID_AllStandardCPMaps", "ID_SetStartingMap", "ID_SortAscending",
-                           "ID_SortDescending", "ID_RemoveMap", "ID_ClearList"}) {
-        const QString tool = QString::fromLatin1(id);
-        on(id, [this, tool](frmMain& w) { runMapTool(m_app, w.profile(), tool); });
-    }
+    on("id_UtilitiesMapsScanfornewmaps", [this](frmMain& w) { mnuMapScan_Click(m_app, w.profile()); });
+    on("id_UtilitiesExportMapCycle", [this](frmMain& w) { mnuExportMapCycle_Click(m_app, w.profile()); });
+    on("ID_AllStandardMPMaps", [this](frmMain& w) { AddStandardMaps(m_app, w.profile(), StockSet::FreeForAll); });
+    on("ID_AllStandardSWMaps", [this](frmMain& w) { AddStandardMaps(m_app, w.profile(), StockSet::CaptureTheFlag); });
+    on("ID_AllStandardCPMaps", [this](frmMain& w) { AddStandardMaps(m_app, w.profile(), StockSet::Duel); });
+    on("ID_SetStartingMap", [this](frmMain& w) { ID_SetStartingMap(m_app, w.profile()); });
+    on("ID_SortAscending", [](frmMain& w) { ID_SortAscending(w.profile()); });
+    on("ID_SortDescending", [](frmMain& w) { ID_SortDescending(w.profile()); });
+    on("ID_RemoveMap", [this](frmMain& w) { ID_RemoveMap(m_app, w.profile()); });
+    on("ID_ClearList", [this](frmMain& w) { ID_ClearList(m_app, w.profile()); });
     on("ID_MapWizard", [this](frmMain& w) {
         // The wizard's pages come later; its start prepares the per-map records.
         WizardState state;

@@ -1,7 +1,7 @@
 #pragma once
 // Ties the main window's buttons, links, menus and keyboard to the program's routines.
 // The routines live in the core; this file only says which event runs which routine.
-#include "shell/ToolDispatcher.h"
+#include "commands/ToolDispatcher.h"
 
 #include <QPoint>
 #include <functional>

@@ -5,7 +5,7 @@
 // the user's edit sets the field, a change of the field from code updates the widget.
 // A field only signals real changes, and each widget only writes back a state that
 // differs, so a change never runs round in a loop.
-#include "shell/Field.h"
+#include "model/Field.h"
 
 #include <QCheckBox>
 #include <QComboBox>

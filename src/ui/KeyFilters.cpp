@@ -2,7 +2,7 @@
 
 #include "platform/System.h"
 #include "settings/SaveSettings.h"
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 
 #include <QAbstractSpinBox>
 #include <QKeyEvent>

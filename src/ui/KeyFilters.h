@@ -9,7 +9,7 @@
 //
 //     auto* keys = new KeyFilters(app.services.beeper, window);
 //     keys->install(window, &profile); // the profile gets its change mark set
-#include "shell/KeyRules.h"
+#include "model/KeyRules.h"
 
 #include <QHash>
 #include <QObject>

@@ -1,6 +1,6 @@
 #include "ui/MainLayout.h"
 
-#include "shell/Constants.h"
+#include "model/Constants.h"
 
 namespace steward {
 

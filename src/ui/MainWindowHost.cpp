@@ -1,10 +1,10 @@
 #include "ui/MainWindowHost.h"
 
 #include "maps/ScanProgress.h"
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 
-#include "shell/MainFormLoad.h"
-#include "shell/ServerProfile.h"
+#include "commands/MainFormLoad.h"
+#include "model/ServerProfile.h"
 #include "ui/FormServices.h"
 #include "ui/QtPrompts.h"
 #include "ui/frmMain.h"
@@ -107,8 +107,8 @@ void QtWindowHost::unloadFormNamed(const QString& name)
 void QtWindowHost::unloadScanner()
 {
     // The scanner's window refuses a plain close: the progress that loaded it unloads it.
-    if (m_app.scanProgress)
-        m_app.scanProgress->unload();
+    if (m_app.services.scanProgress)
+        m_app.services.scanProgress->unload();
     unloadFormNamed(QStringLiteral("frmScanner"));
 }
 

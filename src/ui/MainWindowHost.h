@@ -1,7 +1,7 @@
 #pragma once
 // The windows as start-up sees them: creates, shows and unloads the main window, closes
 // every form, and owns the routes of the main window's events, which outlive a restart.
-#include "shell/Startup.h"
+#include "commands/Startup.h"
 #include "ui/UiEvents.h"
 
 #include <QObject>

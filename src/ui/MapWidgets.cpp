@@ -3,7 +3,7 @@
 #include "maps/MapRotation.h"
 #include "maps/MapTree.h"
 #include "maps/MapTreeModel.h"
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -64,7 +64,7 @@ MapTreeView::MapTreeView(AppContext& app, ServerProfile& profile, QWidget* paren
     connect(this, &QTreeView::clicked, this, [this, proxy](const QModelIndex& index) {
         tvwAvailMaps_NodeClick(m_app, m_profile, proxy->mapToSource(index));
     });
-    new FieldPresence(this, profile.field(QStringLiteral("tvwAvailMaps")));
+    new FieldPresence(this, profile.field(F::tvwAvailMaps));
 }
 
 RotationGrid::RotationGrid(Field& field, QWidget* parent) : BoundTree(field, 4, parent)

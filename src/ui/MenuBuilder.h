@@ -1,7 +1,7 @@
 #pragma once
 // Builds the menu bar and the two pop-up menus from the tool table. Each action carries
 // its tool id as objectName and hands that id to the dispatcher when triggered.
-#include "shell/ToolTable.h"
+#include "commands/ToolTable.h"
 
 #include <QIcon>
 #include <functional>

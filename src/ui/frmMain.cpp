@@ -1,7 +1,7 @@
 #include "ui/frmMain.h"
 
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "ui/FieldWidgets.h"
 #include "ui/FormServices.h"
 #include "ui/MainLayout.h"
@@ -121,7 +121,7 @@ frmMain::frmMain(AppContext& app, QWidget* parent)
     column->addLayout(commands);
     setCentralWidget(central);
 
-    connect(&m_profile->field(QStringLiteral("MousePointer")), &Field::valueChanged, this, &frmMain::applyPointer);
+    connect(&m_profile->field(F::MousePointer), &Field::valueChanged, this, &frmMain::applyPointer);
     applyPointer();
 }
 
@@ -139,7 +139,7 @@ QTabWidget* frmMain::makeTabs(const QString& key, const QList<PageLayout>& pages
     auto* tabs = new QTabWidget(parent);
     for (const PageLayout& page : pages)
         tabs->addTab(buildPage(page), page.caption);
-    Field& field = m_profile->field(key);
+    Field& field = *m_profile->findByName(key);
     new FieldPresence(tabs, field);
     tabs->setCurrentIndex(field.value());
     connect(&field, &Field::valueChanged, tabs, [tabs, &field] {
@@ -277,7 +277,7 @@ QWidget* frmMain::makeControl(const QString& key, QWidget* parent)
         widget = makeTabs(key, gamePages(), parent);
         static_cast<QTabWidget*>(widget)->setDocumentMode(true);
     } else if (key == QLatin1String("updBOTThinkTime")) {
-        Field& buddy = m_profile->field(QStringLiteral("txtBOTThinkTime"));
+        Field& buddy = m_profile->field(F::txtBOTThinkTime);
         auto* spinner = new UpDown(buddy, parent);
         spinner->setObjectName(key);
         spinner->setProperty("Tag", QString());
@@ -288,7 +288,7 @@ QWidget* frmMain::makeControl(const QString& key, QWidget* parent)
         widget = spinner;
     } else {
         const auto [name, index] = splitKey(key);
-        if (Field* field = m_profile->find(name, index))
+        if (Field* field = m_profile->findByName(name, index))
             widget = makeFieldControl(*field, parent);
         else
             widget = makeStaticControl(key, parent);

@@ -3,7 +3,7 @@
 // from the layout tables; every field of the profile has its bound control, and the
 // command buttons, double clicks and right clicks go out as events to the routes of the
 // window host.
-#include "shell/MainFormLoad.h"
+#include "commands/MainFormLoad.h"
 #include "ui/UiEvents.h"
 
 #include <QHash>

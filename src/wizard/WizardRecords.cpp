@@ -1,15 +1,15 @@
 #include "wizard/WizardRecords.h"
 
 #include "platform/Prompts.h"
-#include "shell/AppContext.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "support/AppContext.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 
 namespace steward {
 
 bool prepareMapWizard(AppContext& app, ServerProfile& profile, WizardState& state)
 {
-    const Field& rotation = profile.field(QStringLiteral("lsvMapRotation"));
+    const Field& rotation = profile.field(F::lsvMapRotation);
     const int upper = rotation.count() - 1;
     if (upper < 0) {
         app.prompts().message(QStringLiteral("There are no maps in the list, please select at least one map") + kTail,
@@ -18,7 +18,7 @@ bool prepareMapWizard(AppContext& app, ServerProfile& profile, WizardState& stat
     }
 
     QString gameType;
-    for (Field* option : profile.array(QStringLiteral("optDefaultGameType"))) {
+    for (Field* option : profile.array(F::optDefaultGameType)) {
         if (option->isSet()) {
             gameType = QStringLiteral("g_gametype ") + option->tag();
             break;

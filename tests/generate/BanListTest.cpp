@@ -1,7 +1,9 @@
-#include "generate/BanListCommands.h"
+#include "commands/BanListCommands.h"
+#include "commands/MapCycleCommands.h"
+#include "commands/BanListCommands.h"
 #include "generate/BanListWriter.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 
 #include <QDir>
@@ -12,8 +14,8 @@ using namespace steward;
 using namespace steward::testing;
 
 namespace {
-const QString kList = QStringLiteral("lstBannedIPs");
-const QString kInput = QStringLiteral("txtServerIP");
+constexpr auto kList = F::lstBannedIPs;
+constexpr auto kInput = F::txtServerIP;
 } // namespace
 
 TEST(BanList, AddTakesTheInputWhateverItIsAndEmptiesIt)

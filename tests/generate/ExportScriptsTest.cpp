@@ -1,8 +1,8 @@
-#include "LaunchKit.h"
+#include "testkit/LaunchKit.h"
 
 #include "generate/ExportScripts.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 
 #include <QDir>
@@ -14,8 +14,8 @@ using namespace steward::testing;
 
 namespace {
 
-const QString kCfg = QStringLiteral("txtServerConfig");
-const QString kSpin = QStringLiteral("txtServerConfigSpin");
+constexpr auto kCfg = F::txtServerConfig;
+constexpr auto kSpin = F::txtServerConfigSpin;
 
 class ExportScripts : public ::testing::Test {
 protected:
@@ -23,7 +23,7 @@ protected:
     {
         t.app->services.launcher = &launcher;
         t.app->serverExecutable = QStringLiteral("jk2ded.exe");
-        profile.setText(kCfg, 1, QStringLiteral("My Cfg"));
+        profile.setText(kCfg(1), QStringLiteral("My Cfg"));
     }
     QString target(const char* name) const { return t.root() + QLatin1Char('/') + QLatin1String(name); }
 
@@ -69,12 +69,12 @@ const ScriptCase kScriptCases[] = {
 
 void apply(ServerProfile& p, const ScriptCase& c)
 {
-    p.setText(kCfg, 12, QString::fromLatin1(c.port));
-    p.setText(kCfg, 16, QString::fromLatin1(c.ip));
-    p.setText(kSpin, 11, QString::fromLatin1(c.zone));
-    p.setText(kSpin, 5, QString::fromLatin1(c.hunk));
-    p.setText(kSpin, 12, QString::fromLatin1(c.sound));
-    p.setValue(QStringLiteral("chkQuake3Specific"), 18, c.merc ? 1 : 0);
+    p.setText(kCfg(12), QString::fromLatin1(c.port));
+    p.setText(kCfg(16), QString::fromLatin1(c.ip));
+    p.setText(kSpin(11), QString::fromLatin1(c.zone));
+    p.setText(kSpin(5), QString::fromLatin1(c.hunk));
+    p.setText(kSpin(12), QString::fromLatin1(c.sound));
+    p.setValue(F::chkQuake3Specific(18), c.merc ? 1 : 0);
 }
 
 } // namespace
@@ -187,14 +187,14 @@ TEST_F(ExportScripts, TheSessionIsCheckedBeforeAnyDialog)
 {
     using Command = void (*)(AppContext&, ServerProfile&);
     for (const Command command : {Command(mnuBatchFile_Click), Command(mnuLinux_Click)}) {
-        profile.setText(kCfg, 1, {});
+        profile.setText(kCfg(1), {});
         t.prompts.shown.clear();
         command(*t.app, profile);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("A Session name is required") + kTail);
         EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
 
-        profile.setText(kCfg, 1, QStringLiteral("a:b"));
+        profile.setText(kCfg(1), QStringLiteral("a:b"));
         t.prompts.shown.clear();
         command(*t.app, profile);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
@@ -205,10 +205,10 @@ TEST_F(ExportScripts, TheSessionIsCheckedBeforeAnyDialog)
 
 TEST_F(ExportScripts, ScriptsIgnoreTheServerTypeTheMapsAndTheChangeMark)
 {
-    profile.setValue(QStringLiteral("chkServerType"), 0, 1);
-    profile.setValue(QStringLiteral("chkMapAutoCycle"), 0); // and the rotation is empty
+    profile.setValue(F::chkServerType(0), 1);
+    profile.setValue(F::chkMapAutoCycle, 0); // and the rotation is empty
     profile.setConfigurationChanged(true);
-    profile.setText(kCfg, 1, QStringLiteral("Duel Night.CFG"));
+    profile.setText(kCfg(1), QStringLiteral("Duel Night.CFG"));
     const QString file = target("run.bat");
     t.prompts.chooseFile(file);
     mnuBatchFile_Click(*t.app, profile);

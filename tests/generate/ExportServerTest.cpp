@@ -1,10 +1,10 @@
-#include "LaunchKit.h"
+#include "testkit/LaunchKit.h"
 
-#include "generate/ExportServer.h"
+#include "commands/ExportServer.h"
 #include "generate/ServerConfigWriter.h"
-#include "generate/ServerLaunch.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "commands/ServerLaunch.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 
 #include <functional>
@@ -15,14 +15,14 @@ using namespace steward::testing;
 
 namespace {
 
-const QString kCfg = QStringLiteral("txtServerConfig");
+constexpr auto kCfg = F::txtServerConfig;
 
 class ExportServer : public ::testing::Test {
 protected:
     ExportServer()
     {
         t.app->services.launcher = &launcher;
-        profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
+        profile.setValue(F::chkMapAutoCycle, 1);
     }
     TestApp t;
     CountingLauncher launcher;
@@ -39,32 +39,32 @@ TEST_F(ExportServer, EachFailedCheckHasItsOwnWordingAndPage)
         QString text;
         int page;
     };
-    const auto manualCycle = [](ServerProfile& p) { p.setValue(QStringLiteral("chkMapAutoCycle"), 0); };
+    const auto manualCycle = [](ServerProfile& p) { p.setValue(F::chkMapAutoCycle, 0); };
     const QString gone = t.root() + QStringLiteral("/gone.cfg");
     const Case cases[] = {
-        {"no session", [](ServerProfile& p) { p.setText(kCfg, 1, {}); }, QStringLiteral("A Session name is required"), 0},
-        {"forbidden character", [](ServerProfile& p) { p.setText(kCfg, 1, QStringLiteral("a<b")); },
+        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"), 0},
+        {"forbidden character", [](ServerProfile& p) { p.setText(kCfg(1), QStringLiteral("a<b")); },
          QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
         {"saved list missing",
          [&](ServerProfile& p) {
              manualCycle(p);
-             p.setValue(QStringLiteral("chkUseINI"), 1);
-             p.setText(QStringLiteral("txtServerINI"), gone);
+             p.setValue(F::chkUseINI, 1);
+             p.setText(F::txtServerINI, gone);
          },
          QStringLiteral("Selected Map List ") + gone + QStringLiteral(" is missing, please define a new map list"), 2},
         {"no maps", manualCycle, QStringLiteral("No Maps have been selected"), 2},
         {"no starting map",
          [&](ServerProfile& p) {
              manualCycle(p);
-             p.field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+             p.field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
          },
          QStringLiteral("No Starting Map has been selected"), 2},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         profile.resetAll();
-        profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
-        profile.setValue(QStringLiteral("vsMainTab"), 3);
+        profile.setValue(F::chkMapAutoCycle, 1);
+        profile.setValue(F::vsMainTab, 3);
         t.prompts.shown.clear();
         c.setup(profile);
         mnuExportServer_Click(*t.app, profile);
@@ -72,14 +72,14 @@ TEST_F(ExportServer, EachFailedCheckHasItsOwnWordingAndPage)
         EXPECT_EQ(t.prompts.last().request.text, c.text + kTail);
         EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
         EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
-        EXPECT_EQ(profile.value(QStringLiteral("vsMainTab")), c.page);
+        EXPECT_EQ(profile.value(F::vsMainTab), c.page);
     }
     EXPECT_TRUE(t.opener.opened.empty());
 }
 
 TEST_F(ExportServer, TheWrittenFileIsAnnouncedAndOpenedAndNothingStarts)
 {
-    profile.setText(kCfg, 1, QStringLiteral("My Server"));
+    profile.setText(kCfg(1), QStringLiteral("My Server"));
     profile.setConfigurationChanged(true);
     mnuExportServer_Click(*t.app, profile);
 

@@ -1,8 +1,10 @@
-#include "generate/MapCycleCommands.h"
+#include "commands/BanListCommands.h"
+#include "commands/MapCycleCommands.h"
+#include "commands/MapCycleCommands.h"
 #include "generate/MapCycleWriter.h"
 #include "maps/MapRotation.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 
@@ -20,7 +22,7 @@ protected:
     void rows(const QStringList& maps)
     {
         for (const QString& map : maps)
-            profile.field(QStringLiteral("lsvMapRotation")).addRow(rotationRow(map, QStringLiteral("Long"), QStringLiteral("ffa")));
+            profile.field(F::lsvMapRotation).addRow(rotationRow(map, QStringLiteral("Long"), QStringLiteral("ffa")));
     }
     static QStringList header()
     {
@@ -33,6 +35,7 @@ protected:
 
     TestApp t;
     ServerProfile profile;
+    bool clicksAttached = (attachClickRoutines(*t.app, profile), true);
 };
 
 struct CycleCase {
@@ -82,9 +85,9 @@ TEST_F(MapCycleTest, WritesTheCycleByteForByte)
         TestApp app;
         ServerProfile p;
         for (const QString& map : c.maps)
-            p.field(QStringLiteral("lsvMapRotation")).addRow(rotationRow(map, {}, {}));
+            p.field(F::lsvMapRotation).addRow(rotationRow(map, {}, {}));
         p.setStartingMap(c.start);
-        p.setText(QStringLiteral("txtSpeed"), 1, c.gravity);
+        p.setText(F::txtSpeed(1), c.gravity);
         QString name = QStringLiteral("before");
         ASSERT_TRUE(MakeMapCycle(*app.app, p, name, false, false));
         EXPECT_EQ(name, QStringLiteral("jediMaps.cfg"));
@@ -107,7 +110,7 @@ TEST_F(MapCycleTest, TheStartingMapMovesToTheFrontAndTheRestKeepsItsOrder)
 TEST_F(MapCycleTest, TheSavedAndExportFormsAndAFailure)
 {
     rows({QStringLiteral("a")});
-    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("/games/jk2/base/advanced.cfg"));
+    profile.setText(F::txtServerINI, QStringLiteral("/games/jk2/base/advanced.cfg"));
     QString name;
     ASSERT_TRUE(MakeMapCycle(*t.app, profile, name, false, true));
     EXPECT_EQ(name, QStringLiteral("advanced.cfg"));
@@ -157,13 +160,13 @@ TEST_F(MapCycleTest, ExportChecksTheRotationAsksForAFileAndShowsIt)
 {
     mnuExportMapCycle_Click(*t.app, profile);
     EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("No Maps have been selected") + kTail);
-    EXPECT_EQ(profile.value(QStringLiteral("vsMainTab")), 2);
+    EXPECT_EQ(profile.value(F::vsMainTab), 2);
 
-    profile.setValue(QStringLiteral("vsMainTab"), 0);
+    profile.setValue(F::vsMainTab, 0);
     rows({QStringLiteral("a"), QStringLiteral("b")});
     mnuExportMapCycle_Click(*t.app, profile);
     EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("No Starting Map has been selected") + kTail);
-    EXPECT_EQ(profile.value(QStringLiteral("vsMainTab")), 2);
+    EXPECT_EQ(profile.value(F::vsMainTab), 2);
     EXPECT_TRUE(t.prompts.dialogs.empty());
 
     profile.setStartingMap(QStringLiteral("b"));
@@ -189,25 +192,25 @@ TEST_F(MapCycleTest, ExportChecksTheRotationAsksForAFileAndShowsIt)
 
 TEST_F(MapCycleTest, UseSavedCycleChoosesAFileOrFallsBack)
 {
-    const char* controls[] = {"tvwAvailMaps", "picMap", "lsvMapRotation", "lblMapsSelected", "lblNumberOfMapsAvailable",
-                              "lblMapType", "lblLongMapName"};
+    const FieldId controls[] = {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected,
+                                F::lblNumberOfMapsAvailable, F::lblMapType, F::lblLongMapName};
     auto visible = [&](bool expected) {
-        for (const char* name : controls)
-            EXPECT_EQ(profile.field(QString::fromLatin1(name)).isVisible(), expected) << name;
+        for (FieldId name : controls)
+            EXPECT_EQ(profile.field(name).isVisible(), expected) << name.name;
     };
     rows({QStringLiteral("a")});
 
     // While the window loads, setting the box does nothing more.
-    t.app->formLoading = true;
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkUseINI"), 1);
+    profile.setLoading(true);
+    setCheckFromCode(profile, F::chkUseINI, 1);
     EXPECT_TRUE(t.prompts.dialogs.empty());
-    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).count(), 1);
-    t.app->formLoading = false;
-    profile.setValue(QStringLiteral("chkUseINI"), 0);
+    EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 1);
+    profile.setLoading(false);
+    profile.setValue(F::chkUseINI, 0);
 
-    profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
+    profile.setValue(F::chkMapAutoCycle, 1);
     t.prompts.chooseFile(t.baseFolder() + QStringLiteral("/advanced.cfg"));
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkUseINI"), 1);
+    setCheckFromCode(profile, F::chkUseINI, 1);
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     const FakePrompts::Dialog& d = t.prompts.dialogs.back();
     EXPECT_TRUE(d.open);
@@ -215,29 +218,29 @@ TEST_F(MapCycleTest, UseSavedCycleChoosesAFileOrFallsBack)
     EXPECT_EQ(d.state.Flags, 4096);
     EXPECT_EQ(d.state.Filter, QStringLiteral("JK2 Advanced Map Cycle (*.cfg)|*.cfg"));
     EXPECT_EQ(d.state.InitialDir, t.baseFolder());
-    EXPECT_EQ(profile.value(QStringLiteral("chkMapAutoCycle")), 0);
-    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 1);
-    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), t.baseFolder() + QStringLiteral("/advanced.cfg"));
-    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).count(), 0);
+    EXPECT_EQ(profile.value(F::chkMapAutoCycle), 0);
+    EXPECT_EQ(profile.value(F::chkUseINI), 1);
+    EXPECT_EQ(profile.text(F::txtServerINI), t.baseFolder() + QStringLiteral("/advanced.cfg"));
+    EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
     visible(false);
 
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkUseINI"), 0);
-    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), QString());
+    setCheckFromCode(profile, F::chkUseINI, 0);
+    EXPECT_EQ(profile.text(F::txtServerINI), QString());
     visible(true);
 
     t.prompts.cancelNextDialog();
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkUseINI"), 1);
-    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
-    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), QString());
+    setCheckFromCode(profile, F::chkUseINI, 1);
+    EXPECT_EQ(profile.value(F::chkUseINI), 0);
+    EXPECT_EQ(profile.text(F::txtServerINI), QString());
     visible(true);
 }
 
 TEST_F(MapCycleTest, ADoubleClickOnTheSavedCycleOpensIt)
 {
-    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("   "));
+    profile.setText(F::txtServerINI, QStringLiteral("   "));
     txtServerINI_DblClick(*t.app, profile);
     EXPECT_TRUE(t.opener.opened.empty());
-    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("  /games/base/advanced.cfg "));
+    profile.setText(F::txtServerINI, QStringLiteral("  /games/base/advanced.cfg "));
     txtServerINI_DblClick(*t.app, profile);
     ASSERT_EQ(t.opener.opened.size(), 1u);
     EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(QStringLiteral("/games/base/advanced.cfg")));

@@ -3,9 +3,9 @@
 // A small start script stands in for the game's server and points the engine at the
 // game folder, so that the session file and the map cycle in "base" are the ones it
 // executes; the test then asks the running server for its status over UDP.
-#include "generate/OkCommand.h"
+#include "commands/OkCommand.h"
 #include "platform/System.h"
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 
@@ -75,11 +75,11 @@ TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
 
     const quint16 port = static_cast<quint16>(27000 + QCoreApplication::applicationPid() % 900);
     ServerProfile profile;
-    profile.setValue(QStringLiteral("chkServerType"), 1, 1); // LAN: no master servers
-    profile.setText(QStringLiteral("txtServerConfig"), 2, QStringLiteral("Steward Test Arena"));
-    profile.setText(QStringLiteral("txtServerConfig"), 12, QString::number(port));
-    profile.setText(QStringLiteral("txtServerConfig"), 14, QStringLiteral("secret"));
-    profile.field(QStringLiteral("lsvMapRotation")).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
+    profile.setValue(F::chkServerType(1), 1); // LAN: no master servers
+    profile.setText(F::txtServerConfig(2), QStringLiteral("Steward Test Arena"));
+    profile.setText(F::txtServerConfig(12), QString::number(port));
+    profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
+    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
     profile.setStartingMap(QStringLiteral("oa_dm1"));
     steward::testing::FakeWindowHost windows(*t.app);
 

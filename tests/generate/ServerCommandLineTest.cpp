@@ -1,5 +1,5 @@
 #include "generate/ServerCommandLine.h"
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 
 #include <gtest/gtest.h>
 
@@ -119,14 +119,14 @@ TEST(ServerCommandLine, ServerAndGameTypeAreTheFirstSelected)
 {
     ServerProfile p;
     EXPECT_EQ(selectedServerType(p), 2) << "Internet is the design default";
-    p.setValue(QStringLiteral("chkServerType"), 0, 1);
+    p.setValue(F::chkServerType(0), 1);
     EXPECT_EQ(selectedServerType(p), 0);
-    p.setValue(QStringLiteral("chkServerType"), 0, 0);
+    p.setValue(F::chkServerType(0), 0);
     EXPECT_EQ(selectedServerType(p), std::nullopt);
 
     EXPECT_EQ(selectedGameType(p), QStringLiteral("0"));
-    p.setValue(QStringLiteral("optDefaultGameType"), 5, 1);
+    p.setValue(F::optDefaultGameType(5), 1);
     EXPECT_EQ(selectedGameType(p), QStringLiteral("7")) << "the Tag, not the index";
-    p.setValue(QStringLiteral("optDefaultGameType"), 5, 0);
+    p.setValue(F::optDefaultGameType(5), 0);
     EXPECT_EQ(selectedGameType(p), QString());
 }

@@ -1,8 +1,11 @@
 // The session file: every section checked line by line against the whole expected
 // file, CR LF included, with the fixed clock of the test kit.
+#include "commands/BanListCommands.h"
+#include "commands/MapCycleCommands.h"
 #include "generate/MapCycleWriter.h"
+#include "commands/CreateJediConfiguration.h"
 #include "generate/ServerConfigWriter.h"
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
 
@@ -205,11 +208,11 @@ class SessionFileTest : public ::testing::Test {
 protected:
     SessionFileTest()
     {
-        profile.setValue(QStringLiteral("chkServerType"), 0, 1);
-        profile.field(QStringLiteral("lsvMapRotation"))
+        profile.setValue(F::chkServerType(0), 1);
+        profile.field(F::lsvMapRotation)
             .setRows({{QStringLiteral("ffa_bespin")}, {QStringLiteral("ffa_yavin")}});
         profile.setStartingMap(QStringLiteral("ffa_bespin"));
-        QObject::connect(&profile.field(QStringLiteral("MousePointer")), &Field::valueChanged,
+        QObject::connect(&profile.field(F::MousePointer), &Field::valueChanged,
                          [this](Field* f) { pointers.push_back(f->value()); });
     }
 
@@ -221,9 +224,9 @@ protected:
     QString file() const { return t.baseFolder() + QStringLiteral("/") + session; }
     void set(const char* name, int index, const QString& text)
     {
-        profile.setText(QString::fromLatin1(name), index, text);
+        profile.setText(FieldId{name, index}, text);
     }
-    void tick(const char* name, int index, int value = 1) { profile.setValue(QString::fromLatin1(name), index, value); }
+    void tick(const char* name, int index, int value = 1) { profile.setValue(FieldId{name, index}, value); }
 
     /// The boxes shown with this icon.
     std::vector<MessageBoxRequest> boxes(Icon icon) const
@@ -318,12 +321,12 @@ QString L(const char* text) { return QString::fromUtf8(text); }
 
 auto setText(const char* name, int index, const char* text)
 {
-    return [=](ServerProfile& p) { p.setText(QString::fromLatin1(name), index, QString::fromUtf8(text)); };
+    return [=](ServerProfile& p) { p.setText(FieldId{name, index}, QString::fromUtf8(text)); };
 }
 
 auto setValue(const char* name, int index, int value)
 {
-    return [=](ServerProfile& p) { p.setValue(QString::fromLatin1(name), index, value); };
+    return [=](ServerProfile& p) { p.setValue(FieldId{name, index}, value); };
 }
 
 const Variant identityCases[] = {
@@ -415,10 +418,10 @@ const Variant optionCases[] = {
     {"JediVsMercTickedWritesNoLine", setValue("chkQuake3Specific", 18, 1), {{L("seta g_jediVmerc \"0\""), {}}}},
     {"FlagFieldsAsTheyStand",
      [](ServerProfile& p) {
-         p.setText(QStringLiteral("txtWeaponFlags"), QStringLiteral("12"));
-         p.setText(QStringLiteral("txtForceFlags"), QStringLiteral("131072"));
-         p.setText(QStringLiteral("txtDMFlags"), QStringLiteral("40"));
-         p.setText(QStringLiteral("txtDuelWeaponFlags"), QStringLiteral("4"));
+         p.setText(F::txtWeaponFlags, QStringLiteral("12"));
+         p.setText(F::txtForceFlags, QStringLiteral("131072"));
+         p.setText(F::txtDMFlags, QStringLiteral("40"));
+         p.setText(F::txtDuelWeaponFlags, QStringLiteral("4"));
      },
      {{L("seta g_weaponDisable \"0\" // Weapons Disabled"), {L("seta g_weaponDisable \"12\" // Weapons Disabled")}},
       {L("seta g_forcePowerDisable \"0\" // Force Power Disabled"),
@@ -426,15 +429,15 @@ const Variant optionCases[] = {
       {L("seta dmflags \"0\""), {L("seta dmflags \"40\"")}}}},
     {"DuelWritesTheDuelWeapons",
      [](ServerProfile& p) {
-         p.setValue(QStringLiteral("optDefaultGameType"), 3, 1);
-         p.setText(QStringLiteral("txtDuelWeaponFlags"), QStringLiteral("4"));
+         p.setValue(F::optDefaultGameType(3), 1);
+         p.setText(F::txtDuelWeaponFlags, QStringLiteral("4"));
      },
      {after(L("seta g_weaponDisable \"0\" // Weapons Disabled"),
             {L("seta g_duelWeaponDisable \"4\" // Weapons Disabled Duel Only")})}},
     {"LimitsAsTheyStand",
      [](ServerProfile& p) {
          for (int i = 0; i < 4; ++i)
-             p.setText(QStringLiteral("txtGameLimits"), i, QString());
+             p.setText(F::txtGameLimits(i), QString());
      },
      {{L("seta fraglimit \"0\""), {L("seta fraglimit \"\"")}},
       {L("seta timelimit \"20\""), {L("seta timelimit \"\"")}},
@@ -450,16 +453,16 @@ const Variant loggingCases[] = {
       {L("seta g_log \"games.log\""), {}}}}, // the stats frame gives no second g_log
     {"NoGameLogging",
      [](ServerProfile& p) {
-         p.setValue(QStringLiteral("optLogging"), 0, 1);
-         p.setText(QStringLiteral("txtLogFileName"), QStringLiteral("my.log"));
+         p.setValue(F::optLogging(0), 1);
+         p.setText(F::txtLogFileName, QStringLiteral("my.log"));
      },
      {{L("seta logfile \"3\""), {L("seta logfile \"0\"")}},
       {L("seta g_log \"games.log\""), {L("seta g_log \"my.log\"")}},
       {L("seta g_log \"games.log\""), {L("seta g_log \"my.log\"")}}}},
     {"NothingSelectedInEitherFrame",
      [](ServerProfile& p) {
-         p.setValue(QStringLiteral("optLogging"), 3, 0);
-         p.setValue(QStringLiteral("optLogging"), 5, 0);
+         p.setValue(F::optLogging(3), 0);
+         p.setValue(F::optLogging(5), 0);
      },
      {{L("seta logfile \"3\""), {}}, {L("seta g_log \"games.log\""), {}}, {L("seta g_statLog \"5\""), {}},
       {L("seta g_log \"games.log\""), {}}}},
@@ -474,19 +477,19 @@ const Variant mapCases[] = {
      {{L("Map ffa_bespin"), {L("Map ffa_yavin")}}}},
     {"AutoCycleNeedsNoRotation",
      [](ServerProfile& p) {
-         p.setValue(QStringLiteral("chkMapAutoCycle"), 1);
-         p.field(QStringLiteral("lsvMapRotation")).setRows({});
+         p.setValue(F::chkMapAutoCycle, 1);
+         p.field(F::lsvMapRotation).setRows({});
          p.setStartingMap(QString());
-         p.setText(QStringLiteral("cboStartingMap"), QStringLiteral("ffa_raven"));
+         p.setText(F::cboStartingMap, QStringLiteral("ffa_raven"));
      },
      {{L("g_autoMapCycle \"0\""), {L("g_autoMapCycle \"1\"")}},
       {L("Map ffa_bespin"), {L("map ffa_raven")}},
       {L("exec \"jediMaps.cfg\""), {}}}},
     {"AdditionalConfigsTrimmedAndUnquoted",
      [](ServerProfile& p) {
-         p.setText(QStringLiteral("cboConfig"), 0, QStringLiteral("  first.cfg "));
-         p.setText(QStringLiteral("cboConfig"), 1, QStringLiteral("   "));
-         p.setText(QStringLiteral("cboConfig"), 3, QStringLiteral("my cfg.cfg"));
+         p.setText(F::cboConfig(0), QStringLiteral("  first.cfg "));
+         p.setText(F::cboConfig(1), QStringLiteral("   "));
+         p.setText(F::cboConfig(3), QStringLiteral("my cfg.cfg"));
      },
      {after(L("exec \"jediMaps.cfg\""), {L("exec first.cfg"), L("exec my cfg.cfg")})}},
 };
@@ -516,8 +519,8 @@ TEST_F(SessionFileTest, OnlyAnInternetServerListsTheMasters)
     }
 
     tick("chkServerType", 2);
-    profile.setText(QStringLiteral("txtMaster1"), QStringLiteral("  one.example.org  "));
-    profile.setText(QStringLiteral("txtMaster3"), QStringLiteral("three.example.org:27950"));
+    profile.setText(F::txtMaster1, QStringLiteral("  one.example.org  "));
+    profile.setText(F::txtMaster3, QStringLiteral("three.example.org:27950"));
     EXPECT_TRUE(run());
     const QStringList masterBlock = {
         L("// ------------------- Additional Master Server List -------------------"),
@@ -536,8 +539,8 @@ TEST_F(SessionFileTest, ASavedCycleStartsWithItsMarkedMapAndIsExecuted)
 {
     const QString saved = t.root() + QStringLiteral("/cycles/My Cycle.cfg");
     writeFile(saved, "// an advanced cycle\r\n// ***    DO NOT DELETE MAP NAME ***\r\n//\r\n//ffa_raven\r\n");
-    profile.setText(QStringLiteral("txtServerINI"), saved);
-    profile.field(QStringLiteral("lsvMapRotation")).setRows({});
+    profile.setText(F::txtServerINI, saved);
+    profile.field(F::lsvMapRotation).setRows({});
     profile.setStartingMap(QString());
     // The map is what the cycle loader reads from the file.
     const QString first = gbln_LoadMapCycle(*t.app, profile, saved);
@@ -554,7 +557,7 @@ TEST_F(SessionFileTest, BotsAndBansAreExecutedExactlyWhenTheirFilesWereMade)
     // writer's success, and the ban line the ban writer's.
     tick("chkBOTs", 5);
     set("txtServerConfig", 15, QStringLiteral("secret"));
-    profile.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("10.0.0.9")});
+    profile.field(F::lstBannedIPs).setItems({QStringLiteral("10.0.0.9")});
     EXPECT_TRUE(run());
 
     QStringList added;
@@ -638,7 +641,7 @@ const ErrorCase errorCases[] = {
      {{L("seta com_HunkMegs \"32\""), {L("seta com_HunkMegs \"40000\"")}}}, "// ZoneMegs = 16", err::Overflow},
     {"NoRotationAndNoStartingMap",
      [](ServerProfile& p) {
-         p.field(QStringLiteral("lsvMapRotation")).setRows({});
+         p.field(F::lsvMapRotation).setRows({});
          p.setStartingMap(QString());
      },
      {}, "Map ffa_bespin", err::IndexOutOfBounds},

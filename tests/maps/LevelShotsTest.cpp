@@ -1,6 +1,6 @@
 #include "maps/LevelShots.h"
 #include "maps/MapScanner.h"
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 #include "testkit/Printers.h"
 #include "testkit/RecordingScanProgress.h"
 #include "testkit/TestApp.h"
@@ -19,7 +19,7 @@ namespace {
 
 class LevelShotsTest : public ::testing::Test {
 protected:
-    void SetUp() override { t.app->scanProgress = &progress; }
+    void SetUp() override { t.app->services.scanProgress = &progress; }
 
     void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name)); }
     bool extract() { return ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()); }

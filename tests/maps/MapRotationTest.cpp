@@ -1,6 +1,8 @@
+#include "commands/MapCycleCommands.h"
+#include "commands/MapScanCommand.h"
 #include "maps/MapRotation.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 
@@ -13,7 +15,7 @@ namespace {
 
 class MapRotationTest : public ::testing::Test {
 protected:
-    Field& grid() { return profile.field(QStringLiteral("lsvMapRotation")); }
+    Field& grid() { return profile.field(F::lsvMapRotation); }
     QStringList names()
     {
         QStringList list;
@@ -38,10 +40,11 @@ protected:
         grid().setCurrent(row);
         ID_SetStartingMap(*t.app, profile);
     }
-    QString selected() const { return profile.text(QStringLiteral("lblMapsSelected")); }
+    QString selected() const { return profile.text(F::lblMapsSelected); }
 
     TestApp t;
     ServerProfile profile;
+    bool clicksAttached = (attachClickRoutines(*t.app, profile), true);
 };
 
 } // namespace
@@ -64,9 +67,9 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
         SCOPED_TRACE(c.gameType);
         TestApp app;
         ServerProfile p;
-        p.setValue(QStringLiteral("optDefaultGameType"), 1, 1);
+        p.setValue(F::optDefaultGameType(1), 1);
         AddStandardMaps(*app.app, p, c.set);
-        const Field& rotation = p.field(QStringLiteral("lsvMapRotation"));
+        const Field& rotation = p.field(F::lsvMapRotation);
         QStringList maps;
         for (int row = 0; row < rotation.count(); ++row) {
             maps << rotation.cell(row, 0);
@@ -74,9 +77,9 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
         }
         EXPECT_EQ(maps, c.maps);
         EXPECT_TRUE(app.prompts.shown.empty());
-        EXPECT_EQ(p.text(QStringLiteral("lblMapsSelected")), QString::number(c.maps.size()) + QStringLiteral(" Selected Maps"));
-        EXPECT_TRUE(p.isSet(QStringLiteral("optDefaultGameType"), c.gameType));
-        EXPECT_FALSE(p.isSet(QStringLiteral("optDefaultGameType"), 1));
+        EXPECT_EQ(p.text(F::lblMapsSelected), QString::number(c.maps.size()) + QStringLiteral(" Selected Maps"));
+        EXPECT_TRUE(p.isSet(F::optDefaultGameType(c.gameType)));
+        EXPECT_FALSE(p.isSet(F::optDefaultGameType(1)));
         EXPECT_TRUE(p.configurationChanged());
     }
     AddStandardMaps(*t.app, profile, StockSet::FreeForAll);
@@ -88,8 +91,8 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
 TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
 {
     rows({"mine"});
-    profile.setValue(QStringLiteral("chkUseINI"), 1);
-    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("/x/saved.cfg"));
+    profile.setValue(F::chkUseINI, 1);
+    profile.setText(F::txtServerINI, QStringLiteral("/x/saved.cfg"));
     setFirstMapType(profile, QStringLiteral("FFA"));
     profile.setStartingMap(QStringLiteral("mine"));
     t.prompts.answerNext(Answer::No);
@@ -98,7 +101,7 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
     EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
     EXPECT_EQ(names(), QStringList{QStringLiteral("mine")});
-    EXPECT_TRUE(profile.isSet(QStringLiteral("optDefaultGameType"), 0));
+    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
     EXPECT_FALSE(profile.configurationChanged());
 
     AddStandardMaps(*t.app, profile, StockSet::Duel);
@@ -106,10 +109,10 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     EXPECT_EQ(names(), (QStringList{QStringLiteral("duel_bay"), QStringLiteral("duel_carbon"), QStringLiteral("duel_jedi"),
                                     QStringLiteral("duel_pit")}));
     EXPECT_EQ(firstMapType(profile), QString());
-    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
-    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), QString()); // the box's click ran
+    EXPECT_EQ(profile.value(F::chkUseINI), 0);
+    EXPECT_EQ(profile.text(F::txtServerINI), QString()); // the box's click ran
     EXPECT_EQ(profile.startingMap(), QStringLiteral("mine"));
-    EXPECT_TRUE(profile.isSet(QStringLiteral("optDefaultGameType"), 3));
+    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(3)));
 }
 
 TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
@@ -187,7 +190,7 @@ TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
 {
     rows({"a", "b"});
     setStart(1);
-    profile.setValue(QStringLiteral("chkUseINI"), 1);
+    profile.setValue(F::chkUseINI, 1);
     t.prompts.answerNext(Answer::No);
     ID_ClearList(*t.app, profile);
     EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Clear Map List?") + kTail);
@@ -197,32 +200,32 @@ TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
     EXPECT_EQ(selected(), QStringLiteral("0 Maps Selected"));
     EXPECT_EQ(profile.startingMap(), QString());
     EXPECT_EQ(grid().tag(), QStringLiteral("1"));
-    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
+    EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_FALSE(rotationMenuOpens(profile));
 }
 
 TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
 {
-    const char* controls[] = {"tvwAvailMaps", "picMap", "lsvMapRotation", "lblMapsSelected", "lblNumberOfMapsAvailable",
-                              "lblMapType", "lblLongMapName"};
-    profile.setValue(QStringLiteral("chkUseINI"), 1);
-    profile.setText(QStringLiteral("txtServerINI"), QStringLiteral("/x/saved.cfg"));
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 1);
+    const FieldId controls[] = {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected,
+                                F::lblNumberOfMapsAvailable, F::lblMapType, F::lblLongMapName};
+    profile.setValue(F::chkUseINI, 1);
+    profile.setText(F::txtServerINI, QStringLiteral("/x/saved.cfg"));
+    setCheckFromCode(profile, F::chkMapAutoCycle, 1);
     // Clearing chkUseINI ran its click, which showed the controls again behind step 1.
-    EXPECT_EQ(profile.value(QStringLiteral("chkUseINI")), 0);
-    EXPECT_EQ(profile.text(QStringLiteral("txtServerINI")), QString());
-    for (const char* name : controls)
-        EXPECT_TRUE(profile.field(QString::fromLatin1(name)).isVisible()) << name;
-    EXPECT_TRUE(profile.field(QStringLiteral("cboStartingMap")).isVisible());
+    EXPECT_EQ(profile.value(F::chkUseINI), 0);
+    EXPECT_EQ(profile.text(F::txtServerINI), QString());
+    for (FieldId name : controls)
+        EXPECT_TRUE(profile.field(name).isVisible()) << name.name;
+    EXPECT_TRUE(profile.field(F::cboStartingMap).isVisible());
 
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 0);
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 1);
-    for (const char* name : controls)
-        EXPECT_FALSE(profile.field(QString::fromLatin1(name)).isVisible()) << name;
-    setCheckFromCode(*t.app, profile, QStringLiteral("chkMapAutoCycle"), 0);
-    for (const char* name : controls)
-        EXPECT_TRUE(profile.field(QString::fromLatin1(name)).isVisible()) << name;
-    EXPECT_FALSE(profile.field(QStringLiteral("cboStartingMap")).isVisible());
+    setCheckFromCode(profile, F::chkMapAutoCycle, 0);
+    setCheckFromCode(profile, F::chkMapAutoCycle, 1);
+    for (FieldId name : controls)
+        EXPECT_FALSE(profile.field(name).isVisible()) << name.name;
+    setCheckFromCode(profile, F::chkMapAutoCycle, 0);
+    for (FieldId name : controls)
+        EXPECT_TRUE(profile.field(name).isVisible()) << name.name;
+    EXPECT_FALSE(profile.field(F::cboStartingMap).isVisible());
 }
 
 TEST_F(MapRotationTest, ConfigListsTakeTheCfgFilesOfTheBaseFolder)
@@ -231,14 +234,14 @@ TEST_F(MapRotationTest, ConfigListsTakeTheCfgFilesOfTheBaseFolder)
         writeFile(t.baseFolder() + QStringLiteral("/") + QString::fromLatin1(name), "");
     FillConfigLists(*t.app, profile);
     for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(profile.field(QStringLiteral("cboConfig"), i).items(),
+        EXPECT_EQ(profile.field(F::cboConfig(i)).items(),
                   (QStringList{QStringLiteral("b.CFG"), QStringLiteral("server.cfg"), QStringLiteral("xcfg")}));
 
     TestApp noGame;
     noGame.app->gameFolder = noGame.root() + QStringLiteral("/missing");
     ServerProfile other;
     FillConfigLists(*noGame.app, other);
-    EXPECT_TRUE(other.field(QStringLiteral("cboConfig"), 0).items().isEmpty());
+    EXPECT_TRUE(other.field(F::cboConfig(0)).items().isEmpty());
 }
 
 TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
@@ -261,14 +264,12 @@ TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
     EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
 }
 
-TEST_F(MapRotationTest, TheMapToolsOfTheMenus)
+TEST_F(MapRotationTest, AStockSetThenTheStartingMapOfTheCurrentRow)
 {
-    EXPECT_FALSE(runMapTool(*t.app, profile, QStringLiteral("ID_MapWizard")));
-    EXPECT_FALSE(runMapTool(*t.app, profile, QStringLiteral("id_allstandardmpmaps")));
-    EXPECT_TRUE(runMapTool(*t.app, profile, QStringLiteral("ID_AllStandardSWMaps")));
+    AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
     EXPECT_EQ(grid().count(), 4);
     EXPECT_TRUE(rotationMenuOpens(profile));
     grid().setCurrent(3);
-    EXPECT_TRUE(runMapTool(*t.app, profile, QStringLiteral("ID_SetStartingMap")));
+    ID_SetStartingMap(*t.app, profile);
     EXPECT_EQ(profile.startingMap(), QStringLiteral("ctf_yavin"));
 }

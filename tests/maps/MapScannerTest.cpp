@@ -1,8 +1,8 @@
 #include "maps/MapScanner.h"
 #include "maps/MapTreeModel.h"
 #include "maps/StockMaps.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/Printers.h"
 #include "testkit/RecordingScanProgress.h"
 #include "testkit/TestApp.h"
@@ -22,7 +22,7 @@ namespace {
 
 class MapScanTest : public ::testing::Test {
 protected:
-    void SetUp() override { t.app->scanProgress = &progress; }
+    void SetUp() override { t.app->services.scanProgress = &progress; }
 
     QString base() const { return t.baseFolder(); }
     void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(base() + QStringLiteral("/") + name)); }
@@ -278,7 +278,7 @@ TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCata
         SCOPED_TRACE(c.name);
         TestApp app;
         RecordingScanProgress shown;
-        app.app->scanProgress = &shown;
+        app.app->services.scanProgress = &shown;
         const QString victim = app.root() + QStringLiteral("/victim");
         writeFile(victim, "untouched");
         ASSERT_TRUE(ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")).write(app.baseFolder() + QStringLiteral("/a.pk3")));

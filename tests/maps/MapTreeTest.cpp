@@ -1,8 +1,8 @@
 #include "maps/MapRotation.h"
 #include "maps/MapTree.h"
 #include "maps/MapTreeModel.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 
@@ -37,7 +37,7 @@ protected:
         ASSERT_TRUE(image.save(shots() + QStringLiteral("/") + name, format));
     }
     MapTreeNode* node(const QString& key) { return tree().findKey(key); }
-    QString label(const char* name) const { return profile.text(QString::fromLatin1(name)); }
+    QString label(FieldId name) const { return profile.text(name); }
 
     TestApp t;
     ServerProfile profile;
@@ -75,7 +75,7 @@ TEST(CatalogueReader, ReadsValuesAsOneStreamSoACommaInALongNameShiftsTheRecordsB
 TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWas)
 {
     QFile::remove(t.programFolder() + QStringLiteral("/Jedi.aml"));
-    profile.setText(QStringLiteral("lblNumberOfMapsAvailable"), QStringLiteral("7 Maps available"));
+    profile.setText(F::lblNumberOfMapsAvailable, QStringLiteral("7 Maps available"));
     profile.setFormPointer(11);
     load();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
@@ -83,7 +83,7 @@ TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWas)
     EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
     EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
     EXPECT_EQ(tree().nodeCount(), 0);
-    EXPECT_EQ(label("lblNumberOfMapsAvailable"), QStringLiteral("7 Maps available"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("7 Maps available"));
     EXPECT_EQ(profile.formPointer(), 0);
 }
 
@@ -94,7 +94,7 @@ TEST_F(MapTreeTest, AnEmptyCatalogueGivesTheRootAlone)
     ASSERT_EQ(tree().roots().size(), 1u);
     EXPECT_EQ(tree().root()->text, QStringLiteral("Jedi"));
     EXPECT_EQ(tree().nodeCount(), 1);
-    EXPECT_EQ(label("lblNumberOfMapsAvailable"), QStringLiteral("0 Maps available"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("0 Maps available"));
     EXPECT_TRUE(t.prompts.shown.empty());
     // The fallback pictures are in place for the preview.
     EXPECT_TRUE(QFile::exists(shots() + QStringLiteral("/unknown.jpg")));
@@ -114,7 +114,7 @@ TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
     EXPECT_EQ(texts(root->children[0].get()), (QStringList{QStringLiteral("ffa_yavin"), QStringLiteral("duel_bay")}));
     EXPECT_EQ(texts(root->children[1].get()), (QStringList{QStringLiteral("b"), QStringLiteral("b2")}));
     EXPECT_EQ(texts(root->children[2].get()), (QStringList{QStringLiteral("z2"), QStringLiteral("z1")}));
-    EXPECT_EQ(label("lblNumberOfMapsAvailable"), QStringLiteral("6 Maps available"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("6 Maps available"));
 
     const MapTreeNode* map = node(QStringLiteral("zeta.pk3\\z1"));
     ASSERT_NE(map, nullptr);
@@ -144,7 +144,7 @@ TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
     // Records read: a/m, a/m again (no node), b/n with the type "Comma", then
     // "DUEL,c.pk3,o,o,Oh", then the lone "CTF" that the end of the file cuts short and
     // that keeps the other four values.
-    EXPECT_EQ(label("lblNumberOfMapsAvailable"), QStringLiteral("5 Maps available"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("5 Maps available"));
     EXPECT_EQ(texts(tree().root()),
               (QStringList{QStringLiteral("a.pk3"), QStringLiteral("b.pk3"), QStringLiteral("CTF"), QStringLiteral("DUEL")}));
     EXPECT_EQ(texts(node(QStringLiteral("Jedi\\a.pk3"))), QStringList{QStringLiteral("m")});
@@ -166,29 +166,29 @@ TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
     writeFile(shots() + QStringLiteral("/none.jpg"), "a broken picture");
 
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withjpg")));
-    EXPECT_EQ(profile.text(QStringLiteral("picMap")), shots() + QStringLiteral("/withjpg.jpg"));
-    EXPECT_EQ(label("lblLongMapName"), QStringLiteral("With Jpg"));
-    EXPECT_EQ(label("lblMapType"), QStringLiteral("FFA"));
+    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/withjpg.jpg"));
+    EXPECT_EQ(label(F::lblLongMapName), QStringLiteral("With Jpg"));
+    EXPECT_EQ(label(F::lblMapType), QStringLiteral("FFA"));
 
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withbmp")));
-    EXPECT_EQ(profile.text(QStringLiteral("picMap")), shots() + QStringLiteral("/withbmp.bmp"));
-    EXPECT_EQ(label("lblMapType"), QStringLiteral("duel"));
+    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/withbmp.bmp"));
+    EXPECT_EQ(label(F::lblMapType), QStringLiteral("duel"));
 
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\none")));
-    EXPECT_EQ(profile.text(QStringLiteral("picMap")), shots() + QStringLiteral("/unknown.jpg"));
-    EXPECT_EQ(label("lblLongMapName"), QStringLiteral("None"));
+    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/unknown.jpg"));
+    EXPECT_EQ(label(F::lblLongMapName), QStringLiteral("None"));
 
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withjpg")));
     tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(QStringLiteral("Jedi\\m.pk3"))));
-    EXPECT_EQ(profile.text(QStringLiteral("picMap")), shots() + QStringLiteral("/unknown.jpg"));
-    EXPECT_EQ(label("lblLongMapName"), QString());
-    EXPECT_EQ(label("lblMapType"), QString());
+    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/unknown.jpg"));
+    EXPECT_EQ(label(F::lblLongMapName), QString());
+    EXPECT_EQ(label(F::lblMapType), QString());
 
     // Without any fallback picture the last picture stays.
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withjpg")));
     QFile::remove(shots() + QStringLiteral("/unknown.jpg"));
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\none")));
-    EXPECT_EQ(profile.text(QStringLiteral("picMap")), shots() + QStringLiteral("/withjpg.jpg"));
+    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/withjpg.jpg"));
 }
 
 TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
@@ -197,7 +197,7 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
               "m.pk3,two,two,Two,DUEL\r\n"
               "UPPER.PK3,three,three,Three,CTF\r\n");
     load();
-    Field& grid = profile.field(QStringLiteral("lsvMapRotation"));
+    Field& grid = profile.field(F::lsvMapRotation);
 
     tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\one")));
     tvwAvailMaps_DblClick(*t.app, profile);
@@ -209,7 +209,7 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     EXPECT_EQ(grid.rows().at(1), grid.rows().at(0)); // the same map may stand twice
     EXPECT_EQ(grid.rows().at(2), (QStringList{QStringLiteral("two"), QStringLiteral("Two"), QStringLiteral("DUEL"),
                                               QString(), QStringLiteral("imgMapNotSelected")}));
-    EXPECT_EQ(label("lblMapsSelected"), QStringLiteral("3 Selected Maps"));
+    EXPECT_EQ(label(F::lblMapsSelected), QStringLiteral("3 Selected Maps"));
     EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
     EXPECT_TRUE(profile.configurationChanged());
 
@@ -218,8 +218,8 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     tree().setSelectedNode(node(QStringLiteral("Jedi\\m.pk3")));
     tvwAvailMaps_DblClick(*t.app, profile);
     EXPECT_EQ(grid.count(), 3);
-    EXPECT_EQ(label("lblMapType"), QString());
-    EXPECT_EQ(profile.text(QStringLiteral("picMap")), shots() + QStringLiteral("/unknown.jpg"));
+    EXPECT_EQ(label(F::lblMapType), QString());
+    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/unknown.jpg"));
     tree().setSelectedNode(tree().root());
     tvwAvailMaps_DblClick(*t.app, profile);
     EXPECT_EQ(grid.count(), 3);
@@ -244,5 +244,5 @@ TEST_F(MapTreeTest, AReloadReplacesTheTreeAndForgetsTheSelection)
     EXPECT_EQ(node(QStringLiteral("a.pk3\\one")), nullptr);
     EXPECT_NE(node(QStringLiteral("b.pk3\\two")), nullptr);
     tvwAvailMaps_DblClick(*t.app, profile);
-    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).count(), 0);
+    EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
 }

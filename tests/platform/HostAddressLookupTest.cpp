@@ -17,3 +17,12 @@ TEST(HostAddressLookup, TheHostHasANameAndLocalhostIsALoopbackAddress)
     EXPECT_EQ(found.first().size(), 4);
     EXPECT_EQ(static_cast<unsigned char>(found.first().at(0)), 127);
 }
+
+TEST(HostAddressLookup, TheCardsGiveOutsideAddressesOnly)
+{
+    HostAddressLookup lookup;
+    for (const QByteArray& address : lookup.interfaceAddresses()) {
+        ASSERT_EQ(address.size(), 4);
+        EXPECT_NE(static_cast<unsigned char>(address.at(0)), 127);
+    }
+}

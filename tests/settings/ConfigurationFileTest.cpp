@@ -1,8 +1,9 @@
 // Copies of the store in .asc files, taking them back, and the reset.
+#include "commands/ConfigurationCommands.h"
 #include "settings/ConfigurationFile.h"
 #include "settings/SaveSettings.h"
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
 #include "RecordingHost.h"
@@ -253,7 +254,7 @@ TEST_F(ConfigFile, AFileFromAnotherMachineOverwritesThePaths)
 TEST_F(ConfigFile, TheSaveToolAsksFirstAndNoKeepsTheMark)
 {
     ServerProfile profile;
-    profile.setText(QStringLiteral("txtLogFileName"), QStringLiteral("shown.log"));
+    profile.setText(F::txtLogFileName, QStringLiteral("shown.log"));
     store("LogName", QStringLiteral("stored.log"));
     noteKeyPress(profile);
     t.prompts.answerNext(Answer::No);

@@ -1,9 +1,9 @@
 // Reading the store into the profile: key families, read rules, literal defaults,
 // the fixed order and the failure road.
 #include "settings/MainSettings.h"
-#include "shell/Constants.h"
-#include "shell/OptionRules.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/OptionRules.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 
 #include <gtest/gtest.h>
@@ -19,12 +19,12 @@ protected:
 
     void store(const char* key, const QString& value) { t.store->SaveSetting(QString::fromLatin1(key), value); }
     void load() { GetMainSettings(*t.app, profile); }
-    QString text(const char* name, int index = -1) const { return profile.text(QString::fromLatin1(name), index); }
-    int value(const char* name, int index = -1) const { return profile.value(QString::fromLatin1(name), index); }
+    QString text(FieldId name) const { return profile.text(name); }
+    int value(FieldId name) const { return profile.value(name); }
     // The index of the selected option of an array, -1 for none.
-    int selected(const char* name) const
+    int selected(FieldArray name) const
     {
-        for (Field* f : profile.array(QString::fromLatin1(name)))
+        for (Field* f : profile.array(name))
             if (f->isSet())
                 return f->index();
         return -1;
@@ -38,7 +38,7 @@ protected:
 
 TEST_F(Load, AnEmptyStoreGivesTheFirstRunState)
 {
-    profile.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("untouched"));
+    profile.setText(F::lblMapsSelected, QStringLiteral("untouched"));
     load();
 
     const QString serverConfig[] = {QStringLiteral("Frag the weak, hurdle the dead..."),
@@ -46,55 +46,55 @@ TEST_F(Load, AnEmptyStoreGivesTheFirstRunState)
                                     kContactAddress, {}, {}, kGameSite, {}, QStringLiteral("Now and Then"),
                                     kChatChannel, {}, QStringLiteral("28070"), {}, {}, {}, {}};
     for (int i = 0; i <= 16; ++i)
-        EXPECT_EQ(text("txtServerConfig", i), serverConfig[i]) << i;
+        EXPECT_EQ(text(F::txtServerConfig(i)), serverConfig[i]) << i;
     const char* spins[] = {"12", "0", "0", "3", "360", "32", "0", "5000", "0", "3", "50", "16", "16", "3", "20", "30", "0", "0"};
     for (int i = 0; i <= 17; ++i)
-        EXPECT_EQ(text("txtServerConfigSpin", i), QString::fromLatin1(spins[i])) << i;
+        EXPECT_EQ(text(F::txtServerConfigSpin(i)), QString::fromLatin1(spins[i])) << i;
     const char* speeds[] = {"250", "800", "70", "0"};
     const char* limits[] = {"0", "20", "1", "0"};
     const char* sabers[] = {"2", "0", "350", "0"};
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(text("txtSpeed", i), QString::fromLatin1(speeds[i]));
-        EXPECT_EQ(text("txtGameLimits", i), QString::fromLatin1(limits[i]));
-        EXPECT_EQ(text("txtAdvancedSaber", i), QString::fromLatin1(sabers[i]));
-        EXPECT_EQ(text("cboConfig", i), QString());
+        EXPECT_EQ(text(F::txtSpeed(i)), QString::fromLatin1(speeds[i]));
+        EXPECT_EQ(text(F::txtGameLimits(i)), QString::fromLatin1(limits[i]));
+        EXPECT_EQ(text(F::txtAdvancedSaber(i)), QString::fromLatin1(sabers[i]));
+        EXPECT_EQ(text(F::cboConfig(i)), QString());
     }
 
-    EXPECT_EQ(value("optStartClose"), 1);
-    EXPECT_EQ(selected("optDefaultGameType"), 0);
-    EXPECT_EQ(selected("optLogging"), 3);
-    EXPECT_EQ(value("optLogging", 5), 1) << "the stats choice starts from its initial state";
-    EXPECT_EQ(selected("chkServerType"), 2);
-    EXPECT_EQ(profile.field(QStringLiteral("lstBannedIPs")).count(), 0);
-    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).count(), 0);
-    EXPECT_EQ(text("lblMapsSelected"), QStringLiteral("untouched"));
+    EXPECT_EQ(value(F::optStartClose), 1);
+    EXPECT_EQ(selected(F::optDefaultGameType), 0);
+    EXPECT_EQ(selected(F::optLogging), 3);
+    EXPECT_EQ(value(F::optLogging(5)), 1) << "the stats choice starts from its initial state";
+    EXPECT_EQ(selected(F::chkServerType), 2);
+    EXPECT_EQ(profile.field(F::lstBannedIPs).count(), 0);
+    EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
+    EXPECT_EQ(text(F::lblMapsSelected), QStringLiteral("untouched"));
 
     // The store's defaults replace the initial texts of the fields.
-    EXPECT_EQ(text("txtWeapRespawn"), QStringLiteral("0"));
-    EXPECT_EQ(text("txtForceReGen", 0), QStringLiteral("0"));
-    EXPECT_EQ(text("txtWeaponEnhancer"), QString());
-    EXPECT_EQ(text("txtKnockBack"), QString());
-    EXPECT_EQ(text("txtMaster1"), kMaster1);
-    EXPECT_EQ(text("txtMaster2"), kMaster2);
-    EXPECT_EQ(text("txtMaster3"), kMaster3);
-    EXPECT_EQ(text("txtMaster4"), QString());
-    EXPECT_EQ(text("txtMaster5"), QString());
-    EXPECT_EQ(text("txtMsg", 0), QStringLiteral("^2This server is configured by ^1Arena Steward"));
-    EXPECT_EQ(text("txtMsg", 1), defaultMsg2());
+    EXPECT_EQ(text(F::txtWeapRespawn), QStringLiteral("0"));
+    EXPECT_EQ(text(F::txtForceReGen(0)), QStringLiteral("0"));
+    EXPECT_EQ(text(F::txtWeaponEnhancer), QString());
+    EXPECT_EQ(text(F::txtKnockBack), QString());
+    EXPECT_EQ(text(F::txtMaster1), kMaster1);
+    EXPECT_EQ(text(F::txtMaster2), kMaster2);
+    EXPECT_EQ(text(F::txtMaster3), kMaster3);
+    EXPECT_EQ(text(F::txtMaster4), QString());
+    EXPECT_EQ(text(F::txtMaster5), QString());
+    EXPECT_EQ(text(F::txtMsg(0)), QStringLiteral("^2This server is configured by ^1Arena Steward"));
+    EXPECT_EQ(text(F::txtMsg(1)), defaultMsg2());
     EXPECT_TRUE(defaultMsg2().startsWith(QStringLiteral("^2"))) << "the colour codes of the first message";
     EXPECT_TRUE(defaultMsg2().contains(kProductSite));
-    EXPECT_EQ(text("txtLogFileName"), QStringLiteral("games.log"));
-    EXPECT_EQ(text("txtMapTimeOut"), QStringLiteral("300"));
-    EXPECT_EQ(text("txtMsgTimer"), QStringLiteral("5"));
-    EXPECT_EQ(value("chkSendMessage"), 1);
-    EXPECT_EQ(value("chkUseINI"), 0);
-    EXPECT_EQ(text("txtServerINI"), QString());
-    EXPECT_EQ(text("txtMaxForceRank"), QStringLiteral("0"));
-    EXPECT_EQ(text("txtMaxHolocronCarry"), QStringLiteral("3"));
+    EXPECT_EQ(text(F::txtLogFileName), QStringLiteral("games.log"));
+    EXPECT_EQ(text(F::txtMapTimeOut), QStringLiteral("300"));
+    EXPECT_EQ(text(F::txtMsgTimer), QStringLiteral("5"));
+    EXPECT_EQ(value(F::chkSendMessage), 1);
+    EXPECT_EQ(value(F::chkUseINI), 0);
+    EXPECT_EQ(text(F::txtServerINI), QString());
+    EXPECT_EQ(text(F::txtMaxForceRank), QStringLiteral("0"));
+    EXPECT_EQ(text(F::txtMaxHolocronCarry), QStringLiteral("3"));
     for (int i = 0; i <= 2; ++i)
-        EXPECT_EQ(value("chkDMFlags", i), 0);
+        EXPECT_EQ(value(F::chkDMFlags(i)), 0);
     for (int i = 0; i <= 5; ++i)
-        EXPECT_EQ(value("chkBOTs", i), 0);
+        EXPECT_EQ(value(F::chkBOTs(i)), 0);
 
     EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "reading writes nothing";
     EXPECT_TRUE(t.prompts.shown.empty());
@@ -113,30 +113,30 @@ TEST_F(Load, ServerInfoIsDecodedButTheBoundAddress)
     store("Msg1", QStringLiteral("Hello% all"));
     store("Master2", QStringLiteral(" "));
     load();
-    EXPECT_EQ(text("txtServerConfig", 0), QStringLiteral("Welcome, all"));
-    EXPECT_EQ(text("txtServerConfig", 2), QStringLiteral("HOST"));
-    EXPECT_EQ(text("txtServerConfig", 3), QString());
-    EXPECT_EQ(text("txtServerConfig", 9), QStringLiteral("Now and Then"));
-    EXPECT_EQ(text("txtServerConfig", 14), QString());
-    EXPECT_EQ(text("txtServerConfig", 16), QStringLiteral(" "));
-    EXPECT_EQ(text("txtServerConfig", 11), QStringLiteral("50,"));
-    EXPECT_EQ(text("txtMsg", 0), QStringLiteral("Hello% all"));
-    EXPECT_EQ(text("txtMaster2"), QStringLiteral(" "));
+    EXPECT_EQ(text(F::txtServerConfig(0)), QStringLiteral("Welcome, all"));
+    EXPECT_EQ(text(F::txtServerConfig(2)), QStringLiteral("HOST"));
+    EXPECT_EQ(text(F::txtServerConfig(3)), QString());
+    EXPECT_EQ(text(F::txtServerConfig(9)), QStringLiteral("Now and Then"));
+    EXPECT_EQ(text(F::txtServerConfig(14)), QString());
+    EXPECT_EQ(text(F::txtServerConfig(16)), QStringLiteral(" "));
+    EXPECT_EQ(text(F::txtServerConfig(11)), QStringLiteral("50,"));
+    EXPECT_EQ(text(F::txtMsg(0)), QStringLiteral("Hello% all"));
+    EXPECT_EQ(text(F::txtMaster2), QStringLiteral(" "));
 }
 
 TEST_F(Load, TheBoundAddressIsTakenAsItStands)
 {
     store("ServerInfo116", QStringLiteral("10.0.0.1%x"));
     load();
-    EXPECT_EQ(text("txtServerConfig", 16), QStringLiteral("10.0.0.1%x"));
+    EXPECT_EQ(text(F::txtServerConfig(16)), QStringLiteral("10.0.0.1%x"));
 }
 
 TEST_F(Load, FamiliesWithThePresentRuleLeaveFieldsAloneWhenEmptyOrAbsent)
 {
-    profile.setValue(QStringLiteral("chkWeaponFlags"), 1, 1);
-    profile.setValue(QStringLiteral("chkDMFlags"), 1, 1);
-    profile.field(QStringLiteral("cboConfig"), 0).setItems({QStringLiteral("server.cfg")});
-    profile.setText(QStringLiteral("cboConfig"), 0, QStringLiteral("server.cfg"));
+    profile.setValue(F::chkWeaponFlags(1), 1);
+    profile.setValue(F::chkDMFlags(1), 1);
+    profile.field(F::cboConfig(0)).setItems({QStringLiteral("server.cfg")});
+    profile.setText(F::cboConfig(0), QStringLiteral("server.cfg"));
     store("ServerInfo20", QString());
     store("SpeedGravity1", QStringLiteral("900"));
     store("GameLimts1", QStringLiteral("abc"));
@@ -150,39 +150,39 @@ TEST_F(Load, FamiliesWithThePresentRuleLeaveFieldsAloneWhenEmptyOrAbsent)
     store("BOTs0", QStringLiteral("1.9"));
     store("BOTs1", QStringLiteral("0.9"));
     load();
-    EXPECT_EQ(text("txtServerConfigSpin", 0), QStringLiteral("12"));
-    EXPECT_EQ(text("txtSpeed", 1), QStringLiteral("900"));
-    EXPECT_EQ(text("txtGameLimits", 1), QStringLiteral("abc")) << "no test of the text";
-    EXPECT_EQ(text("txtAdvancedSaber", 0), QStringLiteral("-1"));
-    EXPECT_EQ(value("chkWeaponFlags", 1), 1) << "WeaponFlags1 absent leaves the box";
-    EXPECT_EQ(value("chkDMFlags", 1), 0) << "DMFlags1 absent clears the box";
-    EXPECT_EQ(value("chkWeaponFlags", 3), 1);
-    EXPECT_EQ(value("chkWeaponFlags", 4), 1);
-    EXPECT_EQ(value("chkPowerUpFlags", 0), 1);
-    EXPECT_EQ(value("chkQuake3Specific", 0), 1);
-    EXPECT_EQ(value("chkAdvancedSaber", 0), 0);
-    EXPECT_EQ(value("chkAdvancedSaber", 1), 1) << "initial state";
-    EXPECT_EQ(text("cboConfig", 0), QString()) << "CFG10 absent empties the box";
-    EXPECT_EQ(profile.field(QStringLiteral("cboConfig"), 0).items(), QStringList{QStringLiteral("server.cfg")});
-    EXPECT_EQ(text("cboConfig", 1), QStringLiteral("a,b.cfg"));
-    EXPECT_EQ(value("chkBOTs", 0), 1);
-    EXPECT_EQ(value("chkBOTs", 1), 0);
+    EXPECT_EQ(text(F::txtServerConfigSpin(0)), QStringLiteral("12"));
+    EXPECT_EQ(text(F::txtSpeed(1)), QStringLiteral("900"));
+    EXPECT_EQ(text(F::txtGameLimits(1)), QStringLiteral("abc")) << "no test of the text";
+    EXPECT_EQ(text(F::txtAdvancedSaber(0)), QStringLiteral("-1"));
+    EXPECT_EQ(value(F::chkWeaponFlags(1)), 1) << "WeaponFlags1 absent leaves the box";
+    EXPECT_EQ(value(F::chkDMFlags(1)), 0) << "DMFlags1 absent clears the box";
+    EXPECT_EQ(value(F::chkWeaponFlags(3)), 1);
+    EXPECT_EQ(value(F::chkWeaponFlags(4)), 1);
+    EXPECT_EQ(value(F::chkPowerUpFlags(0)), 1);
+    EXPECT_EQ(value(F::chkQuake3Specific(0)), 1);
+    EXPECT_EQ(value(F::chkAdvancedSaber(0)), 0);
+    EXPECT_EQ(value(F::chkAdvancedSaber(1)), 1) << "initial state";
+    EXPECT_EQ(text(F::cboConfig(0)), QString()) << "CFG10 absent empties the box";
+    EXPECT_EQ(profile.field(F::cboConfig(0)).items(), QStringList{QStringLiteral("server.cfg")});
+    EXPECT_EQ(text(F::cboConfig(1)), QStringLiteral("a,b.cfg"));
+    EXPECT_EQ(value(F::chkBOTs(0)), 1);
+    EXPECT_EQ(value(F::chkBOTs(1)), 0);
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(Load, ListsAreSplitAtSemicolonsAndKeepTheirBlanks)
 {
-    profile.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("untouched"));
+    profile.setText(F::lblMapsSelected, QStringLiteral("untouched"));
     store("BannedIPs", QStringLiteral("1.2.3.4;;5.6.7.8; 9.9.9.9 ;   ;"));
     store("MapListSaved", QStringLiteral("ffa_bespin;;duel_pit;"));
     load();
-    EXPECT_EQ(profile.field(QStringLiteral("lstBannedIPs")).items(),
+    EXPECT_EQ(profile.field(F::lstBannedIPs).items(),
               (QStringList{QStringLiteral("1.2.3.4"), QStringLiteral("5.6.7.8"), QStringLiteral(" 9.9.9.9 ")}));
-    EXPECT_EQ(profile.field(QStringLiteral("lsvMapRotation")).rows(),
+    EXPECT_EQ(profile.field(F::lsvMapRotation).rows(),
               (QList<QStringList>{{QStringLiteral("ffa_bespin"), {}, {}, {}, QStringLiteral("imgMapNotSelected")},
                                   {QStringLiteral("duel_pit"), {}, {}, {}, QStringLiteral("imgMapNotSelected")}}))
         << "each restored row carries the common mark";
-    EXPECT_EQ(text("lblMapsSelected"), QStringLiteral("2 Selected Maps"));
+    EXPECT_EQ(text(F::lblMapsSelected), QStringLiteral("2 Selected Maps"));
 }
 
 TEST_F(Load, TheRotationLabelChangesOnlyForAStoredText)
@@ -191,10 +191,10 @@ TEST_F(Load, TheRotationLabelChangesOnlyForAStoredText)
     for (const auto& [stored, label] : cases) {
         TestApp fresh;
         ServerProfile p;
-        p.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("untouched"));
+        p.setText(F::lblMapsSelected, QStringLiteral("untouched"));
         fresh.store->SaveSetting(QStringLiteral("MapListSaved"), QString::fromLatin1(stored));
         GetMainSettings(*fresh.app, p);
-        EXPECT_EQ(p.text(QStringLiteral("lblMapsSelected")), QString::fromLatin1(label)) << stored;
+        EXPECT_EQ(p.text(F::lblMapsSelected), QString::fromLatin1(label)) << stored;
     }
 }
 
@@ -207,8 +207,8 @@ TEST_F(Load, OnlyTheExactNameSelectsMinimize)
         ServerProfile p;
         fresh.store->SaveSetting(QStringLiteral("AppMinimize"), QString::fromLatin1(stored));
         GetMainSettings(*fresh.app, p);
-        EXPECT_EQ(p.isSet(QStringLiteral("optStartMinimize")), minimize) << stored;
-        EXPECT_EQ(p.isSet(QStringLiteral("optStartClose")), !minimize) << stored;
+        EXPECT_EQ(p.isSet(F::optStartMinimize), minimize) << stored;
+        EXPECT_EQ(p.isSet(F::optStartClose), !minimize) << stored;
     }
 }
 
@@ -218,9 +218,9 @@ TEST_F(Load, OptionsAreSelectedByTheirIndex)
     store("LoggingType", QStringLiteral("1"));
     store("ServerType", QStringLiteral("1"));
     load();
-    EXPECT_EQ(selected("optDefaultGameType"), 4) << "the index, not the Tag 5";
-    EXPECT_EQ(selected("optLogging"), 1);
-    EXPECT_EQ(selected("chkServerType"), 1);
+    EXPECT_EQ(selected(F::optDefaultGameType), 4) << "the index, not the Tag 5";
+    EXPECT_EQ(selected(F::optLogging), 1);
+    EXPECT_EQ(selected(F::chkServerType), 1);
 }
 
 TEST_F(Load, TheCycleBoxAcceptsBothStoredForms)
@@ -229,10 +229,10 @@ TEST_F(Load, TheCycleBoxAcceptsBothStoredForms)
     for (const auto& [stored, expected] : cases) {
         TestApp fresh;
         ServerProfile p;
-        p.setValue(QStringLiteral("chkUseINI"), 1 - expected);
+        p.setValue(F::chkUseINI, 1 - expected);
         fresh.store->SaveSetting(QStringLiteral("SelectAdvMapCfg"), QString::fromLatin1(stored));
         GetMainSettings(*fresh.app, p);
-        EXPECT_EQ(p.value(QStringLiteral("chkUseINI")), expected) << stored;
+        EXPECT_EQ(p.value(F::chkUseINI), expected) << stored;
         EXPECT_TRUE(fresh.prompts.shown.empty());
     }
 }
@@ -248,13 +248,13 @@ TEST_F(Load, EachAssignmentRunsTheOptionRules)
     store("GameType", QStringLiteral("3"));
     store("ServerType", QStringLiteral("0"));
     load();
-    EXPECT_EQ(text("txtWeaponFlags"), QStringLiteral("65531"));
-    EXPECT_EQ(text("txtDuelWeaponFlags"), QStringLiteral("4"));
-    EXPECT_EQ(text("txtDMFlags"), QStringLiteral("40"));
-    EXPECT_EQ(text("txtForceFlags"), QStringLiteral("262143"));
-    EXPECT_TRUE(profile.field(QStringLiteral("lblSaberModeDuel")).isVisible());
+    EXPECT_EQ(text(F::txtWeaponFlags), QStringLiteral("65531"));
+    EXPECT_EQ(text(F::txtDuelWeaponFlags), QStringLiteral("4"));
+    EXPECT_EQ(text(F::txtDMFlags), QStringLiteral("40"));
+    EXPECT_EQ(text(F::txtForceFlags), QStringLiteral("262143"));
+    EXPECT_TRUE(profile.field(F::lblSaberModeDuel).isVisible());
     ASSERT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Listen server not supported with jk2Ded.exe") + kTail});
-    EXPECT_EQ(selected("chkServerType"), 1);
+    EXPECT_EQ(selected(F::chkServerType), 1);
 }
 
 TEST_F(Load, AFailureIsReportedAndEndsTheReading)
@@ -285,10 +285,10 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
         const QString log = QString::fromLatin1(fileBytes(fresh.app->programFile(QStringLiteral("arena-steward.log"))));
         EXPECT_TRUE(log.contains(QStringLiteral("Error %1 in arena-steward::Code.GetMainSettings(Sub)").arg(c.number)));
 
-        EXPECT_EQ(p.field(QStringLiteral("lstBannedIPs")).count(), 1) << "read before the failure";
-        EXPECT_TRUE(p.isSet(QStringLiteral("optLogging"), 3)) << "no LoggingType";
-        EXPECT_EQ(p.text(QStringLiteral("txtMaster4")), kMaster4) << "no masters";
-        EXPECT_EQ(p.text(QStringLiteral("txtMsg"), 0), QStringLiteral("^2This Server was configured by ^1Arena Steward"));
+        EXPECT_EQ(p.field(F::lstBannedIPs).count(), 1) << "read before the failure";
+        EXPECT_TRUE(p.isSet(F::optLogging(3))) << "no LoggingType";
+        EXPECT_EQ(p.text(F::txtMaster4), kMaster4) << "no masters";
+        EXPECT_EQ(p.text(F::txtMsg(0)), QStringLiteral("^2This Server was configured by ^1Arena Steward"));
         EXPECT_EQ(fresh.store->GetSetting(QString::fromLatin1(c.key)), QString::fromLatin1(c.value))
             << "nothing is repaired in the store";
     }
@@ -301,6 +301,6 @@ TEST_F(Load, ABadFlagEndsTheReadingAtItsFamily)
     store("MapTimeOut", QStringLiteral("60"));
     load();
     EXPECT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(value("chkDMFlags", 0), 0);
-    EXPECT_EQ(text("txtMapTimeOut"), QStringLiteral("300"));
+    EXPECT_EQ(value(F::chkDMFlags(0)), 0);
+    EXPECT_EQ(text(F::txtMapTimeOut), QStringLiteral("300"));
 }

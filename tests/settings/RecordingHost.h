@@ -1,7 +1,7 @@
 #pragma once
 // A window host that records what start-up and the restart ask of the windows.
-#include "shell/ServerProfile.h"
-#include "shell/Startup.h"
+#include "model/ServerProfile.h"
+#include "commands/Startup.h"
 
 #include <functional>
 #include <memory>

@@ -1,10 +1,11 @@
 // Saving the profile, the writer held against the reader through a real settings file,
 // and the change mark with its question.
 #include "settings/MainSettings.h"
+#include "commands/CancelCommand.h"
 #include "settings/SaveSettings.h"
-#include "shell/Constants.h"
-#include "shell/OptionRules.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/OptionRules.h"
+#include "model/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
 #include "RecordingHost.h"
@@ -94,8 +95,8 @@ TEST_F(Save, TheDefaultsButtonWritesEveryKeyAndSaysSo)
 
 TEST_F(Save, ListsAreWrittenWithASemicolonBehindEachItem)
 {
-    profile.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("1.2.3.4"), QStringLiteral(" 5.6.7.8 ")});
-    profile.field(QStringLiteral("lsvMapRotation"))
+    profile.field(F::lstBannedIPs).setItems({QStringLiteral("1.2.3.4"), QStringLiteral(" 5.6.7.8 ")});
+    profile.field(F::lsvMapRotation)
         .setRows({{QStringLiteral("ffa_bespin"), QStringLiteral("Bespin Streets"), QStringLiteral("ffa")},
                   {QStringLiteral("duel_pit")}});
     cmdDefault_Click(*t.app, profile);
@@ -114,13 +115,13 @@ TEST_F(Save, AnEmptyRotationAndBanListAreStoredAsEmptyTexts)
 
 TEST_F(Save, TheOptionsOfTheWindowAreStoredByIndexAndName)
 {
-    profile.setValue(QStringLiteral("optDefaultGameType"), 6, 1);
-    profile.setValue(QStringLiteral("optLogging"), 0, 1);
-    profile.setValue(QStringLiteral("chkServerType"), 1, 1);
-    profile.setValue(QStringLiteral("optStartMinimize"), 1);
-    profile.setValue(QStringLiteral("chkUseINI"), 1);
-    profile.setValue(QStringLiteral("chkSendMessage"), 1);
-    profile.setValue(QStringLiteral("chkBOTs"), 3, 1);
+    profile.setValue(F::optDefaultGameType(6), 1);
+    profile.setValue(F::optLogging(0), 1);
+    profile.setValue(F::chkServerType(1), 1);
+    profile.setValue(F::optStartMinimize, 1);
+    profile.setValue(F::chkUseINI, 1);
+    profile.setValue(F::chkSendMessage, 1);
+    profile.setValue(F::chkBOTs(3), 1);
     ServerProfile& after = saveAndRestart();
     EXPECT_EQ(stored("GameType"), QStringLiteral("6"));
     EXPECT_EQ(stored("LoggingType"), QStringLiteral("0"));
@@ -129,19 +130,19 @@ TEST_F(Save, TheOptionsOfTheWindowAreStoredByIndexAndName)
     EXPECT_EQ(stored("SelectAdvMapCfg"), QStringLiteral("True"));
     EXPECT_EQ(stored("MsgOn"), QStringLiteral("1"));
     EXPECT_EQ(stored("BOTs3"), QStringLiteral("1"));
-    EXPECT_TRUE(after.isSet(QStringLiteral("optDefaultGameType"), 6));
-    EXPECT_TRUE(after.isSet(QStringLiteral("optLogging"), 0));
-    EXPECT_TRUE(after.isSet(QStringLiteral("chkServerType"), 1));
-    EXPECT_TRUE(after.isSet(QStringLiteral("optStartMinimize")));
-    EXPECT_TRUE(after.isSet(QStringLiteral("chkUseINI")));
-    EXPECT_TRUE(after.isSet(QStringLiteral("chkBOTs"), 3));
+    EXPECT_TRUE(after.isSet(F::optDefaultGameType(6)));
+    EXPECT_TRUE(after.isSet(F::optLogging(0)));
+    EXPECT_TRUE(after.isSet(F::chkServerType(1)));
+    EXPECT_TRUE(after.isSet(F::optStartMinimize));
+    EXPECT_TRUE(after.isSet(F::chkUseINI));
+    EXPECT_TRUE(after.isSet(F::chkBOTs(3)));
 }
 
 TEST_F(Save, WithNoOptionSelectedTheOlderValueStands)
 {
     t.store->SaveSetting(QStringLiteral("GameType"), QStringLiteral("5"));
-    profile.setValue(QStringLiteral("optDefaultGameType"), 0, 0);
-    profile.setValue(QStringLiteral("chkServerType"), 2, 0);
+    profile.setValue(F::optDefaultGameType(0), 0);
+    profile.setValue(F::chkServerType(2), 0);
     cmdDefault_Click(*t.app, profile);
     EXPECT_EQ(stored("GameType"), QStringLiteral("5"));
     EXPECT_EQ(stored("ServerType"), QStringLiteral("<absent>"));
@@ -155,6 +156,7 @@ TEST_F(Save, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
         const char* field;
         int index;
         bool decoded;
+        FieldId id() const { return FieldId{field, index}; }
     };
     const Row rows[] = {
         {"ServerInfo10", "txtServerConfig", 0, true},   {"ServerInfo15", "txtServerConfig", 5, true},
@@ -180,12 +182,12 @@ TEST_F(Save, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
             SCOPED_TRACE(std::string(r.key) + " <- '" + v.typed + "'");
             TestApp app;
             ServerProfile p;
-            p.setText(QString::fromLatin1(r.field), r.index, QString::fromLatin1(v.typed));
+            p.setText(r.id(), QString::fromLatin1(v.typed));
             SaveMainSettings(*app.app, p);
             EXPECT_EQ(app.store->GetSetting(QString::fromLatin1(r.key)), QString::fromLatin1(v.stored));
             ServerProfile after;
             GetMainSettings(*app.app, after);
-            EXPECT_EQ(after.text(QString::fromLatin1(r.field), r.index),
+            EXPECT_EQ(after.text(r.id()),
                       QString::fromLatin1(r.decoded ? v.decoded : v.raw));
         }
     }
@@ -193,91 +195,91 @@ TEST_F(Save, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
 
 TEST_F(Save, RawKeysKeepTheirCommas)
 {
-    profile.setText(QStringLiteral("txtLogFileName"), QStringLiteral("a,b.log"));
-    profile.setText(QStringLiteral("txtServerConfigSpin"), 0, QStringLiteral("1,2"));
-    profile.setText(QStringLiteral("cboConfig"), 2, QStringLiteral("x,y.cfg"));
+    profile.setText(F::txtLogFileName, QStringLiteral("a,b.log"));
+    profile.setText(F::txtServerConfigSpin(0), QStringLiteral("1,2"));
+    profile.setText(F::cboConfig(2), QStringLiteral("x,y.cfg"));
     ServerProfile& after = saveAndRestart();
     EXPECT_EQ(stored("LogName"), QStringLiteral("a,b.log"));
     EXPECT_EQ(stored("ServerInfo20"), QStringLiteral("1,2"));
     EXPECT_EQ(stored("CFG12"), QStringLiteral("x,y.cfg"));
-    EXPECT_EQ(after.text(QStringLiteral("txtLogFileName")), QStringLiteral("a,b.log"));
-    EXPECT_EQ(after.text(QStringLiteral("cboConfig"), 2), QStringLiteral("x,y.cfg"));
+    EXPECT_EQ(after.text(F::txtLogFileName), QStringLiteral("a,b.log"));
+    EXPECT_EQ(after.text(F::cboConfig(2)), QStringLiteral("x,y.cfg"));
 }
 
 TEST_F(Save, AnEmptyBoxOfAFamilyComesBackEmpty)
 {
-    profile.setText(QStringLiteral("txtServerConfig"), 5, QString());
-    profile.setText(QStringLiteral("txtSpeed"), 0, QString());
+    profile.setText(F::txtServerConfig(5), QString());
+    profile.setText(F::txtSpeed(0), QString());
     ServerProfile& after = saveAndRestart();
     EXPECT_EQ(stored("ServerInfo15"), QStringLiteral(" "));
-    EXPECT_EQ(after.text(QStringLiteral("txtServerConfig"), 5), QString());
+    EXPECT_EQ(after.text(F::txtServerConfig(5)), QString());
     EXPECT_EQ(stored("SpeedGravity0"), QString());
-    EXPECT_EQ(after.text(QStringLiteral("txtSpeed"), 0), QStringLiteral("250")) << "an empty value counts as absent";
+    EXPECT_EQ(after.text(F::txtSpeed(0)), QStringLiteral("250")) << "an empty value counts as absent";
 }
 
 TEST_F(Save, FieldsWithoutAKeyStartEveryRunFromTheirInitialState)
 {
-    profile.setText(QStringLiteral("txtMaster1"), QStringLiteral("edited.master"));
-    profile.setText(QStringLiteral("txtStatsLogName"), QStringLiteral("edited-stats.log"));
-    profile.setText(QStringLiteral("txtBOTThinkTime"), QStringLiteral("777"));
-    profile.setText(QStringLiteral("cboBOT"), QStringLiteral("Nightmare"));
-    profile.setText(QStringLiteral("cboStartingMap"), QStringLiteral("edited_map"));
-    profile.setValue(QStringLiteral("chkMapAutoCycle"), 1);
-    profile.setValue(QStringLiteral("optLogging"), 4, 1);
-    profile.setValue(QStringLiteral("chkWeaponFlags"), 5, 1);
+    profile.setText(F::txtMaster1, QStringLiteral("edited.master"));
+    profile.setText(F::txtStatsLogName, QStringLiteral("edited-stats.log"));
+    profile.setText(F::txtBOTThinkTime, QStringLiteral("777"));
+    profile.setText(F::cboBOT, QStringLiteral("Nightmare"));
+    profile.setText(F::cboStartingMap, QStringLiteral("edited_map"));
+    profile.setValue(F::chkMapAutoCycle, 1);
+    profile.setValue(F::optLogging(4), 1);
+    profile.setValue(F::chkWeaponFlags(5), 1);
     ServerProfile& after = saveAndRestart();
 
     const QByteArray file = fileBytes(t.storeFile());
     for (const char* edited : {"edited", "777", "Nightmare", "Master1"})
         EXPECT_FALSE(file.contains(edited)) << edited;
     EXPECT_EQ(stored("LoggingType"), QStringLiteral("3")) << "the game log choice comes first";
-    EXPECT_EQ(after.text(QStringLiteral("txtMaster1")), kMaster1);
-    EXPECT_EQ(after.text(QStringLiteral("txtStatsLogName")), QStringLiteral("stats.log"));
-    EXPECT_EQ(after.text(QStringLiteral("txtBOTThinkTime")), QStringLiteral("100"));
-    EXPECT_EQ(after.text(QStringLiteral("cboStartingMap")), QString());
-    EXPECT_FALSE(after.isSet(QStringLiteral("chkMapAutoCycle")));
-    EXPECT_TRUE(after.isSet(QStringLiteral("optLogging"), 5));
-    EXPECT_FALSE(after.isSet(QStringLiteral("optLogging"), 4));
-    EXPECT_EQ(after.text(QStringLiteral("txtWeaponFlags")), QStringLiteral("32")) << "the mask follows its boxes";
+    EXPECT_EQ(after.text(F::txtMaster1), kMaster1);
+    EXPECT_EQ(after.text(F::txtStatsLogName), QStringLiteral("stats.log"));
+    EXPECT_EQ(after.text(F::txtBOTThinkTime), QStringLiteral("100"));
+    EXPECT_EQ(after.text(F::cboStartingMap), QString());
+    EXPECT_FALSE(after.isSet(F::chkMapAutoCycle));
+    EXPECT_TRUE(after.isSet(F::optLogging(5)));
+    EXPECT_FALSE(after.isSet(F::optLogging(4)));
+    EXPECT_EQ(after.text(F::txtWeaponFlags), QStringLiteral("32")) << "the mask follows its boxes";
 }
 
 TEST_F(Save, ListItemsComeBackAsTheSplitSeesThem)
 {
-    profile.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("1.1.1.1;2.2.2.2"), QStringLiteral("   ")});
-    profile.field(QStringLiteral("lsvMapRotation")).setRows({{QStringLiteral("a;b")}, {QStringLiteral(" ")}});
+    profile.field(F::lstBannedIPs).setItems({QStringLiteral("1.1.1.1;2.2.2.2"), QStringLiteral("   ")});
+    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("a;b")}, {QStringLiteral(" ")}});
     ServerProfile& after = saveAndRestart();
-    EXPECT_EQ(after.field(QStringLiteral("lstBannedIPs")).items(),
+    EXPECT_EQ(after.field(F::lstBannedIPs).items(),
               (QStringList{QStringLiteral("1.1.1.1"), QStringLiteral("2.2.2.2")}));
-    const Field& rotation = after.field(QStringLiteral("lsvMapRotation"));
+    const Field& rotation = after.field(F::lsvMapRotation);
     ASSERT_EQ(rotation.count(), 2);
     EXPECT_EQ(rotation.cell(0, 0), QStringLiteral("a"));
     EXPECT_EQ(rotation.cell(1, 0), QStringLiteral("b"));
-    EXPECT_EQ(after.text(QStringLiteral("lblMapsSelected")), QStringLiteral("2 Selected Maps"));
+    EXPECT_EQ(after.text(F::lblMapsSelected), QStringLiteral("2 Selected Maps"));
 }
 
 TEST_F(Save, AWholeProfileSurvivesARestart)
 {
-    for (Field* f : profile.array(QStringLiteral("txtServerConfigSpin")))
+    for (Field* f : profile.array(F::txtServerConfigSpin))
         f->setText(QStringLiteral("%1").arg(100 + f->index()));
-    for (Field* f : profile.array(QStringLiteral("txtGameLimits")))
+    for (Field* f : profile.array(F::txtGameLimits))
         f->setText(QStringLiteral("%1").arg(7 + f->index()));
     for (int i : {0, 5, 18, 31})
-        profile.setValue(QStringLiteral("chkWeaponFlags"), i, 1);
+        profile.setValue(F::chkWeaponFlags(i), 1);
     for (int i : {1, 16})
-        profile.setValue(QStringLiteral("chkPowerUpFlags"), i, 1);
-    profile.setValue(QStringLiteral("chkQuake3Specific"), 8, 1);
-    profile.setValue(QStringLiteral("chkDMFlags"), 2, 1);
-    profile.setValue(QStringLiteral("chkAdvancedSaber"), 1, 0);
-    profile.setText(QStringLiteral("txtAdvancedSaber"), 0, QStringLiteral("-1"));
-    profile.setText(QStringLiteral("txtServerConfig"), 4, QStringLiteral("me@example.org"));
-    profile.setText(QStringLiteral("txtMsgTimer"), QStringLiteral("15"));
+        profile.setValue(F::chkPowerUpFlags(i), 1);
+    profile.setValue(F::chkQuake3Specific(8), 1);
+    profile.setValue(F::chkDMFlags(2), 1);
+    profile.setValue(F::chkAdvancedSaber(1), 0);
+    profile.setText(F::txtAdvancedSaber(0), QStringLiteral("-1"));
+    profile.setText(F::txtServerConfig(4), QStringLiteral("me@example.org"));
+    profile.setText(F::txtMsgTimer, QStringLiteral("15"));
     ServerProfile& after = saveAndRestart();
     for (Field* f : profile.fields()) {
         const QString& n = f->name();
         if (n == QLatin1String("txtMaster1") || n.startsWith(QLatin1String("lbl")))
             continue;
         SCOPED_TRACE(f->key().toStdString());
-        Field& g = after.field(n, f->index());
+        Field& g = *after.findByName(n, f->index());
         EXPECT_EQ(g.value(), f->value());
         if (f->kind() != FieldKind::Text)
             continue;
@@ -349,7 +351,7 @@ TEST_F(Save, NoBeforeSavingAConfigurationFileLeavesTheMark)
 TEST_F(Save, CloseLosesTypedChangesWithoutAWord)
 {
     RecordingHost host;
-    profile.setText(QStringLiteral("txtServerConfig"), 0, QStringLiteral("typed"));
+    profile.setText(F::txtServerConfig(0), QStringLiteral("typed"));
     noteKeyPress(profile);
     cmdCancel_Click(*t.app, profile, host);
     EXPECT_EQ(host.closes, 1);

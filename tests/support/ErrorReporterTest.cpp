@@ -1,3 +1,4 @@
+#include "commands/CreateJediConfiguration.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
@@ -40,7 +41,7 @@ TEST(ErrorLog, TwoErrorsGiveTwoEntriesInOneFile)
                   QStringLiteral("Path/File access error"),
                   QStringLiteral("second line"),
               }));
-    EXPECT_EQ(t.app->lastLogFile, defaultLog(t));
+    EXPECT_EQ(t.app->errorLog().lastFile(), defaultLog(t));
     EXPECT_EQ(t.prompts.shown.size(), 2u);
 }
 
@@ -142,7 +143,7 @@ TEST(ErrorLog, AnEmptyLogFileTakesTheOneUsedLast)
     EXPECT_FALSE(QFileInfo::exists(defaultLog(t)));
     EXPECT_EQ(crlfLines(own), (QStringList{QStringLiteral("first"), kHyphens, kStamp, QStringLiteral("Error 1 in s:"),
                                            QStringLiteral("d")}));
-    EXPECT_EQ(t.app->lastLogFile, own);
+    EXPECT_EQ(t.app->errorLog().lastFile(), own);
 }
 
 TEST(ErrorLog, OverwriteEmptiesTheFileFirst)

@@ -1,5 +1,6 @@
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
+#include "commands/AddressCommand.h"
 #include "support/LocalAddress.h"
 #include "testkit/TestApp.h"
 
@@ -28,10 +29,12 @@ public:
         askedFor = name;
         return found;
     }
+    QList<QByteArray> interfaceAddresses() override { return cards; }
 
     QString host = QStringLiteral("  gamebox \t");
     std::optional<int> nameError;
     QList<QByteArray> found;
+    QList<QByteArray> cards;
     QString askedFor;
 };
 
@@ -89,7 +92,7 @@ TEST(LocalAddress, TheButtonFillsTheFieldUnderTheHourglassAndHandsItTheFocus)
     ScriptedLookup lookup;
     lookup.found = {bytes({127, 0, 1, 1})};
     Field& focus = cmdIP_Click(*t.app, p, lookup);
-    EXPECT_EQ(&focus, &p.field(QStringLiteral("txtServerConfig"), 16));
+    EXPECT_EQ(&focus, &p.field(F::txtServerConfig(16)));
     EXPECT_EQ(focus.text(), QStringLiteral("127.0.1.1"));
     EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>({pointer::Hourglass, pointer::Default}));
 }
@@ -98,11 +101,29 @@ TEST(LocalAddress, AFailedLookupEmptiesTheField)
 {
     TestApp t;
     ServerProfile p;
-    p.setText(QStringLiteral("txtServerConfig"), 16, QStringLiteral("10.9.8.7"));
+    p.setText(F::txtServerConfig(16), QStringLiteral("10.9.8.7"));
     ScriptedLookup lookup;
     Field& focus = cmdIP_Click(*t.app, p, lookup);
     EXPECT_EQ(focus.text(), QString());
     EXPECT_EQ(focus.key(), QStringLiteral("txtServerConfig(16)"));
     EXPECT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_EQ(t.prompts.pointer, pointer::Default);
+}
+
+TEST(LocalAddress, ANameThatGivesLoopbackOnlyTakesTheFirstCardThatIsUp)
+{
+    TestApp t;
+    ScriptedLookup lookup;
+    lookup.found = {bytes({127, 0, 1, 1}), bytes({127, 0, 0, 1})};
+    lookup.cards = {bytes({192, 168, 4, 20}), bytes({10, 0, 0, 3})};
+    EXPECT_EQ(GetIPAddress(*t.app, lookup), QStringLiteral("192.168.4.20"));
+
+    lookup.cards.clear();
+    EXPECT_EQ(GetIPAddress(*t.app, lookup), QStringLiteral("127.0.1.1")) << "no card up: the loopback address stays";
+
+    lookup.found = {bytes({127, 0, 1, 1}), bytes({172, 16, 0, 9})};
+    lookup.cards = {bytes({192, 168, 4, 20})};
+    EXPECT_EQ(GetIPAddress(*t.app, lookup), QStringLiteral("127.0.1.1"))
+        << "a name that also gives an outside address keeps the lookup's first";
+    EXPECT_TRUE(t.prompts.shown.empty());
 }

@@ -2,9 +2,9 @@
 // Stand-ins for the windows that start-up and the main window's load talk to. The
 // window host creates a fresh profile for each main window and runs the real load on
 // it; both record what was asked of them.
-#include "shell/MainFormLoad.h"
-#include "shell/ServerProfile.h"
-#include "shell/Startup.h"
+#include "commands/MainFormLoad.h"
+#include "model/ServerProfile.h"
+#include "commands/Startup.h"
 
 #include <QHash>
 #include <QStringList>

@@ -2,7 +2,7 @@
 // A whole program context for a test: fakes for every seam, a real settings file,
 // a program folder and a game folder with a "base" child, all in a temporary folder.
 #include "settings/SettingsStore.h"
-#include "shell/AppContext.h"
+#include "support/AppContext.h"
 #include "testkit/Fakes.h"
 
 #include <QByteArray>

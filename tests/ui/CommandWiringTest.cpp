@@ -1,7 +1,7 @@
 // The real main window with its commands wired: buttons, menus, pop-ups and keys reach
 // the program's routines, which answer through the scripted prompts.
-#include "shell/Constants.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
 #include "support/LocalAddress.h"
 #include "testkit/TestApp.h"
 #include "ui/CommandWiring.h"
@@ -35,6 +35,7 @@ public:
         return true;
     }
     QList<QByteArray> addresses(const QString&) override { return {QByteArray("\x0a\x00\x00\x07", 4)}; }
+    QList<QByteArray> interfaceAddresses() override { return {}; }
 };
 
 class Wired : public ::testing::Test {
@@ -112,6 +113,20 @@ TEST_F(Wired, MenuEntriesReachTheirRoutines)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
+TEST_F(Wired, TheRotationsToolsGoThroughTheOneDispatcher)
+{
+    // The pop-up entries are tools of the same table as the menu bar's.
+    auto* entry = window->findChild<QAction*>(QStringLiteral("ID_AllStandardSWMaps"));
+    ASSERT_NE(entry, nullptr);
+    entry->trigger();
+    QApplication::processEvents();
+    ASSERT_EQ(profile->field(F::lsvMapRotation).count(), 4);
+    profile->field(F::lsvMapRotation).setCurrent(3);
+    window->findChild<QAction*>(QStringLiteral("ID_SetStartingMap"))->trigger();
+    QApplication::processEvents();
+    EXPECT_EQ(profile->startingMap(), QStringLiteral("ctf_yavin"));
+}
+
 TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
 {
     auto openMenus = [] {
@@ -127,7 +142,7 @@ TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
     QApplication::sendEvent(grid, &right);
     EXPECT_EQ(openMenus(), 0);
 
-    Field& rotation = profile->field(QStringLiteral("lsvMapRotation"));
+    Field& rotation = profile->field(F::lsvMapRotation);
     rotation.addRow({QStringLiteral("ffa_yavin")});
     rotation.addRow({QStringLiteral("ctf_bespin")});
     QApplication::sendEvent(grid, &right);
@@ -212,15 +227,15 @@ TEST_F(Wired, TheStartingMapShowsWithAutoCycleWhoseClickClearsTheSavedCycle)
     EXPECT_TRUE(combo->isHidden());
     EXPECT_TRUE(caption->isHidden());
 
-    profile->setValue(QStringLiteral("chkUseINI"), 1);
-    profile->setText(QStringLiteral("txtServerINI"), QStringLiteral("/games/base/cycle.cfg"));
+    profile->setValue(F::chkUseINI, 1);
+    profile->setText(F::txtServerINI, QStringLiteral("/games/base/cycle.cfg"));
     auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
     autoCycle->click();
     EXPECT_FALSE(combo->isHidden());
     EXPECT_FALSE(caption->isHidden());
-    EXPECT_FALSE(profile->isSet(QStringLiteral("chkUseINI")));
-    EXPECT_EQ(profile->text(QStringLiteral("txtServerINI")), QString()) << "the saved cycle's own click ran";
-    EXPECT_TRUE(profile->field(QStringLiteral("tvwAvailMaps")).isVisible()) << "and showed the map controls again";
+    EXPECT_FALSE(profile->isSet(F::chkUseINI));
+    EXPECT_EQ(profile->text(F::txtServerINI), QString()) << "the saved cycle's own click ran";
+    EXPECT_TRUE(profile->field(F::tvwAvailMaps).isVisible()) << "and showed the map controls again";
 
     autoCycle->click();
     EXPECT_TRUE(combo->isHidden());
@@ -240,7 +255,7 @@ TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgr
     window = host.mainWindow();
     ASSERT_NE(window, nullptr);
     EXPECT_NE(window, old.data());
-    EXPECT_EQ(window->profile().text(QStringLiteral("txtServerConfig"), 0), QStringLiteral("Loaded, here"));
+    EXPECT_EQ(window->profile().text(F::txtServerConfig(0)), QStringLiteral("Loaded, here"));
     QApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(old.isNull()) << "the old window is gone once its click has ended";
@@ -263,8 +278,8 @@ TEST_F(Wired, ThePopUpsEntriesCanBeFoundByToolId)
     }
     auto* clear = window->findChild<QMenu*>(QStringLiteral("ID_Advanced"))->findChild<QAction*>(QStringLiteral("ID_ClearList"));
     ASSERT_NE(clear, nullptr);
-    profile->field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+    profile->field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
     clear->trigger();
     QApplication::processEvents(); // the chosen entry runs once the menu is done
-    EXPECT_EQ(profile->field(QStringLiteral("lsvMapRotation")).count(), 0);
+    EXPECT_EQ(profile->field(F::lsvMapRotation).count(), 0);
 }

@@ -1,6 +1,6 @@
 // The bound controls keep their field and themselves in step both ways: a change from
 // code shows at once, a user's edit reaches the field, and neither runs round in a loop.
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 #include "ui/FieldWidgets.h"
 #include "ui/frmMain.h"
@@ -34,7 +34,7 @@ void pressKey(QWidget* target, Qt::Key key)
 
 class Bindings : public ::testing::Test {
 protected:
-    Field& field(const char* name, int index = -1) { return profile.field(QString::fromLatin1(name), index); }
+    Field& field(FieldId name) { return profile.field(name); }
     ServerProfile profile;
     QWidget parent;
 };
@@ -43,7 +43,7 @@ protected:
 
 TEST_F(Bindings, TextBoxFollowsItsFieldAndTheFieldFollowsTyping)
 {
-    Field& port = field("txtServerConfig", 12);
+    Field& port = field(F::txtServerConfig(12));
     BoundLineEdit box(port, &parent);
     EXPECT_EQ(box.text(), QStringLiteral("28070"));
 
@@ -66,20 +66,20 @@ TEST_F(Bindings, TextBoxFollowsItsFieldAndTheFieldFollowsTyping)
 TEST_F(Bindings, PasswordBoxesShowAStarForEachCharacter)
 {
     for (int index : {13, 14, 15}) {
-        Field& password = field("txtServerConfig", index);
+        Field& password = field(F::txtServerConfig(index));
         BoundLineEdit box(password, &parent);
         password.setText(QStringLiteral("s3cret"));
         EXPECT_EQ(box.echoMode(), QLineEdit::Password) << index;
         EXPECT_EQ(box.displayText(), QStringLiteral("******")) << index;
         EXPECT_EQ(box.text(), QStringLiteral("s3cret"));
     }
-    BoundLineEdit plain(field("txtServerConfig", 12), &parent);
+    BoundLineEdit plain(field(F::txtServerConfig(12)), &parent);
     EXPECT_EQ(plain.displayText(), QStringLiteral("28070"));
 }
 
 TEST_F(Bindings, CheckBoxAndFieldValueStayTogether)
 {
-    Field& voting = field("chkQuake3Specific", 0);
+    Field& voting = field(F::chkQuake3Specific(0));
     BoundCheckBox box(voting, &parent);
     EXPECT_FALSE(box.isChecked());
     box.click();
@@ -98,33 +98,33 @@ TEST_F(Bindings, OptionButtonsFollowTheirGroupAndAClickNeverClearsThem)
 {
     std::vector<std::unique_ptr<BoundRadioButton>> types;
     for (int i = 0; i <= 6; ++i)
-        types.push_back(std::make_unique<BoundRadioButton>(field("optDefaultGameType", i), &parent));
+        types.push_back(std::make_unique<BoundRadioButton>(field(F::optDefaultGameType(i)), &parent));
     EXPECT_TRUE(types[0]->isChecked());
 
     types[3]->click();
-    EXPECT_EQ(field("optDefaultGameType", 3).value(), 1);
-    EXPECT_EQ(field("optDefaultGameType", 0).value(), 0);
+    EXPECT_EQ(field(F::optDefaultGameType(3)).value(), 1);
+    EXPECT_EQ(field(F::optDefaultGameType(0)).value(), 0);
     EXPECT_FALSE(types[0]->isChecked());
 
     types[3]->click();
     EXPECT_TRUE(types[3]->isChecked()) << "clicking the selected option leaves it selected";
-    EXPECT_EQ(field("optDefaultGameType", 3).value(), 1);
+    EXPECT_EQ(field(F::optDefaultGameType(3)).value(), 1);
 
     // Code may clear the whole group, which the buttons show.
-    field("optDefaultGameType", 3).setValue(0);
+    field(F::optDefaultGameType(3)).setValue(0);
     for (const auto& button : types)
         EXPECT_FALSE(button->isChecked());
 
     // The two logging groups sit in one array and don't touch each other.
-    BoundRadioButton buffered(field("optLogging", 1), &parent);
-    BoundRadioButton stats(field("optLogging", 5), &parent);
+    BoundRadioButton buffered(field(F::optLogging(1)), &parent);
+    BoundRadioButton stats(field(F::optLogging(5)), &parent);
     buffered.click();
     EXPECT_TRUE(stats.isChecked());
 }
 
 TEST_F(Bindings, ComboKeepsItsTextWhenItsListChanges)
 {
-    Field& config = field("cboConfig", 0);
+    Field& config = field(F::cboConfig(0));
     BoundComboBox combo(config, &parent);
     config.setText(QStringLiteral("server.cfg"));
     config.setItems({QStringLiteral("autoexec.cfg"), QStringLiteral("server.cfg")});
@@ -154,7 +154,7 @@ TEST_F(Bindings, ComboKeepsItsTextWhenItsListChanges)
 
 TEST_F(Bindings, ListShowsItsItemsAndSharesItsSelection)
 {
-    Field& banned = field("lstBannedIPs");
+    Field& banned = field(F::lstBannedIPs);
     BoundListWidget list(banned, &parent);
     banned.setItems({QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.2"), QStringLiteral("10.0.0.3")});
     ASSERT_EQ(list.count(), 3);
@@ -176,7 +176,7 @@ TEST_F(Bindings, ListShowsItsItemsAndSharesItsSelection)
 
 TEST_F(Bindings, TableTakesItsHeadingFromRowZero)
 {
-    Field& roster = field("grdBOTList");
+    Field& roster = field(F::grdBOTList);
     BoundTable table(roster, 5, true, &parent);
     roster.setRows({{QStringLiteral("NAME"), QStringLiteral("SKILL"), QStringLiteral("TEAM"), QStringLiteral("MODEL"),
                      QStringLiteral("PING")}});
@@ -194,7 +194,7 @@ TEST_F(Bindings, TableTakesItsHeadingFromRowZero)
 
 TEST_F(Bindings, TreeShowsRowsOrItems)
 {
-    Field& rotation = field("lsvMapRotation");
+    Field& rotation = field(F::lsvMapRotation);
     BoundTree grid(rotation, 4, &parent);
     rotation.addRow({QStringLiteral("ffa_bespin"), QStringLiteral("Bespin"), QStringLiteral("ffa")});
     rotation.addRow({QStringLiteral("ctf_yavin"), QStringLiteral("Yavin"), QStringLiteral("ctf")});
@@ -205,7 +205,7 @@ TEST_F(Bindings, TreeShowsRowsOrItems)
     ASSERT_EQ(grid.topLevelItemCount(), 1);
     EXPECT_EQ(grid.topLevelItem(0)->text(0), QStringLiteral("ctf_yavin"));
 
-    Field& maps = field("tvwAvailMaps");
+    Field& maps = field(F::tvwAvailMaps);
     BoundTree tree(maps, 1, &parent);
     maps.setItems({QStringLiteral("Jedi"), QStringLiteral("assets0.pk3")});
     ASSERT_EQ(tree.topLevelItemCount(), 2);
@@ -215,7 +215,7 @@ TEST_F(Bindings, TreeShowsRowsOrItems)
 
 TEST_F(Bindings, LabelShowsItsTextAndHidesWithItsCompanions)
 {
-    Field& note = field("lblSaberModeDuel");
+    Field& note = field(F::lblSaberModeDuel);
     BoundLabel label(note, &parent);
     QLabel caption(QStringLiteral("caption"), &parent);
     FieldPresence::of(&label)->addCompanion(&caption);
@@ -245,7 +245,7 @@ TEST_F(Bindings, PictureShowsTheFileItsFieldNames)
     image.fill(Qt::blue);
     ASSERT_TRUE(image.save(file));
 
-    Field& picture = field("picMap");
+    Field& picture = field(F::picMap);
     BoundPicture box(picture, &parent);
     box.resize(176, 132);
     picture.setText(file);
@@ -258,7 +258,7 @@ TEST_F(Bindings, PictureShowsTheFileItsFieldNames)
 
 TEST_F(Bindings, SpinnerStepsTheLeadingNumberOfItsBuddy)
 {
-    Field& think = field("txtBOTThinkTime");
+    Field& think = field(F::txtBOTThinkTime);
     UpDown spinner(think, &parent);
     spinner.stepBy(1);
     EXPECT_EQ(think.text(), QStringLiteral("101"));
@@ -281,13 +281,13 @@ TEST(MainWindowState, PageAndPointerFollowTheirFields)
     ServerProfile& p = window.profile();
     QTabWidget* tabs = window.mainTab();
 
-    p.setValue(QStringLiteral("vsMainTab"), 2);
+    p.setValue(F::vsMainTab, 2);
     EXPECT_EQ(tabs->currentIndex(), 2);
     tabs->setCurrentIndex(4);
-    EXPECT_EQ(p.value(QStringLiteral("vsMainTab")), 4);
+    EXPECT_EQ(p.value(F::vsMainTab), 4);
 
     auto* game = window.control<QTabWidget>(QStringLiteral("vsExtraGameFlags"));
-    p.setValue(QStringLiteral("vsExtraGameFlags"), 3);
+    p.setValue(F::vsExtraGameFlags, 3);
     EXPECT_EQ(game->currentIndex(), 3);
 
     p.setFormPointer(11);
@@ -302,10 +302,10 @@ TEST(MainWindowState, HidingAFieldHidesItsCaptionAndItsSpinner)
     frmMain window(*t.app);
     window.show();
     ServerProfile& p = window.profile();
-    p.field(QStringLiteral("txtBOTThinkTime")).setVisible(false);
+    p.field(F::txtBOTThinkTime).setVisible(false);
     EXPECT_TRUE(window.control(QStringLiteral("txtBOTThinkTime"))->isHidden());
     EXPECT_TRUE(window.control(QStringLiteral("lblServerConfig(43)"))->isHidden());
     EXPECT_TRUE(window.control(QStringLiteral("updBOTThinkTime"))->isHidden());
-    p.field(QStringLiteral("txtBOTThinkTime")).setVisible(true);
+    p.field(F::txtBOTThinkTime).setVisible(true);
     EXPECT_FALSE(window.control(QStringLiteral("updBOTThinkTime"))->isHidden());
 }

@@ -1,5 +1,5 @@
 // The keyboard rules on real line edits, driven by real key and focus events.
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "testkit/Fakes.h"
 #include "ui/KeyFilters.h"
 

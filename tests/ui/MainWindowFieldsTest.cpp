@@ -1,8 +1,8 @@
 // The main window as a view of the profile: every field has its control, with the
 // field's name, caption, Tag, tooltip and default, on its page and in its frame.
-#include "shell/Constants.h"
-#include "shell/MainFormLoad.h"
-#include "shell/ServerProfile.h"
+#include "model/Constants.h"
+#include "commands/MainFormLoad.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 #include "ui/frmMain.h"
 

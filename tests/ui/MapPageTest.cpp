@@ -2,8 +2,8 @@
 // previews, a double click adds to the rotation, the pop-ups run the rotation's
 // commands, and OK starts the server on that rotation.
 #include "maps/MapTreeModel.h"
-#include "shell/ServerProfile.h"
-#include "shell/Startup.h"
+#include "model/ServerProfile.h"
+#include "commands/Startup.h"
 #include "support/LocalAddress.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
@@ -30,6 +30,7 @@ class NoLookup : public AddressLookup {
 public:
     bool hostName(QString&, int&) override { return false; }
     QList<QByteArray> addresses(const QString&) override { return {}; }
+    QList<QByteArray> interfaceAddresses() override { return {}; }
 };
 
 class MapPage : public ::testing::Test {
@@ -97,9 +98,9 @@ TEST_F(MapPage, AScanFillsTheTreeAndAClickPreviewsTheMap)
     EXPECT_EQ(map.parent().data().toString().toLower(), QStringLiteral("canyon.pk3"));
 
     emit tree->clicked(map);
-    EXPECT_EQ(profile->text(QStringLiteral("lblLongMapName")), QStringLiteral("Red Canyon"));
-    EXPECT_TRUE(QFileInfo(profile->text(QStringLiteral("picMap"))).fileName().startsWith(QStringLiteral("mp_canyon")))
-        << profile->text(QStringLiteral("picMap")).toStdString();
+    EXPECT_EQ(profile->text(F::lblLongMapName), QStringLiteral("Red Canyon"));
+    EXPECT_TRUE(QFileInfo(profile->text(F::picMap)).fileName().startsWith(QStringLiteral("mp_canyon")))
+        << profile->text(F::picMap).toStdString();
 }
 
 TEST_F(MapPage, ADoubleClickBuildsTheRotationAndOkStartsTheServerOnIt)
@@ -109,7 +110,7 @@ TEST_F(MapPage, ADoubleClickBuildsTheRotationAndOkStartsTheServerOnIt)
     doubleClick(mapNode());
     ASSERT_EQ(grid->topLevelItemCount(), 1);
     EXPECT_EQ(grid->topLevelItem(0)->text(0), QStringLiteral("mp_canyon"));
-    EXPECT_EQ(profile->text(QStringLiteral("lblMapsSelected")), QStringLiteral("1 Selected Maps"));
+    EXPECT_EQ(profile->text(F::lblMapsSelected), QStringLiteral("1 Selected Maps"));
     EXPECT_TRUE(profile->configurationChanged());
 
     grid->setCurrentItem(grid->topLevelItem(0));
@@ -118,7 +119,7 @@ TEST_F(MapPage, ADoubleClickBuildsTheRotationAndOkStartsTheServerOnIt)
     EXPECT_FALSE(grid->topLevelItem(0)->icon(0).isNull()) << "the starting map carries its mark";
 
     profile->setConfigurationChanged(false);
-    profile->setText(QStringLiteral("txtServerConfig"), 14, QStringLiteral("secret")); // messaging is on
+    profile->setText(F::txtServerConfig(14), QStringLiteral("secret")); // messaging is on
     t.prompts.shown.clear();
     window->raiseEvent({QStringLiteral("cmdOk"), UiEventKind::Click, {}});
     ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
@@ -132,43 +133,43 @@ TEST_F(MapPage, TheStockSetsFillTheRotationFromTheTreesMenu)
     t.prompts.answerNext(Answer::Yes); // "Clear Map list?" (nothing to clear: may not be asked)
     menu(QStringLiteral("ID_AllStandardSWMaps"));
     EXPECT_GT(grid->topLevelItemCount(), 0);
-    EXPECT_EQ(profile->value(QStringLiteral("optDefaultGameType"), 5), 1) << "capture the flag is selected";
+    EXPECT_EQ(profile->value(F::optDefaultGameType(5)), 1) << "capture the flag is selected";
     menu(QStringLiteral("ID_ClearList"));
     EXPECT_EQ(grid->topLevelItemCount(), 0);
 }
 
 TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
 {
-    const char* controls[] = {"tvwAvailMaps", "picMap", "lsvMapRotation", "lblMapsSelected"};
+    const FieldId controls[] = {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected};
     auto* savedCycle = window->findChild<QCheckBox*>(QStringLiteral("chkUseINI"));
     auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
     ASSERT_NE(savedCycle, nullptr);
     ASSERT_NE(autoCycle, nullptr);
-    profile->field(QStringLiteral("lsvMapRotation")).addRow({QStringLiteral("ffa_bespin")});
+    profile->field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
 
     const QString saved = t.baseFolder() + QStringLiteral("/advanced.cfg");
     t.prompts.chooseFile(saved);
     savedCycle->click();
-    EXPECT_EQ(profile->text(QStringLiteral("txtServerINI")), saved);
+    EXPECT_EQ(profile->text(F::txtServerINI), saved);
     EXPECT_EQ(grid->topLevelItemCount(), 0);
-    for (const char* name : controls)
-        EXPECT_FALSE(profile->field(QString::fromLatin1(name)).isVisible()) << name;
+    for (FieldId name : controls)
+        EXPECT_FALSE(profile->field(name).isVisible()) << name.name;
 
     // Ticking auto cycle clears the saved cycle through its click, which empties the file
     // and shows the map controls again behind auto cycle's back.
     autoCycle->click();
     EXPECT_FALSE(savedCycle->isChecked());
-    EXPECT_EQ(profile->text(QStringLiteral("txtServerINI")), QString());
-    for (const char* name : controls)
-        EXPECT_TRUE(profile->field(QString::fromLatin1(name)).isVisible()) << name;
-    EXPECT_TRUE(profile->field(QStringLiteral("cboStartingMap")).isVisible());
+    EXPECT_EQ(profile->text(F::txtServerINI), QString());
+    for (FieldId name : controls)
+        EXPECT_TRUE(profile->field(name).isVisible()) << name.name;
+    EXPECT_TRUE(profile->field(F::cboStartingMap).isVisible());
 }
 
 TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
 {
     for (const char* map : {"ffa_bespin", "ffa_yavin", "duel_pit"})
-        profile->field(QStringLiteral("lsvMapRotation")).addRow({QString::fromLatin1(map)});
-    profile->setValue(QStringLiteral("vsMainTab"), 2);
+        profile->field(F::lsvMapRotation).addRow({QString::fromLatin1(map)});
+    profile->setValue(F::vsMainTab, 2);
     auto rightClick = [this](int row) {
         QApplication::processEvents(); // the grid lays out its rows again
         const QPoint at = grid->visualItemRect(grid->topLevelItem(row)).center();
@@ -190,7 +191,7 @@ TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
     ASSERT_EQ(grid->topLevelItemCount(), 2);
     EXPECT_EQ(grid->topLevelItem(0)->text(0), QStringLiteral("ffa_bespin"));
     EXPECT_EQ(grid->topLevelItem(1)->text(0), QStringLiteral("ffa_yavin"));
-    EXPECT_EQ(profile->text(QStringLiteral("lblMapsSelected")), QStringLiteral("2 Maps Selected"));
+    EXPECT_EQ(profile->text(F::lblMapsSelected), QStringLiteral("2 Maps Selected"));
 }
 
 TEST(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
@@ -213,7 +214,7 @@ TEST(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
     const QModelIndex archive = model->index(0, 0, model->index(0, 0));
     EXPECT_EQ(archive.data().toString(), QStringLiteral("assets0.pk3"));
     EXPECT_EQ(model->index(0, 0, archive).data().toString(), QStringLiteral("duel_pit"));
-    EXPECT_EQ(host.mainWindow()->profile().text(QStringLiteral("lblNumberOfMapsAvailable")),
+    EXPECT_EQ(host.mainWindow()->profile().text(F::lblNumberOfMapsAvailable),
               QStringLiteral("1 Maps available"));
 
     host.closeAllForms();

@@ -1,4 +1,4 @@
-#include "shell/ToolTable.h"
+#include "commands/ToolTable.h"
 #include "testkit/TestApp.h"
 #include "ui/AboutWindow.h"
 #include "ui/MenuBuilder.h"

@@ -47,7 +47,7 @@ TEST(ScannerWindow, StaysOnScreenBetweenThePhasesOfARealScan)
 {
     TestApp t;
     ScannerWindowProgress progress;
-    t.app->scanProgress = &progress;
+    t.app->services.scanProgress = &progress;
     ASSERT_TRUE(ZipBuilder()
                     .file(QStringLiteral("maps/duel_pit.bsp"))
                     .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 4, 1, 2, 3))
@@ -66,7 +66,7 @@ TEST(ScannerWindow, TheWindowHostUnloadsItBeforeTheClosingBox)
 {
     steward::testing::TestApp t;
     ScannerWindowProgress progress;
-    t.app->scanProgress = &progress;
+    t.app->services.scanProgress = &progress;
     QtWindowHost host(*t.app);
     progress.show();
     ASSERT_NE(progress.window(), nullptr);

@@ -1,7 +1,7 @@
 // Pictures of every page of the main window for a person to look at. Runs only when
 // STEWARD_SCREENSHOTS names a folder; the pictures go there.
-#include "shell/MainFormLoad.h"
-#include "shell/ServerProfile.h"
+#include "commands/MainFormLoad.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 #include "ui/frmMain.h"
 
@@ -24,20 +24,20 @@ TEST(MainWindowPictures, EveryPage)
     MainFormLoad(*t.app, window.profile(), window);
     // Some content, as the logic would give it.
     ServerProfile& p = window.profile();
-    p.field(QStringLiteral("tvwAvailMaps")).setItems({QStringLiteral("Jedi"), QStringLiteral("assets0.pk3")});
-    p.field(QStringLiteral("lsvMapRotation"))
+    p.field(F::tvwAvailMaps).setItems({QStringLiteral("Jedi"), QStringLiteral("assets0.pk3")});
+    p.field(F::lsvMapRotation)
         .setRows({{QStringLiteral("ffa_bespin"), QStringLiteral("Bespin Streets"), QStringLiteral("ffa")},
                   {QStringLiteral("ctf_yavin"), QStringLiteral("Yavin Temple"), QStringLiteral("ctf")}});
-    p.field(QStringLiteral("grdBOTList"))
+    p.field(F::grdBOTList)
         .setRows({{QStringLiteral("NAME"), QStringLiteral("SKILL"), QStringLiteral("TEAM"), QStringLiteral("MODEL"),
                    QStringLiteral("PING")},
                   {QStringLiteral("Gnubee"), QStringLiteral("Hardcore"), QStringLiteral("RED"),
                    QStringLiteral("Desann"), QStringLiteral("25")}});
-    p.setText(QStringLiteral("lblLongMapName"), QStringLiteral("Bespin Streets"));
-    p.setText(QStringLiteral("lblMapType"), QStringLiteral("ffa"));
-    p.setText(QStringLiteral("lblMapsSelected"), QStringLiteral("2 Selected Maps"));
-    p.setText(QStringLiteral("lblNumberOfMapsAvailable"), QStringLiteral("2 Maps Available"));
-    p.field(QStringLiteral("lstBannedIPs")).setItems({QStringLiteral("10.0.0.1")});
+    p.setText(F::lblLongMapName, QStringLiteral("Bespin Streets"));
+    p.setText(F::lblMapType, QStringLiteral("ffa"));
+    p.setText(F::lblMapsSelected, QStringLiteral("2 Selected Maps"));
+    p.setText(F::lblNumberOfMapsAvailable, QStringLiteral("2 Maps Available"));
+    p.field(F::lstBannedIPs).setItems({QStringLiteral("10.0.0.1")});
     window.show();
     std::printf("smallest size %d x %d\n", window.minimumSizeHint().width(), window.minimumSizeHint().height());
     QApplication::processEvents();

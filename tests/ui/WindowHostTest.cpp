@@ -1,7 +1,7 @@
 // The windows as start-up sees them: the main window comes and goes, all forms close,
 // a fresh main window can follow (a restart), the close button does nothing, and the
 // controls' events reach their routes; and the file dialog behind the prompts.
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
 #include "ui/FormServices.h"
@@ -96,7 +96,7 @@ TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
     host.loadMainWindow();
     host.showMainWindow();
     QPointer<frmMain> first = host.mainWindow();
-    first->profile().setText(QStringLiteral("txtServerConfig"), 1, QStringLiteral("Changed"));
+    first->profile().setText(F::txtServerConfig(1), QStringLiteral("Changed"));
     QPointer<QWidget> other = new QWidget;
     other->setObjectName(QStringLiteral("frmAbout"));
     DisableCloseMenu(*t.app, other);
@@ -112,7 +112,7 @@ TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
 
     ServerProfile* fresh = host.loadMainWindow();
     ASSERT_NE(host.mainWindow(), nullptr);
-    EXPECT_EQ(fresh->text(QStringLiteral("txtServerConfig"), 1), QStringLiteral("Luke"));
+    EXPECT_EQ(fresh->text(F::txtServerConfig(1)), QStringLiteral("Luke"));
 }
 
 TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherForms)

@@ -1,4 +1,4 @@
-#include "shell/ServerProfile.h"
+#include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
 #include "wizard/WizardRecords.h"
 
@@ -24,9 +24,9 @@ TEST(MapWizardStart, EachRowGetsItsNameAndTheSelectedGameType)
 {
     steward::testing::TestApp t;
     ServerProfile profile;
-    Field& rotation = profile.field(QStringLiteral("lsvMapRotation"));
+    Field& rotation = profile.field(F::lsvMapRotation);
     rotation.setRows({{QStringLiteral("ffa_bespin")}, {QStringLiteral("ctf_yavin")}, {QStringLiteral("ffa_bespin")}});
-    profile.setValue(QStringLiteral("optDefaultGameType"), 5, 1);
+    profile.setValue(F::optDefaultGameType(5), 1);
     profile.setStartingMap(QStringLiteral("ctf_yavin"));
 
     WizardState state;

@@ -1,0 +1,13 @@
+#pragma once
+// The "&Close" button.
+namespace steward {
+
+class AppContext;
+class ServerProfile;
+class WindowHost;
+
+/// Writes nothing to the store and asks nothing, whatever the change mark says, then
+/// closes all windows.
+void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows);
+
+} // namespace steward

@@ -1,0 +1,22 @@
+#include "commands/ConfigurationCommands.h"
+
+#include "commands/Startup.h"
+#include "settings/ConfigurationFile.h"
+
+namespace steward {
+
+StartupOutcome LoadConfiguration(AppContext& app, WindowHost& windows)
+{
+    if (!loadConfigurationIntoStore(app))
+        return StartupOutcome::MainWindowOpen;
+    return RestartProgram(app, windows);
+}
+
+StartupOutcome cmdReset_Click(AppContext& app, WindowHost& windows)
+{
+    if (!resetStore(app))
+        return StartupOutcome::MainWindowOpen;
+    return RestartProgram(app, windows);
+}
+
+} // namespace steward

@@ -1,0 +1,159 @@
+#include "model/Constants.h"
+#include "commands/MainFormLoad.h"
+#include "model/ServerProfile.h"
+#include "testkit/FakeWindows.h"
+#include "testkit/TestApp.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+QStringList configItems(const ServerProfile& profile, int i)
+{
+    return profile.field(F::cboConfig(i)).items();
+}
+
+QStringList stockMaps()
+{
+    QStringList maps;
+    for (const char* m : kStockStartingMaps)
+        maps << QString::fromLatin1(m);
+    return maps;
+}
+
+} // namespace
+
+TEST(MainFormLoad, RunsItsStepsInOrderAndClearsTheLoadingFlag)
+{
+    TestApp t;
+    ServerProfile profile;
+    FakeFormLoadHost host;
+    QList<bool> loadingSeen;
+    host.onCall = [&](const QString&) { loadingSeen << profile.isLoading(); };
+
+    MainFormLoad(*t.app, profile, host);
+
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size"), QStringLiteral("center"),
+                                       QStringLiteral("disableClose")}));
+    EXPECT_EQ(loadingSeen, (QList<bool>{true, true, true, true}));
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_EQ(host.columns, (QList<int>{2205, 50, 0, 0}));
+    EXPECT_EQ(host.height, 7490);
+    EXPECT_EQ(host.width, 9600);
+    EXPECT_EQ(t.app->helpFile, t.programFolder() + QStringLiteral("/arena-steward-guide.html"));
+    EXPECT_EQ(profile.field(F::cboStartingMap).items(), stockMaps());
+    EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
+    EXPECT_EQ(profile.text(F::cboStartingMap), QStringLiteral("ctf_imperial")) << "entry 1 stands selected";
+    EXPECT_EQ(profile.value(F::vsMainTab), 0);
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(MainFormLoad, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
+{
+    TestApp t;
+    const QString base = t.baseFolder() + QLatin1Char('/');
+    for (const char* name : {"server.cfg", "FFA.CFG", "jediMaps.cfg", "readme.txt", "autoexeccfg", "cfg.txt",
+                             ".hidden.cfg", "ctf.Cfg"})
+        writeFile(base + QString::fromLatin1(name), "x");
+    QDir().mkpath(base + QStringLiteral("maps.cfg"));
+
+    ServerProfile profile;
+    FakeFormLoadHost host;
+    MainFormLoad(*t.app, profile, host);
+
+    // Every name whose lower case ends in "cfg", under its own spelling, by name.
+    const QStringList expected{QStringLiteral("autoexeccfg"), QStringLiteral("ctf.Cfg"), QStringLiteral("FFA.CFG"),
+                               QStringLiteral("jediMaps.cfg"), QStringLiteral("server.cfg")};
+    for (int i = 0; i <= 3; ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_EQ(configItems(profile, i), expected);
+    }
+}
+
+TEST(MainFormLoad, AMissingBaseFolderLeavesTheConfigListsEmpty)
+{
+    for (const QString& folder : {QStringLiteral("/nonexistent/jk2/"), QString()}) {
+        SCOPED_TRACE(folder.toStdString());
+        TestApp t;
+        t.app->gameFolder = folder;
+        ServerProfile profile;
+        FakeFormLoadHost host;
+        MainFormLoad(*t.app, profile, host);
+        for (int i = 0; i <= 3; ++i)
+            EXPECT_TRUE(configItems(profile, i).isEmpty());
+        EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
+        EXPECT_EQ(host.calls.size(), 4);
+    }
+}
+
+TEST(MainFormLoad, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
+{
+    TestApp t;
+    writeFile(t.baseFolder() + QStringLiteral("/server.cfg"), "x");
+    ServerProfile profile;
+    profile.setValue(F::vsMainTab, 4);
+    FakeFormLoadHost host;
+    host.failures.insert(QStringLiteral("columns"), 35600);
+
+    MainFormLoad(*t.app, profile, host);
+
+    EXPECT_EQ(profile.value(F::vsMainTab), 2);
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size"), QStringLiteral("center"),
+                                       QStringLiteral("disableClose")}));
+    EXPECT_EQ(host.height, 7490);
+    EXPECT_FALSE(t.app->helpFile.isEmpty());
+    EXPECT_EQ(configItems(profile, 3), QStringList{QStringLiteral("server.cfg")});
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
+}
+
+TEST(MainFormLoad, EveryOutOfRangeStepIsPassedOver)
+{
+    TestApp t;
+    ServerProfile profile;
+    FakeFormLoadHost host;
+    for (const char* call : {"columns", "size", "center", "disableClose"})
+        host.failures.insert(QString::fromLatin1(call), 35600);
+    int pageChanges = 0;
+    QObject::connect(&profile.field(F::vsMainTab), &Field::changed, [&] { ++pageChanges; });
+
+    MainFormLoad(*t.app, profile, host);
+
+    EXPECT_EQ(host.calls.size(), 4);
+    EXPECT_EQ(pageChanges, 1) << "turned once, then already on page 2";
+    EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
+}
+
+TEST(MainFormLoad, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
+{
+    TestApp t;
+    writeFile(t.baseFolder() + QStringLiteral("/server.cfg"), "x");
+    ServerProfile profile;
+    FakeFormLoadHost host;
+    host.failures.insert(QStringLiteral("size"), 13);
+
+    MainFormLoad(*t.app, profile, host);
+
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size")}));
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_TRUE(t.app->helpFile.isEmpty());
+    EXPECT_TRUE(configItems(profile, 0).isEmpty());
+    EXPECT_TRUE(profile.field(F::cboStartingMap).items().isEmpty());
+    EXPECT_EQ(profile.value(F::vsMainTab), 0);
+
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("arena-steward Error"));
+    EXPECT_EQ(t.prompts.last().request.text,
+              QStringLiteral("Following error occurred in this application:\r\n\r\nType mismatch\r\nNumber: 13\r\n"
+                             "Source: arena-steward::frmMain.Form_Load(Sub) (frmMain)"));
+    EXPECT_EQ(crlfLines(t.programFolder() + QStringLiteral("/arena-steward.log")),
+              (QStringList{QString(78, QLatin1Char('-')), QStringLiteral("---06/13/2002 21:05:33---"),
+                           QStringLiteral("Error 13 in arena-steward::frmMain.Form_Load(Sub) (frmMain):"),
+                           QStringLiteral("Type mismatch")}));
+}

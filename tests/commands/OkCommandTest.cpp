@@ -1,0 +1,265 @@
+#include "commands/CreateJediConfiguration.h"
+#include "testkit/LaunchKit.h"
+
+#include "commands/OkCommand.h"
+#include "generate/SessionName.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
+#include "testkit/TestApp.h"
+
+#include <QDir>
+#include <QFile>
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+constexpr auto kCfg = F::txtServerConfig;
+
+class OkCommand : public ::testing::Test {
+protected:
+    OkCommand()
+    {
+        t.app->services.launcher = &launcher;
+        t.app->serverExecutable = QStringLiteral("jk2ded");
+        // The game cycles the maps itself unless a test wants the map checks.
+        profile.setValue(F::chkMapAutoCycle, 1);
+    }
+    StubServer stub() const { return StubServer(t.gameFolder(), QStringLiteral("jk2ded"), record()); }
+    QString record() const { return t.root() + QStringLiteral("/record.txt"); }
+    void ok() { cmdOk_Click(*t.app, profile, windows); }
+
+    TestApp t;
+    CountingLauncher launcher;
+    RecordingWindows windows;
+    ServerProfile profile;
+};
+
+} // namespace
+
+TEST(SessionName, ForbiddenCharactersRaiseOneBoxEach)
+{
+    TestApp t;
+    for (const QChar c : QStringLiteral("\\/:*?<>|")) {
+        SCOPED_TRACE(QString(c).toStdString());
+        t.prompts.shown.clear();
+        EXPECT_FALSE(ValidSessionName(*t.app, QStringLiteral("my") + c + QStringLiteral("server??")));
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_EQ(t.prompts.last().request.text,
+                  QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name") + kTail);
+        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+    }
+    t.prompts.shown.clear();
+    for (const char* fine : {"x y", "a\"b", "Luke.CFG", " ", "a;b"})
+        EXPECT_TRUE(ValidSessionName(*t.app, QString::fromLatin1(fine))) << fine;
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(SessionName, CfgIsAppendedUnlessTheNameEndsInItInAnyCase)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"abc", "abc.cfg"}, {".cfg", ".cfg"},   {"A.CFG", "A.CFG"},     {"x y", "x y.cfg"},
+        {"x ", "x .cfg"},   {"cfg", "cfg.cfg"}, {"a.cfgx", "a.cfgx.cfg"}, {"a.Cfg", "a.Cfg"},
+    };
+    for (const auto& [in, out] : cases)
+        EXPECT_EQ(completeSessionName(QString::fromLatin1(in)), QString::fromLatin1(out)) << in;
+}
+
+TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
+{
+    struct Case {
+        const char* name;
+        std::function<void(ServerProfile&)> setup;
+        QString text;
+        int page;
+    };
+    const auto manualCycle = [](ServerProfile& p) { p.setValue(F::chkMapAutoCycle, 0); };
+    const auto oneMap = [&](ServerProfile& p) {
+        manualCycle(p);
+        p.field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
+    };
+    const Case cases[] = {
+        {"saved cycle missing",
+         [&](ServerProfile& p) {
+             manualCycle(p);
+             p.setValue(F::chkUseINI, 1);
+             p.setText(F::txtServerINI, t.root() + QStringLiteral("/gone.cfg"));
+         },
+         QStringLiteral("Selected mapcycle file does not exist"), 3},
+        {"empty rotation", manualCycle, QStringLiteral("No maps have been selected"), 2},
+        {"no starting map", oneMap, QStringLiteral("No Starting map has been selected"), 2},
+        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"), 3},
+        {"forbidden character", [](ServerProfile& p) { p.setText(kCfg(1), QStringLiteral("a|b")); },
+         QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
+        {"messages without password", [](ServerProfile& p) { p.setValue(F::chkSendMessage, 1); },
+         QStringLiteral("An rcon password is required to enable server messaging"), 3},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        profile.resetAll();
+        profile.setValue(F::chkMapAutoCycle, 1);
+        profile.setValue(F::vsMainTab, 3);
+        t.prompts.shown.clear();
+        c.setup(profile);
+        ok();
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_EQ(t.prompts.last().request.text, c.text + kTail);
+        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+        EXPECT_EQ(t.prompts.last().request.buttons, Buttons::Ok);
+        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_EQ(profile.value(F::vsMainTab), c.page);
+    }
+    EXPECT_EQ(launcher.starts, 0);
+    EXPECT_EQ(windows.closed + windows.minimized, 0);
+}
+
+TEST_F(OkCommand, AutoCycleSkipsTheMapChecks)
+{
+    const StubServer server = stub();
+    ok();
+    ASSERT_TRUE(server.waitForRecord());
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(OkCommand, ASavedCycleThatExistsNeedsNoRotation)
+{
+    const StubServer server = stub();
+    const QString cycle = t.baseFolder() + QStringLiteral("/mycycle.cfg");
+    writeFile(cycle, "set a 1\r\n");
+    profile.setValue(F::chkMapAutoCycle, 0);
+    profile.setValue(F::chkUseINI, 1);
+    profile.setText(F::txtServerINI, cycle);
+    ok();
+    EXPECT_TRUE(server.waitForRecord());
+    EXPECT_FALSE(t.prompts.texts().contains(QStringLiteral("No maps have been selected") + kTail));
+}
+
+TEST_F(OkCommand, TheSessionNameReachesTheExecLineCompletedAndLowerCased)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"abc", "abc.cfg"}, {".cfg", ".cfg"}, {"A.CFG", "a.cfg"}, {"x y", "x_y.cfg"}, {"x ", "x_.cfg"},
+    };
+    for (const auto& [typed, exec] : cases) {
+        SCOPED_TRACE(typed);
+        const StubServer server = stub();
+        profile.setText(kCfg(1), QString::fromLatin1(typed));
+        ok();
+        const auto started = server.waitForRecord();
+        ASSERT_TRUE(started);
+        EXPECT_EQ(started->arguments.last(), QString::fromLatin1(exec));
+        EXPECT_EQ(started->arguments.at(started->arguments.size() - 2), QStringLiteral("+exec"));
+    }
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(OkCommand, TheQuestionComesBeforeTheRconRefusalAndClearsTheMark)
+{
+    profile.setConfigurationChanged(true);
+    profile.setValue(F::chkSendMessage, 1);
+    t.prompts.answerNext(Answer::Yes);
+    ok();
+    ASSERT_GE(t.prompts.shown.size(), 2u);
+    const auto& question = t.prompts.shown.front().request;
+    EXPECT_EQ(question.text, QStringLiteral("Configuration has changed, set as default?") + kTail);
+    EXPECT_EQ(question.icon, Icon::Question);
+    EXPECT_EQ(question.buttons, Buttons::YesNo);
+    EXPECT_EQ(question.title, kProductTitle);
+    // Yes has saved the defaults before the refusal, whatever that save says itself.
+    EXPECT_EQ(t.prompts.last().request.text,
+              QStringLiteral("An rcon password is required to enable server messaging") + kTail);
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_EQ(launcher.starts, 0);
+
+    t.prompts.shown.clear();
+    ok();
+    ASSERT_EQ(t.prompts.shown.size(), 1u) << "the mark stays clear, so no second question";
+}
+
+TEST_F(OkCommand, NoLeavesTheStoreAloneButClearsTheMarkAndTheLaunchGoesOn)
+{
+    const StubServer server = stub();
+    profile.setConfigurationChanged(true);
+    t.prompts.answerNext(Answer::No);
+    ok();
+    ASSERT_TRUE(server.waitForRecord());
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "No saves nothing";
+}
+
+TEST_F(OkCommand, AStartedServerClosesTheProgramOrMinimisesIt)
+{
+    {
+        const StubServer server = stub();
+        ok();
+        ASSERT_TRUE(server.waitForRecord());
+        EXPECT_EQ(windows.closed, 1);
+        EXPECT_EQ(windows.minimized, 0);
+    }
+    {
+        const StubServer server = stub();
+        profile.setValue(F::optStartMinimize, 1);
+        ok();
+        ASSERT_TRUE(server.waitForRecord());
+        EXPECT_EQ(windows.closed, 1);
+        EXPECT_EQ(windows.minimized, 1);
+    }
+}
+
+TEST_F(OkCommand, MessagingOverridesCloseAndLeavesMinimiseSelected)
+{
+    const StubServer server = stub();
+    profile.setValue(F::chkSendMessage, 1);
+    profile.setText(kCfg(14), QStringLiteral("secret"));
+    ASSERT_TRUE(profile.isSet(F::optStartClose));
+    ok();
+    ASSERT_TRUE(server.waitForRecord());
+    EXPECT_TRUE(profile.isSet(F::optStartMinimize));
+    EXPECT_FALSE(profile.isSet(F::optStartClose));
+    EXPECT_EQ(windows.minimized, 1);
+    EXPECT_EQ(windows.closed, 0);
+}
+
+TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
+{
+    struct Case {
+        const char* name;
+        std::function<void()> setup;
+        int number;
+        QString culprit;
+    };
+    const Case cases[] = {
+        {"no server anywhere", [] {}, 53, QStringLiteral("(jk2ded)")},
+        {"server without execute permission",
+         [&] { StubServer(t.gameFolder(), QStringLiteral("jk2ded"), record(), false); }, 70,
+         t.gameFolder() + QStringLiteral("jk2ded")},
+        {"session file that cannot be written",
+         [&] {
+             QFile::remove(t.baseFolder() + QStringLiteral("/luke.cfg"));
+             QDir(t.baseFolder()).mkdir(QStringLiteral("luke.cfg"));
+         },
+         75,
+         t.baseFolder() + QStringLiteral("/luke.cfg")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        t.prompts.shown.clear();
+        c.setup();
+        ok();
+        ASSERT_EQ(t.prompts.shown.size(), 2u);
+        const auto& report = t.prompts.shown.front().request;
+        EXPECT_EQ(report.icon, Icon::Critical);
+        EXPECT_TRUE(report.text.contains(QStringLiteral("Number: %1").arg(c.number))) << report.text.toStdString();
+        EXPECT_TRUE(report.text.contains(QStringLiteral("::Code.CreateJediConfiguration(Function)")));
+        EXPECT_TRUE(report.text.contains(c.culprit)) << report.text.toStdString();
+        EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not start server!") + kTail);
+        EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
+        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_EQ(windows.closed + windows.minimized, 0);
+        EXPECT_EQ(profile.formPointer(), pointer::Default);
+    }
+}

@@ -1,0 +1,433 @@
+#include "model/Constants.h"
+#include "model/FieldNames.h"
+#include "commands/Startup.h"
+#include "support/Errors.h"
+#include "testkit/FakeWindows.h"
+#include "testkit/TestApp.h"
+
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+// The three first-run steps, recorded, each with the result it is told to give.
+struct RecordingScan {
+    QStringList calls;
+    bool maps = true;
+    bool shots = true;
+    bool convert = true;
+    int errorInShots = 0;
+
+    FirstRunScan steps()
+    {
+        return {
+            [this](AppContext&, const QString& base, const QString& catalogue, const QString& game) {
+                calls << QStringLiteral("maps %1 %2 %3").arg(base, catalogue, game);
+                return maps;
+            },
+            [this](AppContext&, const QString& base, const QString& game) {
+                calls << QStringLiteral("shots %1 %2").arg(base, game);
+                if (errorInShots)
+                    raiseError(errorInShots, QStringLiteral("Level shots failed"), QStringLiteral("scanner"));
+                return shots;
+            },
+            [this](AppContext&) {
+                calls << QStringLiteral("convert");
+                return convert;
+            },
+        };
+    }
+};
+
+// A fresh process: the globals start empty; the game folder holds a server binary.
+struct Startup : ::testing::Test {
+    TestApp t;
+    FakeWindowHost host{*t.app};
+    RecordingScan scan;
+
+    Startup()
+    {
+        t.app->gameFolder.clear();
+        t.app->serverExecutable.clear();
+    }
+
+    SettingsStore& store() { return *t.store; }
+    QString stored(const QString& key) { return store().GetSetting(key, QStringLiteral("<absent>")); }
+    StartupOutcome start(const QString& commandLine = {}) { return runStartup(*t.app, host, commandLine, scan.steps()); }
+
+    // A store that needs nothing: the game found, the first scan done.
+    void storeReadyGame()
+    {
+        writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+        store().SaveSetting(kKeyPathToJedi, t.gameFolder());
+        store().SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
+        store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+    }
+};
+
+const QStringList kOpened{QStringLiteral("load"), QStringLiteral("show")};
+
+} // namespace
+
+TEST_F(Startup, AReadyStoreOpensTheMainWindowWithoutAQuestion)
+{
+    storeReadyGame();
+    EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
+
+    EXPECT_EQ(host.calls, kOpened);
+    EXPECT_EQ(t.app->gameFolder, t.gameFolder());
+    EXPECT_EQ(t.app->serverExecutable, QStringLiteral("jk2mvded"));
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(t.prompts.dialogs.empty());
+    EXPECT_TRUE(scan.calls.isEmpty());
+    EXPECT_EQ(t.prompts.eventRuns, 1);
+    // The cursor object is made and restored at the end.
+    EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>{pointer::Default});
+    EXPECT_FALSE(host.form.calls.isEmpty()) << "the main window's load ran";
+}
+
+TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheProcess)
+{
+    t.prompts.cancelNextDialog();
+    EXPECT_EQ(start(), StartupOutcome::EndProcess);
+
+    EXPECT_EQ(kDefaultGameFolder,
+              QStringLiteral("C:\\Program Files\\Lucas Arts\\Star Wars JK II Jedi Outcast\\gameadata"));
+    EXPECT_EQ(stored(kKeyPathToJedi), kDefaultGameFolder);
+    EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("<absent>"));
+    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("<absent>"));
+
+    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
+    const FakePrompts::Dialog& dialog = t.prompts.dialogs.front();
+    EXPECT_TRUE(dialog.open);
+    EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Select Star Wars JK II Jedi Outcast"));
+    EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("exe"));
+    EXPECT_EQ(dialog.state.Filter, QStringLiteral("Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*"));
+    EXPECT_EQ(dialog.state.Flags, 0);
+    EXPECT_EQ(dialog.state.InitialDir, kDefaultGameFolder + QLatin1Char('/'));
+    EXPECT_TRUE(dialog.state.FileName.isEmpty());
+
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    const MessageBoxRequest& box = t.prompts.last().request;
+    EXPECT_EQ(box.text, QStringLiteral("User cancelled!") + kTail);
+    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
+    EXPECT_EQ(box.icon, Icon::Exclamation);
+    EXPECT_EQ(box.buttons, Buttons::Ok);
+
+    EXPECT_TRUE(host.calls.isEmpty()) << "no window, not even the scanner's";
+    EXPECT_TRUE(t.prompts.pointerHistory.empty());
+}
+
+TEST_F(Startup, AFolderWithAnyFileNeedsNoExecutableName)
+{
+    writeFile(t.gameFolder() + QStringLiteral("whatever.txt"), "x");
+    store().SaveSetting(kKeyPathToJedi, t.root() + QStringLiteral("/game")); // no trailing slash
+    store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+
+    EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
+
+    EXPECT_TRUE(t.prompts.dialogs.empty());
+    EXPECT_TRUE(t.app->serverExecutable.isEmpty());
+    EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("<absent>"));
+    EXPECT_EQ(t.app->gameFolder, t.gameFolder()) << "the slash is added to the global itself";
+    EXPECT_EQ(host.calls, kOpened);
+}
+
+TEST_F(Startup, AFolderWithOnlySubfoldersCountsAsEmpty)
+{
+    // The game folder holds only its base folder.
+    store().SaveSetting(kKeyPathToJedi, t.gameFolder());
+    store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+    t.prompts.cancelNextDialog();
+
+    EXPECT_EQ(start(), StartupOutcome::EndProcess);
+    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
+    EXPECT_EQ(t.prompts.dialogs.front().state.InitialDir, t.gameFolder());
+}
+
+TEST_F(Startup, AMissingExecutableIsAskedForAndTheChoiceIsStored)
+{
+    store().SaveSetting(kKeyPathToJedi, t.gameFolder());
+    store().SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
+    store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+    writeFile(t.gameFolder() + QStringLiteral("readme.txt"), "not the server");
+    const QString chosen = t.root() + QStringLiteral("/other/linuxjk2ded");
+    t.prompts.chooseFile(chosen);
+
+    EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
+
+    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
+    EXPECT_EQ(t.prompts.dialogs.front().state.InitialDir, t.gameFolder());
+    EXPECT_EQ(t.app->gameFolder, t.root() + QStringLiteral("/other/"));
+    EXPECT_EQ(t.app->serverExecutable, QStringLiteral("linuxjk2ded"));
+    EXPECT_EQ(stored(kKeyPathToJedi), t.root() + QStringLiteral("/other/"));
+    EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("linuxjk2ded"));
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_EQ(host.calls, kOpened);
+}
+
+TEST_F(Startup, TheStoredFolderLosesItsBlanksAndOneTrailingNul)
+{
+    const QChar nul(0);
+    const struct {
+        QString stored;
+        QString folder;
+    } cases[] = {
+        {QStringLiteral("   "), QStringLiteral("/")},
+        {QStringLiteral("  /srv/jk2  "), QStringLiteral("/srv/jk2/")},
+        {QStringLiteral("/srv/jk2/") + nul, QStringLiteral("/srv/jk2/")},
+        {QStringLiteral("/srv/jk2") + nul + QStringLiteral("  "), QStringLiteral("/srv/jk2/")},
+        // The NUL is cut after the trim, so a blank before it stays.
+        {QStringLiteral("/srv/jk2 ") + nul, QStringLiteral("/srv/jk2 /")},
+        {QStringLiteral("/srv/jk2") + nul + nul, QStringLiteral("/srv/jk2") + nul + QStringLiteral("/")},
+        // Only blanks are trimmed.
+        {QStringLiteral("\t/srv/jk2\t"), QStringLiteral("\t/srv/jk2\t/")},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.stored.toUtf8().toHex().toStdString());
+        TestApp fresh;
+        FakeWindowHost windows(*fresh.app);
+        fresh.store->SaveSetting(kKeyPathToJedi, c.stored);
+        ASSERT_EQ(fresh.store->GetSetting(kKeyPathToJedi), c.stored) << "the store keeps the text";
+        fresh.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2ded-not-here"));
+        fresh.prompts.cancelNextDialog();
+
+        EXPECT_EQ(runStartup(*fresh.app, windows, {}, scan.steps()), StartupOutcome::EndProcess);
+        ASSERT_EQ(fresh.prompts.dialogs.size(), 1u);
+        EXPECT_EQ(fresh.prompts.dialogs.front().state.InitialDir, c.folder);
+        EXPECT_EQ(fresh.app->gameFolder, c.folder);
+        EXPECT_EQ(fresh.store->GetSetting(kKeyPathToJedi), c.stored) << "nothing written back";
+    }
+}
+
+TEST_F(Startup, AnyRunOnceButZeroCountsAsDone)
+{
+    const struct {
+        const char* value; // nullptr: the key is absent
+        bool firstRun;
+    } cases[] = {
+        {"1", false}, {"2", false}, {"", false}, {" 0", false}, {"0", true}, {nullptr, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value ? c.value : "absent");
+        TestApp fresh;
+        FakeWindowHost windows(*fresh.app);
+        RecordingScan steps;
+        writeFile(fresh.gameFolder() + QStringLiteral("jk2mvded"), "x");
+        fresh.store->SaveSetting(kKeyPathToJedi, fresh.gameFolder());
+        fresh.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
+        if (c.value)
+            fresh.store->SaveSetting(kKeyRunOnce, QString::fromLatin1(c.value));
+
+        EXPECT_EQ(runStartup(*fresh.app, windows, {}, steps.steps()), StartupOutcome::MainWindowOpen);
+        EXPECT_EQ(steps.calls.size(), c.firstRun ? 3 : 0);
+        EXPECT_EQ(fresh.store->GetSetting(kKeyRunOnce, QStringLiteral("<absent>")),
+                  c.firstRun ? QStringLiteral("1") : QString::fromLatin1(c.value));
+    }
+}
+
+TEST_F(Startup, TheFirstRunScansThenOpensTheWindow)
+{
+    storeReadyGame();
+    store().DeleteSetting(kKeyRunOnce);
+
+    EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
+
+    EXPECT_EQ(scan.calls, (QStringList{QStringLiteral("maps Base Jedi ") + t.gameFolder(),
+                                       QStringLiteral("shots Base ") + t.gameFolder(), QStringLiteral("convert")}));
+    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("1"));
+
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    const MessageBoxRequest& first = t.prompts.shown[0].request;
+    EXPECT_EQ(first.text,
+              QStringLiteral("As this is the first time you have run Arena Steward, a scan of your         \r\n"
+                             "Jedi base folder for installed maps will be required, please be patient         "));
+    EXPECT_EQ(first.icon, Icon::Information);
+    EXPECT_EQ(first.buttons, Buttons::Ok);
+    EXPECT_EQ(first.title, QStringLiteral("Arena Steward"));
+    const MessageBoxRequest& done = t.prompts.shown[1].request;
+    EXPECT_EQ(done.text, QStringLiteral("Map Scan complete.") + kTail);
+    EXPECT_EQ(done.icon, Icon::Information);
+
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
+    // The hourglass during the scan, restored after it and again at the end.
+    EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default, pointer::Default}));
+}
+
+TEST_F(Startup, AFailedScanStepEndsTheProcessAndTheNextStartScansAgain)
+{
+    const struct {
+        bool maps, shots, convert;
+        int steps;
+    } cases[] = {{false, true, true, 1}, {true, false, true, 2}, {true, true, false, 3}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.steps);
+        TestApp fresh;
+        FakeWindowHost windows(*fresh.app);
+        RecordingScan steps;
+        steps.maps = c.maps;
+        steps.shots = c.shots;
+        steps.convert = c.convert;
+        fresh.store->SaveSetting(kKeyPathToJedi, fresh.gameFolder());
+        writeFile(fresh.gameFolder() + QStringLiteral("jk2mvded"), "x");
+        fresh.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
+        fresh.store->SaveSetting(kKeyRunOnce, QStringLiteral("0"));
+
+        EXPECT_EQ(runStartup(*fresh.app, windows, {}, steps.steps()), StartupOutcome::EndProcess);
+        EXPECT_EQ(steps.calls.size(), c.steps);
+        EXPECT_EQ(fresh.store->GetSetting(kKeyRunOnce), QStringLiteral("0"));
+        EXPECT_EQ(windows.calls, QStringList{QStringLiteral("unloadScanner")});
+        EXPECT_EQ(fresh.prompts.texts(), QStringList{firstRunText()}) << "the failing step told the user";
+    }
+}
+
+TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
+{
+    storeReadyGame();
+    store().DeleteSetting(kKeyRunOnce);
+    scan.errorInShots = err::FileNotFound;
+
+    EXPECT_EQ(start(), StartupOutcome::Returned);
+
+    EXPECT_EQ(host.calls, QStringList{QStringLiteral("unloadScanner")});
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    const MessageBoxRequest& box = t.prompts.last().request;
+    EXPECT_EQ(box.text, QStringLiteral("Level shots failed"));
+    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
+    EXPECT_EQ(box.icon, Icon::Exclamation);
+    EXPECT_EQ(box.buttons, Buttons::Ok);
+    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("<absent>"));
+    // The clean-up restores the cursor.
+    EXPECT_EQ(t.prompts.pointer, pointer::Default);
+    EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default}));
+}
+
+TEST_F(Startup, AnErrorWhileTheWindowComesUpUnloadsIt)
+{
+    storeReadyGame();
+    host.afterLoad = [](ServerProfile&) { raiseError(err::PathNotFound); };
+
+    EXPECT_EQ(start(), StartupOutcome::Returned);
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("unloadScanner"),
+                                       QStringLiteral("unloadMain")}));
+    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Path not found")});
+}
+
+TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
+{
+    const struct {
+        const char* commandLine;
+        bool check;
+    } cases[] = {
+        {"-check", true}, {"-CHECK", true}, {"-ChEcK", true}, {" -check", false},
+        {"-check ", false}, {"-check x", false}, {"check", false}, {"", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.commandLine);
+        TestApp fresh;
+        fresh.app->gameFolder.clear();
+        fresh.app->serverExecutable.clear();
+        FakeWindowHost windows(*fresh.app);
+        RecordingScan steps;
+        fresh.prompts.cancelNextDialog();
+
+        const StartupOutcome outcome =
+            runStartup(*fresh.app, windows, QString::fromLatin1(c.commandLine), steps.steps());
+
+        if (c.check) {
+            EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
+            EXPECT_EQ(windows.calls, kOpened);
+            EXPECT_FALSE(fresh.store->HasSetting(kKeyPathToJedi)) << "the store is not looked at";
+            EXPECT_TRUE(fresh.app->gameFolder.isEmpty());
+            EXPECT_TRUE(fresh.app->serverExecutable.isEmpty());
+            EXPECT_TRUE(fresh.prompts.dialogs.empty());
+            EXPECT_TRUE(steps.calls.isEmpty());
+            EXPECT_TRUE(fresh.prompts.pointerHistory.empty()) << "no cursor object";
+            // The load sees a base folder under a lone slash.
+            EXPECT_EQ(fresh.app->baseFolder(), QStringLiteral("/Base"));
+        } else {
+            EXPECT_EQ(outcome, StartupOutcome::EndProcess);
+            EXPECT_EQ(fresh.store->GetSetting(kKeyPathToJedi), kDefaultGameFolder);
+            EXPECT_EQ(fresh.prompts.dialogs.size(), 1u);
+        }
+    }
+}
+
+TEST_F(Startup, ASecondInstanceIsRefusedOnlyWithMessagingOn)
+{
+    const struct {
+        bool otherRunning;
+        bool sendMessage;
+        bool refused;
+    } cases[] = {
+        {true, true, true}, {true, false, false}, {false, true, false}, {false, false, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.otherRunning << c.sendMessage);
+        TestApp fresh;
+        FakeWindowHost windows(*fresh.app);
+        RecordingScan steps;
+        fresh.instances.otherRunning = c.otherRunning;
+        // The value that the load restores from the settings.
+        windows.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, c.sendMessage); };
+
+        const StartupOutcome outcome = runStartup(*fresh.app, windows, QStringLiteral("-check"), steps.steps());
+
+        if (c.refused) {
+            EXPECT_EQ(outcome, StartupOutcome::EndProcess);
+            EXPECT_EQ(windows.calls, (QStringList{QStringLiteral("load"), QStringLiteral("unloadMain")}));
+            ASSERT_EQ(fresh.prompts.shown.size(), 1u);
+            EXPECT_EQ(fresh.prompts.last().request.text, QStringLiteral("Arena Steward is already running") + kTail);
+            EXPECT_EQ(fresh.prompts.last().request.icon, Icon::Information);
+            EXPECT_EQ(fresh.prompts.last().request.title, QStringLiteral("Arena Steward"));
+        } else {
+            EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
+            EXPECT_EQ(windows.calls, kOpened);
+            EXPECT_TRUE(fresh.prompts.shown.empty());
+        }
+    }
+}
+
+TEST_F(Startup, ARestartRunsStartUpAgainAndScansAfterTheSettingsWereCleared)
+{
+    storeReadyGame();
+    ASSERT_EQ(start(), StartupOutcome::MainWindowOpen);
+    ASSERT_TRUE(scan.calls.isEmpty());
+    store().DeleteSetting(kKeyRunOnce);
+
+    EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
+
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("show"), QStringLiteral("closeAll"),
+                                       QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
+    EXPECT_EQ(host.loads, 2);
+    EXPECT_EQ(scan.calls.size(), 3);
+    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("1"));
+    EXPECT_EQ(t.prompts.texts(), (QStringList{firstRunText(), QStringLiteral("Map Scan complete.") + kTail}));
+    // One run of pending events at the first start; before, inside and after the restart.
+    EXPECT_EQ(t.prompts.eventRuns, 4);
+}
+
+TEST_F(Startup, ARestartReadsTheSameCommandLineAgain)
+{
+    ASSERT_EQ(start(QStringLiteral("-Check")), StartupOutcome::MainWindowOpen);
+    EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
+
+    EXPECT_FALSE(store().HasSetting(kKeyPathToJedi));
+    EXPECT_TRUE(t.prompts.dialogs.empty());
+    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("show"), QStringLiteral("closeAll"),
+                                       QStringLiteral("load"), QStringLiteral("show")}));
+}
+
+TEST_F(Startup, ARestartThatEndsTheProcessRunsNothingAfterIt)
+{
+    storeReadyGame();
+    ASSERT_EQ(start(), StartupOutcome::MainWindowOpen);
+    store().SaveSetting(kKeyPathToServer, QStringLiteral("gone"));
+    t.prompts.cancelNextDialog();
+
+    EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::EndProcess);
+    EXPECT_EQ(t.prompts.eventRuns, 2) << "the first start's and the one before the restart";
+    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("User cancelled!") + kTail});
+}
