@@ -3,7 +3,8 @@
 # but only those that are missing. Usage: install-deps.sh [extra-package ...]
 set -euo pipefail
 needed=(cmake ninja-build g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins
-        qt6-image-formats-plugins libzip-dev libgtest-dev "$@")
+        qt6-image-formats-plugins libzip-dev libgtest-dev
+        desktop-file-utils appstream dpkg-dev file "$@")
 missing=()
 for p in "${needed[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

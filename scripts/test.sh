@@ -1,8 +1,12 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything with warnings as errors and runs every test.
+# STEWARD_REAL_SERVER=1 installs Debian's openarena-server as well, so that the test against
+# a real Quake 3 engine server runs instead of being skipped.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/install-deps.sh
+extra=()
+if [ "${STEWARD_REAL_SERVER:-0}" = 1 ]; then extra+=(openarena-server); fi
+scripts/install-deps.sh "${extra[@]}"
 cmake --preset ci >/dev/null
 cmake --build --preset ci
 ctest --preset ci

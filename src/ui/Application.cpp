@@ -7,6 +7,7 @@
 #include "commands/Startup.h"
 #include "platform/HostAddressLookup.h"
 #include "ui/CommandWiring.h"
+#include "ui/DesktopIdentity.h"
 #include "ui/MainWindowHost.h"
 #include "ui/frmMain.h"
 #include "ui/QtPrompts.h"
@@ -33,6 +34,7 @@ int runApplication(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("ArenaSteward"));
     QApplication::setOrganizationName(QStringLiteral("ArenaSteward"));
+    applyDesktopIdentity();
 
     const QString dataHome = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     const QString programFolder = QDir(dataHome).filePath(QStringLiteral("ArenaSteward"));
