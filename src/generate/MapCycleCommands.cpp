@@ -57,7 +57,7 @@ void mnuExportMapCycle_Click(AppContext& app, ServerProfile& profile)
 
 void chkUseINI_Click(AppContext& app, ServerProfile& profile)
 {
-    if (app.formLoading)
+    if (app.formLoading || app.wizardSettingCycle)
         return;
     try {
         const QString box = QStringLiteral("chkUseINI");

@@ -51,6 +51,8 @@ public:
     QString lastLogFile;
     /// True while the main window's load runs.
     bool formLoading = false;
+    /// True while the map wizard's finish hands its saved cycle to the main window.
+    bool wizardSettingCycle = false;
     /// The process's whole command line as one text. Start-up keeps it here, so that a
     /// restart inside the same process reads the same switch again.
     QString commandLine;
