@@ -19,8 +19,8 @@
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MenuBuilder.h"
+#include "ui/WizardForms.h"
 #include "ui/frmMain.h"
-#include "wizard/WizardRecords.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -40,7 +40,7 @@ void endIfAsked(StartupOutcome outcome)
 } // namespace
 
 CommandWiring::CommandWiring(AppContext& app, QtWindowHost& host, AddressLookup& addresses)
-    : m_app(app), m_host(host), m_addresses(addresses)
+    : m_app(app), m_host(host), m_addresses(addresses), m_wizard(std::make_unique<MapWizardWindows>(app, host))
 {
     m_host.addWindowSetup([this](frmMain& window) { setUpWindow(window); });
     routeButtons();
@@ -151,11 +151,7 @@ void CommandWiring::registerTools()
         const QString tool = QString::fromLatin1(id);
         on(id, [this, tool](frmMain& w) { runMapTool(m_app, w.profile(), tool); });
     }
-    on("ID_MapWizard", [this](frmMain& w) {
-        // The wizard's pages come later; its start prepares the per-map records.
-        WizardState state;
-        prepareMapWizard(m_app, w.profile(), state);
-    });
+    on("ID_MapWizard", [this](frmMain& w) { m_wizard->wizard().ID_MapWizard(w.profile()); });
 }
 
 } // namespace steward
