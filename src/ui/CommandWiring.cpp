@@ -24,8 +24,8 @@
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MenuBuilder.h"
+#include "ui/WizardForms.h"
 #include "ui/frmMain.h"
-#include "wizard/WizardRecords.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -45,7 +45,7 @@ void endIfAsked(StartupOutcome outcome)
 } // namespace
 
 CommandWiring::CommandWiring(AppContext& app, QtWindowHost& host, AddressLookup& addresses)
-    : m_app(app), m_host(host), m_addresses(addresses)
+    : m_app(app), m_host(host), m_addresses(addresses), m_wizard(std::make_unique<MapWizardWindows>(app, host))
 {
     m_host.addWindowSetup([this](frmMain& window) { setUpWindow(window); });
     routeButtons();
@@ -158,11 +158,7 @@ void CommandWiring::registerTools()
     on("ID_SortDescending", [](frmMain& w) { ID_SortDescending(w.profile()); });
     on("ID_RemoveMap", [this](frmMain& w) { ID_RemoveMap(m_app, w.profile()); });
     on("ID_ClearList", [this](frmMain& w) { ID_ClearList(m_app, w.profile()); });
-    on("ID_MapWizard", [this](frmMain& w) {
-        // The wizard's pages come later; its start prepares the per-map records.
-        WizardState state;
-        prepareMapWizard(m_app, w.profile(), state);
-    });
+    on("ID_MapWizard", [this](frmMain& w) { m_wizard->wizard().ID_MapWizard(w.profile()); });
 }
 
 } // namespace steward

@@ -13,6 +13,7 @@ class AppContext;
 class AddressLookup;
 class QtWindowHost;
 class frmMain;
+class MapWizardWindows;
 
 class CommandWiring {
 public:
@@ -23,6 +24,8 @@ public:
 
     /// The menus' door to the routines.
     ToolDispatcher& dispatcher() { return m_dispatcher; }
+    /// The map wizard and its pages.
+    MapWizardWindows& mapWizard() { return *m_wizard; }
 
 private:
     void setUpWindow(frmMain& window);
@@ -36,6 +39,7 @@ private:
     QtWindowHost& m_host;
     AddressLookup& m_addresses;
     ToolDispatcher m_dispatcher;
+    std::unique_ptr<MapWizardWindows> m_wizard;
 };
 
 } // namespace steward

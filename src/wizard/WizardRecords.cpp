@@ -25,9 +25,11 @@ bool prepareMapWizard(AppContext& app, ServerProfile& profile, WizardState& stat
         }
     }
 
+    // WizardStartingMap is the wizard's own: page 1 sets it, and a new start keeps it.
+    const QString startingMap = state.startingMap;
     state = WizardState{};
     state.upper = upper;
-    state.startingMap = profile.startingMap();
+    state.startingMap = startingMap;
     for (int row = 0; row <= upper; ++row) {
         WizardMapRecord record;
         record.MapName = rotation.cell(row, 0);

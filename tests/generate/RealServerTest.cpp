@@ -8,6 +8,7 @@
 #include "model/ServerProfile.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
+#include "wizard/MapWizard.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -42,6 +43,44 @@ QByteArray askStatus(quint16 port, int seconds)
     return {};
 }
 
+/// Sends a remote console command to the server on the port; its printed answer, if any.
+QByteArray rcon(quint16 port, const QByteArray& password, const QByteArray& command)
+{
+    QUdpSocket socket;
+    socket.writeDatagram(QByteArray("\xff\xff\xff\xffrcon ") + password + ' ' + command, QHostAddress::LocalHost, port);
+    QByteArray answer;
+    while (socket.waitForReadyRead(1500)) {
+        QByteArray part(static_cast<int>(socket.pendingDatagramSize()), 0);
+        socket.readDatagram(part.data(), part.size());
+        answer += part;
+    }
+    return answer;
+}
+
+/// The status of the server once its map is the one named, or the last status seen.
+QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
+{
+    const QDeadlineTimer deadline(seconds * 1000);
+    QByteArray status;
+    while (!deadline.hasExpired()) {
+        status = askStatus(port, 2);
+        if (status.contains("\\mapname\\" + map + "\\"))
+            break;
+        QThread::msleep(300);
+    }
+    return status;
+}
+
+/// The wizard's windows are not needed to run its flow.
+class NoWizardWindows : public WizardWindows {
+public:
+    void hideMainWindow() override {}
+    void showMainWindow() override {}
+    void showPage(int) override {}
+    void hidePage(int) override {}
+    void unloadPage(int) override {}
+};
+
 void stopServer(const QString& pidFile)
 {
     QFile file(pidFile);
@@ -52,20 +91,21 @@ void stopServer(const QString& pidFile)
     }
 }
 
-} // namespace
+bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir(); }
 
-TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
-{
-    if (!QFileInfo(kEngine).isExecutable() || !QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir()) {
-        // CI sets STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
-        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
-            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "
-                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";
-        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
+// Skips a test without a Quake 3 engine dedicated server here. CI sets
+// STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
+#define STEWARD_NEED_REAL_SERVER()                                                                                  \
+    if (!haveServer()) {                                                                                            \
+        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)                                       \
+            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "     \
+                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";                     \
+        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";                     \
     }
 
-    steward::testing::TestApp t;
-    DetachedProcessLauncher launcher;
+/// The start script in the game folder that stands in for the game's server.
+void standInServer(steward::testing::TestApp& t, DetachedProcessLauncher& launcher)
+{
     t.app->services.launcher = &launcher;
     t.app->serverExecutable = QStringLiteral("q3server");
     const QString script = t.gameFolder() + QStringLiteral("q3server");
@@ -77,13 +117,30 @@ TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
                                             .arg(kEngine, kGameData)
                                             .toLatin1());
     QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
+}
 
-    const quint16 port = static_cast<quint16>(27000 + QCoreApplication::applicationPid() % 900);
-    ServerProfile profile;
+/// A LAN server on the port with a host name and a remote console password.
+void serverSettings(ServerProfile& profile, quint16 port)
+{
     profile.setValue(F::chkServerType(1), 1); // LAN: no master servers
     profile.setText(F::txtServerConfig(2), QStringLiteral("Steward Test Arena"));
     profile.setText(F::txtServerConfig(12), QString::number(port));
     profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
+}
+
+} // namespace
+
+TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
+{
+    STEWARD_NEED_REAL_SERVER();
+
+    steward::testing::TestApp t;
+    DetachedProcessLauncher launcher;
+    standInServer(t, launcher);
+
+    const quint16 port = static_cast<quint16>(27000 + QCoreApplication::applicationPid() % 900);
+    ServerProfile profile;
+    serverSettings(profile, port);
     profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
     profile.setStartingMap(QStringLiteral("oa_dm1"));
     steward::testing::FakeWindowHost windows(*t.app);
@@ -97,4 +154,55 @@ TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
     EXPECT_TRUE(status.contains("\\sv_hostname\\Steward Test Arena\\")) << status.toStdString();
     EXPECT_TRUE(status.contains("\\mapname\\oa_dm1\\")) << status.toStdString();
     EXPECT_TRUE(status.contains("\\.Configured By\\Arena Steward: JUNE 13 2002 beta 1.4\\")) << status.toStdString();
+}
+
+TEST(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
+{
+    STEWARD_NEED_REAL_SERVER();
+
+    steward::testing::TestApp t;
+    DetachedProcessLauncher launcher;
+    standInServer(t, launcher);
+
+    const quint16 port = static_cast<quint16>(27000 + (QCoreApplication::applicationPid() + 450) % 900);
+    ServerProfile profile;
+    serverSettings(profile, port);
+    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
+
+    // The wizard: oa_dm1 is the starting map and left out, oa_dm2 gets its own gravity
+    // and time limit.
+    NoWizardWindows windows;
+    MapWizard wizard(*t.app, windows);
+    wizard.ID_MapWizard(profile);
+    wizard.fields().field(QStringLiteral("grdMapList")).setCurrent(0);
+    wizard.runPopupTool(QStringLiteral("ID_SetStartingMap"));
+    wizard.grdMapList_Click(1);
+    wizard.cmdNext_Click(1);
+    wizard.cmdNext_Click(2);
+    wizard.fields().field(F::txtSpeed(1)).setText(QStringLiteral("300"));
+    wizard.fields().field(F::txtGameLimits(1)).setText(QStringLiteral("15"));
+    t.prompts.chooseFile(t.baseFolder() + QStringLiteral("/wizard.cfg"));
+    wizard.cmdFinish_Click();
+    ASSERT_TRUE(profile.isSet(F::chkUseINI));
+    const int boxes = static_cast<int>(t.prompts.shown.size()); // the starting map and "File has been Saved"
+
+    steward::testing::FakeWindowHost host(*t.app);
+    cmdOk_Click(*t.app, profile, host);
+    ASSERT_EQ(static_cast<int>(t.prompts.shown.size()), boxes) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+
+    const QByteArray first = awaitMap(port, "oa_dm1", 20);
+    QByteArray second;
+    QByteArray gravity;
+    if (first.contains("\\mapname\\oa_dm1\\")) {
+        rcon(port, "secret", "vstr nextmap");
+        second = awaitMap(port, "oa_dm2", 20);
+        gravity = rcon(port, "secret", "g_gravity");
+    }
+    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
+    ASSERT_TRUE(first.contains("\\mapname\\oa_dm1\\")) << first.toStdString();
+    EXPECT_TRUE(second.contains("\\mapname\\oa_dm2\\")) << second.toStdString();
+    EXPECT_TRUE(second.contains("\\timelimit\\15\\")) << second.toStdString();
+    // The game keeps g_gravity out of its server info, so the console is asked for it.
+    EXPECT_TRUE(second.contains("\\g_gravity\\300\\") || gravity.contains("\"g_gravity\" is:\"300"))
+        << second.toStdString() << "\n" << gravity.toStdString();
 }

@@ -38,6 +38,6 @@ TEST(MapWizardStart, EachRowGetsItsNameAndTheSelectedGameType)
         EXPECT_EQ(r.GameType, QStringLiteral("g_gametype 7"));
         EXPECT_FALSE(r.Configured);
     }
-    EXPECT_EQ(state.startingMap, QStringLiteral("ctf_yavin"));
+    EXPECT_TRUE(state.startingMap.isEmpty()) << "the main window's starting map isn't the wizard's";
     EXPECT_EQ(t.prompts.eventRuns, 1);
 }
