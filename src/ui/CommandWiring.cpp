@@ -1,5 +1,7 @@
 #include "ui/CommandWiring.h"
 
+#include "bots/BotRoster.h"
+#include "bots/BotRosterCommands.h"
 #include "generate/BanListCommands.h"
 #include "generate/ExportScripts.h"
 #include "generate/ExportServer.h"
@@ -16,9 +18,11 @@
 #include "shell/ToolTable.h"
 #include "support/LocalAddress.h"
 #include "ui/AboutWindow.h"
+#include "ui/BotPage.h"
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MenuBuilder.h"
+#include "ui/frmBOT.h"
 #include "ui/frmMain.h"
 #include "wizard/WizardRecords.h"
 
@@ -69,6 +73,7 @@ void CommandWiring::setUpWindow(frmMain& window)
             QMetaObject::invokeMethod(
                 &window, [this, id] { m_dispatcher.SSActiveToolBars1_ToolClick(id); }, Qt::QueuedConnection);
         });
+    bindBotPage(m_app, window);
     auto* keys = new KeyFilters(m_app.services.beeper, &window);
     keys->install(&window, &window.profile());
 
@@ -87,8 +92,10 @@ void CommandWiring::routeButtons()
 {
     UiRoutes& routes = m_host.routes();
     routes.onClick(QStringLiteral("cmdOk"), [this](frmMain& w) { cmdOk_Click(m_app, w.profile(), m_host); });
-    routes.onClick(QStringLiteral("cmdCancel"),
-                   [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    routes.onClick(QStringLiteral("cmdCancel"), [this](frmMain& w) {
+        saveLastBots(m_app, w.profile());
+        cmdCancel_Click(m_app, w.profile(), m_host);
+    });
     routes.onClick(QStringLiteral("cmdDefault"), [this](frmMain& w) { cmdDefault_Click(m_app, w.profile()); });
     routes.onClick(QStringLiteral("cmdReset"), [this](frmMain&) { endIfAsked(cmdReset_Click(m_app, m_host)); });
     routes.onClick(QStringLiteral("cmdTrayIt"), [](frmMain&) {});
@@ -99,6 +106,10 @@ void CommandWiring::routeButtons()
             box->selectAll();
         }
     });
+    for (int index = 0; index <= 4; ++index)
+        routes.onClick(QStringLiteral("cmdBOTs(%1)").arg(index), [this, index](frmMain& w) {
+            cmdBOTs_Click(m_app, w.profile(), index, [this, &w] { showBotPicker(m_app, w); });
+        });
     for (int index = 2; index <= 4; ++index)
         routes.onClick(QStringLiteral("cmdThreeWave(%1)").arg(index),
                        [this, index](frmMain& w) { cmdThreeWave_Click(m_app, w.profile(), index); });
@@ -132,7 +143,10 @@ void CommandWiring::registerTools()
     auto on = [this](const char* id, std::function<void(frmMain&)> routine) {
         m_dispatcher.on(QString::fromLatin1(id), [this, routine] { withWindow(routine); });
     };
-    on("id_FileExit", [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    on("id_FileExit", [this](frmMain& w) {
+        saveLastBots(m_app, w.profile());
+        cmdCancel_Click(m_app, w.profile(), m_host);
+    });
     on("id_UtilitiesConfigurationSave", [this](frmMain& w) { UtilitiesConfigurationSave(m_app, w.profile()); });
     on("id_UtilitiesConfigurationLoad", [this](frmMain&) { endIfAsked(LoadConfiguration(m_app, m_host)); });
     on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });
