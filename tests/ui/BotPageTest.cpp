@@ -139,7 +139,7 @@ TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColours)
     EXPECT_EQ(window->control<QComboBox>(QStringLiteral("cboBOT"))->currentText(), QStringLiteral("Hurt Me Plenty "));
 }
 
-TEST_F(BotPage, CloseKeepsTheRosterAndOkDoesNot)
+TEST_F(BotPage, CloseKeepsTheRosterForTheNextStart)
 {
     load();
     appendRosterBot(*profile, {QStringLiteral("Boss, The"), QStringLiteral("Hardcore"), QStringLiteral("RED"),
