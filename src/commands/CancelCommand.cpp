@@ -1,15 +1,14 @@
 #include "commands/CancelCommand.h"
 
+#include "bots/BotRoster.h"
 #include "platform/WindowHost.h"
-
-#include <QtGlobal>
 
 namespace steward {
 
 void cmdCancel_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
 {
-    Q_UNUSED(app);
-    Q_UNUSED(profile);
+    // The roster is the one thing kept on the way out.
+    saveLastBots(app, profile);
     windows.closeAllForms();
 }
 

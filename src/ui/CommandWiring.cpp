@@ -3,6 +3,8 @@
 #include "ui/CommandWiring.h"
 
 #include "commands/BanListCommands.h"
+#include "bots/BotRoster.h"
+#include "bots/BotRosterCommands.h"
 #include "generate/ExportScripts.h"
 #include "commands/ExportServer.h"
 #include "commands/MapCycleCommands.h"
@@ -21,10 +23,12 @@
 #include "commands/ToolTable.h"
 #include "commands/AddressCommand.h"
 #include "ui/AboutWindow.h"
+#include "ui/BotPage.h"
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MenuBuilder.h"
 #include "ui/WizardForms.h"
+#include "ui/frmBOT.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>
@@ -75,6 +79,7 @@ void CommandWiring::setUpWindow(frmMain& window)
             QMetaObject::invokeMethod(
                 &window, [this, id] { m_dispatcher.SSActiveToolBars1_ToolClick(id); }, Qt::QueuedConnection);
         });
+    bindBotPage(m_app, window);
     auto* keys = new KeyFilters(m_app.services.beeper, &window);
     keys->install(&window, &window.profile());
 
@@ -90,8 +95,9 @@ void CommandWiring::routeButtons()
 {
     UiRoutes& routes = m_host.routes();
     routes.onClick(QStringLiteral("cmdOk"), [this](frmMain& w) { cmdOk_Click(m_app, w.profile(), m_host); });
-    routes.onClick(QStringLiteral("cmdCancel"),
-                   [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    routes.onClick(QStringLiteral("cmdCancel"), [this](frmMain& w) {
+        cmdCancel_Click(m_app, w.profile(), m_host);
+    });
     routes.onClick(QStringLiteral("cmdDefault"), [this](frmMain& w) { cmdDefault_Click(m_app, w.profile()); });
     routes.onClick(QStringLiteral("cmdReset"), [this](frmMain&) { endIfAsked(cmdReset_Click(m_app, m_host)); });
     routes.onClick(QStringLiteral("cmdTrayIt"), [](frmMain&) {});
@@ -102,6 +108,10 @@ void CommandWiring::routeButtons()
             box->selectAll();
         }
     });
+    for (int index = 0; index <= 4; ++index)
+        routes.onClick(QStringLiteral("cmdBOTs(%1)").arg(index), [this, index](frmMain& w) {
+            cmdBOTs_Click(m_app, w.profile(), index, [this, &w] { showBotPicker(m_app, w); });
+        });
     for (int index = 2; index <= 4; ++index)
         routes.onClick(QStringLiteral("cmdThreeWave(%1)").arg(index),
                        [this, index](frmMain& w) { cmdThreeWave_Click(m_app, w.profile(), index); });
@@ -135,7 +145,9 @@ void CommandWiring::registerTools()
     auto on = [this](const char* id, std::function<void(frmMain&)> routine) {
         m_dispatcher.on(QString::fromLatin1(id), [this, routine] { withWindow(routine); });
     };
-    on("id_FileExit", [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    on("id_FileExit", [this](frmMain& w) {
+        cmdCancel_Click(m_app, w.profile(), m_host);
+    });
     on("id_UtilitiesConfigurationSave", [this](frmMain& w) { UtilitiesConfigurationSave(m_app, w.profile()); });
     on("id_UtilitiesConfigurationLoad", [this](frmMain&) { endIfAsked(LoadConfiguration(m_app, m_host)); });
     on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });

@@ -91,6 +91,36 @@ void stopServer(const QString& pidFile)
     }
 }
 
+/// The player lines of a status answer: score, ping and the name in quotes.
+QStringList playerNames(const QByteArray& status)
+{
+    QStringList names;
+    const QList<QByteArray> lines = status.split('\n');
+    for (qsizetype i = 2; i < lines.size(); ++i) {
+        const QByteArray& line = lines.at(i);
+        const qsizetype open = line.indexOf('"');
+        const qsizetype close = line.lastIndexOf('"');
+        if (open >= 0 && close > open)
+            names << QString::fromLatin1(line.mid(open + 1, close - open - 1));
+    }
+    return names;
+}
+
+/// Asks the server until its status holds at least count players or the time is up;
+/// the last answer.
+QByteArray awaitPlayers(quint16 port, int count, int seconds)
+{
+    const QDeadlineTimer deadline(seconds * 1000);
+    QByteArray status;
+    while (!deadline.hasExpired()) {
+        status = askStatus(port, 2);
+        if (playerNames(status).size() >= count)
+            break;
+        QThread::msleep(500);
+    }
+    return status;
+}
+
 bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir(); }
 
 // Skips a test without a Quake 3 engine dedicated server here. CI sets
@@ -128,6 +158,20 @@ void serverSettings(ServerProfile& profile, quint16 port)
     profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
 }
 
+/// The same with a rotation of two OpenArena maps.
+void serverProfile(ServerProfile& profile, quint16 port)
+{
+    serverSettings(profile, port);
+    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
+    profile.setStartingMap(QStringLiteral("oa_dm1"));
+}
+
+/// A port of its own for each case, so that cases in parallel processes don't meet.
+quint16 casePort(int slot)
+{
+    return static_cast<quint16>(27000 + slot * 1000 + QCoreApplication::applicationPid() % 900);
+}
+
 } // namespace
 
 TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
@@ -137,12 +181,9 @@ TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
     steward::testing::TestApp t;
     DetachedProcessLauncher launcher;
     standInServer(t, launcher);
-
-    const quint16 port = static_cast<quint16>(27000 + QCoreApplication::applicationPid() % 900);
+    const quint16 port = casePort(0);
     ServerProfile profile;
-    serverSettings(profile, port);
-    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
-    profile.setStartingMap(QStringLiteral("oa_dm1"));
+    serverProfile(profile, port);
     steward::testing::FakeWindowHost windows(*t.app);
 
     cmdOk_Click(*t.app, profile, windows);
@@ -164,7 +205,7 @@ TEST(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
     DetachedProcessLauncher launcher;
     standInServer(t, launcher);
 
-    const quint16 port = static_cast<quint16>(27000 + (QCoreApplication::applicationPid() + 450) % 900);
+    const quint16 port = casePort(3);
     ServerProfile profile;
     serverSettings(profile, port);
     profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
@@ -205,4 +246,66 @@ TEST(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
     // The game keeps g_gravity out of its server info, so the console is asked for it.
     EXPECT_TRUE(second.contains("\\g_gravity\\300\\") || gravity.contains("\"g_gravity\" is:\"300"))
         << second.toStdString() << "\n" << gravity.toStdString();
+}
+
+// The roster's Addbot lines reach the engine: OpenArena defines the bot "sarge", so two
+// roster rows with that MODEL join under the names the rows give them.
+TEST(RealServer, RosterBotsJoinUnderTheirNames)
+{
+    STEWARD_NEED_REAL_SERVER();
+
+    steward::testing::TestApp t;
+    DetachedProcessLauncher launcher;
+    standInServer(t, launcher);
+    const quint16 port = casePort(1);
+    ServerProfile profile;
+    serverProfile(profile, port);
+    profile.setValue(F::chkBOTs(0), 1);
+    profile.setValue(F::chkBOTs(5), 1);
+    profile.field(F::grdBOTList)
+        .setRows({{QStringLiteral("NAME"), QStringLiteral("SKILL"), QStringLiteral("TEAM"), QStringLiteral("MODEL"),
+                   QStringLiteral("PING")},
+                  {QStringLiteral("Gnubee"), QStringLiteral("Hardcore"), QStringLiteral("RED"), QStringLiteral("sarge"),
+                   QStringLiteral("25")},
+                  {QStringLiteral("Big_Boss"), QStringLiteral("I Can Win"), QStringLiteral("BLUE"),
+                   QStringLiteral("sarge"), QStringLiteral("0")}});
+    steward::testing::FakeWindowHost windows(*t.app);
+
+    cmdOk_Click(*t.app, profile, windows);
+    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    ASSERT_TRUE(steward::testing::crlfLines(t.baseFolder() + QStringLiteral("/BOTFile.cfg"))
+                    .contains(QStringLiteral("Addbot sarge 4 RED 25 Gnubee")));
+
+    const QByteArray status = awaitPlayers(port, 2, 30);
+    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
+    ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
+    const QStringList names = playerNames(status);
+    EXPECT_TRUE(names.contains(QStringLiteral("Gnubee"))) << status.toStdString();
+    EXPECT_TRUE(names.contains(QStringLiteral("Big_Boss"))) << status.toStdString();
+}
+
+// Automatic bots: the engine fills the server with bots of its own choice up to
+// bot_minplayers; it checks that number every ten seconds or so.
+TEST(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
+{
+    STEWARD_NEED_REAL_SERVER();
+
+    steward::testing::TestApp t;
+    DetachedProcessLauncher launcher;
+    standInServer(t, launcher);
+    const quint16 port = casePort(2);
+    ServerProfile profile;
+    serverProfile(profile, port);
+    profile.setValue(F::chkBOTs(0), 1);
+    profile.setText(F::txtServerConfigSpin(6), QStringLiteral("3"));
+    profile.field(F::cboBOT).setText(QStringLiteral("Hardcore"));
+    steward::testing::FakeWindowHost windows(*t.app);
+
+    cmdOk_Click(*t.app, profile, windows);
+    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+
+    const QByteArray status = awaitPlayers(port, 3, 45);
+    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
+    ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
+    EXPECT_EQ(playerNames(status).size(), 3) << status.toStdString();
 }

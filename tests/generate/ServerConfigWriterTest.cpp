@@ -574,10 +574,23 @@ TEST_F(SessionFileTest, BotsAndBansAreExecutedExactlyWhenTheirFilesWereMade)
 TEST_F(SessionFileTest, BotsWithoutAPasswordAreNotRefused)
 {
     tick("chkBOTs", 0);
+    set("txtServerConfigSpin", 6, QStringLiteral("2"));
     EXPECT_TRUE(run());
     const QStringList lines = crlfLines(file());
     EXPECT_EQ(lines.last(), QStringLiteral("//EOF"));
+    EXPECT_TRUE(lines.contains(QStringLiteral("exec \"BOTFile.cfg\"")));
     EXPECT_TRUE(boxes(Icon::Exclamation).empty());
+}
+
+TEST_F(SessionFileTest, BotsWithoutANumberOfPlayersAreWarnedAboutAndNotExecuted)
+{
+    tick("chkBOTs", 0);
+    set("txtServerConfigSpin", 6, QStringLiteral("0"));
+    EXPECT_TRUE(run()) << "the server starts without the bots";
+    const QStringList lines = crlfLines(file());
+    EXPECT_EQ(lines.last(), QStringLiteral("//EOF"));
+    EXPECT_FALSE(lines.contains(QStringLiteral("exec \"BOTFile.cfg\"")));
+    EXPECT_EQ(boxes(Icon::Exclamation).size(), 1u);
 }
 
 TEST_F(SessionFileTest, APasswordRefusesEnabledBotsAndCutsTheFileOff)
