@@ -14,6 +14,8 @@ class Beeper;
 class InstanceGuard;
 class SettingsStore;
 class ScanProgress;
+class DatagramSockets;
+class BlockingWait;
 
 struct Services {
     Prompts* prompts = nullptr;
@@ -24,6 +26,8 @@ struct Services {
     Beeper* beeper = nullptr;
     InstanceGuard* instances = nullptr;
     SettingsStore* store = nullptr;
+    DatagramSockets* sockets = nullptr;
+    BlockingWait* blockingWait = nullptr;
 };
 
 class AppContext {

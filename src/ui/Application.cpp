@@ -6,6 +6,7 @@
 #include "shell/AppContext.h"
 #include "shell/Startup.h"
 #include "platform/HostAddressLookup.h"
+#include "platform/UdpSocket.h"
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
 #include "ui/frmMain.h"
@@ -47,7 +48,11 @@ int runApplication(int argc, char** argv)
     LockFileInstanceGuard instances;
     IniSettingsStore store;
 
-    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store};
+    QtDatagramSockets sockets;
+    ThreadSleepWait blockingWait;
+
+    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store, &sockets,
+                      &blockingWait};
     AppContext app(services, programFolder);
 
     ScannerWindowProgress scanner;
