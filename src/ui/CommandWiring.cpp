@@ -5,6 +5,7 @@
 #include "generate/ExportServer.h"
 #include "generate/MapCycleCommands.h"
 #include "maps/MapRotation.h"
+#include "messaging/ArmMessaging.h"
 #include "maps/MapTree.h"
 #include "generate/OkCommand.h"
 #include "settings/ConfigurationFile.h"
@@ -60,6 +61,7 @@ void CommandWiring::setUpWindow(frmMain& window)
     // The option rules are attached before the load pours the store into the profile, so
     // that every stored value runs them.
     attachOptionRules(m_app, window.profile());
+    attachMessagingRules(window.profile());
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
     // The two pop-ups live with the window, so that their entries can be found by tool id.
     // A chosen entry runs once the menu has finished with the click and closed: its routine
@@ -87,8 +89,10 @@ void CommandWiring::routeButtons()
 {
     UiRoutes& routes = m_host.routes();
     routes.onClick(QStringLiteral("cmdOk"), [this](frmMain& w) { cmdOk_Click(m_app, w.profile(), m_host); });
-    routes.onClick(QStringLiteral("cmdCancel"),
-                   [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    routes.onClick(QStringLiteral("cmdCancel"), [this](frmMain& w) {
+        closeMessagingSocket(w.profile());
+        cmdCancel_Click(m_app, w.profile(), m_host);
+    });
     routes.onClick(QStringLiteral("cmdDefault"), [this](frmMain& w) { cmdDefault_Click(m_app, w.profile()); });
     routes.onClick(QStringLiteral("cmdReset"), [this](frmMain&) { endIfAsked(cmdReset_Click(m_app, m_host)); });
     routes.onClick(QStringLiteral("cmdTrayIt"), [](frmMain&) {});
@@ -132,7 +136,10 @@ void CommandWiring::registerTools()
     auto on = [this](const char* id, std::function<void(frmMain&)> routine) {
         m_dispatcher.on(QString::fromLatin1(id), [this, routine] { withWindow(routine); });
     };
-    on("id_FileExit", [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
+    on("id_FileExit", [this](frmMain& w) {
+        closeMessagingSocket(w.profile());
+        cmdCancel_Click(m_app, w.profile(), m_host);
+    });
     on("id_UtilitiesConfigurationSave", [this](frmMain& w) { UtilitiesConfigurationSave(m_app, w.profile()); });
     on("id_UtilitiesConfigurationLoad", [this](frmMain&) { endIfAsked(LoadConfiguration(m_app, m_host)); });
     on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });
