@@ -20,9 +20,11 @@
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MenuBuilder.h"
+#include "ui/ServerConsoleWindow.h"
 #include "ui/frmMain.h"
 #include "wizard/WizardRecords.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
@@ -63,6 +65,8 @@ void CommandWiring::setUpWindow(frmMain& window)
     attachOptionRules(m_app, window.profile());
     attachMessagingRules(window.profile());
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
+    if (auto* console = window.menuBar()->findChild<QAction*>(QStringLiteral("id_UtilitiesServerConsole")))
+        console->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_K));
     // The two pop-ups live with the window, so that their entries can be found by tool id.
     // A chosen entry runs once the menu has finished with the click and closed: its routine
     // may run pending events (a scan, a dialog, the wizard's start).
@@ -145,6 +149,7 @@ void CommandWiring::registerTools()
     on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });
     on("id_UtilitiesExportBatchFile", [this](frmMain& w) { mnuBatchFile_Click(m_app, w.profile()); });
     on("id_UtilitiesExportServerConfiguration", [this](frmMain& w) { mnuExportServer_Click(m_app, w.profile()); });
+    on("id_UtilitiesServerConsole", [this](frmMain& w) { showServerConsole(m_app, w.profile(), &w); });
     on("id_HelpContents", [this](frmMain&) { openHelpContents(m_app); });
     on("id_HelpModCentral", [this](frmMain&) { openLink(m_app, Link::ModCentral); });
     on("id_HelpOfficialSite", [this](frmMain&) { openLink(m_app, Link::OfficialSite); });
