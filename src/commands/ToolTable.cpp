@@ -35,6 +35,8 @@ std::vector<Tool> buildMenuBar()
                        entry("id_UtilitiesExportBatchFile", "&Batch File...", "BATCH"),
                        entry("id_UtilitiesExportServerConfiguration", "Server Configuration...", "SAVE"),
                        entry("id_UtilitiesExportMapCycle", "Map Cycle", "SAVE", "Save Map Cycle")}),
+                 separator(),
+                 entry("id_UtilitiesServerConsole", "Server Console..."),
              }),
         menu("id_Help", "&Help", "",
              {

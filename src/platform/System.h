@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QUrl>
 
+#include <memory>
+
 namespace steward {
 
 class SystemNames {
@@ -47,6 +49,36 @@ class InstanceGuard {
 public:
     virtual ~InstanceGuard() = default;
     virtual bool otherInstanceRunning() = 0;
+};
+
+/// A UDP socket that sends datagrams to one remote host and port. It opens itself at
+/// its first send; replies are never read.
+class DatagramSocket {
+public:
+    virtual ~DatagramSocket() = default;
+    virtual bool isOpen() const = 0;
+    virtual void close() = 0;
+    virtual void setRemoteHost(const QString& host) = 0;
+    virtual QString remoteHost() const = 0;
+    virtual void setRemotePort(int port) = 0;
+    virtual int remotePort() const = 0;
+    /// Sends one datagram to the remote host, whose name is looked up at each send.
+    /// False when it could not be sent.
+    virtual bool send(const QByteArray& datagram) = 0;
+};
+
+/// Makes the UDP sockets of the windows.
+class DatagramSockets {
+public:
+    virtual ~DatagramSockets() = default;
+    virtual std::unique_ptr<DatagramSocket> create() = 0;
+};
+
+/// A wait that blocks the whole program: no event runs meanwhile.
+class BlockingWait {
+public:
+    virtual ~BlockingWait() = default;
+    virtual void wait(int milliseconds) = 0;
 };
 
 /// The real system names: the host name and the login name of the user.

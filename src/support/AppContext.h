@@ -17,6 +17,8 @@ class Beeper;
 class InstanceGuard;
 class SettingsStore;
 class ScanProgress;
+class DatagramSockets;
+class BlockingWait;
 
 struct Services {
     Prompts* prompts = nullptr;
@@ -29,6 +31,8 @@ struct Services {
     SettingsStore* store = nullptr;
     /// The map scan's progress window (frmScanner), set by the windows; none shows nothing.
     ScanProgress* scanProgress = nullptr;
+    DatagramSockets* sockets = nullptr;
+    BlockingWait* blockingWait = nullptr;
 };
 
 /// The error log: the file that the last entry went to, which later entries follow.

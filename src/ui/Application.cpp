@@ -6,6 +6,7 @@
 #include "support/AppContext.h"
 #include "commands/Startup.h"
 #include "platform/HostAddressLookup.h"
+#include "platform/UdpSocket.h"
 #include "ui/CommandWiring.h"
 #include "ui/DesktopIdentity.h"
 #include "ui/MainWindowHost.h"
@@ -49,7 +50,11 @@ int runApplication(int argc, char** argv)
     LockFileInstanceGuard instances;
     IniSettingsStore store;
 
-    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store};
+    QtDatagramSockets sockets;
+    ThreadSleepWait blockingWait;
+
+    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store, nullptr, &sockets,
+                      &blockingWait};
     AppContext app(services, programFolder);
 
     ScannerWindowProgress scanner;

@@ -10,6 +10,7 @@
 #include "commands/MapCycleCommands.h"
 #include "maps/MapRotation.h"
 #include "maps/MapScanner.h"
+#include "messaging/ArmMessaging.h"
 #include "maps/MapTree.h"
 #include "commands/OkCommand.h"
 #include "commands/ConfigurationCommands.h"
@@ -29,8 +30,10 @@
 #include "ui/MenuBuilder.h"
 #include "ui/WizardForms.h"
 #include "ui/frmBOT.h"
+#include "ui/ServerConsoleWindow.h"
 #include "ui/frmMain.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QLineEdit>
@@ -70,7 +73,10 @@ void CommandWiring::setUpWindow(frmMain& window)
     // that every stored value runs them.
     attachOptionRules(m_app, window.profile());
     attachClickRoutines(m_app, window.profile());
+    attachMessagingRules(window.profile());
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
+    if (auto* console = window.menuBar()->findChild<QAction*>(QStringLiteral("id_UtilitiesServerConsole")))
+        console->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_K));
     // The two pop-ups live with the window, so that their entries can be found by tool id.
     // A chosen entry runs once the menu has finished with the click and closed: its routine
     // may run pending events (a scan, a dialog, the wizard's start).
@@ -153,6 +159,7 @@ void CommandWiring::registerTools()
     on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });
     on("id_UtilitiesExportBatchFile", [this](frmMain& w) { mnuBatchFile_Click(m_app, w.profile()); });
     on("id_UtilitiesExportServerConfiguration", [this](frmMain& w) { mnuExportServer_Click(m_app, w.profile()); });
+    on("id_UtilitiesServerConsole", [this](frmMain& w) { showServerConsole(m_app, w.profile(), &w); });
     on("id_HelpContents", [this](frmMain&) { openHelpContents(m_app); });
     on("id_HelpModCentral", [this](frmMain&) { openLink(m_app, Link::ModCentral); });
     on("id_HelpOfficialSite", [this](frmMain&) { openLink(m_app, Link::OfficialSite); });

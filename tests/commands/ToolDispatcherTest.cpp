@@ -13,7 +13,7 @@ namespace {
 const QStringList kEveryCommand = {
     "id_FileExit", "id_UtilitiesMapsScanfornewmaps", "id_UtilitiesConfigurationSave",
     "id_UtilitiesConfigurationLoad", "id_UtilitiesExportLinuxShellScript", "id_UtilitiesExportBatchFile",
-    "id_UtilitiesExportServerConfiguration", "id_UtilitiesExportMapCycle", "id_HelpContents",
+    "id_UtilitiesExportServerConfiguration", "id_UtilitiesExportMapCycle", "id_UtilitiesServerConsole", "id_HelpContents",
     "id_HelpModCentral", "id_HelpOfficialSite", "id_HelpForumsForumPlanet", "id_HelpForumsModCentral",
     "id_HelpMailAuthor", "id_HelpAboutArenaSteward", "ID_AllStandardMPMaps", "ID_AllStandardSWMaps",
     "ID_AllStandardCPMaps", "ID_Cancel", "ID_MapWizard", "ID_SetStartingMap", "ID_SortAscending",

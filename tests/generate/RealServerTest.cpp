@@ -6,6 +6,8 @@
 #include "commands/OkCommand.h"
 #include "platform/System.h"
 #include "model/ServerProfile.h"
+#include "messaging/ServerMessaging.h"
+#include "platform/UdpSocket.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 #include "wizard/MapWizard.h"
@@ -134,7 +136,9 @@ bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameD
     }
 
 /// The start script in the game folder that stands in for the game's server.
-void standInServer(steward::testing::TestApp& t, DetachedProcessLauncher& launcher)
+/// Its console output goes to output.
+void standInServer(steward::testing::TestApp& t, DetachedProcessLauncher& launcher,
+                   const QString& output = QStringLiteral("/dev/null"))
 {
     t.app->services.launcher = &launcher;
     t.app->serverExecutable = QStringLiteral("q3server");
@@ -143,8 +147,8 @@ void standInServer(steward::testing::TestApp& t, DetachedProcessLauncher& launch
                                                        "exec %1 +set com_basegame baseoa +set fs_basepath %2 "
                                                        "+set fs_homepath \"$PWD\" +set fs_game base "
                                                        "+set com_legacyprotocol 71 +set com_protocol 71 \"$@\" "
-                                                       ">/dev/null 2>&1\n")
-                                            .arg(kEngine, kGameData)
+                                                       ">'%3' 2>&1\n")
+                                            .arg(kEngine, kGameData, output)
                                             .toLatin1());
     QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
 }
@@ -170,6 +174,19 @@ void serverProfile(ServerProfile& profile, quint16 port)
 quint16 casePort(int slot)
 {
     return static_cast<quint16>(27000 + slot * 1000 + QCoreApplication::applicationPid() % 900);
+}
+
+/// Whether the file comes to hold the text within the time.
+bool fileComesToHold(const QString& path, const QByteArray& text, int seconds)
+{
+    const QDeadlineTimer deadline(seconds * 1000);
+    while (!deadline.hasExpired()) {
+        QFile file(path);
+        if (file.open(QIODevice::ReadOnly) && file.readAll().contains(text))
+            return true;
+        QThread::msleep(100);
+    }
+    return false;
 }
 
 } // namespace
@@ -308,4 +325,42 @@ TEST(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
     stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_EQ(playerNames(status).size(), 3) << status.toStdString();
+}
+
+TEST(RealServer, TheTimedMessagesReachItsRemoteConsole)
+{
+    STEWARD_NEED_REAL_SERVER();
+
+    steward::testing::TestApp t;
+    DetachedProcessLauncher launcher;
+    ThreadSleepWait realWait;
+    t.app->services.blockingWait = &realWait;
+    // No address: the messages go to the computer's own name.
+    t.names.computer = QStringLiteral("localhost");
+    const QString console = t.root() + QStringLiteral("/console.log");
+    standInServer(t, launcher, console);
+
+    const quint16 port = casePort(4);
+    ServerProfile profile;
+    serverProfile(profile, port);
+    profile.setValue(F::chkSendMessage, 1);
+    profile.setText(F::txtMsgTimer, QStringLiteral("1"));
+    profile.setText(F::txtMsg(0), QStringLiteral("^2This Server was configured by ^1Arena Steward"));
+    profile.setText(F::txtMsg(1), QStringLiteral("^3second line"));
+    steward::testing::FakeWindowHost windows(*t.app);
+
+    cmdOk_Click(*t.app, profile, windows);
+    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    const bool up = !askStatus(port, 20).isEmpty();
+    ServerMessaging* messaging = ServerMessaging::find(profile);
+    if (up && messaging)
+        messaging->tmrServerMessage_Timer();
+    const bool first =
+        up && fileComesToHold(console, "Rcon from 127.0.0.1: say ^2This Server was configured by ^1Arena Steward\n", 10);
+    const bool second = up && fileComesToHold(console, "Rcon from 127.0.0.1: say ^3second line\n", 10);
+    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
+    ASSERT_TRUE(up) << "the server did not answer on port " << port;
+    ASSERT_NE(messaging, nullptr);
+    EXPECT_TRUE(first) << steward::testing::fileBytes(console).toStdString();
+    EXPECT_TRUE(second) << steward::testing::fileBytes(console).toStdString();
 }

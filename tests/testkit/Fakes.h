@@ -8,6 +8,8 @@
 
 #include <QDateTime>
 #include <deque>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -101,6 +103,82 @@ class FakeInstanceGuard : public InstanceGuard {
 public:
     bool otherRunning = false;
     bool otherInstanceRunning() override { return otherRunning; }
+};
+
+/// Records each blocking wait instead of sleeping; runs the hook, if any, in its place.
+class RecordingWait : public BlockingWait {
+public:
+    std::vector<int> waits;
+    std::function<void()> during;
+    void wait(int milliseconds) override
+    {
+        waits.push_back(milliseconds);
+        if (during)
+            during();
+    }
+};
+
+/// A socket that records what is done to it in a journal that outlives it; each send
+/// succeeds unless failSends is set.
+class RecordingSocket : public DatagramSocket {
+public:
+    explicit RecordingSocket(QStringList* journal) : m_journal(journal) {}
+    bool open = false;
+    QString host;
+    int port = 0;
+    bool failSends = false;
+    std::vector<QByteArray> sent;
+    bool isOpen() const override { return open; }
+    void close() override
+    {
+        open = false;
+        note(QStringLiteral("close"));
+    }
+    void setRemoteHost(const QString& h) override
+    {
+        host = h;
+        note(QStringLiteral("host:") + h);
+    }
+    QString remoteHost() const override { return host; }
+    void setRemotePort(int p) override
+    {
+        port = p;
+        note(QStringLiteral("port:%1").arg(p));
+    }
+    int remotePort() const override { return port; }
+    bool send(const QByteArray& datagram) override
+    {
+        note(QStringLiteral("send:") + QString::fromLatin1(datagram.mid(4)));
+        if (failSends)
+            return false;
+        open = true;
+        sent.push_back(datagram);
+        return true;
+    }
+
+private:
+    void note(const QString& call)
+    {
+        if (m_journal)
+            m_journal->append(call);
+    }
+    QStringList* m_journal;
+};
+
+/// Hands out recording sockets. journal holds the calls of all of them: "close",
+/// "host:<h>", "port:<p>", "send:<text behind the four 0xFF bytes>".
+class RecordingSockets : public DatagramSockets {
+public:
+    QStringList journal;
+    RecordingSocket* last = nullptr;
+    bool failSends = false;
+    std::unique_ptr<DatagramSocket> create() override
+    {
+        auto socket = std::make_unique<RecordingSocket>(&journal);
+        socket->failSends = failSends;
+        last = socket.get();
+        return socket;
+    }
 };
 
 } // namespace steward::testing

@@ -22,6 +22,8 @@ TestApp::TestApp()
     s.beeper = &beeper;
     s.instances = &instances;
     s.store = store.get();
+    s.sockets = &sockets;
+    s.blockingWait = &blockingWait;
     app = std::make_unique<AppContext>(s, programFolder());
     app->gameFolder = gameFolder();
     app->serverExecutable = QStringLiteral("jk2mvded");

@@ -1,6 +1,7 @@
 #pragma once
 // A whole program context for a test: fakes for every seam, a real settings file,
 // a program folder and a game folder with a "base" child, all in a temporary folder.
+#include "platform/UdpSocket.h"
 #include "settings/SettingsStore.h"
 #include "support/AppContext.h"
 #include "testkit/Fakes.h"
@@ -29,6 +30,9 @@ public:
     RecordingLauncher launcher;
     CountingBeeper beeper;
     FakeInstanceGuard instances;
+    /// Real UDP sockets: tests receive what is sent on 127.0.0.1.
+    QtDatagramSockets sockets;
+    RecordingWait blockingWait;
     std::unique_ptr<IniSettingsStore> store;
     std::unique_ptr<AppContext> app;
 

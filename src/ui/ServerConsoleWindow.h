@@ -1,0 +1,81 @@
+#pragma once
+// frmServerConsole: the running server's live status and a remote console. It targets
+// the address, port and password of the main window's fields, read at each use, and
+// binds to the console protocol; it never blocks.
+#include "console/CommandHistory.h"
+#include "console/ConsoleProtocol.h"
+
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+class QTableWidget;
+class QTextEdit;
+class QTimer;
+class QToolButton;
+
+namespace steward {
+
+class AppContext;
+class ConsoleClient;
+class ServerProfile;
+
+class frmServerConsole : public QWidget {
+    Q_OBJECT
+public:
+    frmServerConsole(AppContext& app, ServerProfile& profile, QWidget* parent = nullptr);
+    ~frmServerConsole() override;
+
+    ConsoleClient& client() const { return *m_client; }
+    /// Sends getstatus now.
+    void refresh();
+    /// Sends a command through the remote console and keeps it in the history.
+    void sendCommand(const QString& command);
+    /// The text the output pane shows, without its markup.
+    QString outputText() const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QString host() const;
+    quint16 port() const;
+    QString password() const;
+    void showStatus(const ServerStatus& status, int roundTripMs);
+    void showNoAnswer();
+    void showUnreadable();
+    void showPrint(const QString& text);
+    void appendOutput(const QString& html);
+    void sendLine();
+    void kickSelected();
+    void stopTraffic();
+
+    AppContext& m_app;
+    ServerProfile& m_profile;
+    ConsoleClient* m_client;
+    CommandHistory m_history;
+    QString m_historyFile;
+    QString m_reply; ///< the text of the replies since the last command
+    QList<StatusTableRow> m_table;
+    QTimer* m_statusTimer;
+    QLabel* m_state;
+    QLabel* m_name;
+    QLabel* m_map;
+    QLabel* m_gameType;
+    QLabel* m_players;
+    QLabel* m_ping;
+    QTableWidget* m_grid;
+    QToolButton* m_showCvars;
+    QTableWidget* m_cvars;
+    QSpinBox* m_interval;
+    QLineEdit* m_command;
+    QTextEdit* m_output;
+};
+
+/// Opens the console window of the main window, or raises the one that is open.
+frmServerConsole* showServerConsole(AppContext& app, ServerProfile& profile, QWidget* mainWindow);
+
+} // namespace steward

@@ -1,0 +1,158 @@
+// The console's client against fake servers on real UDP sockets: status round trips,
+// several requests in flight, multi-packet prints, silence, hostile replies and stop.
+#include "FakeServer.h"
+#include "console/ConsoleClient.h"
+
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+QByteArray oob(const QByteArray& rest) { return QByteArray(4, '\xff') + rest; }
+const QByteArray kStatus =
+    oob("statusResponse\n\\sv_hostname\\^1Test\\mapname\\oa_dm1\\sv_maxclients\\8\\g_gametype\\0\n0 0 \"bot\"\n");
+
+class Client : public ::testing::Test {
+protected:
+    Client()
+    {
+        client.setTimeout(300);
+        QObject::connect(&client, &ConsoleClient::statusArrived, [this](const ServerStatus& s, int ms) {
+            statuses.push_back(s);
+            roundTrips.push_back(ms);
+        });
+        QObject::connect(&client, &ConsoleClient::statusUnanswered, [this] { ++unanswered; });
+        QObject::connect(&client, &ConsoleClient::printArrived, [this](const QString& t) { prints << t; });
+        QObject::connect(&client, &ConsoleClient::commandUnanswered, [this] { ++commandsUnanswered; });
+        QObject::connect(&client, &ConsoleClient::unreadableReply, [this] { ++unreadable; });
+        QObject::connect(&client, &ConsoleClient::hostNotFound, [this](const QString& h) { notFound << h; });
+    }
+    void status() { client.requestStatus(QStringLiteral("127.0.0.1"), server.port()); }
+
+    FakeServer server;
+    ConsoleClient client;
+    std::vector<ServerStatus> statuses;
+    std::vector<int> roundTrips;
+    QStringList prints;
+    QStringList notFound;
+    int unanswered = 0;
+    int commandsUnanswered = 0;
+    int unreadable = 0;
+};
+
+} // namespace
+
+TEST_F(Client, AStatusRoundTrip)
+{
+    EXPECT_EQ(ConsoleClient().timeout(), 2000);
+    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
+    status();
+    ASSERT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+    EXPECT_EQ(server.requests, QList<QByteArray>{oob("getstatus")});
+    EXPECT_EQ(statuses[0].hostName(), QStringLiteral("^1Test"));
+    EXPECT_EQ(statuses[0].players.size(), 1);
+    EXPECT_GE(roundTrips[0], 0);
+    EXPECT_EQ(client.statusInFlight(), 0);
+    runEvents(400);
+    EXPECT_EQ(unanswered, 0) << "an answered request is not reported again";
+}
+
+TEST_F(Client, SeveralRequestsInFlightAreMatchedByTime)
+{
+    client.setTimeout(2000);
+    server.delayMs = 250;
+    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
+    for (int i = 0; i < 3; ++i) {
+        status();
+        runEvents(60);
+    }
+    EXPECT_EQ(client.statusInFlight(), 3);
+    ASSERT_TRUE(waitUntil([&] { return statuses.size() == 3; }));
+    for (int ms : roundTrips) {
+        EXPECT_GE(ms, 240);
+        EXPECT_LT(ms, 1900);
+    }
+}
+
+TEST_F(Client, AServerThatNeverAnswersIsReportedOncePerRequest)
+{
+    status();
+    client.sendCommand(QStringLiteral("127.0.0.1"), server.port(), QStringLiteral("pw"), QStringLiteral("status"));
+    ASSERT_TRUE(waitUntil([&] { return unanswered == 1 && commandsUnanswered == 1; }));
+    runEvents(400);
+    EXPECT_EQ(unanswered, 1);
+    EXPECT_EQ(commandsUnanswered, 1);
+    EXPECT_EQ(client.statusInFlight() + client.commandsInFlight(), 0);
+}
+
+TEST_F(Client, APrintInSeveralDatagramsArrivesInOrder)
+{
+    server.answer = [](const QByteArray& request) {
+        if (request != oob("rcon secret cvarlist"))
+            return QList<QByteArray>{};
+        return QList<QByteArray>{oob("print\none\n"), oob("print\ntwo\n"), oob("print\nthree\n")};
+    };
+    client.sendCommand(QStringLiteral("127.0.0.1"), server.port(), QStringLiteral("secret"),
+                       QStringLiteral("cvarlist"));
+    ASSERT_TRUE(waitUntil([&] { return prints.size() == 3; }));
+    EXPECT_EQ(prints, QStringList({QStringLiteral("one\n"), QStringLiteral("two\n"), QStringLiteral("three\n")}));
+    runEvents(400);
+    EXPECT_EQ(commandsUnanswered, 0);
+}
+
+TEST_F(Client, HostileRepliesAreUnreadableAndStrangersAreIgnored)
+{
+    server.answer = [](const QByteArray&) {
+        return QList<QByteArray>{QByteArray("no header"), oob("statusResponse\n\\odd"),
+                                 oob("print\n") + QByteArray(20 * 1024, 'x'), QByteArray()};
+    };
+    status();
+    ASSERT_TRUE(waitUntil([&] { return unreadable >= 3; }));
+    EXPECT_TRUE(statuses.empty());
+
+    // A datagram from another port is not the server's.
+    FakeServer stranger;
+    ASSERT_NE(client.localPort(), 0);
+    status();
+    stranger.socket().writeDatagram(kStatus, QHostAddress::LocalHost, client.localPort());
+    server.answer = nullptr;
+    const int before = unreadable;
+    runEvents(200);
+    EXPECT_TRUE(statuses.empty());
+    EXPECT_EQ(unreadable, before);
+}
+
+TEST_F(Client, ANameIsLookedUpWithoutBlockingAndAMissingOneIsSaid)
+{
+    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
+    client.requestStatus(QStringLiteral("localhost"), server.port());
+    ASSERT_TRUE(waitUntil([&] { return !statuses.empty(); }, 10000));
+    client.requestStatus(QStringLiteral("no-such-host.invalid"), server.port());
+    ASSERT_TRUE(waitUntil([&] { return !notFound.isEmpty(); }, 15000));
+    EXPECT_EQ(notFound, QStringList{QStringLiteral("no-such-host.invalid")});
+}
+
+TEST_F(Client, AnEmptyHostIsThisComputer)
+{
+    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
+    client.requestStatus(QString(), server.port());
+    EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+}
+
+TEST_F(Client, StopEndsAllTraffic)
+{
+    server.delayMs = 100;
+    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus, oob("print\nx")}; };
+    status();
+    client.stop();
+    runEvents(500);
+    EXPECT_TRUE(statuses.empty());
+    EXPECT_TRUE(prints.isEmpty());
+    EXPECT_EQ(unanswered, 0);
+    EXPECT_EQ(client.statusInFlight(), 0);
+    // The client works again afterwards.
+    status();
+    EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+}

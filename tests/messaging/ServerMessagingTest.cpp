@@ -1,0 +1,339 @@
+// The timed messages on a real UDP socket: a receiver on 127.0.0.1 stands in for the
+// server, the tick is driven directly, and the blocking wait is recorded rather than slept.
+#include "messaging/ArmMessaging.h"
+#include "messaging/ServerMessaging.h"
+#include "platform/UdpSocket.h"
+#include "model/ServerProfile.h"
+#include "support/Errors.h"
+#include "testkit/TestApp.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QUdpSocket>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+constexpr auto kConfig = F::txtServerConfig;
+
+QByteArray say(const char* password, const char* text)
+{
+    QByteArray d(4, '\xff');
+    d += "rcon ";
+    if (*password)
+        d += QByteArray(password) + ' ';
+    return d + "say " + text;
+}
+
+class Messaging : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(receiver.bind(QHostAddress::LocalHost, 0));
+        profile.setText(kConfig(16), QStringLiteral("127.0.0.1"));
+        profile.setText(kConfig(12), QString::number(receiver.localPort()));
+        profile.setText(kConfig(14), QStringLiteral("secret"));
+        profile.setText(F::txtMsgTimer, QStringLiteral("2"));
+        profile.setText(F::txtMsg(0), QStringLiteral("^2first"));
+        profile.setText(F::txtMsg(1), QStringLiteral("^1second"));
+    }
+    ServerMessaging& messaging() { return ServerMessaging::of(*t.app, profile); }
+    void arm() { ArmServerMessaging(*t.app, profile); }
+    void tick(int times = 1)
+    {
+        for (int i = 0; i < times; ++i)
+            messaging().tmrServerMessage_Timer();
+    }
+    /// Every datagram that has arrived, waiting a little for the first.
+    std::vector<QByteArray> received(int waitMs = 1000)
+    {
+        std::vector<QByteArray> got;
+        if (!receiver.hasPendingDatagrams())
+            receiver.waitForReadyRead(waitMs);
+        while (receiver.hasPendingDatagrams()) {
+            QByteArray d(static_cast<int>(receiver.pendingDatagramSize()), 0);
+            receiver.readDatagram(d.data(), d.size());
+            got.push_back(d);
+            if (!receiver.hasPendingDatagrams())
+                receiver.waitForReadyRead(50);
+        }
+        return got;
+    }
+
+    TestApp t;
+    RecordingSockets sockets;
+    ServerProfile profile;
+    QUdpSocket receiver;
+};
+
+} // namespace
+
+TEST_F(Messaging, ArmingStartsTheTimerOfTicksOf65535Milliseconds)
+{
+    arm();
+    EXPECT_EQ(messaging().tmrServerMessage().interval(), 65535);
+    EXPECT_TRUE(messaging().tmrServerMessage().isActive());
+    EXPECT_FALSE(messaging().tmrServerMessage().isSingleShot());
+    EXPECT_EQ(messaging().udpPeerA().remoteHost(), QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(messaging().udpPeerA().remotePort(), receiver.localPort());
+    EXPECT_EQ(messaging().counter(), 0);
+}
+
+TEST_F(Messaging, AtTheIntervalBothLinesGoTwoSecondsApartAndTheCountStartsAgain)
+{
+    arm();
+    tick();
+    EXPECT_TRUE(received(100).empty());
+    EXPECT_TRUE(t.blockingWait.waits.empty());
+    EXPECT_EQ(messaging().counter(), 1);
+
+    // During the wait the first line has gone and the second not yet; the second is read
+    // after the wait, so a change made meanwhile goes out.
+    std::vector<QByteArray> duringWait;
+    t.blockingWait.during = [&] {
+        duringWait = received();
+        profile.setText(F::txtMsg(1), QStringLiteral("^1changed"));
+    };
+    tick();
+    ASSERT_EQ(duringWait.size(), 1u);
+    EXPECT_EQ(duringWait[0], say("secret", "^2first"));
+    const auto after = received();
+    ASSERT_EQ(after.size(), 1u);
+    EXPECT_EQ(after[0], say("secret", "^1changed"));
+    EXPECT_EQ(t.blockingWait.waits, std::vector<int>{2000});
+    EXPECT_EQ(messaging().counter(), 0);
+
+    // And again every interval, both lines each time.
+    t.blockingWait.during = nullptr;
+    tick(2);
+    const auto next = received();
+    ASSERT_EQ(next.size(), 2u);
+    EXPECT_EQ(next[0], say("secret", "^2first"));
+    EXPECT_EQ(next[1], say("secret", "^1changed"));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Messaging, ThePasswordWithBlanksAndHighCharactersGoesAsLatin1Bytes)
+{
+    profile.setText(kConfig(14), QStringLiteral(" p\u00e4ss word "));
+    profile.setText(F::txtMsg(0), QStringLiteral("^1caf\u00e9"));
+    profile.setText(F::txtMsg(1), QString());
+    profile.setText(F::txtMsgTimer, QStringLiteral("1"));
+    arm();
+    tick();
+    const auto got = received();
+    ASSERT_EQ(got.size(), 1u);
+    EXPECT_EQ(got[0], QByteArray("\xff\xff\xff\xffrcon  p\xe4ss word  say ^1caf\xe9"));
+}
+
+TEST_F(Messaging, APasswordClearedAfterOkGivesTheFormWithoutPassword)
+{
+    arm();
+    profile.setText(kConfig(14), QString());
+    tick(2);
+    const auto got = received();
+    ASSERT_EQ(got.size(), 2u);
+    EXPECT_EQ(got[0], say("", "^2first"));
+    EXPECT_EQ(got[1], say("", "^1second"));
+}
+
+TEST_F(Messaging, IntervalsThatAreNeverACountSendNothing)
+{
+    for (const char* interval : {"0", "abc", "2.5", "", "-1"}) {
+        SCOPED_TRACE(interval);
+        ServerProfile p;
+        p.setText(kConfig(16), QStringLiteral("127.0.0.1"));
+        p.setText(kConfig(12), QString::number(receiver.localPort()));
+        p.setText(kConfig(14), QStringLiteral("secret"));
+        p.setText(F::txtMsgTimer, QString::fromLatin1(interval));
+        ArmServerMessaging(*t.app, p);
+        ServerMessaging& m = ServerMessaging::of(*t.app, p);
+        for (int i = 0; i < 20; ++i)
+            m.tmrServerMessage_Timer();
+        EXPECT_EQ(m.counter(), 20);
+    }
+    EXPECT_TRUE(received(100).empty());
+    EXPECT_TRUE(t.blockingWait.waits.empty());
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Messaging, TheIntervalIsTheLeadingNumberOfItsText)
+{
+    for (const auto& [interval, ticks] : {std::pair{"3 minutes", 3}, {" 2", 2}, {"1e0", 1}, {"4.0", 4}}) {
+        SCOPED_TRACE(interval);
+        profile.setText(F::txtMsgTimer, QString::fromLatin1(interval));
+        messaging().setCounter(0);
+        arm();
+        tick(ticks - 1);
+        EXPECT_TRUE(received(50).empty());
+        tick();
+        EXPECT_EQ(received().size(), 2u);
+    }
+}
+
+TEST_F(Messaging, AnIntervalLoweredBelowTheCountStopsTheMessagesForGood)
+{
+    profile.setText(F::txtMsgTimer, QStringLiteral("5"));
+    arm();
+    tick(3);
+    profile.setText(F::txtMsgTimer, QStringLiteral("2"));
+    tick(200);
+    EXPECT_TRUE(received(100).empty());
+    EXPECT_EQ(messaging().counter(), 203);
+    EXPECT_TRUE(messaging().tmrServerMessage().isActive());
+}
+
+TEST_F(Messaging, BothLinesEmptySendNothingYetWaitAndStartCountingAgain)
+{
+    profile.setText(F::txtMsg(0), QString());
+    profile.setText(F::txtMsg(1), QString());
+    arm();
+    tick(2);
+    EXPECT_TRUE(received(100).empty());
+    EXPECT_EQ(t.blockingWait.waits, std::vector<int>{2000});
+    EXPECT_EQ(messaging().counter(), 0);
+}
+
+TEST_F(Messaging, OneEmptyLineLeavesOnlyTheOther)
+{
+    profile.setText(F::txtMsg(0), QString());
+    arm();
+    tick(2);
+    const auto got = received();
+    ASSERT_EQ(got.size(), 1u);
+    EXPECT_EQ(got[0], say("secret", "^1second"));
+}
+
+TEST_F(Messaging, AnEmptyAddressSendsToTheComputersOwnName)
+{
+    t.names.computer = QStringLiteral("localhost");
+    profile.setText(kConfig(16), QStringLiteral("   "));
+    arm();
+    EXPECT_EQ(messaging().udpPeerA().remoteHost(), QStringLiteral("localhost"));
+    tick(2);
+    EXPECT_EQ(received().size(), 2u);
+}
+
+TEST_F(Messaging, TheAddressIsTrimmedAndHostAndPortAreFixedAtArming)
+{
+    t.app->services.sockets = &sockets;
+    profile.setText(kConfig(16), QStringLiteral("  10.0.0.5 "));
+    profile.setText(kConfig(12), QStringLiteral(" 29070 "));
+    arm();
+    profile.setText(kConfig(16), QStringLiteral("10.9.9.9"));
+    profile.setText(kConfig(12), QStringLiteral("1"));
+    tick(2);
+    EXPECT_EQ(sockets.journal, QStringList({QStringLiteral("host:10.0.0.5"), QStringLiteral("port:29070"),
+                                            QStringLiteral("send:rcon secret say ^2first"),
+                                            QStringLiteral("send:rcon secret say ^1second")}));
+}
+
+TEST_F(Messaging, ASecondArmingReopensTheSocketAndKeepsTheCount)
+{
+    t.app->services.sockets = &sockets;
+    profile.setText(F::txtMsgTimer, QStringLiteral("3"));
+    arm();
+    tick(3);
+    tick(1);
+    sockets.journal.clear();
+    arm();
+    EXPECT_EQ(sockets.journal.value(0), QStringLiteral("close"));
+    EXPECT_EQ(messaging().counter(), 1);
+    tick(2);
+    EXPECT_EQ(sockets.journal.filter(QStringLiteral("send:")).size(), 2);
+}
+
+TEST_F(Messaging, FailedSendsAreIgnoredAndTheCountStartsAgain)
+{
+    sockets.failSends = true;
+    t.app->services.sockets = &sockets;
+    arm();
+    tick(2);
+    EXPECT_EQ(sockets.journal.filter(QStringLiteral("send:")).size(), 2);
+    EXPECT_EQ(messaging().counter(), 0);
+    EXPECT_EQ(t.blockingWait.waits.size(), 1u);
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Messaging, AHostThatCannotBeFoundOrAClosedPortIsNoErrorOfTheTick)
+{
+    for (const char* host : {"no-such-host.invalid", "256.1.1.1"}) {
+        SCOPED_TRACE(host);
+        ServerProfile p;
+        p.setText(kConfig(16), QString::fromLatin1(host));
+        p.setText(kConfig(12), QStringLiteral("70000"));
+        p.setText(F::txtMsgTimer, QStringLiteral("1"));
+        p.setText(F::txtMsg(0), QStringLiteral("x"));
+        ArmServerMessaging(*t.app, p);
+        ServerMessaging& m = ServerMessaging::of(*t.app, p);
+        EXPECT_NO_THROW(m.tmrServerMessage_Timer());
+        EXPECT_EQ(m.counter(), 0);
+    }
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Messaging, UncheckingTheBoxAfterArmingDoesNotStopTheMessages)
+{
+    profile.setValue(F::chkSendMessage, 1);
+    arm();
+    profile.setValue(F::chkSendMessage, 0);
+    tick(2);
+    EXPECT_EQ(received().size(), 2u);
+    EXPECT_TRUE(messaging().tmrServerMessage().isActive());
+}
+
+TEST_F(Messaging, APortThatIsNoNumberFailsAtArmingBeforeTheTimerStarts)
+{
+    t.app->services.sockets = &sockets;
+    for (const char* port : {"abc", "", "28070x"}) {
+        SCOPED_TRACE(port);
+        ServerProfile p;
+        p.setText(kConfig(12), QString::fromLatin1(port));
+        try {
+            ArmServerMessaging(*t.app, p);
+            ADD_FAILURE() << "no error";
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), err::TypeMismatch);
+        }
+        EXPECT_FALSE(ServerMessaging::of(*t.app, p).tmrServerMessage().isActive());
+    }
+}
+
+TEST_F(Messaging, ClosingTheSocketOnTheWayOut)
+{
+    arm();
+    tick(2);
+    ASSERT_EQ(received().size(), 2u);
+    EXPECT_TRUE(messaging().udpPeerA().isOpen());
+    closeMessagingSocket(profile);
+    EXPECT_FALSE(messaging().udpPeerA().isOpen());
+    // A window that never armed has nothing to close.
+    ServerProfile fresh;
+    EXPECT_NO_FATAL_FAILURE(closeMessagingSocket(fresh));
+    EXPECT_EQ(ServerMessaging::find(fresh), nullptr);
+}
+
+TEST_F(Messaging, TheTimerTicksIntoTheTickRoutine)
+{
+    profile.setText(F::txtMsgTimer, QStringLiteral("99"));
+    arm();
+    ASSERT_TRUE(QMetaObject::invokeMethod(&messaging().tmrServerMessage(), "timeout"));
+    EXPECT_EQ(messaging().counter(), 1);
+}
+
+TEST(BlockingWait, TheRealWaitSleepsWithoutRunningEvents)
+{
+    bool ran = false;
+    QObject context;
+    QMetaObject::invokeMethod(&context, [&ran] { ran = true; }, Qt::QueuedConnection);
+    QElapsedTimer clock;
+    clock.start();
+    ThreadSleepWait().wait(60);
+    EXPECT_GE(clock.elapsed(), 60);
+    EXPECT_FALSE(ran);
+    QCoreApplication::sendPostedEvents(&context);
+    EXPECT_TRUE(ran);
+}

@@ -1,0 +1,243 @@
+// The server console window driven through its objectNames against fake servers on
+// real UDP sockets: status, silence, the console with its notes, history and quick
+// buttons, the menu entry and the end of traffic on close.
+#include "../console/FakeServer.h"
+#include "console/CommandHistory.h"
+#include "console/ConsoleClient.h"
+#include "model/ServerProfile.h"
+#include "support/LocalAddress.h"
+#include "testkit/TestApp.h"
+#include "ui/CommandWiring.h"
+#include "ui/MainWindowHost.h"
+#include "ui/ServerConsoleWindow.h"
+#include "ui/frmMain.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QPointer>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QTextEdit>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+QByteArray oob(const QByteArray& rest) { return QByteArray(4, '\xff') + rest; }
+const QByteArray kStatus = oob("statusResponse\n\\sv_hostname\\^1Red ^7Arena\\mapname\\ffa_bespin\\sv_maxclients\\"
+                               "16\\g_gametype\\7\\g_needpass\\0\n3 0 \"^4Gnubee\"\n12 48 \"Luke\"\n");
+
+class NoLookup : public AddressLookup {
+public:
+    bool hostName(QString& name, int&) override
+    {
+        name = QStringLiteral("box");
+        return true;
+    }
+    QList<QByteArray> addresses(const QString&) override { return {}; }
+};
+
+class ConsoleWindow : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        profile.setText(F::txtServerConfig(16), QStringLiteral("127.0.0.1"));
+        profile.setText(F::txtServerConfig(12), QString::number(server.port()));
+        profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
+        server.answer = [this](const QByteArray& request) -> QList<QByteArray> {
+            if (request == oob("getstatus"))
+                return {kStatus};
+            if (request == oob("rcon secret status"))
+                return {oob("print\nmap: ffa_bespin\ncl score ping name            address                                 rate \n"
+                            "-- ----- ---- --------------- --------------------------------------- -----\n"),
+                        oob("print\n 5     3    0 ^4Gnubee^7        ^7bot                                     16384\n"
+                            " 7    12   48 Luke^7          ^7127.0.0.1:27960                         25000\n\n")};
+            if (request.startsWith(oob("rcon wrong ")))
+                return {oob("print\nBad rconpassword.\n")};
+            if (request.startsWith(oob("rcon  ")))
+                return {oob("print\nNo rconpassword set on the server.\n")};
+            if (request.startsWith(oob("rcon secret ")))
+                return {oob("print\n^2ok\n")};
+            return {};
+        };
+        window = new frmServerConsole(*t.app, profile);
+        window->client().setTimeout(300);
+        window->show();
+    }
+    void TearDown() override { delete window.data(); }
+    template <typename T>
+    T* find(const char* name)
+    {
+        T* w = window->findChild<T*>(QString::fromLatin1(name));
+        EXPECT_NE(w, nullptr) << name;
+        return w;
+    }
+    QString label(const char* name) { return find<QLabel>(name)->text(); }
+    void type(const QString& text)
+    {
+        auto* line = find<QLineEdit>("txtConsoleCommand");
+        line->setText(text);
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QApplication::sendEvent(line, &enter);
+    }
+    void key(Qt::Key k)
+    {
+        QKeyEvent press(QEvent::KeyPress, k, Qt::NoModifier);
+        QApplication::sendEvent(find<QLineEdit>("txtConsoleCommand"), &press);
+    }
+    QString output() { return window->outputText(); }
+
+    TestApp t;
+    FakeServer server;
+    ServerProfile profile;
+    QPointer<frmServerConsole> window;
+};
+
+} // namespace
+
+TEST_F(ConsoleWindow, ShowsTheStatusOfTheServer)
+{
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerMap") == QStringLiteral("ffa_bespin"); }));
+    EXPECT_EQ(label("lblServerName"), QStringLiteral("<span style=\"color:#d00000\">Red </span>Arena"));
+    EXPECT_EQ(label("lblServerPlayers"), QStringLiteral("2 / 16"));
+    EXPECT_EQ(label("lblServerGameType"), QStringLiteral("Capture the Flag"));
+    EXPECT_TRUE(label("lblServerPing").endsWith(QStringLiteral(" ms")));
+    auto* grid = find<QTableWidget>("grdPlayers");
+    ASSERT_EQ(grid->rowCount(), 2);
+    EXPECT_EQ(grid->item(0, 0)->text(), QStringLiteral("Gnubee"));
+    EXPECT_EQ(grid->item(0, 2)->text(), QStringLiteral("0")) << "a bot's ping";
+    EXPECT_EQ(grid->item(1, 1)->text(), QStringLiteral("12"));
+
+    // The whole list of settings is one click away.
+    auto* cvars = find<QTableWidget>("grdServerCvars");
+    EXPECT_FALSE(cvars->isVisible());
+    find<QToolButton>("cmdShowCvars")->click();
+    EXPECT_TRUE(cvars->isVisible());
+    EXPECT_EQ(cvars->rowCount(), 5);
+    EXPECT_EQ(cvars->item(4, 0)->text(), QStringLiteral("g_needpass"));
+}
+
+TEST_F(ConsoleWindow, RefreshAsksAgainAndTheIntervalIsTwoToSixty)
+{
+    ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 1; }));
+    find<QPushButton>("cmdRefresh")->click();
+    EXPECT_TRUE(waitUntil([&] { return server.requests.size() == 2; }));
+    auto* spin = find<QSpinBox>("spnStatusInterval");
+    EXPECT_EQ(spin->value(), 5);
+    EXPECT_EQ(spin->minimum(), 2);
+    EXPECT_EQ(spin->maximum(), 60);
+}
+
+TEST_F(ConsoleWindow, ASilentServerIsAStateNotABox)
+{
+    server.answer = nullptr;
+    find<QPushButton>("cmdRefresh")->click();
+    EXPECT_TRUE(waitUntil([&] { return label("lblServerState") == QStringLiteral("No answer"); }));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(ConsoleWindow, TheConsoleShowsRepliesJoinedAndColoured)
+{
+    type(QStringLiteral("status"));
+    EXPECT_EQ(find<QLineEdit>("txtConsoleCommand")->text(), QString());
+    ASSERT_TRUE(waitUntil([&] { return output().contains(QStringLiteral("127.0.0.1:27960")); }));
+    EXPECT_TRUE(output().startsWith(QStringLiteral("] status\nmap: ffa_bespin\ncl score ping name")));
+    EXPECT_FALSE(output().contains(QStringLiteral("^7"))) << "colour codes are rendered, not shown";
+    EXPECT_TRUE(server.requests.contains(oob("rcon secret status")));
+
+    // Kick uses the slot that status printed for the selected player.
+    auto* grid = find<QTableWidget>("grdPlayers");
+    ASSERT_TRUE(waitUntil([&] { return grid->rowCount() == 2; }));
+    grid->selectRow(1);
+    find<QPushButton>("cmdServerKick")->click();
+    EXPECT_TRUE(waitUntil([&] { return server.requests.contains(oob("rcon secret clientkick 7")); }));
+}
+
+TEST_F(ConsoleWindow, RefusedPasswordsAreOneLineNotes)
+{
+    profile.setText(F::txtServerConfig(14), QStringLiteral("wrong"));
+    type(QStringLiteral("status"));
+    ASSERT_TRUE(waitUntil([&] { return output().contains(QStringLiteral("Bad rconpassword.")); }));
+    EXPECT_EQ(output().split(QLatin1Char('\n')).size(), 2);
+    profile.setText(F::txtServerConfig(14), QString());
+    type(QStringLiteral("status"));
+    EXPECT_TRUE(waitUntil([&] { return output().contains(QStringLiteral("No rconpassword set on the server.")); }));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(ConsoleWindow, QuickButtonsSendTheirCommands)
+{
+    find<QLineEdit>("txtConsoleCommand")->setText(QStringLiteral("^1hello all"));
+    find<QPushButton>("cmdServerSay")->click();
+    find<QPushButton>("cmdServerNextMap")->click();
+    find<QPushButton>("cmdServerRestartMap")->click();
+    EXPECT_TRUE(waitUntil([&] {
+        return server.requests.contains(oob("rcon secret say ^1hello all")) &&
+               server.requests.contains(oob("rcon secret vstr nextmap")) &&
+               server.requests.contains(oob("rcon secret map_restart"));
+    }));
+}
+
+TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePassword)
+{
+    type(QStringLiteral("status"));
+    type(QStringLiteral("say my secret"));
+    type(QStringLiteral("map ffa_bespin"));
+    key(Qt::Key_Up);
+    EXPECT_EQ(find<QLineEdit>("txtConsoleCommand")->text(), QStringLiteral("map ffa_bespin"));
+    key(Qt::Key_Up);
+    EXPECT_EQ(find<QLineEdit>("txtConsoleCommand")->text(), QStringLiteral("status"));
+    key(Qt::Key_Down);
+    key(Qt::Key_Down);
+    EXPECT_EQ(find<QLineEdit>("txtConsoleCommand")->text(), QString());
+
+    window->close();
+    CommandHistory saved;
+    saved.load(CommandHistory::fileIn(t.app->programFolder));
+    EXPECT_EQ(saved.entries(), QStringList({QStringLiteral("status"), QStringLiteral("map ffa_bespin")}));
+    EXPECT_FALSE(steward::testing::fileBytes(CommandHistory::fileIn(t.app->programFolder)).contains("secret"));
+}
+
+TEST_F(ConsoleWindow, ClosingTheWindowStopsAllTraffic)
+{
+    ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 1; }));
+    find<QSpinBox>("spnStatusInterval")->setValue(2);
+    window->close();
+    EXPECT_EQ(window->client().statusInFlight() + window->client().commandsInFlight(), 0);
+    const auto before = server.requests.size();
+    runEvents(2300);
+    EXPECT_EQ(server.requests.size(), before);
+}
+
+TEST(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
+{
+    steward::testing::TestApp t;
+    QtWindowHost host{*t.app};
+    NoLookup addresses;
+    CommandWiring wiring{*t.app, host, addresses};
+    host.loadMainWindow();
+    frmMain* main = host.mainWindow();
+    ASSERT_NE(main, nullptr);
+    host.showMainWindow();
+    QAction* entry = main->menuBar()->findChild<QAction*>(QStringLiteral("id_UtilitiesServerConsole"));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(entry->text(), QStringLiteral("Server Console..."));
+    EXPECT_EQ(entry->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_K));
+    entry->trigger();
+    entry->trigger();
+    const auto windows = main->findChildren<frmServerConsole*>(QStringLiteral("frmServerConsole"));
+    ASSERT_EQ(windows.size(), 1);
+    EXPECT_TRUE(windows[0]->isVisible());
+    EXPECT_FALSE(windows[0]->isModal());
+    host.closeAllForms();
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
