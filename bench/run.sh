@@ -11,5 +11,8 @@ if ! command -v unzip >/dev/null 2>&1 || [ ! -x /usr/bin/convert ]; then
     fi
 fi
 cmake --preset bench >/dev/null
-cmake --build --preset bench -j2 --target bench_maps
-exec ./build/bench/bench/bench_maps "$@"
+cmake --build --preset bench -j2 --target bench_maps bench_shots
+status=0
+./build/bench/bench/bench_maps "$@" || status=1
+./build/bench/bench/bench_shots || status=1
+exit $status
