@@ -18,8 +18,8 @@ export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
 status=0
 for target in "$build"/tests/fuzz/fuzz_*; do
     name=${target##*/fuzz_}
-    case "$name" in seeds|*_seeds) continue ;; esac
-    [ -x "$target" ] || continue
+    case "$name" in seeds|*_seeds|*_autogen) continue ;; esac
+    [ -f "$target" ] && [ -x "$target" ] || continue
     corpus=$build/corpus/$name
     mkdir -p "$corpus"
     echo "== $name: $seconds s"
