@@ -11,6 +11,9 @@ if ! command -v unzip >/dev/null 2>&1 || [ ! -x /usr/bin/convert ]; then
     fi
 fi
 cmake --preset bench >/dev/null
-cmake --build --preset bench -j2 --target bench_maps bench_bots
-./build/bench/bench/bench_bots || echo "bench_bots: a target was missed" >&2
-exec ./build/bench/bench/bench_maps "$@"
+cmake --build --preset bench -j2 --target bench_maps bench_bots bench_shots
+status=0
+./build/bench/bench/bench_maps "$@" || status=1
+./build/bench/bench/bench_bots || status=1
+./build/bench/bench/bench_shots || status=1
+exit $status

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds everything with warnings as errors and runs every test.
+# Installs what is missing, builds everything with warnings as errors and runs every test;
+# then runs the core's tests and the fuzz seeds once more under the sanitizers.
 # STEWARD_REAL_SERVER=1 installs Debian's openarena-server as well, so that the test against
 # a real Quake 3 engine server runs instead of being skipped.
 set -euo pipefail
@@ -10,3 +11,4 @@ scripts/install-deps.sh "${extra[@]}"
 cmake --preset ci >/dev/null
 cmake --build --preset ci
 ctest --preset ci
+scripts/asan.sh

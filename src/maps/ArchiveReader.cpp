@@ -77,6 +77,7 @@ void ArchiveReader::close()
     m_entries.clear();
     m_patterns.clear();
     m_skipped.clear();
+    m_filter = nullptr;
 }
 
 void ArchiveReader::fail(const QString& what) const
@@ -349,6 +350,8 @@ QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit, qi
         const ArchiveEntry& e = m_entries[static_cast<size_t>(i)];
         for (const QString& pattern : std::as_const(m_patterns))
             if (matches(e, pattern)) {
+                if (m_filter && !m_filter(e))
+                    break;
                 selected.push_back(i);
                 claimed += std::min<quint64>(e.size, static_cast<quint64>(limit) + 1);
                 break;

@@ -78,6 +78,9 @@ public:
     /// with "\" or "/" between them. Folders and names match without regard to case.
     void selectFiles(const QString& pattern);
     void clearSelection() { m_patterns.clear(); }
+    /// A check that every selected entry passes before extract writes it; an entry it
+    /// refuses is left out as if it weren't selected. Stays until the next open.
+    void setEntryFilter(std::function<bool(const ArchiveEntry&)> filter) { m_filter = std::move(filter); }
     /// Extracts every selected entry under targetFolder, in directory order; nothing
     /// at all when nothing matches. Unsafe entries are skipped and listed in
     /// skippedEntries(); damaged data is err::BadArchive. Selected entries that claim
@@ -105,6 +108,7 @@ private:
     std::vector<ArchiveEntry> m_entries;
     QStringList m_patterns;
     QStringList m_skipped;
+    std::function<bool(const ArchiveEntry&)> m_filter;
 };
 
 } // namespace steward

@@ -1,6 +1,7 @@
 #include "maps/LevelShots.h"
 
 #include "maps/ArchiveReader.h"
+#include "maps/EntryChecks.h"
 #include "maps/MapScanner.h"
 #include "maps/ScanProgress.h"
 #include "maps/TgaPicture.h"
@@ -64,6 +65,14 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
                 continue;
             progress.setActivity(QStringLiteral("Copying images from ") + file + QStringLiteral("...."));
             reader.open(folder + QLatin1Char('/') + file);
+            reader.setEntryFilter([&app, &file](const ArchiveEntry& entry) {
+                const QString why = entryNameProblem(entry.name);
+                if (!why.isEmpty())
+                    logRefusal(app, err::RefusedEntryName, QStringLiteral("::CMapScanner.ExtractLevelShots(Function)"),
+                               QStringLiteral("The level shot %1 of %2 was left out: %3")
+                                   .arg(printableName(entry.path), file, why));
+                return why.isEmpty();
+            });
             reader.selectFiles(QStringLiteral("levelshots\\*.jpg"));
             reader.selectFiles(QStringLiteral("levelshots\\*.tga"));
             reader.extract(app.programFolder);
@@ -103,7 +112,13 @@ bool ConvertTgaToBmp(AppContext& app)
                 continue;
             progress.setActivity(QStringLiteral("Converting ") + name + QStringLiteral("...."));
 
-            const QImage picture = readTgaPicture(path);
+            TgaFault fault = TgaFault::None;
+            const QImage picture = readTgaPicture(path, &fault);
+            if (fault == TgaFault::TooLarge)
+                logRefusal(app, err::RefusedPicture, QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)"),
+                           QStringLiteral("The level shot %1 was not converted: it is larger than %2 by %2 pixels")
+                               .arg(printableName(name))
+                               .arg(kLargestTgaSide));
             if (!picture.isNull())
                 picture.convertToFormat(QImage::Format_RGB32)
                     .save(folder + QLatin1Char('/') + fileStem(name) + QStringLiteral(".bmp"), "BMP");

@@ -1,6 +1,8 @@
 #include "maps/MapScanner.h"
 
 #include "maps/ArchiveReader.h"
+#include "maps/ArenaScript.h"
+#include "maps/EntryChecks.h"
 #include "maps/LineTokeniser.h"
 #include "maps/MapRotation.h"
 #include "maps/MapTree.h"
@@ -97,7 +99,6 @@ struct Scan {
     ScanProgress& progress;
     TextFileWriter& catalogue;
     LineTokeniser entryFields{QStringLiteral("|")};
-    LineTokeniser scriptFields{QStringLiteral("\"")};
     // The long name and type read last from a script; never reset between archives.
     QString longName;
     QString type;
@@ -114,29 +115,7 @@ struct Scan {
     }
 
     // Reads the first block of an extracted script into longName and type.
-    void readScript(const QString& path)
-    {
-        for (const QString& line : readLines(path)) {
-            QString text = line;
-            // Only blanks are trimmed.
-            qsizetype first = 0, last = text.size();
-            while (first < last && text.at(first) == QLatin1Char(' '))
-                ++first;
-            while (last > first && text.at(last - 1) == QLatin1Char(' '))
-                --last;
-            text = text.mid(first, last - first);
-            scriptFields.setText(text);
-            if (text == QLatin1String("{"))
-                continue;
-            if (text == QLatin1String("}"))
-                break;
-            const QString key = scriptFields.field(1);
-            if (key.contains(QLatin1String("longname")))
-                longName = scriptFields.field(2);
-            else if (key.contains(QLatin1String("type")))
-                type = scriptFields.field(2);
-        }
-    }
+    void readScript(const QString& path) { readArenaScript(readLines(path), longName, type); }
 
     void archive(const QString& folder, const QString& file)
     {
@@ -175,6 +154,11 @@ struct Scan {
             const QString name = entryName(reader, i);
             if (!name.toLower().endsWith(QLatin1String("arena")))
                 continue;
+            if (const QString why = entryNameProblem(name); !why.isEmpty()) {
+                logRefusal(app, err::RefusedEntryName, QStringLiteral("::CMapScanner.ScanForMaps(Function)"),
+                           QStringLiteral("The script %1 of %2 was left out: %3").arg(printableName(name), file, why));
+                continue;
+            }
             found = true;
             reader.selectFiles(QStringLiteral("Scripts\\") + name);
             reader.extract(app.programFolder);

@@ -8,7 +8,9 @@ namespace steward {
 namespace {
 
 constexpr int kHeader = 18;
-constexpr qint64 kMostPixels = 8192LL * 8192;
+// A run-length packet is a count byte and at least one pixel, and gives at most 128
+// pixels.
+constexpr qint64 kLongestRun = 128;
 
 int word(const QByteArray& b, int at) { return static_cast<quint8>(b[at]) | static_cast<quint8>(b[at + 1]) << 8; }
 
@@ -60,8 +62,11 @@ QRgb pixelAt(const uchar* p, int depth, bool alpha)
 
 } // namespace
 
-QImage readTgaPicture(const QByteArray& bytes)
+QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
 {
+    TgaFault ignored = TgaFault::None;
+    TgaFault& why = fault ? *fault : ignored;
+    why = TgaFault::Damaged;
     if (bytes.size() < kHeader)
         return {};
     const int idLength = static_cast<quint8>(bytes[0]);
@@ -74,8 +79,12 @@ QImage readTgaPicture(const QByteArray& bytes)
     const int depth = static_cast<quint8>(bytes[16]);
     const int descriptor = static_cast<quint8>(bytes[17]);
     const qint64 pixels = static_cast<qint64>(width) * height;
-    if (pixels == 0 || pixels > kMostPixels)
+    if (pixels == 0)
         return {};
+    if (width > kLargestTgaSide || height > kLargestTgaSide) {
+        why = TgaFault::TooLarge;
+        return {};
+    }
 
     const bool grey = type == 3 || type == 11;
     const bool runs = type == 10 || type == 11;
@@ -86,6 +95,11 @@ QImage readTgaPicture(const QByteArray& bytes)
     const int bytesPerPixel = depth / 8;
     const qsizetype start =
         kHeader + idLength + (mapType ? static_cast<qsizetype>(mapLength) * ((mapEntryBits + 7) / 8) : 0);
+    // The data must be able to fill the picture before memory is taken for it.
+    const qint64 leastData = runs ? (pixels + kLongestRun - 1) / kLongestRun * (1 + bytesPerPixel)
+                                  : pixels * bytesPerPixel;
+    if (start > bytes.size() || bytes.size() - start < leastData)
+        return {};
 
     QByteArray unpacked;
     const uchar* data = nullptr;
@@ -94,8 +108,6 @@ QImage readTgaPicture(const QByteArray& bytes)
             return {};
         data = reinterpret_cast<const uchar*>(unpacked.constData());
     } else {
-        if (start + pixels * bytesPerPixel > bytes.size())
-            return {};
         data = reinterpret_cast<const uchar*>(bytes.constData()) + start;
     }
 
@@ -111,15 +123,28 @@ QImage readTgaPicture(const QByteArray& bytes)
         for (int x = 0; x < width; ++x, from += bytesPerPixel)
             line[rightToLeft ? width - 1 - x : x] = pixelAt(from, depth, alpha);
     }
+    why = TgaFault::None;
     return image;
 }
 
-QImage readTgaPicture(const QString& path)
+QImage readTgaPicture(const QString& path, TgaFault* fault)
 {
+    if (fault)
+        *fault = TgaFault::Damaged;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > 256LL * 1024 * 1024)
+    if (!file.open(QIODevice::ReadOnly))
         return {};
-    return readTgaPicture(file.readAll());
+    // The header alone tells a picture that is too large; its data isn't read then.
+    const QByteArray head = file.peek(kHeader);
+    if (head.size() == kHeader && word(head, 12) > 0 && word(head, 14) > 0 &&
+        (word(head, 12) > kLargestTgaSide || word(head, 14) > kLargestTgaSide)) {
+        if (fault)
+            *fault = TgaFault::TooLarge;
+        return {};
+    }
+    if (file.size() > 256LL * 1024 * 1024)
+        return {};
+    return readTgaPicture(file.readAll(), fault);
 }
 
 } // namespace steward

@@ -10,8 +10,20 @@
 
 namespace steward {
 
-/// The picture of a tga file's bytes, or a null image.
-QImage readTgaPicture(const QByteArray& bytes);
-QImage readTgaPicture(const QString& path);
+/// The widest and highest level shot taken; the game's own are at most 512 by 512.
+inline constexpr int kLargestTgaSide = 2048;
+
+/// Why a tga file gives no picture.
+enum class TgaFault {
+    None,
+    Damaged,  ///< not a tga of a kind that is read, or its data is short or broken
+    TooLarge, ///< wider or higher than kLargestTgaSide
+};
+
+/// The picture of a tga file's bytes, or a null image and the fault. A header is
+/// checked against the size limit and the data against the picture it claims before
+/// any memory is taken for the picture.
+QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault = nullptr);
+QImage readTgaPicture(const QString& path, TgaFault* fault = nullptr);
 
 } // namespace steward

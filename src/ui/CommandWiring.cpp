@@ -39,14 +39,17 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QThread>
 
 namespace steward {
 
 namespace {
-/// A restart that ends the process ends the event loop too.
+/// A restart that ends the process ends the event loop too. Outside any event loop
+/// there is nothing to end: an exit then would stay pending and make the next loop
+/// that starts, a dialog's too, return at once.
 void endIfAsked(StartupOutcome outcome)
 {
-    if (outcome == StartupOutcome::EndProcess)
+    if (outcome == StartupOutcome::EndProcess && QThread::currentThread()->loopLevel() > 0)
         QApplication::exit(0);
 }
 } // namespace

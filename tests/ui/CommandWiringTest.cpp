@@ -12,6 +12,9 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
+#include <QTimer>
+#include <QThread>
 #include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -260,13 +263,46 @@ TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgr
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(old.isNull()) << "the old window is gone once its click has ended";
 
-    // With the store wiped the restart asks for the executable; a cancel ends the program.
+    // With the store wiped the restart asks for the executable; a cancel ends the
+    // program, and with it the event loop the click came from.
     t.prompts.answerNext(Answer::Yes);
     t.prompts.cancelNextDialog();
-    window->findChild<QPushButton*>(QStringLiteral("cmdReset"))->click();
+    // The program's own event loop, which alone forgets an exit once it has ended. As
+    // in the program, the last window closing doesn't quit by itself: that would leave
+    // a quit behind in the queue for the next loop.
+    QApplication::setQuitOnLastWindowClosed(false);
+    struct Restore {
+        ~Restore() { QApplication::setQuitOnLastWindowClosed(true); }
+    } restore;
+    QObject scope;
+    QTimer::singleShot(0, &scope, [this] { window->findChild<QPushButton*>(QStringLiteral("cmdReset"))->click(); });
+    QTimer::singleShot(5000, &scope, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QApplication::exec(), 0) << "the loop ends with the program";
     EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("User cancelled!") + kTail);
     EXPECT_EQ(host.mainWindow(), nullptr);
     EXPECT_EQ(t.store->GetAllSettings().size(), 1) << "only the fallback game folder";
+}
+
+TEST_F(Wired, AnEndOutsideAnEventLoopLeavesNothingPendingForTheNextLoop)
+{
+    // A loaded configuration, then a reset that ends the program with no event loop
+    // running to end.
+    steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2ded"), "#!/bin/sh\n");
+    const QString asc = t.root() + QStringLiteral("/saved.asc");
+    steward::testing::writeFile(asc, "PathToJedi," + t.gameFolder().toLatin1() + "\r\nPathToServer,jk2ded\r\nRunOnce,1\r\n");
+    t.prompts.chooseFile(asc);
+    action(QStringLiteral("id_UtilitiesConfigurationLoad"))->trigger();
+    window = host.mainWindow();
+    ASSERT_NE(window, nullptr);
+    t.prompts.answerNext(Answer::Yes);
+    t.prompts.cancelNextDialog();
+    window->findChild<QPushButton*>(QStringLiteral("cmdReset"))->click();
+    ASSERT_EQ(host.mainWindow(), nullptr);
+
+    // A later dialog runs its own loop until it is answered.
+    QDialog dialog;
+    QTimer::singleShot(0, &dialog, [&dialog] { dialog.accept(); });
+    EXPECT_EQ(dialog.exec(), QDialog::Accepted);
 }
 
 TEST_F(Wired, ThePopUpsEntriesCanBeFoundByToolId)
