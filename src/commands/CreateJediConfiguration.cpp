@@ -3,7 +3,7 @@
 #include "commands/ServerLaunch.h"
 #include "commands/BanListCommands.h"
 #include "commands/MapCycleCommands.h"
-#include "generate/BotConfigWriter.h"
+#include "commands/BotConfigWriter.h"
 #include "generate/MapCycleWriter.h"
 #include "generate/ServerConfigWriter.h"
 #include "model/Constants.h"

@@ -2,7 +2,7 @@
 
 #include "commands/CreateJediConfiguration.h"
 #include "generate/ServerConfigWriter.h"
-#include "generate/SessionName.h"
+#include "commands/SessionName.h"
 #include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"

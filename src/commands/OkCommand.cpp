@@ -2,7 +2,7 @@
 
 #include "commands/CreateJediConfiguration.h"
 #include "generate/ServerConfigWriter.h"
-#include "generate/SessionName.h"
+#include "commands/SessionName.h"
 #include "platform/Prompts.h"
 #include "settings/SaveSettings.h"
 #include "support/AppContext.h"

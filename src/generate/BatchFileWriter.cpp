@@ -1,15 +1,10 @@
 #include "generate/ExportScripts.h"
 
-#include "generate/SessionName.h"
-#include "platform/Prompts.h"
 #include "support/AppContext.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
-#include "support/ErrorReporter.h"
 #include "support/Errors.h"
-#include "support/FileDialog.h"
 #include "support/Strings.h"
-#include "support/TextFile.h"
 
 namespace steward {
 
@@ -35,17 +30,6 @@ ScriptValues readScriptValues(const ServerProfile& profile)
     return v;
 }
 
-bool scriptSessionName(AppContext& app, const ScriptValues& values, QString& session)
-{
-    if (values.session.isEmpty()) {
-        warn(app, QStringLiteral("A Session name is required"));
-        return false;
-    }
-    if (!ValidSessionName(app, values.session))
-        return false;
-    session = completeSessionName(values.session).replace(QLatin1Char(' '), QLatin1Char('_'));
-    return true;
-}
 
 QString batchFileLine(const QString& executable, const ScriptValues& v, const QString& session)
 {
@@ -58,30 +42,5 @@ QString batchFileLine(const QString& executable, const ScriptValues& v, const QS
     return line + QStringLiteral(" +exec ") + session;
 }
 
-void mnuBatchFile_Click(AppContext& app, ServerProfile& profile)
-{
-    try {
-        const ScriptValues values = readScriptValues(profile);
-        QString session;
-        if (!scriptSessionName(app, values, session))
-            return;
-
-        CFileDialog dialog(app);
-        dialog.DialogTitle = QStringLiteral("Save Batch File");
-        dialog.Flags = 2;
-        dialog.Filter = QStringLiteral("Batch File (*.bat)|*.bat");
-        dialog.InitialDir = withSlash(app.gameFolder);
-        if (!dialog.Show(false) || dialog.FileName.isEmpty())
-            return;
-
-        TextFileWriter file(dialog.FileName);
-        file.line(batchFileLine(app.serverExecutable, values, session));
-        file.close();
-        app.prompts().message(QStringLiteral("'") + dialog.FileName + QStringLiteral("' has been Saved") + kTail,
-                              QStringLiteral("Batch File"), Icon::Information);
-    } catch (const RuntimeError& e) {
-        reportTagged(app, e, QStringLiteral("::frmMain.mnuBatchFile_Click(Function)"));
-    }
-}
 
 } // namespace steward

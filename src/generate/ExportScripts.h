@@ -23,10 +23,6 @@ struct ScriptValues {
 
 ScriptValues readScriptValues(const ServerProfile& profile);
 
-/// The session name both scripts start: refused with its box when it is empty or holds
-/// a forbidden character (false), else completed with ".cfg" and blanks turned to "_".
-bool scriptSessionName(AppContext& app, const ScriptValues& values, QString& session);
-
 /// A number as its shortest decimal text: 16 stays 16, 016 gives 16, 32.5 stays 32.5.
 QString shortestNumberText(double value);
 
@@ -36,7 +32,5 @@ QString batchFileLine(const QString& executable, const ScriptValues& values, con
 QStringList shellScriptLines(AppContext& app, const ScriptValues& values, const QString& session,
                              const QString& fileTitle);
 
-void mnuBatchFile_Click(AppContext& app, ServerProfile& profile);
-void mnuLinux_Click(AppContext& app, ServerProfile& profile);
 
 } // namespace steward

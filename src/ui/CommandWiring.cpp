@@ -4,8 +4,8 @@
 
 #include "commands/BanListCommands.h"
 #include "bots/BotRoster.h"
-#include "bots/BotRosterCommands.h"
-#include "generate/ExportScripts.h"
+#include "commands/BotRosterCommands.h"
+#include "commands/ExportScriptCommands.h"
 #include "commands/ExportServer.h"
 #include "commands/MapCycleCommands.h"
 #include "maps/MapRotation.h"

@@ -1,7 +1,7 @@
 // The roster: its set-up, its two files, its colours, the page's two layouts and the
 // five buttons, run against real files in a temporary folder and the scripted prompts.
 #include "bots/BotRoster.h"
-#include "bots/BotRosterCommands.h"
+#include "commands/BotRosterCommands.h"
 #include "bots/BotRosterFile.h"
 #include "model/ServerProfile.h"
 #include "support/Errors.h"

@@ -2,7 +2,7 @@
 #include "testkit/LaunchKit.h"
 
 #include "commands/OkCommand.h"
-#include "generate/SessionName.h"
+#include "commands/SessionName.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"

@@ -1,7 +1,7 @@
 // BOTFile.cfg: each mode checked byte for byte against the whole expected file, with
 // the fixed clock of the test kit, and the boxes and results that go with it.
 #include "generate/BotConfigLines.h"
-#include "generate/BotConfigWriter.h"
+#include "commands/BotConfigWriter.h"
 #include "generate/BotSkills.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"

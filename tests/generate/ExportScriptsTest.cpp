@@ -1,6 +1,6 @@
 #include "testkit/LaunchKit.h"
 
-#include "generate/ExportScripts.h"
+#include "commands/ExportScriptCommands.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"

@@ -1,4 +1,4 @@
-#include "generate/SessionName.h"
+#include "commands/SessionName.h"
 
 #include "platform/Prompts.h"
 #include "support/AppContext.h"

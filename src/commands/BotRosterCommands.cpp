@@ -1,8 +1,8 @@
-#include "bots/BotRosterCommands.h"
+#include "commands/BotRosterCommands.h"
 
 #include "bots/BotRoster.h"
 #include "bots/BotRosterFile.h"
-#include "generate/BotConfigWriter.h"
+#include "commands/BotConfigWriter.h"
 #include "platform/Prompts.h"
 #include "platform/System.h"
 #include "support/AppContext.h"

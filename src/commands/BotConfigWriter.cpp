@@ -1,4 +1,4 @@
-#include "generate/BotConfigWriter.h"
+#include "commands/BotConfigWriter.h"
 
 #include "generate/BotConfigLines.h"
 #include "platform/Clock.h"
