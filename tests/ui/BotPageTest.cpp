@@ -4,6 +4,7 @@
 #include "bots/BotRoster.h"
 #include "model/ServerProfile.h"
 #include "support/LocalAddress.h"
+#include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 #include "ui/CommandWiring.h"
@@ -28,12 +29,6 @@ using namespace steward;
 using steward::testing::ZipBuilder;
 
 namespace {
-
-class NoLookup : public AddressLookup {
-public:
-    bool hostName(QString&, int&) override { return false; }
-    QList<QByteArray> addresses(const QString&) override { return {}; }
-};
 
 class BotPage : public ::testing::Test {
 protected:
@@ -84,7 +79,7 @@ protected:
 
     steward::testing::TestApp t;
     QtWindowHost host{*t.app};
-    NoLookup lookup;
+    steward::testing::NoAddressLookup lookup;
     CommandWiring wiring{*t.app, host, lookup};
     ServerProfile* profile = nullptr;
     frmMain* window = nullptr;

@@ -5,6 +5,7 @@
 #include "model/ServerProfile.h"
 #include "commands/Startup.h"
 #include "support/LocalAddress.h"
+#include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 #include "ui/CommandWiring.h"
@@ -25,13 +26,6 @@ using namespace steward;
 using steward::testing::ZipBuilder;
 
 namespace {
-
-class NoLookup : public AddressLookup {
-public:
-    bool hostName(QString&, int&) override { return false; }
-    QList<QByteArray> addresses(const QString&) override { return {}; }
-    QList<QByteArray> interfaceAddresses() override { return {}; }
-};
 
 class MapPage : public ::testing::Test {
 protected:
@@ -78,7 +72,7 @@ protected:
 
     steward::testing::TestApp t;
     QtWindowHost host{*t.app};
-    NoLookup lookup;
+    steward::testing::NoAddressLookup lookup;
     CommandWiring wiring{*t.app, host, lookup};
     ServerProfile* profile = nullptr;
     frmMain* window = nullptr;
@@ -203,7 +197,7 @@ TEST(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
     t.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
     t.store->SaveSetting(kKeyRunOnce, QStringLiteral("0"));
     QtWindowHost host{*t.app};
-    NoLookup lookup;
+    steward::testing::NoAddressLookup lookup;
     CommandWiring wiring{*t.app, host, lookup};
 
     ASSERT_EQ(runStartup(*t.app, host, QString()), StartupOutcome::MainWindowOpen)

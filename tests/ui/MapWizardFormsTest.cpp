@@ -4,6 +4,7 @@
 #include "model/FieldNames.h"
 #include "model/ServerProfile.h"
 #include "support/LocalAddress.h"
+#include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
 #include "ui/CommandWiring.h"
 #include "ui/FormServices.h"
@@ -26,12 +27,6 @@
 using namespace steward;
 
 namespace {
-
-class NoLookup : public AddressLookup {
-public:
-    bool hostName(QString&, int&) override { return false; }
-    QList<QByteArray> addresses(const QString&) override { return {}; }
-};
 
 class WizardForms : public ::testing::Test {
 protected:
@@ -83,7 +78,7 @@ protected:
 
     steward::testing::TestApp t;
     QtWindowHost host{*t.app};
-    NoLookup lookup;
+    steward::testing::NoAddressLookup lookup;
     CommandWiring wiring{*t.app, host, lookup};
     ServerProfile* profile = nullptr;
     frmMain* window = nullptr;

@@ -3,6 +3,7 @@
 #include "messaging/ServerMessaging.h"
 #include "model/ServerProfile.h"
 #include "support/LocalAddress.h"
+#include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
@@ -19,16 +20,6 @@
 using namespace steward;
 
 namespace {
-
-class NoLookup : public AddressLookup {
-public:
-    bool hostName(QString& name, int&) override
-    {
-        name = QStringLiteral("box");
-        return true;
-    }
-    QList<QByteArray> addresses(const QString&) override { return {}; }
-};
 
 class MessagingWindow : public ::testing::Test {
 protected:
@@ -60,7 +51,7 @@ protected:
     steward::testing::TestApp t;
     steward::testing::RecordingSockets sockets;
     QtWindowHost host{*t.app};
-    NoLookup addresses;
+    steward::testing::NoAddressLookup addresses;
     CommandWiring wiring{*t.app, host, addresses};
     ServerProfile* profile = nullptr;
     frmMain* window = nullptr;

@@ -6,6 +6,7 @@
 #include "console/ConsoleClient.h"
 #include "model/ServerProfile.h"
 #include "support/LocalAddress.h"
+#include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
@@ -34,16 +35,6 @@ namespace {
 QByteArray oob(const QByteArray& rest) { return QByteArray(4, '\xff') + rest; }
 const QByteArray kStatus = oob("statusResponse\n\\sv_hostname\\^1Red ^7Arena\\mapname\\ffa_bespin\\sv_maxclients\\"
                                "16\\g_gametype\\7\\g_needpass\\0\n3 0 \"^4Gnubee\"\n12 48 \"Luke\"\n");
-
-class NoLookup : public AddressLookup {
-public:
-    bool hostName(QString& name, int&) override
-    {
-        name = QStringLiteral("box");
-        return true;
-    }
-    QList<QByteArray> addresses(const QString&) override { return {}; }
-};
 
 class ConsoleWindow : public ::testing::Test {
 protected:
@@ -221,7 +212,7 @@ TEST(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
 {
     steward::testing::TestApp t;
     QtWindowHost host{*t.app};
-    NoLookup addresses;
+    steward::testing::NoAddressLookup addresses;
     CommandWiring wiring{*t.app, host, addresses};
     host.loadMainWindow();
     frmMain* main = host.mainWindow();
