@@ -1,6 +1,8 @@
 #include "model/Constants.h"
 #include "commands/MainFormLoad.h"
+#include "generate/ServerConfigWriter.h"
 #include "model/ServerProfile.h"
+#include "support/TextFile.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 
@@ -156,4 +158,21 @@ TEST(MainFormLoad, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
               (QStringList{QString(78, QLatin1Char('-')), QStringLiteral("---06/13/2002 21:05:33---"),
                            QStringLiteral("Error 13 in arena-steward::frmMain.Form_Load(Sub) (frmMain):"),
                            QStringLiteral("Type mismatch")}));
+}
+
+TEST(MainFormLoad, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
+{
+    TestApp t;
+    ServerProfile profile;
+    FakeFormLoadHost host;
+    MainFormLoad(*t.app, profile, host);
+    profile.setValue(F::chkMapAutoCycle, 1);
+
+    SessionFacts facts;
+    facts.clock = &t.clock;
+    SessionValues session;
+    LineList out;
+    writeSessionOpening(profile, facts, session, out);
+    EXPECT_TRUE(out.lines.contains(QStringLiteral("map ctf_imperial"))) << out.lines.join(QLatin1Char('|')).toStdString();
+    EXPECT_FALSE(out.lines.contains(QStringLiteral("map "))) << "never a map line without a name";
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <cstdlib>
 
@@ -24,6 +25,9 @@ int main(int argc, char** argv)
     setenv("XDG_RUNTIME_DIR", (root + "/runtime").constData(), 1);
     setenv("HOME", (root + "/home").constData(), 1);
     QDir().mkpath(home.path() + QStringLiteral("/runtime"));
+    // The runtime folder is the user's alone, as Qt expects of it.
+    QFile::setPermissions(home.path() + QStringLiteral("/runtime"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QDir().mkpath(home.path() + QStringLiteral("/home"));
 
     TestApplication app(argc, argv);
