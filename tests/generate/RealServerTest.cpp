@@ -83,6 +83,7 @@ public:
     void unloadPage(int) override {}
 };
 
+/// Stops the server of the pid file once: the file goes with it.
 void stopServer(const QString& pidFile)
 {
     QFile file(pidFile);
@@ -90,6 +91,8 @@ void stopServer(const QString& pidFile)
         const int pid = QString::fromLatin1(file.readAll()).trimmed().toInt();
         if (pid > 0)
             ::kill(pid, SIGTERM);
+        file.close();
+        file.remove();
     }
 }
 
@@ -189,15 +192,23 @@ bool fileComesToHold(const QString& path, const QByteArray& text, int seconds)
     return false;
 }
 
-} // namespace
-
-TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
-{
-    STEWARD_NEED_REAL_SERVER();
+/// Each case: a program context, the launcher that really starts the stand-in server,
+/// and the server stopped at the end, also when the case failed half-way.
+class RealServer : public ::testing::Test {
+protected:
+    void SetUp() override { STEWARD_NEED_REAL_SERVER(); }
+    void TearDown() override { stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid")); }
+    void startWith(const QString& output = QStringLiteral("/dev/null")) { standInServer(t, launcher, output); }
 
     steward::testing::TestApp t;
     DetachedProcessLauncher launcher;
-    standInServer(t, launcher);
+};
+
+} // namespace
+
+TEST_F(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
+{
+    startWith();
     const quint16 port = casePort(0);
     ServerProfile profile;
     serverProfile(profile, port);
@@ -214,13 +225,9 @@ TEST(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
     EXPECT_TRUE(status.contains("\\.Configured By\\Arena Steward: JUNE 13 2002 beta 1.4\\")) << status.toStdString();
 }
 
-TEST(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
+TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
 {
-    STEWARD_NEED_REAL_SERVER();
-
-    steward::testing::TestApp t;
-    DetachedProcessLauncher launcher;
-    standInServer(t, launcher);
+    startWith();
 
     const quint16 port = casePort(3);
     ServerProfile profile;
@@ -267,13 +274,9 @@ TEST(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
 
 // The roster's Addbot lines reach the engine: OpenArena defines the bot "sarge", so two
 // roster rows with that MODEL join under the names the rows give them.
-TEST(RealServer, RosterBotsJoinUnderTheirNames)
+TEST_F(RealServer, RosterBotsJoinUnderTheirNames)
 {
-    STEWARD_NEED_REAL_SERVER();
-
-    steward::testing::TestApp t;
-    DetachedProcessLauncher launcher;
-    standInServer(t, launcher);
+    startWith();
     const quint16 port = casePort(1);
     ServerProfile profile;
     serverProfile(profile, port);
@@ -303,13 +306,9 @@ TEST(RealServer, RosterBotsJoinUnderTheirNames)
 
 // Automatic bots: the engine fills the server with bots of its own choice up to
 // bot_minplayers; it checks that number every ten seconds or so.
-TEST(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
+TEST_F(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
 {
-    STEWARD_NEED_REAL_SERVER();
-
-    steward::testing::TestApp t;
-    DetachedProcessLauncher launcher;
-    standInServer(t, launcher);
+    startWith();
     const quint16 port = casePort(2);
     ServerProfile profile;
     serverProfile(profile, port);
@@ -327,18 +326,14 @@ TEST(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
     EXPECT_EQ(playerNames(status).size(), 3) << status.toStdString();
 }
 
-TEST(RealServer, TheTimedMessagesReachItsRemoteConsole)
+TEST_F(RealServer, TheTimedMessagesReachItsRemoteConsole)
 {
-    STEWARD_NEED_REAL_SERVER();
-
-    steward::testing::TestApp t;
-    DetachedProcessLauncher launcher;
     ThreadSleepWait realWait;
     t.app->services.blockingWait = &realWait;
     // No address: the messages go to the computer's own name.
     t.names.computer = QStringLiteral("localhost");
     const QString console = t.root() + QStringLiteral("/console.log");
-    standInServer(t, launcher, console);
+    startWith(console);
 
     const quint16 port = casePort(4);
     ServerProfile profile;
