@@ -45,13 +45,6 @@ public:
         cycleExec();
     }
 
-    /// The additional configurations and the end.
-    void closing()
-    {
-        additionalConfigs();
-        end();
-    }
-
 private:
     // --- reading the profile -------------------------------------------------------
 
@@ -288,24 +281,6 @@ private:
             line(QStringLiteral("exec ") + quoted(m_session.cycleFile));
     }
 
-    void additionalConfigs()
-    {
-        constexpr auto name = F::cboConfig;
-        for (int i = lbound(name); i <= ubound(name); ++i) {
-            const QString config = trimBlanks(text(name(i)));
-            if (!config.isEmpty())
-                line(QStringLiteral("exec ") + config);
-        }
-    }
-
-    void end()
-    {
-        line(QStringLiteral("//"));
-        line(QStringLiteral("writeconfig jk2mpconfig.cfg"));
-        line(QStringLiteral("wait"));
-        line(QStringLiteral("//EOF"));
-    }
-
     const ServerProfile& m_profile;
     const SessionFacts& m_facts;
     SessionValues& m_session;
@@ -344,9 +319,16 @@ void writeSessionOpening(const ServerProfile& profile, const SessionFacts& facts
 
 void writeSessionClosing(const ServerProfile& profile, LineSink& out)
 {
-    SessionValues unused;
-    const SessionFacts none;
-    SessionFile(profile, none, unused, out).closing();
+    // The additional configurations, then the end.
+    for (int i = profile.lbound(F::cboConfig); i <= profile.ubound(F::cboConfig); ++i) {
+        const QString config = trimBlanks(profile.text(F::cboConfig(i)));
+        if (!config.isEmpty())
+            out.line(QStringLiteral("exec ") + config);
+    }
+    out.line(QStringLiteral("//"));
+    out.line(QStringLiteral("writeconfig jk2mpconfig.cfg"));
+    out.line(QStringLiteral("wait"));
+    out.line(QStringLiteral("//EOF"));
 }
 
 bool sessionWantsBots(const ServerProfile& profile)
