@@ -1,6 +1,7 @@
 #include "commands/MapScanCommand.h"
 
 #include "commands/MapCycleCommands.h"
+#include "maps/MapScanChain.h"
 #include "maps/MapScanner.h"
 #include "maps/MapTree.h"
 #include "maps/ScanProgress.h"
@@ -34,8 +35,9 @@ void mnuMapScan_Click(AppContext& app, ServerProfile& profile, const WineEnviron
             cursor.RestoreCursor();
         };
         const QString base = QStringLiteral("Base");
-        if (!ScanForMaps(app, base, QStringLiteral("Jedi"), folder) || !ExtractLevelShots(app, base, folder) ||
-            !ConvertTgaToBmp(app)) {
+        MapScanChain chain;
+        if (!ScanForMaps(app, base, QStringLiteral("Jedi"), folder, &chain) ||
+            !ExtractLevelShots(app, base, folder, &chain) || !ConvertTgaToBmp(app, &chain)) {
             end();
             return;
         }

@@ -1,5 +1,6 @@
 #include "commands/Startup.h"
 
+#include "maps/MapScanChain.h"
 #include "maps/MapScanner.h"
 #include "platform/Prompts.h"
 #include "platform/System.h"
@@ -111,7 +112,25 @@ bool refuseSecondInstance(AppContext& app, WindowHost& windows, const ServerProf
 
 } // namespace
 
-FirstRunScan FirstRunScan::standard() { return {ScanForMaps, ExtractLevelShots, ConvertTgaToBmp}; }
+FirstRunScan FirstRunScan::standard()
+{
+    // The three steps run as one chain: the first starts it, the last ends it.
+    auto chain = std::make_shared<std::unique_ptr<MapScanChain>>();
+    return {
+        [chain](AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder) {
+            *chain = std::make_unique<MapScanChain>();
+            return ScanForMaps(app, baseName, catalogueName, gameFolder, chain->get());
+        },
+        [chain](AppContext& app, const QString& baseName, const QString& gameFolder) {
+            return ExtractLevelShots(app, baseName, gameFolder, chain->get());
+        },
+        [chain](AppContext& app) {
+            const bool done = ConvertTgaToBmp(app, chain->get());
+            chain->reset();
+            return done;
+        },
+    };
+}
 
 QString firstRunText()
 {

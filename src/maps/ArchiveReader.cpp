@@ -1,5 +1,7 @@
 #include "maps/ArchiveReader.h"
 
+#include "maps/ArchiveFile.h"
+
 #include "support/AppContext.h"
 #include "support/Errors.h"
 
@@ -9,8 +11,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <zip.h>
 
 namespace steward {
@@ -65,6 +69,8 @@ bool isInside(const QString& canonicalPath, const QString& canonicalRoot)
 
 } // namespace
 
+ArchiveReader::ArchiveReader() = default;
+
 ArchiveReader::ArchiveReader(const QString& archivePath) { open(archivePath); }
 
 ArchiveReader::~ArchiveReader() { close(); }
@@ -74,11 +80,25 @@ void ArchiveReader::close()
     if (m_zip)
         zip_discard(m_zip);
     m_zip = nullptr;
+    m_file.reset();
     m_entries.clear();
+    resetSelection();
+}
+
+void ArchiveReader::resetSelection()
+{
     m_patterns.clear();
     m_skipped.clear();
     m_filter = nullptr;
 }
+
+void ArchiveReader::park()
+{
+    if (m_file)
+        m_file->park();
+}
+
+bool ArchiveReader::isUnchanged() const { return m_file && m_file->isUnchanged(); }
 
 void ArchiveReader::fail(const QString& what) const
 {
@@ -105,10 +125,32 @@ void ArchiveReader::open(const QString& archivePath)
     if (!S_ISREG(info.st_mode))
         fail(QStringLiteral("it is not a plain file"));
 
+    // The archive is read through a file of its own rather than the library's, so that
+    // the file can be closed between phases while the table of contents is kept.
+    m_file = std::make_unique<ArchiveFile>();
+    if (!m_file->open(archivePath)) {
+        m_file.reset();
+        fail(zipErrorText(ZIP_ER_OPEN));
+    }
     int code = 0;
-    m_zip = zip_open(local.constData(), ZIP_RDONLY, &code);
-    if (!m_zip)
+    zip_source_t* source = m_file->makeSource(&code);
+    if (!source) {
+        m_file.reset();
         fail(zipErrorText(code));
+    }
+    zip_error_t error;
+    zip_error_init(&error);
+    m_zip = zip_open_from_source(source, ZIP_RDONLY, &error);
+    if (!m_zip) {
+        code = zip_error_code_zip(&error);
+        const int system = zip_error_code_system(&error);
+        zip_error_fini(&error);
+        zip_source_free(source);
+        m_file.reset();
+        errno = system;
+        fail(zipErrorText(code));
+    }
+    zip_error_fini(&error);
 
     const zip_int64_t count = zip_get_num_entries(m_zip, 0);
     if (count < 0) {
@@ -260,7 +302,7 @@ bool ArchiveReader::matches(const ArchiveEntry& entry, const QString& rawPattern
 
 void ArchiveReader::selectFiles(const QString& pattern) { m_patterns << pattern; }
 
-QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint64 limit)
+QString ArchiveReader::prepareTarget(int index, const QString& targetFolder, qint64 limit, QString* folder) const
 {
     checkOpen();
     const ArchiveEntry& e = entry(index);
@@ -299,12 +341,23 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
             unsafe(QStringLiteral("the folder %1 leads out of %2").arg(next, root));
         current = canonical;
     }
+    *folder = current;
     if (e.isFolder)
         return current;
 
     const QString target = current + QLatin1Char('/') + e.name;
     if (QFileInfo(target).isDir())
         raiseError(err::PathFileAccess, QStringLiteral("%1 is a folder").arg(target), QStringLiteral("ArchiveReader"));
+    return target;
+}
+
+QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint64 limit)
+{
+    QString current;
+    const QString target = prepareTarget(index, targetFolder, limit, &current);
+    const ArchiveEntry& e = entry(index);
+    if (e.isFolder)
+        return target;
 
     // The data goes to a new file beside the target first, which then takes the
     // target's place: a link standing at the target is replaced, never followed, and a
@@ -340,10 +393,28 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
     return target;
 }
 
-QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit, qint64 totalLimit)
+QByteArray ArchiveReader::takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit)
+{
+    QString current;
+    *target = prepareTarget(index, targetFolder, limit, &current);
+    if (entry(index).isFolder)
+        return {};
+    // Where the file could not be made, extraction stops before the data is read.
+    if (::access(QFile::encodeName(current).constData(), W_OK | X_OK) != 0)
+        raiseError(err::PathFileAccess, {}, *target);
+    QByteArray data = readEntry(index, limit);
+    // The written file would have replaced whatever stood at the target, a link or a
+    // file, never followed.
+    const QByteArray local = QFile::encodeName(*target);
+    struct stat info {};
+    if (::lstat(local.constData(), &info) == 0 && ::unlink(local.constData()) != 0)
+        raiseError(err::PathFileAccess, {}, *target);
+    return data;
+}
+
+std::vector<int> ArchiveReader::selectedEntries(qint64 limit, qint64 totalLimit)
 {
     checkOpen();
-    m_skipped.clear();
     std::vector<int> selected;
     quint64 claimed = 0;
     for (int i = 0; i < entryCount(); ++i) {
@@ -360,7 +431,14 @@ QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit, qi
     // No entry unpacks to more than it claims, so the claims bound what is written.
     if (claimed > static_cast<quint64>(totalLimit))
         fail(QStringLiteral("its selected entries claim %1 bytes, more than the %2 allowed").arg(claimed).arg(totalLimit));
+    return selected;
+}
 
+QStringList ArchiveReader::extract(const QString& targetFolder, qint64 limit, qint64 totalLimit)
+{
+    checkOpen();
+    m_skipped.clear();
+    const std::vector<int> selected = selectedEntries(limit, totalLimit);
     QStringList written;
     for (const int i : selected) {
         const ArchiveEntry& e = m_entries[static_cast<size_t>(i)];

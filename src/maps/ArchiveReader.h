@@ -8,11 +8,13 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <memory>
 #include <vector>
 
 struct zip;
 
 namespace steward {
+class ArchiveFile;
 
 namespace err {
 /// An archive that can't be read: not a zip, truncated, damaged, or an entry that
@@ -41,7 +43,7 @@ public:
     /// below the entry limit can still fill a disk.
     static constexpr qint64 kDefaultTotalLimit = 512LL * 1024 * 1024;
 
-    ArchiveReader() = default;
+    ArchiveReader();
     /// Opens the archive at once (see open).
     explicit ArchiveReader(const QString& archivePath);
     ~ArchiveReader();
@@ -54,6 +56,14 @@ public:
     void open(const QString& archivePath);
     void close();
     bool isOpen() const { return m_zip != nullptr; }
+    /// Closes the archive's file but keeps its table of contents, so that a later
+    /// phase needs no second read of it; the next read opens the file again.
+    void park();
+    /// True while the archive's file is the one whose table of contents was read: the
+    /// same file, size and time of change.
+    bool isUnchanged() const;
+    /// Forgets the selection, the filter and the skipped entries, as open does.
+    void resetSelection();
     const QString& archivePath() const { return m_path; }
 
     int entryCount() const { return static_cast<int>(m_entries.size()); }
@@ -73,6 +83,11 @@ public:
     /// link, a folder of the target that leads elsewhere) is err::UnsafeEntry and
     /// nothing is written; damaged data is err::BadArchive and leaves no file behind.
     QString extractEntry(int index, const QString& targetFolder, qint64 limit = kDefaultLimit);
+    /// What extractEntry would write, read into memory instead: the same checks, the
+    /// same folders made, the same errors in the same order, and whatever stands at the
+    /// target is removed as the written file would have replaced it. The target's path
+    /// goes to *target.
+    QByteArray takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit = kDefaultLimit);
 
     /// Adds a pattern to the selection: folders, then a name that may hold * and ?,
     /// with "\" or "/" between them. Folders and names match without regard to case.
@@ -88,6 +103,12 @@ public:
     /// Returns the written files.
     QStringList extract(const QString& targetFolder, qint64 limit = kDefaultLimit,
                         qint64 totalLimit = kDefaultTotalLimit);
+    /// The entries that extract would write, in its order, with the filter asked as
+    /// extract asks it; the same error when their claims pass totalLimit.
+    std::vector<int> selectedEntries(qint64 limit = kDefaultLimit, qint64 totalLimit = kDefaultTotalLimit);
+    /// Clears the list of skipped entries and adds to it, as extract does.
+    void noteSkipped(const QString& path) { m_skipped << path; }
+    void clearSkipped() { m_skipped.clear(); }
     const QStringList& skippedEntries() const { return m_skipped; }
 
     /// True when a pattern of selectFiles takes the entry.
@@ -102,7 +123,11 @@ private:
     /// chunk (then false comes back). An entry that unpacks to more or less than it claims,
     /// or that is broken, fails with the archive's error.
     bool unpack(int index, const std::function<bool(const char* data, qint64 size)>& sink) const;
+    /// The checks of extractEntry before anything is written and the folders made on
+    /// the way; returns the target, the folder it is in goes to *folder.
+    QString prepareTarget(int index, const QString& targetFolder, qint64 limit, QString* folder) const;
 
+    std::unique_ptr<ArchiveFile> m_file;
     zip* m_zip = nullptr;
     QString m_path;
     std::vector<ArchiveEntry> m_entries;

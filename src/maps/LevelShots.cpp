@@ -2,6 +2,7 @@
 
 #include "maps/ArchiveReader.h"
 #include "maps/EntryChecks.h"
+#include "maps/MapScanChain.h"
 #include "maps/MapScanner.h"
 #include "maps/ScanProgress.h"
 #include "maps/TgaPicture.h"
@@ -15,6 +16,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+
+#include <algorithm>
 
 // The fallback pictures are resources of the core library, which the linker would
 // leave out of a program that never names them.
@@ -49,7 +52,105 @@ bool EnsureFallbackPictures(const AppContext& app)
     return ok;
 }
 
-bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gamePath)
+namespace {
+
+const QString kExtractTag = QStringLiteral("::CMapScanner.ExtractLevelShots(Function)");
+const QString kConvertTag = QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)");
+
+void selectLevelShots(ArchiveReader& reader)
+{
+    reader.selectFiles(QStringLiteral("levelshots\\*.jpg"));
+    reader.selectFiles(QStringLiteral("levelshots\\*.tga"));
+}
+
+bool isTga(const ArchiveEntry& entry) { return entry.name.endsWith(QLatin1String(".tga"), Qt::CaseInsensitive); }
+
+// The bmp that a tga entry becomes, without regard to case: two entries with the same
+// key may replace one another's file or picture.
+QString shotKey(const ArchiveEntry& entry) { return (entry.folder + QLatin1Char('/') + fileStem(entry.name)).toLower(); }
+
+// Counts, for each bmp, the tga entries of the chain's archives that become it, as far
+// as the archives can be read; reading stops at the first that can't, where the phase
+// will stop too.
+QHash<QString, int> countShots(MapScanChain& chain, const QString& folder, const QStringList& files)
+{
+    QHash<QString, int> counts;
+    try {
+        for (const QString& file : files) {
+            if (!file.toUpper().endsWith(QLatin1String("PK3")))
+                continue;
+            const QString path = folder + QLatin1Char('/') + file;
+            ArchiveReader& reader = chain.archives.open(path);
+            reader.setEntryFilter([](const ArchiveEntry& entry) { return entryNameProblem(entry.name).isEmpty(); });
+            selectLevelShots(reader);
+            for (const int i : reader.selectedEntries())
+                if (isTga(reader.entry(i)))
+                    ++counts[shotKey(reader.entry(i))];
+            reader.resetSelection();
+            reader.park();
+            chain.counted.insert(path);
+        }
+    } catch (const RuntimeError&) {
+    }
+    return counts;
+}
+
+// The chain's way through one archive: what extract writes, except that the last tga
+// entry of each bmp goes to the converter in memory when it would land in the folder
+// that the conversion walks.
+void extractForChain(AppContext& app, MapScanChain& chain, ArchiveReader& reader, const QString& shotFolder,
+                     QHash<QString, bool>& walkedFolder)
+{
+    QString root = app.programFolder;
+    AddSlash(root);
+    // Whether the conversion walks the folder that entries of this folder name land in.
+    auto walked = [&](const QString& entryFolder) {
+        auto known = walkedFolder.constFind(entryFolder);
+        if (known == walkedFolder.constEnd())
+            known = walkedFolder.insert(
+                entryFolder,
+                QFileInfo(root + findChildFolder(root, entryFolder, entryFolder)).canonicalFilePath() == shotFolder);
+        return *known;
+    };
+    const bool counted = chain.counted.contains(reader.archivePath());
+    reader.clearSkipped();
+    for (const int i : reader.selectedEntries()) {
+        const ArchiveEntry& e = reader.entry(i);
+        try {
+            bool inMemory = false;
+            if (isTga(e) && counted) {
+                int& toCome = chain.shotsToCome[shotKey(e)];
+                toCome = std::max(0, toCome - 1);
+                inMemory = toCome == 0 && walked(e.folder);
+            }
+            if (!inMemory) {
+                reader.extractEntry(i, app.programFolder);
+                continue;
+            }
+            QString target;
+            QByteArray tga = reader.takeEntry(i, app.programFolder, &target);
+            chain.converter.add(e.name, std::move(tga),
+                                QFileInfo(target).path() + QLatin1Char('/') + fileStem(e.name) + QStringLiteral(".bmp"));
+        } catch (const RuntimeError& error) {
+            if (error.number() != err::UnsafeEntry)
+                throw;
+            reader.noteSkipped(e.path);
+        }
+    }
+}
+
+void noteConversion(AppContext& app, const QString& name, TgaFault fault)
+{
+    if (fault == TgaFault::TooLarge)
+        logRefusal(app, err::RefusedPicture, kConvertTag,
+                   QStringLiteral("The level shot %1 was not converted: it is larger than %2 by %2 pixels")
+                       .arg(printableName(name))
+                       .arg(kLargestTgaSide));
+}
+
+} // namespace
+
+bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gamePath, MapScanChain* chain)
 {
     ScanProgress& progress = scanProgress(app);
     try {
@@ -57,51 +158,71 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
         QString folder;
         const QStringList files = baseFolderFiles(app, gamePath, baseName, &folder);
         progress.setMaximum(static_cast<int>(files.size()));
+        QString shotFolder;
+        QHash<QString, bool> walkedFolder;
+        if (chain) {
+            chain->shotsToCome = countShots(*chain, folder, files);
+            shotFolder = QFileInfo(levelShotFolder(app)).canonicalFilePath();
+        }
         int counter = 0;
-        ArchiveReader reader;
+        ArchiveReader ownReader;
         for (const QString& file : files) {
             progress.setValue(++counter);
             if (!file.toUpper().endsWith(QLatin1String("PK3")))
                 continue;
             progress.setActivity(QStringLiteral("Copying images from ") + file + QStringLiteral("...."));
-            reader.open(folder + QLatin1Char('/') + file);
+            const QString path = folder + QLatin1Char('/') + file;
+            ArchiveReader& reader = chain ? chain->archives.open(path) : (ownReader.open(path), ownReader);
             reader.setEntryFilter([&app, &file](const ArchiveEntry& entry) {
                 const QString why = entryNameProblem(entry.name);
                 if (!why.isEmpty())
-                    logRefusal(app, err::RefusedEntryName, QStringLiteral("::CMapScanner.ExtractLevelShots(Function)"),
+                    logRefusal(app, err::RefusedEntryName, kExtractTag,
                                QStringLiteral("The level shot %1 of %2 was left out: %3")
                                    .arg(printableName(entry.path), file, why));
                 return why.isEmpty();
             });
-            reader.selectFiles(QStringLiteral("levelshots\\*.jpg"));
-            reader.selectFiles(QStringLiteral("levelshots\\*.tga"));
-            reader.extract(app.programFolder);
+            selectLevelShots(reader);
+            if (chain && !shotFolder.isEmpty()) {
+                extractForChain(app, *chain, reader, shotFolder, walkedFolder);
+                reader.park();
+            } else {
+                reader.extract(app.programFolder);
+            }
         }
     } catch (const RuntimeError& e) {
-        reportTagged(app, e, QStringLiteral("::CMapScanner.ExtractLevelShots(Function)"), false, false);
+        reportTagged(app, e, kExtractTag, false, false);
     }
     progress.setValue(0);
     progress.setActivity(QStringLiteral("Done"));
     return true;
 }
 
-bool ConvertTgaToBmp(AppContext& app)
+bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain)
 {
     ScanProgress& progress = scanProgress(app);
     try {
         progress.setActivity(QString());
         progress.setActivityVisible(true);
         progress.setActivity(QStringLiteral("Verifying images...."));
+        // The pictures converted while the archives were read come first, in their order.
+        const std::vector<ConvertedShot> converted = chain ? chain->converter.finish() : std::vector<ConvertedShot>();
 
         const QString folder = levelShotFolder(app);
         if (!QFileInfo(folder).isDir())
             raiseError(err::PathNotFound, {}, app.programName);
-        const int count = static_cast<int>(QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System).size());
+        const int count = static_cast<int>(QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System).size() +
+                                           converted.size());
         progress.setMaximum(count);
 
         // The folder is walked while bmp files appear in it, so the counter may pass
         // the count taken before; the bar stops at its maximum.
         int counter = 0;
+        for (const ConvertedShot& shot : converted) {
+            ++counter;
+            progress.setValue(std::min(counter, count));
+            progress.setActivity(QStringLiteral("Converting ") + shot.name + QStringLiteral("...."));
+            noteConversion(app, shot.name, shot.fault);
+        }
         QDirIterator walk(folder, QDir::Files | QDir::Hidden | QDir::System);
         while (walk.hasNext()) {
             const QString path = walk.next();
@@ -111,17 +232,8 @@ bool ConvertTgaToBmp(AppContext& app)
             if (!name.toLower().endsWith(QLatin1String("tga")))
                 continue;
             progress.setActivity(QStringLiteral("Converting ") + name + QStringLiteral("...."));
-
-            TgaFault fault = TgaFault::None;
-            const QImage picture = readTgaPicture(path, &fault);
-            if (fault == TgaFault::TooLarge)
-                logRefusal(app, err::RefusedPicture, QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)"),
-                           QStringLiteral("The level shot %1 was not converted: it is larger than %2 by %2 pixels")
-                               .arg(printableName(name))
-                               .arg(kLargestTgaSide));
-            if (!picture.isNull())
-                picture.convertToFormat(QImage::Format_RGB32)
-                    .save(folder + QLatin1Char('/') + fileStem(name) + QStringLiteral(".bmp"), "BMP");
+            noteConversion(app, name,
+                           convertTgaToBmpFile(path, folder + QLatin1Char('/') + fileStem(name) + QStringLiteral(".bmp")));
 
             QFile tga(path);
             tga.setPermissions(tga.permissions() | QFile::WriteOwner);
@@ -129,7 +241,7 @@ bool ConvertTgaToBmp(AppContext& app)
                 raiseError(err::PathFileAccess, {}, app.programName);
         }
     } catch (const RuntimeError& e) {
-        reportTagged(app, e, QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)"), false, false);
+        reportTagged(app, e, kConvertTag, false, false);
     }
     return true;
 }

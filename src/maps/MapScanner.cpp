@@ -4,6 +4,7 @@
 #include "maps/ArenaScript.h"
 #include "maps/EntryChecks.h"
 #include "maps/LineTokeniser.h"
+#include "maps/MapScanChain.h"
 #include "maps/MapRotation.h"
 #include "maps/MapTree.h"
 #include "maps/ScanProgress.h"
@@ -23,6 +24,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <memory>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace steward {
 
@@ -117,11 +121,65 @@ struct Scan {
     // Reads the first block of an extracted script into longName and type.
     void readScript(const QString& path) { readArenaScript(readLines(path), longName, type); }
 
-    void archive(const QString& folder, const QString& file)
+    // The one entry that extracting the script `name` would write, when reading it in
+    // memory leaves the same behind as writing, reading and deleting it: a plain,
+    // writable entry of the scripts folder with exactly that name, a scripts folder that
+    // is there, inside the program's folder, writable and the one the scan reads from,
+    // and nothing yet at the script's place.
+    std::optional<int> scriptInMemory(const ArchiveReader& reader, const QString& name) const
+    {
+        if (name.contains(QLatin1Char('*')) || name.contains(QLatin1Char('?')))
+            return std::nullopt;
+        const QString pattern = QStringLiteral("Scripts\\") + name;
+        std::optional<int> sole;
+        for (int j = 0; j < reader.entryCount(); ++j) {
+            if (!ArchiveReader::matches(reader.entry(j), pattern))
+                continue;
+            if (sole)
+                return std::nullopt;
+            sole = j;
+        }
+        if (!sole)
+            return std::nullopt;
+        const ArchiveEntry& e = reader.entry(*sole);
+        if (e.isLink || e.readOnly || e.name != name || !ArchiveReader::isSafeName(e.path) ||
+            e.size > static_cast<quint64>(ArchiveReader::kDefaultLimit))
+            return std::nullopt;
+
+        QString program = app.programFolder;
+        AddSlash(program);
+        const QString readFrom = findChildFolder(program, QStringLiteral("Scripts"), QStringLiteral("Scripts"));
+        if (findChildFolder(program, e.folder, e.folder) != readFrom)
+            return std::nullopt;
+        const QFileInfo folder(program + readFrom);
+        const QString root = QFileInfo(app.programFolder).canonicalFilePath();
+        if (!folder.isDir() || root.isEmpty() || folder.canonicalFilePath() != root + QLatin1Char('/') + readFrom)
+            return std::nullopt;
+        const QByteArray local = QFile::encodeName(folder.filePath());
+        struct stat info {};
+        if (::access(local.constData(), W_OK | X_OK) != 0 ||
+            ::lstat(QFile::encodeName(folder.filePath() + QLatin1Char('/') + name).constData(), &info) == 0)
+            return std::nullopt;
+        return sole;
+    }
+
+    void archive(const QString& folder, const QString& file, ArchiveShelf* shelf)
+    {
+        const QString path = folder + QLatin1Char('/') + file;
+        progress.setActivity(QStringLiteral("Scanning ") + file + QStringLiteral(" ...."));
+        if (shelf) {
+            ArchiveReader& reader = shelf->open(path);
+            archive(reader, file);
+            reader.park();
+        } else {
+            ArchiveReader reader(path);
+            archive(reader, file);
+        }
+    }
+
+    void archive(ArchiveReader& reader, const QString& file)
     {
         const QString upper = file.toUpper();
-        progress.setActivity(QStringLiteral("Scanning ") + file + QStringLiteral(" ...."));
-        ArchiveReader reader(folder + QLatin1Char('/') + file);
         const int count = reader.entryCount();
 
         // First pass: stock maps by name; the first other map ends the pass.
@@ -149,6 +207,7 @@ struct Scan {
 
         // Second pass: the first arena script of the archive names the custom map.
         bool found = false;
+        bool selected = false; // the selection of an archive grows with each script tried
         QString readScriptFile;
         for (int i = 0; i < count; ++i) {
             const QString name = entryName(reader, i);
@@ -160,6 +219,15 @@ struct Scan {
                 continue;
             }
             found = true;
+            if (!selected) {
+                if (const std::optional<int> entry = scriptInMemory(reader, name)) {
+                    // Read where it lies: the script would have been written, read and deleted.
+                    readArenaScript(scriptLines(reader.readEntry(*entry)), longName, type);
+                    record(file, mapName, longName, type.toUpper());
+                    break;
+                }
+            }
+            selected = true;
             reader.selectFiles(QStringLiteral("Scripts\\") + name);
             reader.extract(app.programFolder);
             const QString script = scriptFolder(app) + QLatin1Char('/') + name;
@@ -193,7 +261,8 @@ QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QStr
     return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase);
 }
 
-bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gamePath)
+bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gamePath,
+                 MapScanChain* chain)
 {
     ScanProgress& progress = scanProgress(app);
     bool result = true;
@@ -220,7 +289,7 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
             if (!upper.endsWith(QLatin1String("PK3")) || upper == QLatin1String("ASSETS1.PK3"))
                 continue;
             archive = file;
-            scan.archive(folder, file);
+            scan.archive(folder, file, chain ? &chain->archives : nullptr);
         }
 
         progress.setValue(0);

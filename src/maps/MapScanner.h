@@ -9,6 +9,7 @@
 namespace steward {
 class AppContext;
 class ServerProfile;
+struct MapScanChain;
 
 /// The files of the game's base folder in name order, without regard to case; a
 /// missing folder is error 76.
@@ -16,13 +17,19 @@ QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QStr
 /// Reads every pk3 archive of the base folder (gameFolder + baseName) and writes the
 /// map catalogue catalogueName + ".aml" in the program's folder. False after a
 /// failure, which has been shown to the user.
-bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder);
+/// With a chain, the archives are kept for the later phases.
+bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder,
+                 MapScanChain* chain = nullptr);
 /// Copies the level shots of every archive into the program's levelshots folder.
-/// Stays true after a failure, which goes to the log.
-bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gameFolder);
+/// Stays true after a failure, which goes to the log. With a chain, the tga level shots
+/// are converted in memory instead of being written, and ConvertTgaToBmp with the same
+/// chain must follow.
+bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gameFolder,
+                       MapScanChain* chain = nullptr);
 /// Converts the extracted tga level shots to bmp and deletes the tga files. Stays
 /// true after a failure, which goes to the log.
-bool ConvertTgaToBmp(AppContext& app);
+/// With a chain, the pictures converted in memory are waited for and reported first.
+bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain = nullptr);
 
 /// The game folder as the scan command takes it: one trailing NUL or folder
 /// separator cut off.
