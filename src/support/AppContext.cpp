@@ -3,7 +3,10 @@
 #include "support/Strings.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
+
+#include <dirent.h>
 
 namespace steward {
 
@@ -17,6 +20,22 @@ QString findChildFolder(const QString& parent, const QString& name, const QStrin
     const QDir dir(parent.isEmpty() ? QStringLiteral("/") : parent);
     if (QFileInfo(dir.filePath(name)).isDir())
         return name;
+    // One pass over the names; only a name that matches is looked at more closely.
+    QStringList matches;
+    if (DIR* folder = ::opendir(QFile::encodeName(dir.path()).constData())) {
+        while (const dirent* entry = ::readdir(folder)) {
+            const QString child = QFile::decodeName(entry->d_name);
+            if (child == QLatin1String(".") || child == QLatin1String("..") ||
+                child.compare(name, Qt::CaseInsensitive) != 0)
+                continue;
+            if (QFileInfo(dir.filePath(child)).isDir())
+                matches << child;
+        }
+        ::closedir(folder);
+    }
+    if (matches.size() <= 1)
+        return matches.isEmpty() ? fallback : matches.first();
+    // Several spellings: the first in the order of the sorted listing.
     const QStringList children = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden);
     for (const QString& child : children)
         if (child.compare(name, Qt::CaseInsensitive) == 0)

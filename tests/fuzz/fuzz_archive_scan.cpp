@@ -1,7 +1,8 @@
 // A whole archive through the scan: the catalogue, the level shots and their
-// conversion, in a sandbox that lives for the run. Every input is the only pk3 of the
+// conversion as the scan command chains them, in a sandbox that lives for the run. Every input is the only pk3 of the
 // base folder; what the scan writes must stay inside the program's folder.
 #include "FuzzInput.h"
+#include "maps/MapScanChain.h"
 #include "maps/MapScanner.h"
 #include "support/AppContext.h"
 #include "testkit/TestApp.h"
@@ -10,7 +11,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <cstring>
+#include <dirent.h>
 #include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace steward;
 
@@ -28,36 +33,51 @@ struct Sandbox {
         top = entries(t.root());
     }
 
+    // The names in a folder, sorted; read straight from the folder, as this runs for
+    // every input.
     static QStringList entries(const QString& folder)
     {
-        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+        QStringList names;
+        if (DIR* dir = ::opendir(QFile::encodeName(folder).constData())) {
+            while (const dirent* entry = ::readdir(dir))
+                if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
+                    names << QFile::decodeName(entry->d_name);
+            ::closedir(dir);
+        }
+        names.sort();
+        return names;
     }
 
-    // Empties the program's folder, read-only files too, but for the fallback pictures.
+    // Removes a file, a link or a folder with everything in it; a folder that refuses
+    // is opened up first.
+    static void remove(const QString& path)
+    {
+        const QByteArray local = QFile::encodeName(path);
+        struct stat info {};
+        if (::lstat(local.constData(), &info) != 0)
+            return;
+        if (!S_ISDIR(info.st_mode)) {
+            ::unlink(local.constData());
+            return;
+        }
+        ::chmod(local.constData(), 0700);
+        for (const QString& inner : entries(path))
+            remove(path + QLatin1Char('/') + inner);
+        ::rmdir(local.constData());
+    }
+
+    // Empties the program's folder but for the fallback pictures.
     void clearProgramFolder()
     {
-        QDir program(t.programFolder());
         for (const QString& name : entries(t.programFolder())) {
             const QString path = t.programFolder() + QLatin1Char('/') + name;
             if (name == QLatin1String("levelshots") && QFileInfo(path).isDir() && !QFileInfo(path).isSymLink()) {
-                for (const QString& shot : entries(path)) {
-                    if (shot == QLatin1String("unknown.jpg") || shot == QLatin1String("unknown.bmp"))
-                        continue;
-                    QFile::setPermissions(path + QLatin1Char('/') + shot, QFile::ReadOwner | QFile::WriteOwner);
-                    if (!QDir(path + QLatin1Char('/') + shot).removeRecursively())
-                        QFile::remove(path + QLatin1Char('/') + shot);
-                }
+                for (const QString& shot : entries(path))
+                    if (shot != QLatin1String("unknown.jpg") && shot != QLatin1String("unknown.bmp"))
+                        remove(path + QLatin1Char('/') + shot);
                 continue;
             }
-            QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-            if (QFileInfo(path).isDir() && !QFileInfo(path).isSymLink()) {
-                QDir sub(path);
-                for (const QString& inner : entries(path))
-                    QFile::setPermissions(path + QLatin1Char('/') + inner, QFile::ReadOwner | QFile::WriteOwner);
-                sub.removeRecursively();
-            } else {
-                program.remove(name);
-            }
+            remove(path);
         }
         t.prompts.shown.clear();
     }
@@ -69,7 +89,7 @@ Sandbox& sandbox()
     static char name[] = "fuzz_archive_scan";
     static char* argv[] = {name, nullptr};
     static QCoreApplication app(argc, argv);
-    // A folder in memory where there is one: the scan works through files.
+    // A folder in memory where there is one: the scan writes its catalogue and pictures.
     static const bool inMemory = QFileInfo(QStringLiteral("/dev/shm")).isWritable() &&
                                  qputenv("TMPDIR", QByteArrayLiteral("/dev/shm"));
     Q_UNUSED(inMemory);
@@ -90,9 +110,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     }
     AppContext& app = *box.t.app;
     const QString base = QStringLiteral("Base");
-    if (ScanForMaps(app, base, QStringLiteral("Jedi"), box.t.gameFolder())) {
-        fuzz::require(ExtractLevelShots(app, base, box.t.gameFolder()), "the picture phase stays true");
-        fuzz::require(ConvertTgaToBmp(app), "the conversion stays true");
+    MapScanChain chain;
+    if (ScanForMaps(app, base, QStringLiteral("Jedi"), box.t.gameFolder(), &chain)) {
+        fuzz::require(ExtractLevelShots(app, base, box.t.gameFolder(), &chain), "the picture phase stays true");
+        fuzz::require(ConvertTgaToBmp(app, &chain), "the conversion stays true");
     }
     fuzz::require(Sandbox::entries(box.t.root()) == box.top, "nothing appears beside the sandbox's folders");
     fuzz::require(Sandbox::entries(box.t.baseFolder()) == QStringList{QStringLiteral("custom.pk3")},
