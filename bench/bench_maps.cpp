@@ -463,7 +463,7 @@ int main(int argc, char** argv)
         if (!chain.complete)
             v.fail(QStringLiteral("round %1: the chain did not show \"Map scan complete\"").arg(round));
         for (const QString& text : chain.otherTexts)
-            std::printf("   chain showed: %s\n", qPrintable(text.trimmed()));
+            v.fail(QStringLiteral("round %1: the chain showed \"%2\"").arg(round).arg(text.trimmed()));
         if (round == 1) {
             referenceCatalogue = chain.catalogue;
             referenceBmps = chain.bmps;
@@ -525,7 +525,7 @@ int main(int argc, char** argv)
         std::printf("   run %d: %.3f s (%lld records, %d jpg)\n", round, s.seconds,
                     static_cast<long long>(s.catalogue.size()), s.jpgs);
         const int stockMaps = static_cast<int>(std::size(kStockMapNames));
-        if (!s.complete || s.catalogue.size() != stockMaps || s.jpgs != stockMaps)
+        if (!s.complete || s.catalogue.size() != stockMaps || s.jpgs != stockMaps || !s.otherTexts.isEmpty())
             v.fail(QStringLiteral("the chain on assets0.pk3: %1 records, %2 jpg, %3")
                        .arg(s.catalogue.size())
                        .arg(s.jpgs)
