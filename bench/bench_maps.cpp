@@ -57,8 +57,9 @@ constexpr int kStockEntries = 2000;
 constexpr int kStockEntrySize = 100 * 1024;
 constexpr int kTreeRecords = 10000;
 constexpr int kStockRuns = 3;
-// The chain's median on the stock archive alone before the in-memory scan (bench17
-// baseline, 2 cores shared). The run is short, so a few milliseconds are noise.
+// The chain's median on the stock archive alone, measured on the chain that reads the
+// archives through extracted files (2 cores shared). The run is short, so a few
+// milliseconds are noise.
 constexpr double kStockBaselineSeconds = 0.018;
 constexpr double kStockNoise = 1.10;
 constexpr double kStockNoiseSeconds = 0.005;
@@ -623,7 +624,7 @@ int main(int argc, char** argv)
               largePeak < kPeakTargetMb);
     }
     if (kStockBaselineSeconds > 0)
-        v.add(QStringLiteral("assets0.pk3 alone (baseline %1, +10 % +5 ms)").arg(secs(kStockBaselineSeconds)),
+        v.add(QStringLiteral("assets0.pk3 alone (<= %1 +10 % +5 ms)").arg(secs(kStockBaselineSeconds)),
               secs(stock), stock <= kStockBaselineSeconds * kStockNoise + kStockNoiseSeconds);
     else
         v.note(QStringLiteral("assets0.pk3 alone, median of %1").arg(kStockRuns), secs(stock));
