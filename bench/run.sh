@@ -1,15 +1,28 @@
 #!/bin/sh
-# Builds and runs the model scan and map catalogue benchmarks. The comparison pipeline needs unzip and
-# ImageMagick; on Debian they are installed here when missing (root only).
+# Builds and runs the map catalogue, model scan and level shot benchmarks. The map
+# benchmark's peer needs Debian's /usr/bin/python3 with Pillow (python3-pil); its
+# optional pipeline footnote (--pipeline) needs unzip and ImageMagick. On Debian they
+# are installed here when missing (root only).
+# Usage: bench/run.sh [bench_maps options: --archives N --large N --rounds N --large-rounds N --pipeline]
 set -eu
 cd "$(dirname "$0")/.."
-if ! command -v unzip >/dev/null 2>&1 || [ ! -x /usr/bin/convert ]; then
+install() {
     if [ "$(id -u)" = 0 ]; then
-        apt-get update -qq && apt-get install -y -qq unzip imagemagick >/dev/null
+        apt-get update -qq && apt-get install -y -qq "$@" >/dev/null
     else
-        echo "unzip and imagemagick are missing: the pipeline comparison will be skipped" >&2
+        echo "$* missing and not root: install them with apt-get" >&2
     fi
+}
+if ! /usr/bin/python3 -c 'import PIL.Image' >/dev/null 2>&1; then
+    install python3-pil
 fi
+case " $* " in
+*" --pipeline "*)
+    if ! command -v unzip >/dev/null 2>&1 || [ ! -x /usr/bin/convert ]; then
+        install unzip imagemagick
+    fi
+    ;;
+esac
 cmake --preset bench >/dev/null
 cmake --build --preset bench -j2 --target bench_maps bench_bots bench_shots
 status=0
