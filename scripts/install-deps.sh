@@ -3,7 +3,7 @@
 # but only those that are missing. Usage: install-deps.sh [extra-package ...]
 set -euo pipefail
 needed=(cmake ninja-build g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins
-        qt6-image-formats-plugins libzip-dev libgtest-dev
+        qt6-image-formats-plugins libzip-dev zlib1g-dev libgtest-dev
         desktop-file-utils appstream dpkg-dev file "$@")
 missing=()
 for p in "${needed[@]}"; do

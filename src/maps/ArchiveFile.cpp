@@ -108,10 +108,15 @@ qint64 ArchiveFile::read(char* data, qint64 length)
         if (!reopen())
             return -1;
         if (length >= kWindow) {
-            // A large read goes straight to the caller.
+            // A large read goes straight to the caller, and is kept when it is no larger
+            // than a directory ought to be.
             const ssize_t got = ::pread(m_fd, data, static_cast<size_t>(length), m_position);
             if (got < 0)
                 return -1;
+            if (got <= kLargestKept) {
+                m_window = QByteArray(data, static_cast<qsizetype>(got));
+                m_windowStart = m_position;
+            }
             m_position += got;
             return got;
         }
@@ -138,6 +143,29 @@ qint64 ArchiveFile::read(char* data, qint64 length)
     std::memcpy(data, m_window.constData() + (m_position - m_windowStart), static_cast<size_t>(length));
     m_position += length;
     return length;
+}
+
+bool ArchiveFile::readAt(qint64 position, char* data, qint64 length)
+{
+    if (position < 0 || length < 0 || position > m_identity.size || length > m_identity.size - position)
+        return false;
+    const qint64 offset = position - m_windowStart;
+    if (offset >= 0 && offset + length <= m_window.size()) {
+        std::memcpy(data, m_window.constData() + offset, static_cast<size_t>(length));
+        return true;
+    }
+    if (!reopen())
+        return false;
+    qint64 done = 0;
+    while (done < length) {
+        const ssize_t got = ::pread(m_fd, data + done, static_cast<size_t>(length - done), position + done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return false;
+        done += got;
+    }
+    return true;
 }
 
 qint64 ArchiveFile::command(void* self, void* data, quint64 length, int command)

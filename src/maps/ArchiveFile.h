@@ -16,6 +16,8 @@ class ArchiveFile {
 public:
     /// The most that one read of the disk takes into the window.
     static constexpr qint64 kWindow = 128 * 1024;
+    /// A larger read (a large archive's directory) is kept in the window up to this.
+    static constexpr qint64 kLargestKept = 4 * 1024 * 1024;
 
     /// Opens the file; false with errno set when it can't be opened or isn't a plain file.
     bool open(const QString& path);
@@ -30,6 +32,11 @@ public:
     /// True when the path still names the file that was opened: the same file, size and
     /// time of change.
     bool isUnchanged() const;
+
+    /// Reads length bytes at position, from the window where they are in it; false
+    /// unless all of them could be read.
+    bool readAt(qint64 position, char* data, qint64 length);
+    qint64 size() const { return m_identity.size; }
 
     /// The zip library's source callback; self is the ArchiveFile.
     static qint64 command(void* self, void* data, quint64 length, int command);

@@ -1,6 +1,7 @@
 #include "maps/ArchiveReader.h"
 
 #include "maps/ArchiveFile.h"
+#include "maps/ZipLayout.h"
 
 #include "support/AppContext.h"
 #include "support/Errors.h"
@@ -16,6 +17,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zip.h>
+#include <zlib.h>
 
 namespace steward {
 
@@ -82,6 +84,8 @@ void ArchiveReader::close()
     m_zip = nullptr;
     m_file.reset();
     m_entries.clear();
+    m_offsets.clear();
+    m_layoutKnown = false;
     resetSelection();
 }
 
@@ -94,8 +98,38 @@ void ArchiveReader::resetSelection()
 
 void ArchiveReader::park()
 {
+    if (m_layoutKnown && m_zip) {
+        zip_discard(m_zip);
+        m_zip = nullptr;
+    }
     if (m_file)
         m_file->park();
+}
+
+zip* ArchiveReader::library() const
+{
+    checkOpen();
+    if (m_zip)
+        return m_zip;
+    int code = 0;
+    zip_source_t* source = m_file->makeSource(&code);
+    if (!source)
+        fail(zipErrorText(code));
+    zip_error_t error;
+    zip_error_init(&error);
+    m_zip = zip_open_from_source(source, ZIP_RDONLY, &error);
+    if (!m_zip) {
+        code = zip_error_code_zip(&error);
+        const int system = zip_error_code_system(&error);
+        zip_error_fini(&error);
+        zip_source_free(source);
+        errno = system;
+        fail(zipErrorText(code));
+    }
+    zip_error_fini(&error);
+    if (zip_get_num_entries(m_zip, 0) != static_cast<zip_int64_t>(m_entries.size()))
+        fail(QStringLiteral("it changed while it was read"));
+    return m_zip;
 }
 
 bool ArchiveReader::isUnchanged() const { return m_file && m_file->isUnchanged(); }
@@ -108,7 +142,7 @@ void ArchiveReader::fail(const QString& what) const
 
 void ArchiveReader::checkOpen() const
 {
-    if (!m_zip)
+    if (!m_file)
         raiseError(err::BadArchive, QStringLiteral("No archive is open"), QStringLiteral("ArchiveReader"));
 }
 
@@ -171,6 +205,9 @@ void ArchiveReader::open(const QString& archivePath)
         e.path = normalised(QString::fromUtf8(st.name));
         e.size = (st.valid & ZIP_STAT_SIZE) ? st.size : 0;
         e.compressedSize = (st.valid & ZIP_STAT_COMP_SIZE) ? st.comp_size : 0;
+        e.crc = (st.valid & ZIP_STAT_CRC) ? st.crc : 0;
+        e.method = (st.valid & ZIP_STAT_COMP_METHOD) ? st.comp_method : -1;
+        e.encrypted = !(st.valid & ZIP_STAT_ENCRYPTION_METHOD) || st.encryption_method != ZIP_EM_NONE;
         e.isFolder = e.path.endsWith(QLatin1Char('/'));
         QString bare = e.path;
         while (bare.endsWith(QLatin1Char('/')))
@@ -197,6 +234,7 @@ void ArchiveReader::open(const QString& archivePath)
         }
         m_entries.push_back(std::move(e));
     }
+    m_layoutKnown = readZipLayout(*m_file, m_entries, &m_offsets);
 }
 
 const ArchiveEntry& ArchiveReader::entry(int index) const
@@ -224,19 +262,119 @@ QByteArray ArchiveReader::readEntry(int index, qint64 limit) const
         fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed").arg(e.path).arg(e.size).arg(limit));
     QByteArray data;
     data.reserve(static_cast<qsizetype>(e.size));
-    unpack(index, [&data](const char* chunk, qint64 size) {
-        data.append(chunk, static_cast<qsizetype>(size));
-        return true;
-    });
+    unpack(
+        index,
+        [&data](const char* chunk, qint64 size) {
+            data.append(chunk, static_cast<qsizetype>(size));
+            return true;
+        },
+        [&data] { data.clear(); });
     return data;
 }
 
-bool ArchiveReader::unpack(int index, const std::function<bool(const char*, qint64)>& sink) const
+qint64 ArchiveReader::packedStart(int index) const
 {
     const ArchiveEntry& e = entry(index);
-    zip_file_t* file = zip_fopen_index(m_zip, static_cast<zip_uint64_t>(index), 0);
+    if (!m_layoutKnown || e.encrypted || (e.method != ZIP_CM_STORE && e.method != ZIP_CM_DEFLATE))
+        return -1;
+    const qint64 header = static_cast<qint64>(m_offsets[static_cast<size_t>(index)]);
+    char local[30];
+    if (!m_file->readAt(header, local, sizeof local) || std::memcmp(local, "PK\3\4", 4) != 0)
+        return -1;
+    auto word16 = [&local](int at) { return qint64(quint8(local[at])) | qint64(quint8(local[at + 1])) << 8; };
+    const qint64 start = header + 30 + word16(26) + word16(28);
+    if (start > m_file->size() || static_cast<qint64>(e.compressedSize) > m_file->size() - start)
+        return -1;
+    return start;
+}
+
+ArchiveReader::OwnRead ArchiveReader::unpackOwn(int index, const std::function<bool(const char*, qint64)>& sink) const
+{
+    const ArchiveEntry& e = entry(index);
+    const qint64 start = packedStart(index);
+    if (start < 0)
+        return OwnRead::Unsure;
+    const qint64 packedSize = static_cast<qint64>(e.compressedSize);
+    QByteArray in(static_cast<qsizetype>(std::min<qint64>(kChunk, std::max<qint64>(packedSize, 1))), Qt::Uninitialized);
+    uLong sum = crc32(0L, Z_NULL, 0);
+    qint64 total = 0;
+    auto take = [&](const char* chunk, qint64 size) {
+        total += size;
+        if (total > static_cast<qint64>(e.size))
+            return false;
+        sum = crc32(sum, reinterpret_cast<const Bytef*>(chunk), static_cast<uInt>(size));
+        return true;
+    };
+
+    if (e.method == ZIP_CM_STORE) {
+        for (qint64 done = 0; done < packedSize;) {
+            const qint64 size = std::min<qint64>(in.size(), packedSize - done);
+            if (!m_file->readAt(start + done, in.data(), size) || !take(in.constData(), size))
+                return OwnRead::Unsure;
+            if (!sink(in.constData(), size))
+                return OwnRead::Refused;
+            done += size;
+        }
+    } else {
+        z_stream stream{};
+        if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
+            return OwnRead::Unsure;
+        struct End {
+            z_stream& s;
+            ~End() { inflateEnd(&s); }
+        } end{stream};
+        QByteArray out(kChunk, Qt::Uninitialized);
+        qint64 done = 0;
+        int result = Z_OK;
+        while (result != Z_STREAM_END) {
+            if (stream.avail_in == 0) {
+                if (done == packedSize)
+                    return OwnRead::Unsure; // the data ends before the stream
+                const qint64 size = std::min<qint64>(in.size(), packedSize - done);
+                if (!m_file->readAt(start + done, in.data(), size))
+                    return OwnRead::Unsure;
+                done += size;
+                stream.next_in = reinterpret_cast<Bytef*>(in.data());
+                stream.avail_in = static_cast<uInt>(size);
+            }
+            stream.next_out = reinterpret_cast<Bytef*>(out.data());
+            stream.avail_out = static_cast<uInt>(out.size());
+            result = inflate(&stream, Z_NO_FLUSH);
+            if (result != Z_OK && result != Z_STREAM_END)
+                return OwnRead::Unsure;
+            const qint64 size = out.size() - stream.avail_out;
+            if (size > 0) {
+                if (!take(out.constData(), size))
+                    return OwnRead::Unsure;
+                if (!sink(out.constData(), size))
+                    return OwnRead::Refused;
+            }
+        }
+        if (stream.avail_in != 0 || done != packedSize)
+            return OwnRead::Unsure; // packed data left over
+    }
+    return total == static_cast<qint64>(e.size) && sum == e.crc ? OwnRead::Done : OwnRead::Unsure;
+}
+
+bool ArchiveReader::unpack(int index, const std::function<bool(const char*, qint64)>& sink,
+                           const std::function<void()>& restart) const
+{
+    const ArchiveEntry& e = entry(index);
+    // The program's own reading where it is sure; anything else goes through the
+    // library from the start, which gives the data or says what is wrong with it.
+    switch (unpackOwn(index, sink)) {
+    case OwnRead::Done:
+        return true;
+    case OwnRead::Refused:
+        return false;
+    case OwnRead::Unsure:
+        restart();
+        break;
+    }
+    zip* archive = library();
+    zip_file_t* file = zip_fopen_index(archive, static_cast<zip_uint64_t>(index), 0);
     if (!file)
-        fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(m_zip))));
+        fail(QStringLiteral("%1: %2").arg(e.path, QString::fromUtf8(zip_strerror(archive))));
     QByteArray buffer(kChunk, Qt::Uninitialized);
     qint64 total = 0;
     QString problem;
@@ -377,7 +515,12 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
         }
     } discard{temp};
 
-    if (!unpack(index, [&temp](const char* chunk, qint64 size) { return temp.write(chunk, size) == size; }))
+    if (!unpack(
+            index, [&temp](const char* chunk, qint64 size) { return temp.write(chunk, size) == size; },
+            [&temp] {
+                temp.seek(0);
+                temp.resize(0);
+            }))
         raiseError(err::PathFileAccess, {}, target);
     if (!temp.flush())
         raiseError(err::PathFileAccess, {}, target);
@@ -393,23 +536,64 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
     return target;
 }
 
-QByteArray ArchiveReader::takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit)
+void ArchiveReader::prepareTake(int index, const QString& targetFolder, QString* target, qint64 limit) const
 {
     QString current;
     *target = prepareTarget(index, targetFolder, limit, &current);
-    if (entry(index).isFolder)
-        return {};
     // Where the file could not be made, extraction stops before the data is read.
-    if (::access(QFile::encodeName(current).constData(), W_OK | X_OK) != 0)
+    if (!entry(index).isFolder && ::access(QFile::encodeName(current).constData(), W_OK | X_OK) != 0)
         raiseError(err::PathFileAccess, {}, *target);
-    QByteArray data = readEntry(index, limit);
+}
+
+void ArchiveReader::clearTarget(const QString& target) const
+{
     // The written file would have replaced whatever stood at the target, a link or a
     // file, never followed.
-    const QByteArray local = QFile::encodeName(*target);
+    const QByteArray local = QFile::encodeName(target);
     struct stat info {};
     if (::lstat(local.constData(), &info) == 0 && ::unlink(local.constData()) != 0)
-        raiseError(err::PathFileAccess, {}, *target);
+        raiseError(err::PathFileAccess, {}, target);
+}
+
+QByteArray ArchiveReader::takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit)
+{
+    prepareTake(index, targetFolder, target, limit);
+    if (entry(index).isFolder)
+        return {};
+    QByteArray data = readEntry(index, limit);
+    clearTarget(*target);
     return data;
+}
+
+bool ArchiveReader::readPacked(int index, PackedEntry* packed, qint64 limit) const
+{
+    checkOpen();
+    const ArchiveEntry& e = entry(index);
+    if (e.isFolder || e.isLink || e.encrypted || (e.method != ZIP_CM_STORE && e.method != ZIP_CM_DEFLATE) ||
+        e.size > static_cast<quint64>(limit) || e.compressedSize > static_cast<quint64>(limit))
+        return false;
+    packed->method = e.method;
+    packed->size = e.size;
+    packed->crc = e.crc;
+    packed->data.resize(static_cast<qsizetype>(e.compressedSize));
+    if (const qint64 start = packedStart(index); start >= 0)
+        return m_file->readAt(start, packed->data.data(), packed->data.size());
+    zip_file_t* file = zip_fopen_index(library(), static_cast<zip_uint64_t>(index), ZIP_FL_COMPRESSED);
+    if (!file)
+        return false;
+    qint64 total = 0;
+    bool ok = true;
+    while (total < packed->data.size()) {
+        const zip_int64_t got = zip_fread(file, packed->data.data() + total,
+                                          static_cast<zip_uint64_t>(packed->data.size() - total));
+        if (got <= 0) {
+            ok = false;
+            break;
+        }
+        total += got;
+    }
+    zip_fclose(file);
+    return ok;
 }
 
 std::vector<int> ArchiveReader::selectedEntries(qint64 limit, qint64 totalLimit)

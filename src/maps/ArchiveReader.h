@@ -33,6 +33,17 @@ struct ArchiveEntry {
     bool isFolder = false;
     bool isLink = false;   ///< a symbolic link or another special file: never extracted
     bool readOnly = false; ///< the read-only mark the archive gives the file
+    quint32 crc = 0;       ///< the checksum the directory gives the data
+    int method = -1;       ///< how the data is packed: 0 stored, 8 deflated; -1 unknown
+    bool encrypted = false;
+};
+
+/// An entry's data as it lies in the archive, before it is unpacked.
+struct PackedEntry {
+    QByteArray data;
+    int method = 0;     ///< 0 stored, 8 deflated
+    quint64 size = 0;   ///< the uncompressed size the directory claims
+    quint32 crc = 0;
 };
 
 class ArchiveReader {
@@ -55,13 +66,17 @@ public:
     /// non-zip file is err::BadArchive.
     void open(const QString& archivePath);
     void close();
-    bool isOpen() const { return m_zip != nullptr; }
+    bool isOpen() const { return m_file != nullptr; }
     /// Closes the archive's file but keeps its table of contents, so that a later
-    /// phase needs no second read of it; the next read opens the file again.
+    /// phase needs no second read of it; the next read opens the file again. Where the
+    /// program knows where each entry lies, the zip library's copy is let go as well.
     void park();
     /// True while the archive's file is the one whose table of contents was read: the
     /// same file, size and time of change.
     bool isUnchanged() const;
+    /// True when the program found where each entry lies and reads the entries itself;
+    /// false for an archive out of the ordinary, which the zip library reads.
+    bool knowsLayout() const { return m_layoutKnown; }
     /// Forgets the selection, the filter and the skipped entries, as open does.
     void resetSelection();
     const QString& archivePath() const { return m_path; }
@@ -88,6 +103,15 @@ public:
     /// target is removed as the written file would have replaced it. The target's path
     /// goes to *target.
     QByteArray takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit = kDefaultLimit);
+    /// The first half of takeEntry: every check and folder before the data is read.
+    void prepareTake(int index, const QString& targetFolder, QString* target, qint64 limit = kDefaultLimit) const;
+    /// The second half of takeEntry, once the data is read: whatever stands at the
+    /// target is removed.
+    void clearTarget(const QString& target) const;
+    /// The stored or deflated data of an entry as it lies in the archive, for unpacking
+    /// elsewhere; false for any other kind, an encrypted entry, one larger than limit,
+    /// or data that can't be read (readEntry then says why).
+    bool readPacked(int index, PackedEntry* packed, qint64 limit = kDefaultLimit) const;
 
     /// Adds a pattern to the selection: folders, then a name that may hold * and ?,
     /// with "\" or "/" between them. Folders and names match without regard to case.
@@ -122,13 +146,26 @@ private:
     /// Unpacks an entry chunk by chunk into sink, which gives false when it can't take a
     /// chunk (then false comes back). An entry that unpacks to more or less than it claims,
     /// or that is broken, fails with the archive's error.
-    bool unpack(int index, const std::function<bool(const char* data, qint64 size)>& sink) const;
+    bool unpack(int index, const std::function<bool(const char* data, qint64 size)>& sink,
+                const std::function<void()>& restart) const;
+    enum class OwnRead { Done, Refused, Unsure };
+    /// Unpacks an entry without the library where the layout is known: Done when the
+    /// data came whole with its size and checksum, Refused when the sink refused, and
+    /// Unsure for anything else (the sink may have had a part then).
+    OwnRead unpackOwn(int index, const std::function<bool(const char* data, qint64 size)>& sink) const;
+    /// Where the packed data of an entry begins, from its local header; -1 when unsure.
+    qint64 packedStart(int index) const;
+    /// The zip library's view of the archive, opened again from the kept file when
+    /// it was let go.
+    zip* library() const;
     /// The checks of extractEntry before anything is written and the folders made on
     /// the way; returns the target, the folder it is in goes to *folder.
     QString prepareTarget(int index, const QString& targetFolder, qint64 limit, QString* folder) const;
 
     std::unique_ptr<ArchiveFile> m_file;
-    zip* m_zip = nullptr;
+    mutable zip* m_zip = nullptr;
+    std::vector<quint64> m_offsets; // where each entry's local header is, when known
+    bool m_layoutKnown = false;
     QString m_path;
     std::vector<ArchiveEntry> m_entries;
     QStringList m_patterns;

@@ -17,4 +17,10 @@ ArchiveReader& ArchiveShelf::open(const QString& path)
     return *reader;
 }
 
+ArchiveReader* ArchiveShelf::kept(const QString& path) const
+{
+    const auto kept = m_kept.constFind(path);
+    return kept != m_kept.constEnd() && (*kept)->isUnchanged() ? kept->get() : nullptr;
+}
+
 } // namespace steward

@@ -15,6 +15,9 @@ public:
     /// The archive at path with its selection cleared: the kept one while its file is
     /// unchanged, else opened anew, with the errors of ArchiveReader::open.
     ArchiveReader& open(const QString& path);
+    /// The kept archive at path while its file is unchanged, as it is; nothing is
+    /// opened and its selection stays.
+    ArchiveReader* kept(const QString& path) const;
     /// The number of archives kept.
     int size() const { return static_cast<int>(m_kept.size()); }
 

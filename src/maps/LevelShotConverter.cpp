@@ -1,5 +1,8 @@
 #include "maps/LevelShotConverter.h"
 
+#include "maps/PackedShot.h"
+
+#include <QFile>
 #include <QImage>
 
 namespace steward {
@@ -8,8 +11,11 @@ namespace {
 
 TgaFault writeBmp(const QImage& picture, TgaFault fault, const QString& bmpPath)
 {
-    if (!picture.isNull())
-        picture.convertToFormat(QImage::Format_RGB32).save(bmpPath, "BMP");
+    if (!picture.isNull()) {
+        QFile file(bmpPath);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(bmpBytes(picture));
+    }
     return fault;
 }
 
@@ -40,18 +46,35 @@ LevelShotConverter::LevelShotConverter(int threads)
 
 LevelShotConverter::~LevelShotConverter() { m_pool.waitForDone(); }
 
-void LevelShotConverter::add(const QString& name, QByteArray tga, const QString& bmpPath)
+void LevelShotConverter::run(ConvertedShot* result, std::function<TgaFault()> job)
 {
-    m_results.push_back({name, TgaFault::None});
-    ConvertedShot* result = &m_results.back();
     if (m_inline) {
-        result->fault = convertTgaToBmpFile(tga, bmpPath);
+        result->fault = job();
         return;
     }
     m_room.acquire();
-    m_pool.start([this, result, tga = std::move(tga), bmpPath] {
-        result->fault = convertTgaToBmpFile(tga, bmpPath);
+    m_pool.start([this, result, job = std::move(job)] {
+        result->fault = job();
         m_room.release();
+    });
+}
+
+void LevelShotConverter::add(const QString& name, QByteArray tga, const QString& bmpPath)
+{
+    m_results.push_back({name, TgaFault::None});
+    run(&m_results.back(), [tga = std::move(tga), bmpPath] { return convertTgaToBmpFile(tga, bmpPath); });
+}
+
+void LevelShotConverter::addDecoded(const QString& name, TgaFault fault, QByteArray bmp, const QString& bmpPath)
+{
+    m_results.push_back({name, fault});
+    if (bmp.isEmpty())
+        return;
+    run(&m_results.back(), [fault, bmp = std::move(bmp), bmpPath] {
+        QFile file(bmpPath);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(bmp);
+        return fault;
     });
 }
 

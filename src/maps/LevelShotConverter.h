@@ -10,6 +10,7 @@
 #include <QString>
 #include <QThreadPool>
 #include <deque>
+#include <functional>
 #include <vector>
 
 namespace steward {
@@ -36,11 +37,16 @@ public:
     /// calls of finish may name the same bmp. When enough pictures wait, the call waits
     /// for one to be done, so that memory stays bounded.
     void add(const QString& name, QByteArray tga, const QString& bmpPath);
+    /// A picture decoded already: its bmp bytes are written to bmpPath on a worker
+    /// (nothing when there are none), and the fault is its result.
+    void addDecoded(const QString& name, TgaFault fault, QByteArray bmp, const QString& bmpPath);
     /// Waits for every picture and gives the results in the order they were added;
     /// the converter is empty afterwards.
     std::vector<ConvertedShot> finish();
 
 private:
+    void run(ConvertedShot* result, std::function<TgaFault()> job);
+
     QThreadPool m_pool;
     bool m_inline;
     QSemaphore m_room;

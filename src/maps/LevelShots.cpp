@@ -4,6 +4,7 @@
 #include "maps/EntryChecks.h"
 #include "maps/MapScanChain.h"
 #include "maps/MapScanner.h"
+#include "maps/PackedShot.h"
 #include "maps/ScanProgress.h"
 #include "maps/TgaPicture.h"
 #include "support/AppContext.h"
@@ -69,12 +70,44 @@ bool isTga(const ArchiveEntry& entry) { return entry.name.endsWith(QLatin1String
 // key may replace one another's file or picture.
 QString shotKey(const ArchiveEntry& entry) { return (entry.folder + QLatin1Char('/') + fileStem(entry.name)).toLower(); }
 
+// Whether the conversion walks the folder that entries of a folder name land in.
+class ShotFolders {
+public:
+    explicit ShotFolders(const AppContext& app)
+        : m_root(app.programFolder), m_walked(QFileInfo(levelShotFolder(app)).canonicalFilePath())
+    {
+        AddSlash(m_root);
+    }
+    bool ready() const { return !m_walked.isEmpty(); }
+    bool walked(const QString& entryFolder)
+    {
+        auto known = m_known.constFind(entryFolder);
+        if (known == m_known.constEnd())
+            known = m_known.insert(entryFolder, QFileInfo(m_root + findChildFolder(m_root, entryFolder, entryFolder))
+                                                        .canonicalFilePath() == m_walked);
+        return *known;
+    }
+
+private:
+    QString m_root;
+    QString m_walked;
+    QHash<QString, bool> m_known;
+};
+
 // Counts, for each bmp, the tga entries of the chain's archives that become it, as far
 // as the archives can be read; reading stops at the first that can't, where the phase
-// will stop too.
-QHash<QString, int> countShots(MapScanChain& chain, const QString& folder, const QStringList& files)
+// will stop too. The last entry of each bmp whose folder the conversion walks is
+// planned for reading ahead.
+void planShots(MapScanChain& chain, ShotFolders& folders, const QString& folder, const QStringList& files)
 {
-    QHash<QString, int> counts;
+    QHash<QString, int>& counts = chain.shotsToCome;
+    counts.clear();
+    struct Shot {
+        ShotPrefetch::Planned planned;
+        QString folder;
+        QString key;
+    };
+    std::vector<Shot> shots;
     try {
         for (const QString& file : files) {
             if (!file.toUpper().endsWith(QLatin1String("PK3")))
@@ -83,35 +116,32 @@ QHash<QString, int> countShots(MapScanChain& chain, const QString& folder, const
             ArchiveReader& reader = chain.archives.open(path);
             reader.setEntryFilter([](const ArchiveEntry& entry) { return entryNameProblem(entry.name).isEmpty(); });
             selectLevelShots(reader);
-            for (const int i : reader.selectedEntries())
-                if (isTga(reader.entry(i)))
-                    ++counts[shotKey(reader.entry(i))];
+            for (const int i : reader.selectedEntries()) {
+                const ArchiveEntry& e = reader.entry(i);
+                if (!isTga(e))
+                    continue;
+                shots.push_back({{path, i}, e.folder, shotKey(e)});
+                ++counts[shots.back().key];
+            }
             reader.resetSelection();
             reader.park();
             chain.counted.insert(path);
         }
     } catch (const RuntimeError&) {
     }
-    return counts;
+    std::vector<ShotPrefetch::Planned> plan;
+    QHash<QString, int> seen;
+    for (const Shot& shot : shots)
+        if (++seen[shot.key] == counts.value(shot.key) && folders.walked(shot.folder))
+            plan.push_back(shot.planned);
+    chain.prefetch.setPlan(std::move(plan));
 }
 
 // The chain's way through one archive: what extract writes, except that the last tga
 // entry of each bmp goes to the converter in memory when it would land in the folder
 // that the conversion walks.
-void extractForChain(AppContext& app, MapScanChain& chain, ArchiveReader& reader, const QString& shotFolder,
-                     QHash<QString, bool>& walkedFolder)
+void extractForChain(AppContext& app, MapScanChain& chain, ArchiveReader& reader, ShotFolders& folders)
 {
-    QString root = app.programFolder;
-    AddSlash(root);
-    // Whether the conversion walks the folder that entries of this folder name land in.
-    auto walked = [&](const QString& entryFolder) {
-        auto known = walkedFolder.constFind(entryFolder);
-        if (known == walkedFolder.constEnd())
-            known = walkedFolder.insert(
-                entryFolder,
-                QFileInfo(root + findChildFolder(root, entryFolder, entryFolder)).canonicalFilePath() == shotFolder);
-        return *known;
-    };
     const bool counted = chain.counted.contains(reader.archivePath());
     reader.clearSkipped();
     for (const int i : reader.selectedEntries()) {
@@ -121,16 +151,25 @@ void extractForChain(AppContext& app, MapScanChain& chain, ArchiveReader& reader
             if (isTga(e) && counted) {
                 int& toCome = chain.shotsToCome[shotKey(e)];
                 toCome = std::max(0, toCome - 1);
-                inMemory = toCome == 0 && walked(e.folder);
+                inMemory = toCome == 0 && folders.walked(e.folder);
             }
             if (!inMemory) {
                 reader.extractEntry(i, app.programFolder);
                 continue;
             }
             QString target;
-            QByteArray tga = reader.takeEntry(i, app.programFolder, &target);
-            chain.converter.add(e.name, std::move(tga),
-                                QFileInfo(target).path() + QLatin1Char('/') + fileStem(e.name) + QStringLiteral(".bmp"));
+            reader.prepareTake(i, app.programFolder, &target);
+            const QString bmp = QFileInfo(target).path() + QLatin1Char('/') + fileStem(e.name) + QStringLiteral(".bmp");
+            PreparedShot shot = chain.prefetch.take(chain.archives, reader.archivePath(), i);
+            if (shot.verified) {
+                reader.clearTarget(target);
+                chain.converter.addDecoded(e.name, shot.fault, std::move(shot.bmp), bmp);
+            } else {
+                // The reader's own reading gives the picture or the error it always gave.
+                QByteArray tga = reader.readEntry(i);
+                reader.clearTarget(target);
+                chain.converter.add(e.name, std::move(tga), bmp);
+            }
         } catch (const RuntimeError& error) {
             if (error.number() != err::UnsafeEntry)
                 throw;
@@ -158,12 +197,9 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
         QString folder;
         const QStringList files = baseFolderFiles(app, gamePath, baseName, &folder);
         progress.setMaximum(static_cast<int>(files.size()));
-        QString shotFolder;
-        QHash<QString, bool> walkedFolder;
-        if (chain) {
-            chain->shotsToCome = countShots(*chain, folder, files);
-            shotFolder = QFileInfo(levelShotFolder(app)).canonicalFilePath();
-        }
+        ShotFolders shotFolders(app);
+        if (chain)
+            planShots(*chain, shotFolders, folder, files);
         int counter = 0;
         ArchiveReader ownReader;
         for (const QString& file : files) {
@@ -182,8 +218,8 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
                 return why.isEmpty();
             });
             selectLevelShots(reader);
-            if (chain && !shotFolder.isEmpty()) {
-                extractForChain(app, *chain, reader, shotFolder, walkedFolder);
+            if (chain && shotFolders.ready()) {
+                extractForChain(app, *chain, reader, shotFolders);
                 reader.park();
             } else {
                 reader.extract(app.programFolder);

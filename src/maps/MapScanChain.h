@@ -6,6 +6,7 @@
 // same catalogue, files and messages behind.
 #include "maps/ArchiveShelf.h"
 #include "maps/LevelShotConverter.h"
+#include "maps/ShotPrefetch.h"
 
 #include <QHash>
 #include <QSet>
@@ -16,6 +17,7 @@ namespace steward {
 struct MapScanChain {
     ArchiveShelf archives;
     LevelShotConverter converter;
+    ShotPrefetch prefetch;
     /// For each bmp a tga level shot of the chain would become, how many of the tga
     /// entries still to come become it: only the last one of a name is converted in
     /// memory, the earlier ones go to files as before.

@@ -1,0 +1,101 @@
+// Level shots prepared from their packed data on a worker count only when the data
+// unpacks exactly as the archive's directory claims; any other data is left to the
+// archive reader, whose reading gives the picture or the error it always gave.
+#include "maps/ArchiveReader.h"
+#include "maps/LevelShotConverter.h"
+#include "maps/PackedShot.h"
+#include "testkit/TestApp.h"
+#include "testkit/ZipBuilder.h"
+
+#include <QTemporaryDir>
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+PackedEntry packedOf(const QByteArray& data, bool stored)
+{
+    QTemporaryDir dir;
+    const QString path = dir.path() + QStringLiteral("/a.pk3");
+    EXPECT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/a.tga"), data, stored).write(path));
+    ArchiveReader reader(path);
+    PackedEntry packed;
+    EXPECT_TRUE(reader.readPacked(0, &packed));
+    return packed;
+}
+
+} // namespace
+
+TEST(PackedShot, StoredAndDeflatedDataUnpackToTheSameBmpAsTheFileRoad)
+{
+    const QByteArray tga = tgaPicture(6, 3, 10, 200, 30);
+    QTemporaryDir dir;
+    const QString bmp = dir.path() + QStringLiteral("/a.bmp");
+    ASSERT_EQ(convertTgaToBmpFile(tga, bmp), TgaFault::None);
+    for (const bool stored : {true, false}) {
+        const PreparedShot shot = prepareShot(packedOf(tga, stored));
+        EXPECT_TRUE(shot.verified) << stored;
+        EXPECT_EQ(shot.fault, TgaFault::None);
+        EXPECT_EQ(shot.bmp, fileBytes(bmp));
+    }
+}
+
+TEST(PackedShot, DataThatDoesNotUnpackExactlyIsNotTaken)
+{
+    const QByteArray tga = tgaPicture(8, 8, 1, 2, 3);
+    struct Spoil {
+        const char* what;
+        std::function<void(PackedEntry&)> spoil;
+    };
+    const std::vector<Spoil> spoils = {
+        {"a wrong checksum", [](PackedEntry& p) { p.crc ^= 1; }},
+        {"a larger claim", [](PackedEntry& p) { ++p.size; }},
+        {"a smaller claim", [](PackedEntry& p) { --p.size; }},
+        {"cut-off data", [](PackedEntry& p) { p.data.chop(3); }},
+        {"data after the end of the stream", [](PackedEntry& p) { p.data.append("tail"); }},
+        {"a flipped byte", [](PackedEntry& p) { p.data[p.data.size() / 2] = static_cast<char>(p.data[p.data.size() / 2] ^ 0x55); }},
+        {"another packing", [](PackedEntry& p) { p.method = 12; }},
+    };
+    for (const Spoil& s : spoils) {
+        for (const bool stored : {true, false}) {
+            PackedEntry packed = packedOf(tga, stored);
+            s.spoil(packed);
+            QByteArray data;
+            EXPECT_FALSE(unpackExactly(packed, &data)) << s.what << (stored ? " stored" : " deflated");
+            EXPECT_FALSE(prepareShot(packed).verified) << s.what << (stored ? " stored" : " deflated");
+        }
+    }
+}
+
+TEST(PackedShot, APictureTheReaderRefusesIsVerifiedDataWithItsFault)
+{
+    QByteArray large = tgaPicture(1, 1, 0, 0, 0);
+    large[13] = char(0x10); // 4096 wide
+    const PreparedShot tooLarge = prepareShot(packedOf(large, false));
+    EXPECT_TRUE(tooLarge.verified);
+    EXPECT_EQ(tooLarge.fault, TgaFault::TooLarge);
+    EXPECT_TRUE(tooLarge.bmp.isEmpty());
+    const PreparedShot damaged = prepareShot(packedOf("not a picture", true));
+    EXPECT_TRUE(damaged.verified);
+    EXPECT_EQ(damaged.fault, TgaFault::Damaged);
+}
+
+TEST(PackedShot, OnlyStoredOrDeflatedPlainEntriesAreReadPacked)
+{
+    QTemporaryDir dir;
+    const QString path = dir.path() + QStringLiteral("/a.pk3");
+    ASSERT_TRUE(ZipBuilder()
+                    .folder(QStringLiteral("levelshots/"))
+                    .symlink(QStringLiteral("levelshots/link.tga"), QStringLiteral("/etc/passwd"))
+                    .file(QStringLiteral("levelshots/big.tga"), QByteArray(4096, 'x'))
+                    .write(path));
+    ArchiveReader reader(path);
+    PackedEntry packed;
+    EXPECT_FALSE(reader.readPacked(0, &packed)); // the folder
+    EXPECT_FALSE(reader.readPacked(1, &packed)); // the link
+    EXPECT_FALSE(reader.readPacked(2, &packed, 100)); // more than the limit
+    EXPECT_TRUE(reader.readPacked(2, &packed));
+}
