@@ -7,6 +7,7 @@
 #include "support/Errors.h"
 
 #include <QDir>
+#include <QHash>
 #include <QFileInfo>
 #include <QCoreApplication>
 
@@ -193,6 +194,7 @@ void ArchiveReader::open(const QString& archivePath)
         fail(text);
     }
     m_entries.reserve(static_cast<size_t>(count));
+    QHash<QString, QString> folders;
     for (zip_int64_t i = 0; i < count; ++i) {
         zip_stat_t st;
         zip_stat_init(&st);
@@ -212,11 +214,16 @@ void ArchiveReader::open(const QString& archivePath)
         QString bare = e.path;
         while (bare.endsWith(QLatin1Char('/')))
             bare.chop(1);
+        // The folder names of an archive repeat from entry to entry; each is kept once.
+        auto shared = [&folders](const QString& folder) {
+            const auto known = folders.constFind(folder);
+            return known != folders.constEnd() ? *known : *folders.insert(folder, folder);
+        };
         if (e.isFolder) {
-            e.folder = bare;
+            e.folder = shared(bare);
         } else {
             const auto slash = bare.lastIndexOf(QLatin1Char('/'));
-            e.folder = slash < 0 ? QString() : bare.left(slash);
+            e.folder = slash < 0 ? QString() : shared(bare.left(slash));
             e.name = slash < 0 ? bare : bare.mid(slash + 1);
         }
 

@@ -43,6 +43,8 @@ public:
     /// Waits for every picture and gives the results in the order they were added;
     /// the converter is empty afterwards.
     std::vector<ConvertedShot> finish();
+    /// The worker threads, for other work of the scan beside the conversion.
+    QThreadPool& pool() { return m_pool; }
 
 private:
     void run(ConvertedShot* result, std::function<TgaFault()> job);

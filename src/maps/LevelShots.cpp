@@ -19,6 +19,9 @@
 #include <QImage>
 
 #include <algorithm>
+#include <cstring>
+#include <dirent.h>
+#include <sys/stat.h>
 
 // The fallback pictures are resources of the core library, which the linker would
 // leave out of a program that never names them.
@@ -178,6 +181,29 @@ void extractForChain(AppContext& app, MapScanChain& chain, ArchiveReader& reader
     }
 }
 
+// The files of a folder, links and other special files counted, folders not: a count
+// of names alone, without the details of each file that a listing gathers.
+int countFiles(const QString& folder)
+{
+    int count = 0;
+    const QByteArray local = QFile::encodeName(folder);
+    if (DIR* dir = ::opendir(local.constData())) {
+        while (const dirent* entry = ::readdir(dir)) {
+            if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
+                continue;
+            if (entry->d_type == DT_DIR)
+                continue;
+            struct stat info {};
+            if ((entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN) &&
+                ::stat((local + '/' + entry->d_name).constData(), &info) == 0 && S_ISDIR(info.st_mode))
+                continue;
+            ++count;
+        }
+        ::closedir(dir);
+    }
+    return count;
+}
+
 void noteConversion(AppContext& app, const QString& name, TgaFault fault)
 {
     if (fault == TgaFault::TooLarge)
@@ -246,8 +272,7 @@ bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain)
         const QString folder = levelShotFolder(app);
         if (!QFileInfo(folder).isDir())
             raiseError(err::PathNotFound, {}, app.programName);
-        const int count = static_cast<int>(QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System).size() +
-                                           converted.size());
+        const int count = countFiles(folder) + static_cast<int>(converted.size());
         progress.setMaximum(count);
 
         // The folder is walked while bmp files appear in it, so the counter may pass

@@ -17,7 +17,7 @@ namespace steward {
 struct MapScanChain {
     ArchiveShelf archives;
     LevelShotConverter converter;
-    ShotPrefetch prefetch;
+    ShotPrefetch prefetch{converter.pool()};
     /// For each bmp a tga level shot of the chain would become, how many of the tga
     /// entries still to come become it: only the last one of a name is converted in
     /// memory, the earlier ones go to files as before.

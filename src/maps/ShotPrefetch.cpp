@@ -12,7 +12,7 @@ QString key(const QString& archive, int index) { return archive + QLatin1Char('|
 
 } // namespace
 
-ShotPrefetch::ShotPrefetch(int threads) { m_pool.setMaxThreadCount(std::max(1, threads)); }
+ShotPrefetch::ShotPrefetch(QThreadPool& pool) : m_pool(pool) {}
 
 ShotPrefetch::~ShotPrefetch() { m_pool.waitForDone(); }
 

@@ -25,7 +25,8 @@ public:
     /// How many shots are read ahead of the one taken.
     static constexpr int kAhead = 12;
 
-    explicit ShotPrefetch(int threads = QThread::idealThreadCount());
+    /// The shots are prepared on the pool's threads.
+    explicit ShotPrefetch(QThreadPool& pool);
     ~ShotPrefetch();
     ShotPrefetch(const ShotPrefetch&) = delete;
     ShotPrefetch& operator=(const ShotPrefetch&) = delete;
@@ -40,7 +41,7 @@ public:
 private:
     void readThrough(ArchiveShelf& shelf, size_t last, const QString& current);
 
-    QThreadPool m_pool;
+    QThreadPool& m_pool;
     std::vector<Planned> m_plan;
     QHash<QString, size_t> m_position; // "archive|index" → place in the plan
     size_t m_next = 0;                 // the first shot of the plan not read yet
