@@ -221,10 +221,12 @@ qint64 ArchiveFile::command(void* self, void* data, quint64 length, int command)
     }
     case ZIP_SOURCE_TELL:
         return file->m_position;
+    case ZIP_SOURCE_ACCEPT_EMPTY:
+        return 0; // an empty file is no archive, as the library's own file source says
     case ZIP_SOURCE_SUPPORTS:
         return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT,
                                               ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL,
-                                              ZIP_SOURCE_SUPPORTS, -1);
+                                              ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_ACCEPT_EMPTY, -1);
     default:
         return failed(ZIP_ER_OPNOTSUPP);
     }

@@ -20,10 +20,14 @@ bool seed(const char* target, const char* name, const QByteArray& bytes)
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size();
 }
 
+// An archive seeds both the whole scan and the reader's comparison with the library.
 bool archive(const char* name, const ZipBuilder& zip)
 {
-    const QString folder = g_root + QStringLiteral("/archive_scan");
-    return zip.write(folder + QLatin1Char('/') + QString::fromLatin1(name));
+    bool ok = true;
+    for (const char* target : {"archive_scan", "archive_read"})
+        ok &= zip.write(g_root + QLatin1Char('/') + QString::fromLatin1(target) + QLatin1Char('/') +
+                        QString::fromLatin1(name));
+    return ok;
 }
 
 QByteArray tgaHeader(int type, int width, int height, int depth, int descriptor = 0x20)

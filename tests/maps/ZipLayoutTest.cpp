@@ -3,6 +3,7 @@
 // an entry reads as the library alone reads it: the same bytes, or the same error.
 #include "maps/ArchiveReader.h"
 #include "support/Errors.h"
+#include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 
 #include <QFile>
@@ -166,4 +167,20 @@ TEST(ZipLayout, PackedDataComesFromTheLayoutOrTheLibraryAlike)
     EXPECT_EQ(a.crc, b.crc);
     EXPECT_EQ(a.size, b.size);
     EXPECT_EQ(a.method, 8);
+}
+
+TEST(ZipLayout, AnEmptyFileIsNoArchiveAsForTheLibrary)
+{
+    QTemporaryDir dir;
+    const QString path = dir.path() + QStringLiteral("/empty.pk3");
+    writeFile(path, QByteArray());
+    QByteArray ignored;
+    EXPECT_EQ(libraryRead(path, 0, &ignored), QStringLiteral("open failed"));
+    try {
+        ArchiveReader reader(path);
+        FAIL() << "an empty file was opened as an archive";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), err::BadArchive);
+        EXPECT_TRUE(e.description().endsWith(QStringLiteral("Not a zip archive"))) << e.description().toStdString();
+    }
 }
