@@ -107,15 +107,12 @@ void ArchiveReader::park()
         m_file->park();
 }
 
-zip* ArchiveReader::library() const
+QString ArchiveReader::openLibrary() const
 {
-    checkOpen();
-    if (m_zip)
-        return m_zip;
     int code = 0;
     zip_source_t* source = m_file->makeSource(&code);
     if (!source)
-        fail(zipErrorText(code));
+        return zipErrorText(code);
     zip_error_t error;
     zip_error_init(&error);
     m_zip = zip_open_from_source(source, ZIP_RDONLY, &error);
@@ -124,10 +121,20 @@ zip* ArchiveReader::library() const
         const int system = zip_error_code_system(&error);
         zip_error_fini(&error);
         zip_source_free(source);
-        errno = system;
-        fail(zipErrorText(code));
+        errno = system; // the library's text of a system error names it
+        return zipErrorText(code);
     }
     zip_error_fini(&error);
+    return {};
+}
+
+zip* ArchiveReader::library() const
+{
+    checkOpen();
+    if (m_zip)
+        return m_zip;
+    if (const QString problem = openLibrary(); !problem.isEmpty())
+        fail(problem);
     if (zip_get_num_entries(m_zip, 0) != static_cast<zip_int64_t>(m_entries.size()))
         fail(QStringLiteral("it changed while it was read"));
     return m_zip;
@@ -167,25 +174,10 @@ void ArchiveReader::open(const QString& archivePath)
         m_file.reset();
         fail(zipErrorText(ZIP_ER_OPEN));
     }
-    int code = 0;
-    zip_source_t* source = m_file->makeSource(&code);
-    if (!source) {
+    if (const QString problem = openLibrary(); !problem.isEmpty()) {
         m_file.reset();
-        fail(zipErrorText(code));
+        fail(problem);
     }
-    zip_error_t error;
-    zip_error_init(&error);
-    m_zip = zip_open_from_source(source, ZIP_RDONLY, &error);
-    if (!m_zip) {
-        code = zip_error_code_zip(&error);
-        const int system = zip_error_code_system(&error);
-        zip_error_fini(&error);
-        zip_source_free(source);
-        m_file.reset();
-        errno = system;
-        fail(zipErrorText(code));
-    }
-    zip_error_fini(&error);
 
     const zip_int64_t count = zip_get_num_entries(m_zip, 0);
     if (count < 0) {

@@ -158,6 +158,9 @@ private:
     /// The zip library's view of the archive, opened again from the kept file when
     /// it was let go.
     zip* library() const;
+    /// Opens the library's view through the kept file; the library's word for what
+    /// went wrong, or nothing.
+    QString openLibrary() const;
     /// The checks of extractEntry before anything is written and the folders made on
     /// the way; returns the target, the folder it is in goes to *folder.
     QString prepareTarget(int index, const QString& targetFolder, qint64 limit, QString* folder) const;
