@@ -15,6 +15,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zip.h>
@@ -554,16 +555,6 @@ void ArchiveReader::clearTarget(const QString& target) const
         raiseError(err::PathFileAccess, {}, target);
 }
 
-QByteArray ArchiveReader::takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit)
-{
-    prepareTake(index, targetFolder, target, limit);
-    if (entry(index).isFolder)
-        return {};
-    QByteArray data = readEntry(index, limit);
-    clearTarget(*target);
-    return data;
-}
-
 bool ArchiveReader::readPacked(int index, PackedEntry* packed, qint64 limit) const
 {
     checkOpen();
@@ -577,7 +568,13 @@ bool ArchiveReader::readPacked(int index, PackedEntry* packed, qint64 limit) con
     packed->data.resize(static_cast<qsizetype>(e.compressedSize));
     if (const qint64 start = packedStart(index); start >= 0)
         return m_file->readAt(start, packed->data.data(), packed->data.size());
-    zip_file_t* file = zip_fopen_index(library(), static_cast<zip_uint64_t>(index), ZIP_FL_COMPRESSED);
+    zip* archive = nullptr;
+    try {
+        archive = library();
+    } catch (const RuntimeError&) {
+        return false; // readEntry will say why
+    }
+    zip_file_t* file = zip_fopen_index(archive, static_cast<zip_uint64_t>(index), ZIP_FL_COMPRESSED);
     if (!file)
         return false;
     qint64 total = 0;

@@ -98,15 +98,11 @@ public:
     /// link, a folder of the target that leads elsewhere) is err::UnsafeEntry and
     /// nothing is written; damaged data is err::BadArchive and leaves no file behind.
     QString extractEntry(int index, const QString& targetFolder, qint64 limit = kDefaultLimit);
-    /// What extractEntry would write, read into memory instead: the same checks, the
-    /// same folders made, the same errors in the same order, and whatever stands at the
-    /// target is removed as the written file would have replaced it. The target's path
-    /// goes to *target.
-    QByteArray takeEntry(int index, const QString& targetFolder, QString* target, qint64 limit = kDefaultLimit);
-    /// The first half of takeEntry: every check and folder before the data is read.
+    /// What extractEntry does before it writes, for an entry read into memory instead:
+    /// the same checks, the same folders made, the same errors in the same order.
+    /// clearTarget then removes whatever stands at the target, as the written file
+    /// would have replaced it.
     void prepareTake(int index, const QString& targetFolder, QString* target, qint64 limit = kDefaultLimit) const;
-    /// The second half of takeEntry, once the data is read: whatever stands at the
-    /// target is removed.
     void clearTarget(const QString& target) const;
     /// The stored or deflated data of an entry as it lies in the archive, for unpacking
     /// elsewhere; false for any other kind, an encrypted entry, one larger than limit,
