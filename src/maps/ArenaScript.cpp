@@ -28,14 +28,4 @@ void readArenaScript(const QStringList& lines, QString& longName, QString& type)
     }
 }
 
-QStringList scriptLines(const QByteArray& bytes)
-{
-    QString text = QString::fromLatin1(bytes);
-    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    QStringList lines = text.split(QLatin1Char('\n'));
-    if (!lines.isEmpty() && lines.last().isEmpty())
-        lines.removeLast();
-    return lines;
-}
-
 } // namespace steward

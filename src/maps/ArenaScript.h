@@ -1,7 +1,6 @@
 #pragma once
 // The arena script of a custom map: the long name and the game types of its first
 // block.
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -13,9 +12,5 @@ namespace steward {
 /// first and the second double quote), else one that holds "type" gives the type; a
 /// later line overwrites an earlier one, and a value no line gives keeps what it had.
 void readArenaScript(const QStringList& lines, QString& longName, QString& type);
-
-/// The lines of a script's bytes, read as 8-bit text and split at CR LF, CR or LF; a
-/// last line end gives no empty line.
-QStringList scriptLines(const QByteArray& bytes);
 
 } // namespace steward

@@ -222,7 +222,7 @@ struct Scan {
             if (!selected) {
                 if (const std::optional<int> entry = scriptInMemory(reader, name)) {
                     // Read where it lies: the script would have been written, read and deleted.
-                    readArenaScript(scriptLines(reader.readEntry(*entry)), longName, type);
+                    readArenaScript(textLines(reader.readEntry(*entry)), longName, type);
                     record(file, mapName, longName, type.toUpper());
                     break;
                 }

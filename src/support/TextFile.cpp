@@ -61,7 +61,12 @@ QStringList readLines(const QString& fileName)
             raiseError(err::FileNotFound, {}, fileName);
         raiseError(err::PathFileAccess, {}, fileName);
     }
-    QString text = QString::fromLatin1(file.readAll());
+    return textLines(file.readAll());
+}
+
+QStringList textLines(const QByteArray& bytes)
+{
+    QString text = QString::fromLatin1(bytes);
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
     QStringList lines = text.split(QLatin1Char('\n'));
     if (!lines.isEmpty() && lines.last().isEmpty())

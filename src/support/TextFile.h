@@ -50,5 +50,7 @@ bool appendLines(const QString& fileName, const QStringList& lines);
 
 /// Reads a whole 8-bit text file and splits it at CR LF, CR or LF.
 QStringList readLines(const QString& fileName);
+/// The lines of 8-bit text, split at CR LF, CR or LF; a last line end gives no empty line.
+QStringList textLines(const QByteArray& bytes);
 
 } // namespace steward

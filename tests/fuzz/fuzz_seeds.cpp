@@ -30,19 +30,6 @@ bool archive(const char* name, const ZipBuilder& zip)
     return ok;
 }
 
-QByteArray tgaHeader(int type, int width, int height, int depth, int descriptor = 0x20)
-{
-    QByteArray h(18, '\0');
-    h[2] = static_cast<char>(type);
-    h[12] = static_cast<char>(width & 0xff);
-    h[13] = static_cast<char>(width >> 8);
-    h[14] = static_cast<char>(height & 0xff);
-    h[15] = static_cast<char>(height >> 8);
-    h[16] = static_cast<char>(depth);
-    h[17] = static_cast<char>(descriptor);
-    return h;
-}
-
 bool tgaSeeds()
 {
     bool ok = seed("tga", "plain24", tgaPicture(4, 3, 10, 20, 30));

@@ -20,19 +20,6 @@ using namespace steward::testing;
 
 namespace {
 
-QByteArray tgaHeader(int type, int width, int height, int depth)
-{
-    QByteArray h(18, '\0');
-    h[2] = static_cast<char>(type);
-    h[12] = static_cast<char>(width & 0xff);
-    h[13] = static_cast<char>(width >> 8);
-    h[14] = static_cast<char>(height & 0xff);
-    h[15] = static_cast<char>(height >> 8);
-    h[16] = static_cast<char>(depth);
-    h[17] = static_cast<char>(0x20);
-    return h;
-}
-
 // A run-length true-colour picture of one colour: full runs of 128 pixels.
 QByteArray runLengthPicture(int width, int height)
 {

@@ -72,9 +72,7 @@ TEST(PackedShot, DataThatDoesNotUnpackExactlyIsNotTaken)
 
 TEST(PackedShot, APictureTheReaderRefusesIsVerifiedDataWithItsFault)
 {
-    QByteArray large = tgaPicture(1, 1, 0, 0, 0);
-    large[13] = char(0x10); // 4096 wide
-    const PreparedShot tooLarge = prepareShot(packedOf(large, false));
+    const PreparedShot tooLarge = prepareShot(packedOf(tgaHeader(2, 4096, 1, 24), false));
     EXPECT_TRUE(tooLarge.verified);
     EXPECT_EQ(tooLarge.fault, TgaFault::TooLarge);
     EXPECT_TRUE(tooLarge.bmp.isEmpty());

@@ -6,23 +6,10 @@
 using namespace steward;
 using namespace steward::testing;
 
-namespace {
-QByteArray header(int type, int width, int height, int depth, int descriptor)
-{
-    QByteArray h(18, '\0');
-    h[2] = static_cast<char>(type);
-    h[12] = static_cast<char>(width);
-    h[14] = static_cast<char>(height);
-    h[16] = static_cast<char>(depth);
-    h[17] = static_cast<char>(descriptor);
-    return h;
-}
-} // namespace
-
 TEST(TgaPicture, ReadsFilesWithoutTheVersionTwoFooterInTheirOrientation)
 {
     // Two pixels, one above the other; the file starts with the bottom row.
-    const QByteArray bottomUp = header(2, 1, 2, 24, 0x00) + QByteArray("\x00\x00\xff" "\xff\x00\x00", 6);
+    const QByteArray bottomUp = tgaHeader(2, 1, 2, 24, 0x00) + QByteArray("\x00\x00\xff" "\xff\x00\x00", 6);
     const QImage picture = readTgaPicture(bottomUp);
     ASSERT_FALSE(picture.isNull());
     EXPECT_EQ(picture.pixelColor(0, 0), QColor(0, 0, 255));
@@ -36,13 +23,13 @@ TEST(TgaPicture, ReadsFilesWithoutTheVersionTwoFooterInTheirOrientation)
 TEST(TgaPicture, ReadsRunLengthAndGreyFiles)
 {
     // A run of three red pixels, then one literal green pixel.
-    const QByteArray runs = header(10, 4, 1, 24, 0x20) + QByteArray("\x82\x00\x00\xff" "\x00\x00\xff\x00", 8);
+    const QByteArray runs = tgaHeader(10, 4, 1, 24, 0x20) + QByteArray("\x82\x00\x00\xff" "\x00\x00\xff\x00", 8);
     const QImage colour = readTgaPicture(runs);
     ASSERT_EQ(colour.size(), QSize(4, 1));
     EXPECT_EQ(colour.pixelColor(2, 0), QColor(255, 0, 0));
     EXPECT_EQ(colour.pixelColor(3, 0), QColor(0, 255, 0));
 
-    const QImage grey = readTgaPicture(header(11, 2, 1, 8, 0x20) + QByteArray("\x81\x40", 2));
+    const QImage grey = readTgaPicture(tgaHeader(11, 2, 1, 8, 0x20) + QByteArray("\x81\x40", 2));
     ASSERT_EQ(grey.size(), QSize(2, 1));
     EXPECT_EQ(grey.pixelColor(1, 0), QColor(64, 64, 64));
 }
@@ -50,12 +37,12 @@ TEST(TgaPicture, ReadsRunLengthAndGreyFiles)
 TEST(TgaPicture, ReadsSixteenAndThirtyTwoBitPixels)
 {
     // 16 bits: x1111100 00000000 is full red; right to left, so it lands on the right.
-    const QImage high = readTgaPicture(header(2, 2, 1, 16, 0x30) + QByteArray("\x00\x7c\x00\x00", 4));
+    const QImage high = readTgaPicture(tgaHeader(2, 2, 1, 16, 0x30) + QByteArray("\x00\x7c\x00\x00", 4));
     ASSERT_EQ(high.size(), QSize(2, 1));
     EXPECT_EQ(high.pixelColor(1, 0), QColor(255, 0, 0));
     EXPECT_EQ(high.pixelColor(0, 0), QColor(0, 0, 0));
 
-    const QImage alpha = readTgaPicture(header(2, 1, 1, 32, 0x28) + QByteArray("\x10\x20\x30\x80", 4));
+    const QImage alpha = readTgaPicture(tgaHeader(2, 1, 1, 32, 0x28) + QByteArray("\x10\x20\x30\x80", 4));
     ASSERT_FALSE(alpha.isNull());
     EXPECT_TRUE(alpha.hasAlphaChannel());
     EXPECT_EQ(alpha.pixel(0, 0), qRgba(0x30, 0x20, 0x10, 0x80));
@@ -65,9 +52,9 @@ TEST(TgaPicture, DamagedOrUnsupportedFilesGiveNoPicture)
 {
     EXPECT_TRUE(readTgaPicture(QByteArray("short")).isNull());
     EXPECT_TRUE(readTgaPicture(tgaPicture(4, 4, 1, 2, 3).left(30)).isNull());
-    EXPECT_TRUE(readTgaPicture(header(10, 4, 1, 24, 0x20) + QByteArray("\x83\x00", 2)).isNull());
-    EXPECT_TRUE(readTgaPicture(header(1, 2, 2, 8, 0x20) + QByteArray(4, '\0')).isNull());
-    QByteArray huge = header(2, 0, 0, 24, 0x20);
+    EXPECT_TRUE(readTgaPicture(tgaHeader(10, 4, 1, 24, 0x20) + QByteArray("\x83\x00", 2)).isNull());
+    EXPECT_TRUE(readTgaPicture(tgaHeader(1, 2, 2, 8, 0x20) + QByteArray(4, '\0')).isNull());
+    QByteArray huge = tgaHeader(2, 0, 0, 24, 0x20);
     huge[13] = huge[15] = '\xff'; // 65280 by 65280 pixels claimed
     EXPECT_TRUE(readTgaPicture(huge + QByteArray(100, '\0')).isNull());
 }

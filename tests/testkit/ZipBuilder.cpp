@@ -128,16 +128,22 @@ bool patchClaimedSize(const QString& archive, const QString& entryName, quint32 
 
 bool truncateFile(const QString& path, qint64 size) { return QFile::resize(path, size); }
 
+QByteArray tgaHeader(int type, int width, int height, int depth, int descriptor)
+{
+    QByteArray h(18, '\0');
+    h[2] = static_cast<char>(type);
+    h[12] = static_cast<char>(width & 0xff);
+    h[13] = static_cast<char>(width >> 8);
+    h[14] = static_cast<char>(height & 0xff);
+    h[15] = static_cast<char>(height >> 8);
+    h[16] = static_cast<char>(depth);
+    h[17] = static_cast<char>(descriptor);
+    return h;
+}
+
 QByteArray tgaPicture(int width, int height, quint8 red, quint8 green, quint8 blue)
 {
-    QByteArray out(18, '\0');
-    out[2] = 2; // uncompressed true colour
-    out[12] = static_cast<char>(width & 0xff);
-    out[13] = static_cast<char>(width >> 8);
-    out[14] = static_cast<char>(height & 0xff);
-    out[15] = static_cast<char>(height >> 8);
-    out[16] = 24;
-    out[17] = 0x20; // top-left origin
+    QByteArray out = tgaHeader(2, width, height, 24); // uncompressed true colour, top row first
     out.reserve(18 + width * height * 3);
     for (int i = 0; i < width * height; ++i) {
         out += static_cast<char>(blue);

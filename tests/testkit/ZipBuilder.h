@@ -38,6 +38,9 @@ private:
 bool patchClaimedSize(const QString& archive, const QString& entryName, quint32 size);
 /// Cuts a file down to its first bytes.
 bool truncateFile(const QString& path, qint64 size);
+/// A tga header: image type, size, bits a pixel and the descriptor byte (0x20: the top
+/// row first).
+QByteArray tgaHeader(int type, int width, int height, int depth, int descriptor = 0x20);
 /// An uncompressed 24-bit tga picture of one colour.
 QByteArray tgaPicture(int width, int height, quint8 red, quint8 green, quint8 blue);
 /// An arena script of one block.

@@ -11,6 +11,7 @@
 #include "ui/MainWindowHost.h"
 #include "ui/frmBOT.h"
 #include "ui/frmMain.h"
+#include "ui/WiredMainWindow.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -30,21 +31,13 @@ using steward::testing::ZipBuilder;
 
 namespace {
 
-class BotPage : public ::testing::Test {
+class BotPage : public steward::testing::WiredMainWindow {
 protected:
     void load()
     {
-        profile = host.loadMainWindow();
-        window = host.mainWindow();
-        host.showMainWindow();
+        openMainWindow();
         roster = window->control<QTableWidget>(QStringLiteral("grdBOTList"));
         ASSERT_NE(roster, nullptr);
-    }
-    void TearDown() override
-    {
-        host.closeAllForms();
-        QApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     void press(const QString& button) { window->control<QPushButton>(button)->click(); }
     QWidget* control(const char* key) const { return window->control(QString::fromLatin1(key)); }
@@ -77,12 +70,6 @@ protected:
         return picker.isNull();
     }
 
-    steward::testing::TestApp t;
-    QtWindowHost host{*t.app};
-    steward::testing::NoAddressLookup lookup;
-    CommandWiring wiring{*t.app, host, lookup};
-    ServerProfile* profile = nullptr;
-    frmMain* window = nullptr;
     QTableWidget* roster = nullptr;
 };
 

@@ -30,7 +30,8 @@ using namespace steward;
 
 namespace {
 
-class NoAddress : public AddressLookup {
+// A host named "box" at 10.0.0.7.
+class BoxAddress : public AddressLookup {
 public:
     bool hostName(QString& name, int&) override
     {
@@ -66,7 +67,7 @@ protected:
 
     steward::testing::TestApp t;
     QtWindowHost host{*t.app};
-    NoAddress addresses;
+    BoxAddress addresses;
     CommandWiring wiring{*t.app, host, addresses};
     ServerProfile* profile = nullptr;
     frmMain* window = nullptr;

@@ -11,6 +11,7 @@
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
 #include "ui/frmMain.h"
+#include "ui/WiredMainWindow.h"
 
 #include <QAction>
 #include <QApplication>
@@ -27,7 +28,7 @@ using steward::testing::ZipBuilder;
 
 namespace {
 
-class MapPage : public ::testing::Test {
+class MapPage : public steward::testing::WiredMainWindow {
 protected:
     void SetUp() override
     {
@@ -38,19 +39,11 @@ protected:
                                                 QStringLiteral("ffa duel")))
             .file(QStringLiteral("levelshots/mp_canyon.tga"), steward::testing::tgaPicture(16, 16, 200, 40, 40))
             .write(t.baseFolder() + QStringLiteral("/canyon.pk3"));
-        profile = host.loadMainWindow();
-        window = host.mainWindow();
-        host.showMainWindow();
+        openMainWindow();
         tree = window->findChild<QTreeView*>(QStringLiteral("tvwAvailMaps"));
         grid = window->findChild<QTreeWidget*>(QStringLiteral("lsvMapRotation"));
         ASSERT_NE(tree, nullptr);
         ASSERT_NE(grid, nullptr);
-    }
-    void TearDown() override
-    {
-        host.closeAllForms();
-        QApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     void menu(const QString& id) { wiring.dispatcher().SSActiveToolBars1_ToolClick(id); }
     QModelIndex mapNode()
@@ -70,12 +63,6 @@ protected:
         QApplication::sendEvent(tree->viewport(), &dbl);
     }
 
-    steward::testing::TestApp t;
-    QtWindowHost host{*t.app};
-    steward::testing::NoAddressLookup lookup;
-    CommandWiring wiring{*t.app, host, lookup};
-    ServerProfile* profile = nullptr;
-    frmMain* window = nullptr;
     QTreeView* tree = nullptr;
     QTreeWidget* grid = nullptr;
 };

@@ -11,6 +11,7 @@
 #include "ui/MainWindowHost.h"
 #include "ui/WizardForms.h"
 #include "ui/frmMain.h"
+#include "ui/WiredMainWindow.h"
 
 #include <QAction>
 #include <QApplication>
@@ -28,23 +29,15 @@ using namespace steward;
 
 namespace {
 
-class WizardForms : public ::testing::Test {
+class WizardForms : public steward::testing::WiredMainWindow {
 protected:
     void SetUp() override
     {
-        profile = host.loadMainWindow();
-        window = host.mainWindow();
-        host.showMainWindow();
+        openMainWindow();
         for (const char* map : {"ffa_bespin", "duel_bay"})
             profile->field(F::lsvMapRotation)
                 .addRow(rotationRow(QString::fromLatin1(map), QStringLiteral("Long"), QStringLiteral("ffa")));
         wiring.dispatcher().SSActiveToolBars1_ToolClick(QStringLiteral("ID_MapWizard"));
-    }
-    void TearDown() override
-    {
-        host.closeAllForms();
-        QApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     /// A loaded page, or null.
     static QWidget* form(int page)
@@ -76,12 +69,6 @@ protected:
     }
     const WizardState& state() { return wiring.mapWizard().wizard().state(); }
 
-    steward::testing::TestApp t;
-    QtWindowHost host{*t.app};
-    steward::testing::NoAddressLookup lookup;
-    CommandWiring wiring{*t.app, host, lookup};
-    ServerProfile* profile = nullptr;
-    frmMain* window = nullptr;
 };
 
 } // namespace
