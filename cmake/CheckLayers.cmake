@@ -2,7 +2,10 @@
 # folder and of folders before it in this list, never of one after it. Run at configure
 # time (a violation stops the build) and as a test:
 #   cmake -DSOURCE_DIR=<src> -P CheckLayers.cmake
-set(STEWARD_LAYERS platform support model settings maps generate bots wizard messaging console commands ui app)
+set(STEWARD_LAYERS platform support model settings maps generate bots wizard messaging console watch commands ui cli app)
+# The windows and the program without a window stand side by side on the commands:
+# neither includes the other.
+set(STEWARD_SIDE_BY_SIDE ui cli)
 
 if(NOT DEFINED SOURCE_DIR OR SOURCE_DIR STREQUAL "")
     set(SOURCE_DIR "${CMAKE_CURRENT_LIST_DIR}/../src")
@@ -30,7 +33,9 @@ foreach(source IN LISTS sources)
         if(NOT DEFINED layer_rank_${target})
             continue() # a generated or foreign header
         endif()
-        if(layer_rank_${target} GREATER layer_rank_${folder})
+        if(NOT target STREQUAL folder AND target IN_LIST STEWARD_SIDE_BY_SIDE AND folder IN_LIST STEWARD_SIDE_BY_SIDE)
+            list(APPEND violations "${relative} includes a header of '${target}', which stands beside '${folder}'")
+        elseif(layer_rank_${target} GREATER layer_rank_${folder})
             list(APPEND violations "${relative} includes a header of '${target}', a layer above '${folder}'")
         endif()
     endforeach()

@@ -41,10 +41,7 @@ bool writeBots(AppContext& app, ServerProfile& profile, LineSink& out)
     if (!sessionWantsBots(profile))
         return true;
     if (botsMeetAPassword(profile)) {
-        app.prompts().message(
-            QStringLiteral("Arena Steward does not support adding BOT's to a password enabled server") + kTail + kCrLf +
-                QStringLiteral("either uncheck enable BOT's or remove password to continue") + kTail,
-            kProductTitle, Icon::Exclamation);
+        app.prompts().message(botsWithPasswordText(), kProductTitle, Icon::Exclamation);
         return false;
     }
     if (gbln_MakeBOTConfig(app, profile))
@@ -60,6 +57,12 @@ void writeBans(AppContext& app, ServerProfile& profile, LineSink& out)
 }
 
 } // namespace
+
+QString botsWithPasswordText()
+{
+    return QStringLiteral("Arena Steward does not support adding BOT's to a password enabled server") + kTail + kCrLf +
+           QStringLiteral("either uncheck enable BOT's or remove password to continue") + kTail;
+}
 
 bool CreateJediConfiguration(AppContext& app, ServerProfile& profile, bool exportOnly, bool useSavedCycle,
                              QString& sessionName)

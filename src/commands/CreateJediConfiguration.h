@@ -18,4 +18,7 @@ class ServerProfile;
 bool CreateJediConfiguration(AppContext& app, ServerProfile& profile, bool exportOnly, bool useSavedCycle,
                              QString& sessionName);
 
+/// The text of the box that refuses bots on a server with a password.
+QString botsWithPasswordText();
+
 } // namespace steward

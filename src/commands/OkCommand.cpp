@@ -3,6 +3,7 @@
 #include "commands/CreateJediConfiguration.h"
 #include "generate/ServerConfigWriter.h"
 #include "commands/SessionName.h"
+#include "commands/WatchedStart.h"
 #include "platform/Prompts.h"
 #include "settings/SaveSettings.h"
 #include "support/AppContext.h"
@@ -78,6 +79,9 @@ void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
             warn(app, QStringLiteral("An rcon password is required to enable server messaging"));
             return;
         }
+
+        if (profile.isSet(F::chkRestartServer) && !restartSettingsAccepted(app, profile))
+            return;
 
         if (!CreateJediConfiguration(app, profile, false, useSavedCycle, name)) {
             app.prompts().message(QStringLiteral("Could not start server!") + kTail, kProductTitle, Icon::Critical);

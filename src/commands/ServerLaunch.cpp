@@ -1,5 +1,6 @@
 #include "commands/ServerLaunch.h"
 
+#include "commands/WatchedStart.h"
 #include "generate/ServerConfigWriter.h"
 #include "messaging/ArmMessaging.h"
 #include "platform/Prompts.h"
@@ -79,11 +80,18 @@ bool startServerAfterConfiguration(AppContext& app, ServerProfile& profile, cons
     EnsureDefaultCfg(app);
     if (const auto serverType = selectedServerType(profile)) {
         const LaunchRequest request = launchRequest(app, launchCommand(app, profile, session, *serverType));
-        QString reason;
-        const bool started = app.services.launcher && app.services.launcher->startDetached(request, &reason);
-        if (!started) {
-            const bool present = request.program.contains(QLatin1Char('/')) && QFileInfo(request.program).isFile();
-            raiseError(present ? err::PermissionDenied : err::FileNotFound, {}, request.program);
+        if (profile.isSet(F::chkRestartServer) && !app.startsInsideWatcher) {
+            startWatcher(app, profile, session);
+        } else {
+            QString reason;
+            qint64 pid = 0;
+            const bool started = app.services.launcher && app.services.launcher->startDetached(request, &reason, &pid);
+            if (!started) {
+                const bool present = request.program.contains(QLatin1Char('/')) && QFileInfo(request.program).isFile();
+                raiseError(present ? err::PermissionDenied : err::FileNotFound, {}, request.program);
+            }
+            if (!app.startsInsideWatcher)
+                recordDetachedStart(app, profile, session, request, pid);
         }
     }
     runMessagingStep(app, profile, ArmServerMessaging);

@@ -11,7 +11,7 @@ TextBoxKeyRules textBoxKeyRules(const QString& fieldName)
         QStringLiteral("txtServerConfigSpin"), QStringLiteral("txtSpeed"),        QStringLiteral("txtGameLimits"),
         QStringLiteral("txtForceReGen"),       QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
         QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),   QStringLiteral("txtWeaponEnhancer"),
-        QStringLiteral("txtWeapRespawn"),
+        QStringLiteral("txtWeapRespawn"),      QStringLiteral("txtRestartLimit"), QStringLiteral("txtRestartWindow"),
     };
     static const QStringList plain = {
         QStringLiteral("txtServerConfig"), QStringLiteral("txtLogFileName"), QStringLiteral("txtMsg"),

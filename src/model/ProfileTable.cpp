@@ -358,6 +358,15 @@ void miscPage(TableBuilder& t)
     t.option(F::optStartMinimize, purge, QStringLiteral("&Minimize Steward"), {});
     t.option(F::optStartClose, purge, QStringLiteral("Close Steward"), {}, true);
 
+    // The watcher: a server that stops unexpectedly is started again, at most the limit
+    // of times within the window of minutes.
+    t.check(F::chkRestartServer, QStringLiteral("Restart the server when it stops unexpectedly"), {},
+            QStringLiteral("Keep the server running: restart it after a crash and log why it stopped"));
+    t.text(F::txtRestartLimit, QStringLiteral("lblRestartLimit"), QStringLiteral("At most"), {}, QStringLiteral("5"),
+           QStringLiteral("How many restarts are allowed within the window"));
+    t.add(F::txtRestartWindow, K::Text, {}, {}, QStringLiteral("10"),
+          QStringLiteral("The window, in minutes, that the restart limit counts in"));
+
     t.add(F::txtMsg(0), K::Text, {}, {}, QStringLiteral("^2This Server was configured by ^1Arena Steward"));
     t.add(F::txtMsg(1), K::Text, {}, {}, QStringLiteral("^2") + kProductSite);
     t.check(F::chkSendMessage, QStringLiteral("Send Message every"), {},

@@ -1,6 +1,5 @@
 #include "platform/System.h"
 
-#include <QDesktopServices>
 #include <QDir>
 #include <QLockFile>
 #include <QProcess>
@@ -32,21 +31,19 @@ QString HostSystemNames::userName() const
     return cutAsBuffer(qEnvironmentVariable("USER"));
 }
 
-bool DetachedProcessLauncher::startDetached(const LaunchRequest& request, QString* error)
+bool DetachedProcessLauncher::startDetached(const LaunchRequest& request, QString* error, qint64* pid)
 {
     QProcess process;
     process.setProgram(request.program);
     process.setArguments(request.arguments);
     process.setWorkingDirectory(request.workingFolder);
     process.setStandardInputFile(QProcess::nullDevice());
-    if (process.startDetached())
+    if (process.startDetached(pid))
         return true;
     if (error)
         *error = process.errorString();
     return false;
 }
-
-bool DesktopOpener::open(const QUrl& url) { return QDesktopServices::openUrl(url); }
 
 struct LockFileInstanceGuard::Impl {
     QLockFile lock;

@@ -26,9 +26,10 @@ struct LaunchRequest {
 class ProcessLauncher {
 public:
     virtual ~ProcessLauncher() = default;
-    /// Starts the program detached; nothing waits for it. On failure returns false and
-    /// puts the reason into error.
-    virtual bool startDetached(const LaunchRequest& request, QString* error) = 0;
+    /// Starts the program detached, in a session of its own; nothing waits for it. On
+    /// failure returns false and puts the reason into error; on success puts the
+    /// process id into pid when asked.
+    virtual bool startDetached(const LaunchRequest& request, QString* error, qint64* pid = nullptr) = 0;
 };
 
 /// The desktop's "open" action on a file, folder, web or mail address.
@@ -91,13 +92,7 @@ public:
 /// Starts processes with QProcess::startDetached.
 class DetachedProcessLauncher final : public ProcessLauncher {
 public:
-    bool startDetached(const LaunchRequest& request, QString* error) override;
-};
-
-/// Opens through QDesktopServices.
-class DesktopOpener final : public Opener {
-public:
-    bool open(const QUrl& url) override;
+    bool startDetached(const LaunchRequest& request, QString* error, qint64* pid = nullptr) override;
 };
 
 /// A lock file in the runtime folder, held while this object lives.

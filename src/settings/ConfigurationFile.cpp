@@ -42,7 +42,9 @@ RuntimeError fileError(const RuntimeError& e, const QString& action, const QStri
     return RuntimeError(e.number(), QStringLiteral("%1 %2 (%3)").arg(action, path, e.description()), e.source());
 }
 
-void writeConfiguration(const QString& path, const QList<QPair<QString, QString>>& rows)
+} // namespace
+
+void writeConfigurationFile(const QString& path, const QList<QPair<QString, QString>>& rows)
 {
     try {
         TextFileWriter out(path);
@@ -56,6 +58,8 @@ void writeConfiguration(const QString& path, const QList<QPair<QString, QString>
         throw fileError(e, QStringLiteral("Could not write"), path);
     }
 }
+
+namespace {
 
 QString readConfigurationText(const QString& path)
 {
@@ -122,6 +126,15 @@ QStringList readConfigurationFields(const QString& text)
     return fields;
 }
 
+QList<QPair<QString, QString>> readConfigurationFile(const QString& path)
+{
+    const QStringList fields = readConfigurationFields(readConfigurationText(path));
+    QList<QPair<QString, QString>> rows;
+    for (qsizetype i = 0; i + 1 < fields.size(); i += 2)
+        rows.append({fields.at(i), fields.at(i + 1)});
+    return rows;
+}
+
 QString resetWarningText()
 {
     return QStringLiteral("WARNING - All Arena Steward settings will be lost. It is") + kTail + kCrLf +
@@ -147,7 +160,7 @@ void SaveConfiguration(AppContext& app)
             app.prompts().message(QStringLiteral("Over-write existing file?") + kTail, kProductTitle, Icon::Question,
                                   Buttons::YesNo) == Answer::No)
             return;
-        writeConfiguration(path, rows);
+        writeConfigurationFile(path, rows);
         inform(app, QStringLiteral("'") + path + QStringLiteral("' configuration saved") + kTail);
     } catch (const RuntimeError& e) {
         warn(app, e.description());
@@ -170,11 +183,11 @@ bool loadConfigurationIntoStore(AppContext& app)
         return false;
     try {
         // The whole file is read before the store is touched.
-        const QStringList fields = readConfigurationFields(readConfigurationText(path));
+        const auto rows = readConfigurationFile(path);
         SettingsStore& store = app.store();
         SettingsBatch batch(store);
-        for (qsizetype i = 0; i + 1 < fields.size(); i += 2)
-            store.SaveSetting(fields.at(i), fields.at(i + 1));
+        for (const auto& [key, value] : rows)
+            store.SaveSetting(key, value);
         batch.commit();
     } catch (const RuntimeError& e) {
         warn(app, e.description());

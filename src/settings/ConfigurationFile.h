@@ -4,6 +4,8 @@
 // changed store reaches the window only through a restart.
 
 #include <QString>
+#include <QList>
+#include <QPair>
 #include <QStringList>
 
 namespace steward {
@@ -30,6 +32,14 @@ bool resetStore(AppContext& app);
 /// with a double quote runs to the next one. A value with a comma therefore splits in
 /// two. Throws when the fields don't come in pairs (error 62) or there are none (9).
 QStringList readConfigurationFields(const QString& text);
+
+/// Writes the rows as "key,value" lines, readable by the owner only (they hold
+/// passwords); rows without a key are left out. A file that can't be written is a
+/// RuntimeError that names it.
+void writeConfigurationFile(const QString& path, const QList<QPair<QString, QString>>& rows);
+/// The key and value pairs of a configuration file, read whole. A file that can't be
+/// read or doesn't parse is a RuntimeError that says why.
+QList<QPair<QString, QString>> readConfigurationFile(const QString& path);
 
 /// The warning text of the reset.
 QString resetWarningText();

@@ -189,6 +189,11 @@ private:
         text(F::txtMaxForceRank, "MaxForceRank", QStringLiteral("0"));
         m_profile.setText(F::txtForceReGen(0), get(QStringLiteral("ForceRegen"), QStringLiteral("0")));
         text(F::txtMaxHolocronCarry, "MaxHoloCarry", QStringLiteral("3"));
+        // The watcher's settings; a box that isn't "1" is clear.
+        m_profile.setValue(F::chkRestartServer, get(QStringLiteral("RestartServer"), QStringLiteral("0")) ==
+                                                        QLatin1String("1") ? 1 : 0);
+        text(F::txtRestartLimit, "RestartLimit", QStringLiteral("5"));
+        text(F::txtRestartWindow, "RestartWindow", QStringLiteral("10"));
     }
 
     AppContext& m_app;

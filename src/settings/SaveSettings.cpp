@@ -1,5 +1,6 @@
 #include "settings/SaveSettings.h"
 
+#include "settings/StartKeys.h"
 #include "platform/Prompts.h"
 #include "settings/SettingsStore.h"
 #include "support/AppContext.h"
@@ -67,6 +68,9 @@ public:
         save(QStringLiteral("ForceRegen"), m_profile.text(F::txtForceReGen(0)));
         save(QStringLiteral("MaxHoloCarry"), text(F::txtMaxHolocronCarry));
         save(QStringLiteral("MapTimeOut"), text(F::txtMapTimeOut));
+        save(QStringLiteral("RestartServer"), QString::number(m_profile.value(F::chkRestartServer)));
+        save(QStringLiteral("RestartLimit"), text(F::txtRestartLimit));
+        save(QStringLiteral("RestartWindow"), text(F::txtRestartWindow));
         for (const Field* f : m_profile.array(F::chkBOTs))
             save(key(QStringLiteral("BOTs"), f->index()), QString::number(f->value()));
     }
@@ -139,6 +143,7 @@ void SaveMainSettings(AppContext& app, ServerProfile& profile)
         // One file write for the whole pass; on an error the keys before it are kept.
         SettingsBatch batch(app.store());
         Writer(app.store(), profile).run();
+        saveStartKeys(app.store(), profile);
         batch.commit();
     } catch (const RuntimeError& e) {
         reportTagged(app, e, QStringLiteral("::Code.SaveMainSettings(Sub)"));

@@ -70,6 +70,15 @@ public:
     /// The process's whole command line as one text. Start-up keeps it here, so that a
     /// restart inside the same process reads the same switch again.
     QString commandLine;
+    /// The program without a window (arena-stewardctl) that watches a server when
+    /// "Restart the server when it stops unexpectedly" is ticked.
+    QString watcherProgram = QStringLiteral("arena-stewardctl");
+    /// True inside that watcher: the server it starts is its own child, never a further
+    /// watcher.
+    bool startsInsideWatcher = false;
+    /// True where the timed messages are the window's: a watcher that the window starts
+    /// then leaves them to the window.
+    bool windowSendsMessages = true;
     /// GameFolder, "/", then the existing child folder named "base" in any case, else "Base".
     QString baseFolder() const;
     /// A file in the program's folder.

@@ -9,6 +9,7 @@
 #include "platform/UdpSocket.h"
 #include "ui/CommandWiring.h"
 #include "ui/DesktopIdentity.h"
+#include "ui/DesktopOpener.h"
 #include "ui/MainWindowHost.h"
 #include "ui/frmMain.h"
 #include "ui/QtPrompts.h"
@@ -16,6 +17,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace steward {
@@ -56,6 +58,10 @@ int runApplication(int argc, char** argv)
     Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store, nullptr, &sockets,
                       &blockingWait};
     AppContext app(services, programFolder);
+    // The watcher is installed beside the window's program; else it is looked for on the PATH.
+    const QString watcher = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("arena-stewardctl"));
+    if (QFileInfo(watcher).isExecutable())
+        app.watcherProgram = watcher;
 
     ScannerWindowProgress scanner;
     app.services.scanProgress = &scanner;

@@ -2,6 +2,7 @@
 #include "commands/MapScanCommand.h"
 #include "ui/CommandWiring.h"
 
+#include "commands/ProfileLoad.h"
 #include "commands/BanListCommands.h"
 #include "bots/BotRoster.h"
 #include "commands/BotRosterCommands.h"
@@ -74,9 +75,7 @@ void CommandWiring::setUpWindow(frmMain& window)
 {
     // The option rules are attached before the load pours the store into the profile, so
     // that every stored value runs them.
-    attachOptionRules(m_app, window.profile());
-    attachClickRoutines(m_app, window.profile());
-    attachMessagingRules(window.profile());
+    attachProfileRules(m_app, window.profile());
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
     if (auto* console = window.menuBar()->findChild<QAction*>(QStringLiteral("id_UtilitiesServerConsole")))
         console->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_K));

@@ -200,6 +200,11 @@ PageLayout miscPage()
         {QStringLiteral("Frame3"), QStringLiteral("Additional Master Servers"), {{1, masters}}, 1, 2},
         {QStringLiteral("fraPurge"), QStringLiteral("On Startup"),
          {{1, {QStringLiteral("optStartMinimize"), QStringLiteral("optStartClose")}}}, 2, 2},
+        {QStringLiteral("fraRestart"), QStringLiteral("Server Watch"),
+         {{1,
+           {QStringLiteral("chkRestartServer"),
+            QStringLiteral("txtRestartLimit+lblRestartWindow+txtRestartWindow+lblRestartMinutes")}}},
+         3, 2},
     };
     return page;
 }
@@ -254,6 +259,8 @@ QList<StaticControl> buildStaticControls()
     button(QStringLiteral("cmdThreeWave(3)"), QStringLiteral("Delete selected ip"));
     button(QStringLiteral("cmdThreeWave(4)"), QStringLiteral("Clear list"));
     label(QStringLiteral("Label6(1)"), QStringLiteral("minutes"));
+    label(QStringLiteral("lblRestartWindow"), QStringLiteral("restarts within"));
+    label(QStringLiteral("lblRestartMinutes"), QStringLiteral("minutes"));
 
     label(QStringLiteral("lblInfo(0)"),
           QStringLiteral("Thank you for choosing Arena Steward to run your Jedi Knight II server. Questions, "
@@ -327,7 +334,7 @@ bool isNarrowTextField(const QString& name)
         QStringLiteral("txtForceReGen"),       QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
         QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),     QStringLiteral("txtWeaponEnhancer"),
         QStringLiteral("txtWeapRespawn"),      QStringLiteral("txtAdvancedSaber"),  QStringLiteral("txtBOTThinkTime"),
-        QStringLiteral("txtMsgTimer"),
+        QStringLiteral("txtMsgTimer"),         QStringLiteral("txtRestartLimit"),   QStringLiteral("txtRestartWindow"),
     };
     return narrow.contains(name) || isMaskField(name);
 }

@@ -1,5 +1,6 @@
 #include "ui/ServerConsoleWindow.h"
 
+#include "commands/ServerControlCommands.h"
 #include "console/ColourText.h"
 #include "console/ConsoleClient.h"
 #include "support/AppContext.h"
@@ -69,13 +70,24 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
     // Status.
     auto* status = new QGroupBox(QStringLiteral("Status"), this);
     auto* form = new QFormLayout;
-    m_state = valueLabel("lblServerState", status);
+    m_serverState = valueLabel("lblServerState", status);
+    m_serverState->setTextFormat(Qt::PlainText);
+    m_state = valueLabel("lblServerAnswer", status);
     m_name = valueLabel("lblServerName", status);
     m_map = valueLabel("lblServerMap", status);
     m_gameType = valueLabel("lblServerGameType", status);
     m_players = valueLabel("lblServerPlayers", status);
     m_ping = valueLabel("lblServerPing", status);
-    form->addRow(QStringLiteral("Server:"), m_state);
+    auto* serverStop = button("cmdServerStop", QStringLiteral("S&top"), status);
+    auto* serverRestart = button("cmdServerRestart", QStringLiteral("Res&tart"), status);
+    serverStop->setToolTip(QStringLiteral("Stop the server that OK started"));
+    serverRestart->setToolTip(QStringLiteral("Stop the server and start it again"));
+    auto* process = new QHBoxLayout;
+    process->addWidget(m_serverState, 1);
+    process->addWidget(serverRestart);
+    process->addWidget(serverStop);
+    form->addRow(QStringLiteral("Server:"), process);
+    form->addRow(QStringLiteral("Answer:"), m_state);
     form->addRow(QStringLiteral("Name:"), m_name);
     form->addRow(QStringLiteral("Map:"), m_map);
     form->addRow(QStringLiteral("Game type:"), m_gameType);
@@ -178,6 +190,14 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
     connect(nextMap, &QPushButton::clicked, this, [this] { sendCommand(QStringLiteral("vstr nextmap")); });
     connect(restart, &QPushButton::clicked, this, [this] { sendCommand(QStringLiteral("map_restart")); });
     connect(refresh, &QPushButton::clicked, this, &frmServerConsole::refresh);
+    connect(serverStop, &QPushButton::clicked, this, [this] {
+        cmdServerStop_Click(m_app, m_profile);
+        this->refresh();
+    });
+    connect(serverRestart, &QPushButton::clicked, this, [this] {
+        cmdServerRestart_Click(m_app, m_profile);
+        this->refresh();
+    });
     connect(m_interval, &QSpinBox::valueChanged, this, [this](int seconds) { m_statusTimer->setInterval(seconds * 1000); });
     connect(m_statusTimer, &QTimer::timeout, this, &frmServerConsole::refresh);
 
@@ -209,7 +229,11 @@ quint16 frmServerConsole::port() const
 
 QString frmServerConsole::password() const { return m_profile.text(kConfig(14)); }
 
-void frmServerConsole::refresh() { m_client->requestStatus(host(), port()); }
+void frmServerConsole::refresh()
+{
+    m_serverState->setText(serverStateText(m_app, m_profile));
+    m_client->requestStatus(host(), port());
+}
 
 void frmServerConsole::sendCommand(const QString& command)
 {

@@ -61,6 +61,7 @@ private:
     QString m_reply; ///< the text of the replies since the last command
     QList<StatusTableRow> m_table;
     QTimer* m_statusTimer;
+    QLabel* m_serverState;
     QLabel* m_state;
     QLabel* m_name;
     QLabel* m_map;

@@ -86,7 +86,7 @@ public:
 class RecordingLauncher : public ProcessLauncher {
 public:
     std::vector<LaunchRequest> started;
-    bool startDetached(const LaunchRequest& request, QString*) override
+    bool startDetached(const LaunchRequest& request, QString*, qint64* = nullptr) override
     {
         started.push_back(request);
         return true;

@@ -51,11 +51,11 @@ std::optional<StartRecord> StubServer::waitForRecord(int timeoutMs) const
     return r;
 }
 
-bool CountingLauncher::startDetached(const LaunchRequest& request, QString* error)
+bool CountingLauncher::startDetached(const LaunchRequest& request, QString* error, qint64* pid)
 {
     ++starts;
     requests.push_back(request);
-    return m_real.startDetached(request, error);
+    return m_real.startDetached(request, error, pid);
 }
 
 QString canonical(const QString& folder) { return QFileInfo(folder).canonicalFilePath(); }

@@ -35,7 +35,7 @@ private:
 /// Counts the starts and lets the real detached launcher do them.
 class CountingLauncher : public ProcessLauncher {
 public:
-    bool startDetached(const LaunchRequest& request, QString* error) override;
+    bool startDetached(const LaunchRequest& request, QString* error, qint64* pid = nullptr) override;
     int starts = 0;
     std::vector<LaunchRequest> requests;
 

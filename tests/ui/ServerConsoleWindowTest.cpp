@@ -5,6 +5,10 @@
 #include "console/CommandHistory.h"
 #include "console/ConsoleClient.h"
 #include "model/ServerProfile.h"
+#include "platform/ProcessIdentity.h"
+#include "platform/System.h"
+#include "watch/ServerFolder.h"
+#include "watch/WatchState.h"
 #include "support/LocalAddress.h"
 #include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
@@ -20,12 +24,15 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPointer>
+#include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTextEdit>
 #include <QToolButton>
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 using namespace steward;
 using namespace steward::testing;
@@ -131,7 +138,7 @@ TEST_F(ConsoleWindow, ASilentServerIsAStateNotABox)
 {
     server.answer = nullptr;
     find<QPushButton>("cmdRefresh")->click();
-    EXPECT_TRUE(waitUntil([&] { return label("lblServerState") == QStringLiteral("No answer"); }));
+    EXPECT_TRUE(waitUntil([&] { return label("lblServerAnswer") == QStringLiteral("No answer"); }));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
@@ -231,4 +238,83 @@ TEST(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
     host.closeAllForms();
     QApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+namespace {
+
+/// A recorded server of the console's session ("luke.cfg") that is a real process.
+class ConsoleServerState : public ConsoleWindow {
+protected:
+    void startRecorded(bool watched)
+    {
+        sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        ASSERT_TRUE(sleeper.waitForStarted());
+        WatchState state;
+        state.session = QStringLiteral("luke.cfg");
+        state.server = identifyProcess(sleeper.processId());
+        state.watched = watched;
+        state.watcher = watched ? identifyProcess(QCoreApplication::applicationPid()) : ProcessIdentity{};
+        state.program = QStringLiteral("sleep");
+        state.arguments = {QStringLiteral("30")};
+        state.phase = WatchState::Phase::Running;
+        state.since = QDateTime(QDate(2026, 11, 25), QTime(14, 2));
+        state.restarts = 2;
+        state.lastCrash = QDateTime(QDate(2026, 11, 25), QTime(13, 58));
+        state.lastCrashCause = QStringLiteral("signal 11");
+        folder.make();
+        writeWatchState(folder.stateFile(), state);
+    }
+    void TearDown() override
+    {
+        sleeper.kill();
+        sleeper.waitForFinished();
+        ConsoleWindow::TearDown();
+    }
+    ServerFolder folder{t.programFolder(), QStringLiteral("luke")};
+    QProcess sleeper;
+};
+
+} // namespace
+
+TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
+{
+    EXPECT_EQ(label("lblServerState"), QStringLiteral("Not running"));
+    find<QPushButton>("cmdServerStop")->click();
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("The server of luke.cfg is not running         "));
+    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+
+    startRecorded(false);
+    find<QPushButton>("cmdRefresh")->click();
+    EXPECT_EQ(label("lblServerState"), QStringLiteral("Running since 14:02 · 2 restarts · last crash 13:58, signal 11"));
+
+    t.prompts.answers.push_back(Answer::No);
+    find<QPushButton>("cmdServerStop")->click();
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Stop the server of luke.cfg?         "));
+    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
+    EXPECT_EQ(sleeper.state(), QProcess::Running);
+
+    t.prompts.answers.push_back(Answer::Yes);
+    find<QPushButton>("cmdServerStop")->click();
+    EXPECT_TRUE(sleeper.waitForFinished(5000));
+    EXPECT_EQ(label("lblServerState"), QStringLiteral("Stopped"));
+}
+
+TEST_F(ConsoleServerState, RestartStartsAServerWithoutAWatcherAgainAsItWasStarted)
+{
+    DetachedProcessLauncher launcher;
+    t.app->services.launcher = &launcher;
+    startRecorded(false);
+    const qint64 before = sleeper.processId();
+    t.prompts.answers.push_back(Answer::Yes);
+    find<QPushButton>("cmdServerRestart")->click();
+    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Restart the server of luke.cfg?         "));
+    EXPECT_TRUE(sleeper.waitForFinished(5000));
+    const auto state = readWatchState(folder.stateFile());
+    ASSERT_TRUE(state);
+    EXPECT_NE(state->server.pid, before);
+    EXPECT_TRUE(stillRuns(state->server));
+    EXPECT_EQ(state->restarts, 3);
+    EXPECT_TRUE(label("lblServerState").startsWith(QStringLiteral("Running since ")));
+    signalProcess(state->server, SIGKILL);
 }

@@ -1,0 +1,37 @@
+#pragma once
+// The subcommands of arena-stewardctl. Each returns the program's exit code.
+#include <QString>
+
+namespace steward {
+
+struct CtlSystem;
+
+/// The exit codes.
+namespace ctl_exit {
+inline constexpr int Ok = 0;
+/// status: the server runs but doesn't answer; run: the watch ended after a crash.
+inline constexpr int Silent = 1;
+inline constexpr int Failed = 1;
+/// The start was refused, with the reason on standard error.
+inline constexpr int Refused = 2;
+inline constexpr int NotRunning = 3;
+inline constexpr int Usage = 64;
+} // namespace ctl_exit
+
+struct CtlOptions {
+    QString config;
+    QString roster;
+    bool noMessages = false;
+    bool json = false;
+    bool install = false;
+    int restartDelayMs = 5000;
+    int timeoutMs = 1000;
+};
+
+int ctlStart(CtlSystem& system, const CtlOptions& options);
+int ctlRun(CtlSystem& system, const CtlOptions& options);
+int ctlStatus(CtlSystem& system, const CtlOptions& options);
+int ctlStop(CtlSystem& system, const CtlOptions& options);
+int ctlUnit(CtlSystem& system, const CtlOptions& options);
+
+} // namespace steward

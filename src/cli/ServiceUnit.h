@@ -1,0 +1,28 @@
+#pragma once
+// The systemd user service that keeps a watched server running and starts it at boot:
+// systemd does the starting; the service runs `arena-stewardctl run`.
+#include <QString>
+#include <QStringList>
+
+namespace steward {
+
+struct ServiceUnitFacts {
+    /// arena-stewardctl with its absolute path.
+    QString program;
+    /// The saved configuration to run, absolute; empty for the window's settings.
+    QString config;
+};
+
+inline const QString kServiceUnitName = QStringLiteral("arena-steward.service");
+
+/// The unit's text.
+QString serviceUnitText(const ServiceUnitFacts& facts);
+
+/// One word of an ExecStart line: quoted when it holds blanks, quotes or backslashes;
+/// "%" and "$" doubled so that systemd takes them literally.
+QString unitWord(const QString& word);
+
+/// The lines that enable the installed unit at boot for the user.
+QStringList enableLines(const QString& userName);
+
+} // namespace steward

@@ -1,0 +1,133 @@
+#include "commands/WatchedStart.h"
+
+#include "bots/BotRoster.h"
+#include "bots/BotRosterFile.h"
+#include "commands/SessionName.h"
+#include "generate/ServerConfigWriter.h"
+#include "model/ServerProfile.h"
+#include "platform/Clock.h"
+#include "settings/ConfigurationFile.h"
+#include "settings/MemorySettingsStore.h"
+#include "settings/SaveSettings.h"
+#include "settings/StartKeys.h"
+#include "support/AppContext.h"
+#include "support/Errors.h"
+#include "support/Strings.h"
+#include "watch/ServerFolder.h"
+#include "watch/WatchState.h"
+
+namespace steward {
+
+namespace {
+
+const QString kPathToJedi = QStringLiteral("PathToJedi");
+const QString kPathToServer = QStringLiteral("PathToServer");
+
+/// A whole number in the range, from a text of digits alone.
+std::optional<int> numberIn(const QString& text, int low, int high)
+{
+    bool ok = false;
+    const int value = text.trimmed().toInt(&ok);
+    if (!ok || value < low || value > high)
+        return std::nullopt;
+    return value;
+}
+
+ServerFolder folderOf(const AppContext& app, const SessionValues& session)
+{
+    return ServerFolder(app.programFolder, ServerFolder::idForSession(session.sessionName));
+}
+
+void makeFolder(const ServerFolder& folder)
+{
+    QString reason;
+    if (!folder.make(&reason))
+        raiseError(err::PathFileAccess, QStringLiteral("Could not make %1 (%2)").arg(folder.path(), reason));
+}
+
+} // namespace
+
+std::optional<RestartSettings> restartSettings(const ServerProfile& profile, QString* problem)
+{
+    const auto limit = numberIn(profile.text(F::txtRestartLimit), 1, kMaxRestartLimit);
+    if (!limit) {
+        if (problem)
+            *problem = QStringLiteral("The restart limit must be a whole number from 1 to %1").arg(kMaxRestartLimit);
+        return std::nullopt;
+    }
+    const auto window = numberIn(profile.text(F::txtRestartWindow), 1, kMaxRestartWindowMinutes);
+    if (!window) {
+        if (problem)
+            *problem = QStringLiteral("The restart window must be a whole number of minutes from 1 to %1")
+                           .arg(kMaxRestartWindowMinutes);
+        return std::nullopt;
+    }
+    return RestartSettings{*limit, *window};
+}
+
+bool restartSettingsAccepted(AppContext& app, const ServerProfile& profile)
+{
+    QString problem;
+    if (restartSettings(profile, &problem))
+        return true;
+    warn(app, problem);
+    return false;
+}
+
+QList<QPair<QString, QString>> profileSettings(AppContext& app, ServerProfile& profile)
+{
+    MemorySettingsStore memory;
+    memory.SaveSetting(kPathToJedi, app.gameFolder);
+    memory.SaveSetting(kPathToServer, app.serverExecutable);
+    AppContext onMemory = app;
+    onMemory.services.store = &memory;
+    SaveMainSettings(onMemory, profile);
+    saveExactTexts(memory, profile);
+    return memory.GetAllSettings();
+}
+
+QString sessionHost(const ServerProfile& profile) { return trimBlanks(profile.text(F::txtServerConfig(16))); }
+
+void startWatcher(AppContext& app, ServerProfile& profile, const SessionValues& session)
+{
+    const ServerFolder folder = folderOf(app, session);
+    makeFolder(folder);
+    // What the watcher restarts is what OK starts now, saved or not.
+    writeConfigurationFile(folder.startedConfiguration(), profileSettings(app, profile));
+    saveRosterFile(folder.startedRoster(), rosterBots(profile), RosterForm::Comma);
+
+    LaunchRequest watcher;
+    watcher.program = app.watcherProgram;
+    watcher.arguments = {QStringLiteral("run"), QStringLiteral("--config"), folder.startedConfiguration(),
+                         QStringLiteral("--roster"), folder.startedRoster()};
+    if (app.windowSendsMessages && profile.value(F::chkSendMessage) == 1)
+        watcher.arguments << QStringLiteral("--no-messages");
+    watcher.workingFolder = app.gameFolder;
+
+    QString reason;
+    if (!app.services.launcher || !app.services.launcher->startDetached(watcher, &reason))
+        raiseError(err::FileNotFound, QStringLiteral("Could not start the watcher %1 (%2)").arg(watcher.program, reason));
+}
+
+void recordDetachedStart(AppContext& app, const ServerProfile& profile, const SessionValues& session,
+                         const LaunchRequest& request, qint64 pid)
+{
+    if (pid <= 0)
+        return;
+    const ServerFolder folder = folderOf(app, session);
+    if (!folder.make())
+        return; // the server runs all the same; only status won't know it
+    WatchState state;
+    state.session = session.sessionName;
+    state.host = sessionHost(profile);
+    state.port = session.port;
+    state.server = identifyProcess(pid);
+    state.program = request.program;
+    state.arguments = request.arguments;
+    state.workingFolder = request.workingFolder;
+    state.phase = WatchState::Phase::Running;
+    state.since = app.clock().now();
+    writeWatchState(folder.stateFile(), state);
+}
+
+} // namespace steward

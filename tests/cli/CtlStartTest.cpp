@@ -1,0 +1,228 @@
+// start, and what the window's OK hands to the watcher: the same files and the same
+// command line as OK on the same settings, and nothing at all after a refusal.
+#include "cli/CtlFixture.h"
+#include "commands/MainFormLoad.h"
+#include "commands/OkCommand.h"
+#include "commands/ProfileLoad.h"
+#include "settings/ConfigurationFile.h"
+#include "watch/ServerFolder.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+class CtlStart : public CtlFixture {
+protected:
+    /// The user's road in the window: the settings were made and saved as the defaults;
+    /// the window opens on them, the starting map is set again (the window never keeps
+    /// it), then OK.
+    void okInTheWindow(const std::function<void(ServerProfile&)>& more = {})
+    {
+        {
+            ServerProfile made;
+            serverSettings(made);
+            if (more)
+                more(made);
+            saveAsTheWindow(made);
+        }
+        ServerProfile profile;
+        attachProfileRules(*t.app, profile);
+        FakeFormLoadHost form;
+        MainFormLoad(*t.app, profile, form);
+        profile.setStartingMap(QStringLiteral("ffa_bespin"));
+        FakeWindowHost windows(*t.app);
+        cmdOk_Click(*t.app, profile, windows);
+        ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    }
+
+    ServerFolder folder() const { return ServerFolder(t.programFolder(), QStringLiteral("duel_arena")); }
+};
+
+} // namespace
+
+TEST_F(CtlStart, WritesWhatOkWritesAndStartsWhatOkStarts)
+{
+    okInTheWindow();
+    ASSERT_EQ(t.launcher.started.size(), 1u);
+    const LaunchRequest byWindow = t.launcher.started.front();
+    const auto windowFiles = baseFiles();
+    ASSERT_TRUE(windowFiles.contains(QStringLiteral("duel_arena.cfg")));
+    ASSERT_TRUE(windowFiles.contains(QStringLiteral("BOTFile.cfg")));
+
+    clearBase();
+    ASSERT_EQ(ctl({QStringLiteral("start")}), 0) << err.toStdString();
+    ASSERT_EQ(t.launcher.started.size(), 2u);
+    const LaunchRequest byCtl = t.launcher.started.back();
+    EXPECT_EQ(byCtl.program, byWindow.program);
+    EXPECT_EQ(byCtl.arguments.join(QLatin1Char('|')).toStdString(), byWindow.arguments.join(QLatin1Char('|')).toStdString());
+    EXPECT_EQ(byCtl.workingFolder, byWindow.workingFolder);
+    const auto ctlFiles = baseFiles();
+    EXPECT_EQ(ctlFiles.keys(), windowFiles.keys());
+    for (const QString& name : windowFiles.keys())
+        EXPECT_EQ(ctlFiles.value(name).toStdString(), windowFiles.value(name).toStdString()) << name.toStdString();
+    EXPECT_TRUE(err.isEmpty()) << err.toStdString();
+}
+
+TEST_F(CtlStart, AWatchedOkStartsTheWatcherOnWhatItStarted)
+{
+    okInTheWindow([](ServerProfile& settings) {
+        settings.setValue(F::chkRestartServer, 1);
+        settings.setText(F::txtRestartLimit, QStringLiteral("3"));
+        settings.setValue(F::chkSendMessage, 1);
+    });
+    const auto windowFiles = baseFiles();
+
+    ASSERT_EQ(t.launcher.started.size(), 1u);
+    const LaunchRequest watcher = t.launcher.started.front();
+    EXPECT_EQ(watcher.program, system.ownProgram);
+    EXPECT_EQ(watcher.arguments,
+              QStringList({QStringLiteral("run"), QStringLiteral("--config"), folder().startedConfiguration(),
+                           QStringLiteral("--roster"), folder().startedRoster(), QStringLiteral("--no-messages")}));
+    // The settings it started with hold passwords.
+    EXPECT_EQ(QFileInfo(folder().startedConfiguration()).permissions() & 0x0077, 0);
+    const auto started = readConfigurationFile(folder().startedConfiguration());
+    EXPECT_TRUE(started.contains({QStringLiteral("RestartLimit"), QStringLiteral("3")}));
+    EXPECT_TRUE(started.contains({QStringLiteral("PathToJedi"), t.gameFolder()}));
+
+    // What the watcher runs from that file is what OK wrote: the same files.
+    QFile::remove(t.storeFile());
+    QFile::remove(t.programFolder() + QStringLiteral("/lastbots.csv"));
+    clearBase();
+    ASSERT_EQ(ctl({QStringLiteral("start"), QStringLiteral("--config"), watcher.arguments.at(2),
+                   QStringLiteral("--roster"), watcher.arguments.at(4)}),
+              0)
+        << err.toStdString();
+    EXPECT_EQ(baseFiles(), windowFiles);
+    // Here the watcher started by start sends the messages itself.
+    EXPECT_FALSE(t.launcher.started.back().arguments.contains(QStringLiteral("--no-messages")));
+}
+
+TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
+{
+    using Settings = std::function<void(ServerProfile&)>;
+    using Place = std::function<void(CtlStart&)>;
+    const QString start = QStringLiteral("start");
+    const struct {
+        const char* name;
+        Settings settings;
+        Place place;
+        QStringList arguments;
+        int exitCode;
+        const char* says;
+    } cases[] = {
+        {"unknown option", {}, {}, {QStringLiteral("--bogus"), start}, 64, "Unknown option 'bogus'"},
+        {"unknown command", {}, {}, {QStringLiteral("begin")}, 64, "Unknown command: begin"},
+        {"no command", {}, {}, {}, 64, "No command given."},
+        {"two commands", {}, {}, {start, QStringLiteral("stop")}, 64, "One command at a time"},
+        {"bad delay", {}, {}, {QStringLiteral("run"), QStringLiteral("--restart-delay"), QStringLiteral("soon")}, 64,
+         "--restart-delay"},
+        {"missing settings file", {}, [](CtlStart& f) { QFile::remove(f.t.storeFile()); }, {start}, 2,
+         "No settings in"},
+        {"missing configuration", {}, {}, {start, QStringLiteral("--config"), QStringLiteral("/nowhere/x.asc")}, 2,
+         "Could not find /nowhere/x.asc"},
+        {"configuration that doesn't parse",
+         {},
+         [](CtlStart& f) { writeFile(f.t.root() + QStringLiteral("/bad.asc"), "MsgOn,1\r\nLone"); },
+         {start, QStringLiteral("--config"), QStringLiteral("@/bad.asc")},
+         2,
+         "The configuration file ends in the middle of a setting"},
+        {"missing executable",
+         {},
+         [](CtlStart& f) { f.t.store->SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("gone")); },
+         {start},
+         2,
+         "Could not find the server executable"},
+        {"unwritable base folder",
+         {},
+         [](CtlStart& f) {
+             // /proc/self takes no new file from anyone, root included.
+             QDir(f.t.baseFolder()).removeRecursively();
+             QFile::link(QStringLiteral("/proc/self"), f.t.baseFolder());
+         },
+         {start},
+         2,
+         "can't be written"},
+        {"no maps", [](ServerProfile& p) { p.field(F::lsvMapRotation).setRows({}); }, {}, {start}, 2,
+         "No maps have been selected"},
+        {"messages without a password",
+         [](ServerProfile& p) {
+             p.setValue(F::chkSendMessage, 1);
+             p.setText(F::txtServerConfig(14), QString());
+         },
+         {},
+         {start},
+         2,
+         "An rcon password is required to enable server messaging"},
+        {"bots on a server with a password",
+         [](ServerProfile& p) { p.setText(F::txtServerConfig(15), QStringLiteral("door")); },
+         {},
+         {start},
+         2,
+         "Arena Steward does not support adding BOT's to a password enabled server\neither uncheck"},
+        {"a restart limit of 0",
+         [](ServerProfile& p) {
+             p.setValue(F::chkRestartServer, 1);
+             p.setText(F::txtRestartLimit, QStringLiteral("0"));
+         },
+         {},
+         {start},
+         2,
+         "The restart limit must be a whole number from 1 to 100"},
+        {"a restart window of letters",
+         [](ServerProfile& p) {
+             p.setValue(F::chkRestartServer, 1);
+             p.setText(F::txtRestartWindow, QStringLiteral("ten"));
+         },
+         {},
+         {QStringLiteral("run")},
+         2,
+         "The restart window must be a whole number of minutes from 1 to 1440"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        QFile::remove(t.baseFolder());
+        clearBase();
+        ServerProfile settings;
+        serverSettings(settings);
+        if (c.settings)
+            c.settings(settings);
+        saveAsTheWindow(settings);
+        if (c.place)
+            c.place(*this);
+        QStringList arguments = c.arguments;
+        arguments.replaceInStrings(QStringLiteral("@"), t.root());
+
+        EXPECT_EQ(ctl(arguments), c.exitCode);
+        EXPECT_TRUE(err.contains(QString::fromUtf8(c.says))) << err.toStdString();
+        EXPECT_TRUE(out.isEmpty()) << out.toStdString();
+        EXPECT_TRUE(t.launcher.started.empty());
+        if (QFileInfo(t.baseFolder()).isSymLink())
+            QFile::remove(t.baseFolder());
+        else
+            EXPECT_TRUE(baseFiles().isEmpty()) << QStringList(baseFiles().keys()).join(QLatin1Char(' ')).toStdString();
+    }
+}
+
+TEST_F(CtlStart, ASecondWatcherOfTheSameSessionIsRefused)
+{
+    ServerProfile settings;
+    serverSettings(settings);
+    saveAsTheWindow(settings);
+    ASSERT_TRUE(folder().make());
+    QLockFile held(folder().lockFile());
+    ASSERT_TRUE(held.tryLock(0));
+
+    EXPECT_EQ(ctl({QStringLiteral("run")}), 2);
+    EXPECT_TRUE(err.contains(QStringLiteral("The server of duel_arena.cfg is already watched by process %1")
+                                 .arg(QCoreApplication::applicationPid())))
+        << err.toStdString();
+    EXPECT_TRUE(t.launcher.started.empty());
+    EXPECT_TRUE(baseFiles().isEmpty());
+}

@@ -1,0 +1,200 @@
+// The watcher's parts on their own: the folder of a session, the restart limit, the
+// server's log and the state that status and the window read.
+#include "platform/ProcessIdentity.h"
+#include "testkit/TestApp.h"
+#include "watch/PrivateFile.h"
+#include "watch/RestartPolicy.h"
+#include "watch/ServerFolder.h"
+#include "watch/ServerLog.h"
+#include "watch/WatchState.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+using namespace steward;
+
+namespace {
+
+bool ownerOnly(const QString& path)
+{
+    const QFileDevice::Permissions p = QFileInfo(path).permissions();
+    return p == (QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser);
+}
+
+/// A process that has come and gone: its identity no longer runs.
+ProcessIdentity endedProcess()
+{
+    QProcess child;
+    child.start(QStringLiteral("/bin/true"));
+    child.waitForStarted();
+    const ProcessIdentity identity = identifyProcess(child.processId());
+    child.waitForFinished();
+    return identity.isNull() ? ProcessIdentity{child.processId(), 1} : identity;
+}
+
+} // namespace
+
+TEST(ServerFolderTest, EverySessionNameGivesOneFolderInsideServers)
+{
+    const struct {
+        const char* session;
+        const char* id;
+    } cases[] = {
+        {"luke.cfg", "luke"},  {"Duel Arena.CFG", "duel_arena"}, {"..cfg", "_."},  {"...cfg", "_.."},
+        {".cfg", "_"},         {"a/b\\c.cfg", "a_b_c"},         {"ünï.cfg", "_n_"}, {"ctf-2_x.cfg", "ctf-2_x"},
+    };
+    for (const auto& c : cases) {
+        const QString id = ServerFolder::idForSession(QString::fromUtf8(c.session));
+        EXPECT_EQ(id, QString::fromUtf8(c.id)) << c.session;
+        const ServerFolder folder(QStringLiteral("/p"), id);
+        EXPECT_EQ(QFileInfo(folder.path()).absolutePath(), QStringLiteral("/p/servers")) << c.session;
+    }
+}
+
+TEST(RestartPolicyTest, CountsCrashesInASlidingWindow)
+{
+    const qint64 minute = 60'000;
+    const struct {
+        int limit;
+        int window;
+        std::vector<qint64> crashes; // minutes
+        std::vector<bool> allowed;
+    } cases[] = {
+        {2, 10, {0, 1, 2}, {true, true, false}},
+        {2, 10, {0, 11, 22, 33}, {true, true, true, true}},
+        {2, 10, {0, 5, 10, 12}, {true, true, true, false}}, // the first leaves the window at 10
+        {1, 1, {0, 0}, {true, false}},
+    };
+    for (const auto& c : cases) {
+        RestartPolicy policy(c.limit, c.window);
+        for (size_t i = 0; i < c.crashes.size(); ++i)
+            EXPECT_EQ(policy.allowRestartAfterCrash(c.crashes[i] * minute), c.allowed[i])
+                << "limit " << c.limit << ", crash " << i;
+    }
+}
+
+TEST(ServerLogTest, KeepsTheLastLinesAndMovesAFullLogAside)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("server.log"));
+    ServerLog log(file, 1000);
+    for (int i = 0; i < 300; ++i)
+        log.append(QByteArray("line ") + QByteArray::number(i) + (i % 2 ? "\n" : "\r\n"));
+    log.append("half a ");
+    log.append("line");
+
+    const QStringList last = log.lastLines();
+    ASSERT_EQ(last.size(), ServerLog::kKeptLines);
+    EXPECT_EQ(last.first(), QStringLiteral("line 101"));
+    EXPECT_EQ(last.at(last.size() - 2), QStringLiteral("line 299"));
+    EXPECT_EQ(last.last(), QStringLiteral("half a line"));
+
+    EXPECT_LE(QFileInfo(file).size(), 1000);
+    EXPECT_LE(QFileInfo(file + QStringLiteral(".1")).size(), 1000);
+    EXPECT_GT(QFileInfo(file + QStringLiteral(".1")).size(), 900);
+    EXPECT_FALSE(QFileInfo::exists(file + QStringLiteral(".2")));
+    EXPECT_TRUE(ownerOnly(file));
+    EXPECT_TRUE(steward::testing::fileBytes(file).endsWith("half a line"));
+}
+
+TEST(ProcessIdentityTest, OnlyTheRecordedProcessCountsAsRunning)
+{
+    const ProcessIdentity self = identifyProcess(::getpid());
+    ASSERT_FALSE(self.isNull());
+    EXPECT_TRUE(stillRuns(self));
+    // The same pid with another start is a process that reused the pid: left alone.
+    EXPECT_FALSE(stillRuns({self.pid, self.startTicks + 1}));
+    EXPECT_FALSE(signalProcess({self.pid, self.startTicks + 1}, 0));
+    EXPECT_FALSE(stillRuns(endedProcess()));
+    EXPECT_FALSE(stillRuns({}));
+    EXPECT_TRUE(identifyProcess(-1).isNull());
+}
+
+TEST(WatchStateTest, SurvivesTheFileAndReadsAsOneLine)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("state.json"));
+    const QDateTime crash(QDate(2026, 11, 25), QTime(13, 58), Qt::LocalTime);
+    const QDateTime since(QDate(2026, 11, 25), QTime(14, 2), Qt::LocalTime);
+
+    WatchState running;
+    running.session = QStringLiteral("luke.cfg");
+    running.port = 28070;
+    running.watched = true;
+    running.watcher = identifyProcess(::getpid());
+    running.server = identifyProcess(::getpid());
+    running.program = QStringLiteral("/games/jk2/jk2ded");
+    running.arguments = {QStringLiteral("+set"), QStringLiteral("dedicated 2")};
+    running.phase = WatchState::Phase::Running;
+    running.since = since;
+    running.restarts = 2;
+    running.lastCrash = crash;
+    running.lastCrashCause = QStringLiteral("signal 11");
+    ASSERT_TRUE(writeWatchState(file, running));
+    EXPECT_TRUE(ownerOnly(file));
+    const auto back = readWatchState(file);
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->toJson(), running.toJson());
+
+    WatchState restarting = running;
+    restarting.phase = WatchState::Phase::Restarting;
+    WatchState oneRestart = running;
+    oneRestart.restarts = 1;
+    oneRestart.lastCrash = {};
+    WatchState gone = running;
+    gone.server = endedProcess();
+    gone.watcher = endedProcess();
+    WatchState stopped = gone;
+    stopped.phase = WatchState::Phase::Stopped;
+    stopped.stoppedReason = QStringLiteral("Stopped after 3 crashes in 10 minutes");
+
+    const struct {
+        std::optional<WatchState> state;
+        const char* summary;
+    } cases[] = {
+        {running, "Running since 14:02 · 2 restarts · last crash 13:58, signal 11"},
+        {oneRestart, "Running since 14:02 · 1 restart"},
+        {restarting, "Restarting after a crash at 13:58, signal 11"},
+        {gone, "Not running"},
+        {stopped, "Stopped after 3 crashes in 10 minutes"},
+        {std::nullopt, "Not running"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(watchSummary(c.state), QString::fromUtf8(c.summary));
+}
+
+TEST(WatchStateTest, AnythingButAStateFileReadsAsNone)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("state.json"));
+    for (const QByteArray& bytes : {QByteArray(), QByteArray("{"), QByteArray("[1,2]"), QByteArray("\xff\xfe\x00", 3)}) {
+        steward::testing::writeFile(file, bytes);
+        EXPECT_FALSE(readWatchState(file)) << bytes.toHex().toStdString();
+    }
+    EXPECT_FALSE(readWatchState(dir.filePath(QStringLiteral("missing.json"))));
+    // Fields of the wrong kind read as empty ones: nothing runs.
+    steward::testing::writeFile(file, R"({"phase":"running","server":{"pid":"x"},"restarts":"many"})");
+    const auto odd = readWatchState(file);
+    ASSERT_TRUE(odd);
+    EXPECT_EQ(watchSummary(odd), QStringLiteral("Not running"));
+}
+
+TEST(PrivateFileTest, AFileThatCannotBeReplacedKeepsItsOldText)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("state.json"));
+    ASSERT_TRUE(writePrivateFile(file, "old"));
+    QString reason;
+    EXPECT_FALSE(writePrivateFile(dir.filePath(QStringLiteral("no/such/folder/x")), "new", &reason));
+    EXPECT_FALSE(reason.isEmpty());
+    // The new text goes to a file beside the old one first; where that can't be made,
+    // whoever runs the test, the old text stays.
+    ASSERT_TRUE(QDir().mkpath(file + QStringLiteral(".new")));
+    EXPECT_FALSE(writePrivateFile(file, "new"));
+    EXPECT_EQ(steward::testing::fileBytes(file), QByteArray("old"));
+}
