@@ -1,3 +1,4 @@
+cmake_policy(SET CMP0057 NEW)
 # The layers of the source tree, lowest first. A folder may include headers of its own
 # folder and of folders before it in this list, never of one after it. Run at configure
 # time (a violation stops the build) and as a test:

@@ -11,6 +11,7 @@
 #include "watch/ServerWatcher.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QTextStream>
 
@@ -62,6 +63,20 @@ private:
     ServerWatcher& m_watcher;
 };
 
+/// After a refusal on the window's own settings: where the settings of the window's
+/// last start lie, which hold what the window keeps only while it runs (the starting
+/// map above all).
+void hintAtStartedSettings(CtlSession& session, const CtlOptions& options)
+{
+    if (!options.config.isEmpty())
+        return;
+    const QString started = session.folder().startedConfiguration();
+    if (QFileInfo(started).isFile())
+        session.fail(QStringLiteral("The settings of the window's last start of %1 are in %2: "
+                                    "give them with --config to start that again")
+                         .arg(session.sessionName(), started));
+}
+
 /// Runs OK on the session; true when it started what it was to start.
 bool runOk(CtlSession& session, StartCounter& counter)
 {
@@ -81,8 +96,10 @@ int ctlStart(CtlSystem& system, const CtlOptions& options)
         return ctl_exit::Refused;
     StartCounter counter(system.launcher);
     session.app().services.launcher = &counter;
-    if (!runOk(session, counter))
+    if (!runOk(session, counter)) {
+        hintAtStartedSettings(session, options);
         return ctl_exit::Refused;
+    }
     *system.out << (session.profile().isSet(F::chkRestartServer) ? "Started the watched server of "
                                                                   : "Started the server of ")
                 << session.sessionName() << Qt::endl;
@@ -162,8 +179,10 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
         QCoreApplication::exit(code);
     });
 
-    if (!runOk(session, counter))
+    if (!runOk(session, counter)) {
+        hintAtStartedSettings(session, options);
         return ctl_exit::Refused;
+    }
     *system.out << "Watching the server of " << session.sessionName() << Qt::endl;
     QCoreApplication::exec();
     *system.out << watcher.state().stoppedReason << Qt::endl;

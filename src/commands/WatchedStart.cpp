@@ -82,19 +82,25 @@ QList<QPair<QString, QString>> profileSettings(AppContext& app, ServerProfile& p
     AppContext onMemory = app;
     onMemory.services.store = &memory;
     SaveMainSettings(onMemory, profile);
+    saveStartKeys(memory, profile);
     saveExactTexts(memory, profile);
     return memory.GetAllSettings();
 }
 
 QString sessionHost(const ServerProfile& profile) { return trimBlanks(profile.text(F::txtServerConfig(16))); }
 
+void writeStartedSettings(AppContext& app, ServerProfile& profile, const ServerFolder& folder)
+{
+    writeConfigurationFile(folder.startedConfiguration(), profileSettings(app, profile));
+    saveRosterFile(folder.startedRoster(), rosterBots(profile), RosterForm::Comma);
+}
+
 void startWatcher(AppContext& app, ServerProfile& profile, const SessionValues& session)
 {
     const ServerFolder folder = folderOf(app, session);
     makeFolder(folder);
     // What the watcher restarts is what OK starts now, saved or not.
-    writeConfigurationFile(folder.startedConfiguration(), profileSettings(app, profile));
-    saveRosterFile(folder.startedRoster(), rosterBots(profile), RosterForm::Comma);
+    writeStartedSettings(app, profile, folder);
 
     LaunchRequest watcher;
     watcher.program = app.watcherProgram;
@@ -109,14 +115,19 @@ void startWatcher(AppContext& app, ServerProfile& profile, const SessionValues& 
         raiseError(err::FileNotFound, QStringLiteral("Could not start the watcher %1 (%2)").arg(watcher.program, reason));
 }
 
-void recordDetachedStart(AppContext& app, const ServerProfile& profile, const SessionValues& session,
+void recordDetachedStart(AppContext& app, ServerProfile& profile, const SessionValues& session,
                          const LaunchRequest& request, qint64 pid)
 {
-    if (pid <= 0)
-        return;
     const ServerFolder folder = folderOf(app, session);
     if (!folder.make())
         return; // the server runs all the same; only status won't know it
+    try {
+        writeStartedSettings(app, profile, folder);
+    } catch (const RuntimeError&) {
+        // The server runs all the same; only a later start from these settings won't.
+    }
+    if (pid <= 0)
+        return;
     WatchState state;
     state.session = session.sessionName;
     state.host = sessionHost(profile);

@@ -14,6 +14,7 @@
 namespace steward {
 
 class AppContext;
+class ServerFolder;
 class ServerProfile;
 struct SessionValues;
 
@@ -37,12 +38,18 @@ bool restartSettingsAccepted(AppContext& app, const ServerProfile& profile);
 /// back this profile as it is.
 QList<QPair<QString, QString>> profileSettings(AppContext& app, ServerProfile& profile);
 
-/// Writes started.asc and the roster beside it and starts the watcher on them,
-/// detached. A watcher that can't be started raises the error of a missing program.
+/// The settings a start starts with, in the server's folder: started.asc and the roster
+/// beside it. A file that can't be written is a RuntimeError.
+void writeStartedSettings(AppContext& app, ServerProfile& profile, const ServerFolder& folder);
+
+/// Writes the started settings and starts the watcher on them, detached. A watcher
+/// that can't be started raises the error of a missing program.
 void startWatcher(AppContext& app, ServerProfile& profile, const SessionValues& session);
 
-/// Records a server started without the watcher: its process, program and arguments.
-void recordDetachedStart(AppContext& app, const ServerProfile& profile, const SessionValues& session,
+/// Records a server started without the watcher: its process, program and arguments,
+/// and the settings it started with, so that status, stop and a later start from the
+/// command line find them.
+void recordDetachedStart(AppContext& app, ServerProfile& profile, const SessionValues& session,
                          const LaunchRequest& request, qint64 pid);
 
 /// The session's address and port as the server was told them, for the state file.

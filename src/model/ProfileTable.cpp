@@ -362,8 +362,8 @@ void miscPage(TableBuilder& t)
     // of times within the window of minutes.
     t.check(F::chkRestartServer, QStringLiteral("Restart the server when it stops unexpectedly"), {},
             QStringLiteral("Keep the server running: restart it after a crash and log why it stopped"));
-    t.text(F::txtRestartLimit, QStringLiteral("lblRestartLimit"), QStringLiteral("At most"), {}, QStringLiteral("5"),
-           QStringLiteral("How many restarts are allowed within the window"));
+    t.add(F::txtRestartLimit, K::Text, {}, {}, QStringLiteral("5"),
+          QStringLiteral("How many restarts are allowed within the window"));
     t.add(F::txtRestartWindow, K::Text, {}, {}, QStringLiteral("10"),
           QStringLiteral("The window, in minutes, that the restart limit counts in"));
 

@@ -1,6 +1,5 @@
 #include "settings/SaveSettings.h"
 
-#include "settings/StartKeys.h"
 #include "platform/Prompts.h"
 #include "settings/SettingsStore.h"
 #include "support/AppContext.h"
@@ -143,7 +142,6 @@ void SaveMainSettings(AppContext& app, ServerProfile& profile)
         // One file write for the whole pass; on an error the keys before it are kept.
         SettingsBatch batch(app.store());
         Writer(app.store(), profile).run();
-        saveStartKeys(app.store(), profile);
         batch.commit();
     } catch (const RuntimeError& e) {
         reportTagged(app, e, QStringLiteral("::Code.SaveMainSettings(Sub)"));

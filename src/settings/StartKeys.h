@@ -1,10 +1,10 @@
 #pragma once
-// What a start needs beyond the settings that the window restores: the starting map,
-// auto cycling with its map, and the other fields that the window begins every run
-// with afresh (the first master server, the bots' think time and skill, the stats
-// log). They are saved with the settings under keys of their own, so that the program
-// without a window starts what the window would have started; the window itself never
-// reads them back.
+// What a start needs beyond the settings that the store keeps: the starting map, auto
+// cycling with its map, and the other fields that the window begins every run with
+// afresh (the first master server, the bots' think time and skill, the stats log), and
+// the exact texts of the boxes. A start's own copy of its settings (started.asc)
+// carries them under keys of their own, so that the program without a window starts
+// again what the window started. The store never holds them.
 namespace steward {
 
 class SettingsStore;

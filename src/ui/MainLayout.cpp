@@ -191,7 +191,7 @@ PageLayout miscPage()
          {{1, {QStringLiteral("txtServerIP")}},
           {1, {QStringLiteral("lstBannedIPs")}},
           {1, range(QStringLiteral("cmdThreeWave"), 2, 4)}},
-         0, 1, 3, 1},
+         1, 1, 2, 1},
         {QStringLiteral("fraMsg"), QStringLiteral("Messaging"),
          {{1,
            {QStringLiteral("txtMsg(0)"), QStringLiteral("txtMsg(1)"),
@@ -199,12 +199,12 @@ PageLayout miscPage()
          0, 2},
         {QStringLiteral("Frame3"), QStringLiteral("Additional Master Servers"), {{1, masters}}, 1, 2},
         {QStringLiteral("fraPurge"), QStringLiteral("On Startup"),
-         {{1, {QStringLiteral("optStartMinimize"), QStringLiteral("optStartClose")}}}, 2, 2},
+         {{1, {QStringLiteral("optStartMinimize"), QStringLiteral("optStartClose")}}}, 0, 1},
         {QStringLiteral("fraRestart"), QStringLiteral("Server Watch"),
          {{1,
            {QStringLiteral("chkRestartServer"),
-            QStringLiteral("txtRestartLimit+lblRestartWindow+txtRestartWindow+lblRestartMinutes")}}},
-         3, 2},
+            QStringLiteral("lblRestartLimit+txtRestartLimit+lblRestartWindow+txtRestartWindow+lblRestartMinutes")}}},
+         2, 2},
     };
     return page;
 }
@@ -259,7 +259,8 @@ QList<StaticControl> buildStaticControls()
     button(QStringLiteral("cmdThreeWave(3)"), QStringLiteral("Delete selected ip"));
     button(QStringLiteral("cmdThreeWave(4)"), QStringLiteral("Clear list"));
     label(QStringLiteral("Label6(1)"), QStringLiteral("minutes"));
-    label(QStringLiteral("lblRestartWindow"), QStringLiteral("restarts within"));
+    label(QStringLiteral("lblRestartLimit"), QStringLiteral("Up to"));
+    label(QStringLiteral("lblRestartWindow"), QStringLiteral("restarts in"));
     label(QStringLiteral("lblRestartMinutes"), QStringLiteral("minutes"));
 
     label(QStringLiteral("lblInfo(0)"),

@@ -211,6 +211,7 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
         m_state->setText(QStringLiteral("Unknown host ") + name.toHtmlEscaped());
     });
 
+    m_serverState->setText(serverStateText(m_app, m_profile));
     m_state->setText(QStringLiteral("Asking..."));
     m_statusTimer->setInterval(kDefaultInterval * 1000);
     m_statusTimer->start();

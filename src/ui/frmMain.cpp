@@ -1,5 +1,6 @@
 #include "ui/frmMain.h"
 
+#include "ui/TwoLineCheckBox.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "ui/FieldWidgets.h"
@@ -308,6 +309,9 @@ QWidget* frmMain::makeFieldControl(Field& field, QWidget* parent)
         widget = new RotationGrid(field, parent);
     } else if (name == QLatin1String("grdBOTList")) {
         widget = new BoundTable(field, 5, true, parent);
+    } else if (name == QLatin1String("chkRestartServer")) {
+        // The Misc. page has room for this caption only on two lines.
+        widget = new TwoLineCheckBox(field, parent);
     } else if (name == QLatin1String("picMap")) {
         auto* picture = new BoundPicture(field, parent);
         picture->setFixedSize(kPictureSize);

@@ -46,11 +46,17 @@ void CtlFixture::serverSettings(ServerProfile& profile)
     profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
     profile.field(F::lsvMapRotation).setRows({{QStringLiteral("ffa_bespin")}, {QStringLiteral("ffa_deathstar")}});
     profile.setStartingMap(QStringLiteral("ffa_bespin"));
+    // A saved cycle names its own starting map, which the settings file keeps.
+    writeFile(savedCycle(), "set m1 \"map ffa_bespin\"\r\nvstr m1\r\n//ffa_bespin\r\n");
+    profile.setValue(F::chkUseINI, 1);
+    profile.setText(F::txtServerINI, savedCycle());
     profile.setValue(F::chkBOTs(0), 1);
     profile.setValue(F::chkBOTs(5), 1);
     appendRosterBot(profile, {QStringLiteral("Kyle"), QStringLiteral("Hardcore"), QStringLiteral("RED"),
                               QStringLiteral("kyle"), QStringLiteral("50")});
 }
+
+QString CtlFixture::savedCycle() const { return t.root() + QStringLiteral("/saved.cfg"); }
 
 void CtlFixture::saveAsTheWindow(ServerProfile& profile)
 {

@@ -20,7 +20,8 @@ protected:
 
     /// Runs arena-stewardctl with these arguments; its output lands in out and err.
     int ctl(const QStringList& arguments);
-    /// A LAN server on port 28070 with a rotation of two maps, a host name and a bot.
+    /// A LAN server on port 28070 with a rotation of two maps, a saved cycle that starts
+    /// on the first, a host name and a bot.
     void serverSettings(ServerProfile& profile);
     /// Saves the profile as the window's Defaults do, with the game's folder and executable.
     void saveAsTheWindow(ServerProfile& profile);
@@ -29,6 +30,7 @@ protected:
     void clearBase();
 
 public:
+    QString savedCycle() const;
     TestApp t;
     QString out;
     QString err;

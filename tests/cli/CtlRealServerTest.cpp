@@ -89,6 +89,7 @@ protected:
         ServerProfile profile;
         serverSettings(profile);
         profile.setValue(F::chkBOTs(0), 0);
+        profile.setValue(F::chkUseINI, 0);
         profile.setText(F::txtServerConfig(12), QString::number(port));
         profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
         profile.setStartingMap(QStringLiteral("oa_dm1"));

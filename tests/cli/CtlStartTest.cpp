@@ -36,7 +36,8 @@ protected:
         attachProfileRules(*t.app, profile);
         FakeFormLoadHost form;
         MainFormLoad(*t.app, profile, form);
-        profile.setStartingMap(QStringLiteral("ffa_bespin"));
+        if (!profile.isSet(F::chkUseINI))
+            profile.setStartingMap(QStringLiteral("ffa_bespin")); // as ID_SetStartingMap sets it
         FakeWindowHost windows(*t.app);
         cmdOk_Click(*t.app, profile, windows);
         ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
@@ -104,6 +105,29 @@ TEST_F(CtlStart, AWatchedOkStartsTheWatcherOnWhatItStarted)
     EXPECT_FALSE(t.launcher.started.back().arguments.contains(QStringLiteral("--no-messages")));
 }
 
+TEST_F(CtlStart, TheWindowsSettingsAloneHoldNoStartingMapAndSaySoWithTheWayOut)
+{
+    // The window keeps the starting map only while it runs: its settings alone are
+    // refused as OK refuses them after a restart of the window.
+    const auto rotationAlone = [](ServerProfile& settings) { settings.setValue(F::chkUseINI, 0); };
+    ServerProfile settings;
+    serverSettings(settings);
+    rotationAlone(settings);
+    saveAsTheWindow(settings);
+    EXPECT_EQ(ctl({QStringLiteral("start")}), 2);
+    EXPECT_EQ(err, QStringLiteral("No Starting map has been selected\n"));
+
+    // After a start from the window its settings are at hand.
+    okInTheWindow(rotationAlone);
+    clearBase();
+    EXPECT_EQ(ctl({QStringLiteral("start")}), 2);
+    EXPECT_TRUE(err.endsWith(QStringLiteral("are in %1: give them with --config to start that again\n")
+                                 .arg(folder().startedConfiguration())))
+        << err.toStdString();
+    EXPECT_EQ(ctl({QStringLiteral("start"), QStringLiteral("--config"), folder().startedConfiguration()}), 0)
+        << err.toStdString();
+}
+
 TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
 {
     using Settings = std::function<void(ServerProfile&)>;
@@ -149,8 +173,17 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
          {start},
          2,
          "can't be written"},
-        {"no maps", [](ServerProfile& p) { p.field(F::lsvMapRotation).setRows({}); }, {}, {start}, 2,
+        {"no maps",
+         [](ServerProfile& p) {
+             p.setValue(F::chkUseINI, 0);
+             p.field(F::lsvMapRotation).setRows({});
+         },
+         {},
+         {start},
+         2,
          "No maps have been selected"},
+        {"a saved cycle that is gone", {}, [](CtlStart& f) { QFile::remove(f.savedCycle()); }, {start}, 2,
+         "Selected mapcycle file does not exist"},
         {"messages without a password",
          [](ServerProfile& p) {
              p.setValue(F::chkSendMessage, 1);

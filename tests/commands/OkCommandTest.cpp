@@ -97,6 +97,18 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
          QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
         {"messages without password", [](ServerProfile& p) { p.setValue(F::chkSendMessage, 1); },
          QStringLiteral("An rcon password is required to enable server messaging"), 3},
+        {"watched with no restarts",
+         [](ServerProfile& p) {
+             p.setValue(F::chkRestartServer, 1);
+             p.setText(F::txtRestartLimit, QStringLiteral("0"));
+         },
+         QStringLiteral("The restart limit must be a whole number from 1 to 100"), 3},
+        {"watched with an empty window",
+         [](ServerProfile& p) {
+             p.setValue(F::chkRestartServer, 1);
+             p.setText(F::txtRestartWindow, QString());
+         },
+         QStringLiteral("The restart window must be a whole number of minutes from 1 to 1440"), 3},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

@@ -58,8 +58,9 @@ TEST_F(Save, TheDefaultsButtonWritesEveryKeyAndSaysSo)
     EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
     EXPECT_FALSE(profile.configurationChanged());
 
-    // 17 + 18 + 19 + 3 + 1 + 1 + 1 + 1 + 1 + 1 + 1 + 4 + 4 + 32 + 18 + 4 + 3 + 4 + 2 + 2 + 4 + 1 + 1 + 3 + 4 + 6
-    EXPECT_EQ(t.store->GetAllSettings().size(), 156);
+    // 17 + 18 + 19 + 3 + 1 + 1 + 1 + 1 + 1 + 1 + 1 + 4 + 4 + 32 + 18 + 4 + 3 + 4 + 2 + 2 + 4 + 1 + 1 + 3 + 4 + 6,
+    // and the watcher's three
+    EXPECT_EQ(t.store->GetAllSettings().size(), 159);
     EXPECT_FALSE(t.store->HasSetting(QStringLiteral("Master1")));
     EXPECT_EQ(stored("ServerInfo10"), QStringLiteral("Frag the weak% hurdle the dead..."));
     EXPECT_EQ(stored("ServerInfo15"), QStringLiteral(" "));
@@ -273,6 +274,9 @@ TEST_F(Save, AWholeProfileSurvivesARestart)
     profile.setText(F::txtAdvancedSaber(0), QStringLiteral("-1"));
     profile.setText(F::txtServerConfig(4), QStringLiteral("me@example.org"));
     profile.setText(F::txtMsgTimer, QStringLiteral("15"));
+    profile.setValue(F::chkRestartServer, 1);
+    profile.setText(F::txtRestartLimit, QStringLiteral("3"));
+    profile.setText(F::txtRestartWindow, QStringLiteral("30"));
     ServerProfile& after = saveAndRestart();
     for (Field* f : profile.fields()) {
         const QString& n = f->name();
@@ -331,7 +335,7 @@ TEST_F(Save, YesAtTheOkQuestionSavesAsTheDefaultsButton)
     askSaveChangedConfiguration_Ok(*t.app, profile);
     EXPECT_EQ(t.prompts.texts(), (QStringList{kQuestion, kSaved}));
     EXPECT_FALSE(profile.configurationChanged());
-    EXPECT_EQ(t.store->GetAllSettings().size(), 156);
+    EXPECT_EQ(t.store->GetAllSettings().size(), 159);
 }
 
 TEST_F(Save, NoBeforeSavingAConfigurationFileLeavesTheMark)
