@@ -288,6 +288,7 @@ void frmServerConsole::showStatus(const ServerStatus& status, int roundTripMs)
     m_state->setText(QStringLiteral("Answers"));
     m_ping->setText(QStringLiteral("%1 ms").arg(roundTripMs));
     m_lastAnswerAt = m_app.clock().now();
+    m_hostName = status.hostName();
     m_playerCount = static_cast<int>(status.players.size());
     showAnswerCurrent(true);
     m_name->setText(colourCodesToHtml(status.hostName()));
@@ -332,10 +333,13 @@ void frmServerConsole::showAnswerCurrent(bool current)
 {
     for (QWidget* value : std::initializer_list<QWidget*>{m_name, m_map, m_players, m_grid})
         value->setEnabled(current);
-    if (current || !m_lastAnswerAt.isValid())
+    if (current || !m_lastAnswerAt.isValid()) {
         m_lastAnswer->clear();
-    else
-        m_lastAnswer->setText(QStringLiteral("Last answer at ") + m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
+        return;
+    }
+    m_lastAnswer->setText(QStringLiteral("Last answer at ") + m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
+    // The name's colours would stay bright on a greyed label.
+    m_name->setText(stripColourCodes(m_hostName).toHtmlEscaped());
 }
 
 void frmServerConsole::showUnreadable() { appendOutput(QStringLiteral("<i>unreadable reply</i>")); }

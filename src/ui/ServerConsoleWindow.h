@@ -79,6 +79,7 @@ private:
     QLabel* m_ping;
     QLabel* m_lastAnswer;
     QDateTime m_lastAnswerAt;
+    QString m_hostName; ///< as the last answer gave it, with its colour codes
     int m_playerCount = 0;
     QTableWidget* m_grid;
     QToolButton* m_showCvars;

@@ -246,12 +246,14 @@ TEST_F(ConsoleWindow, WithoutAnAnswerTheLastAnswerIsShownAsPast)
     EXPECT_FALSE(find<QTableWidget>("grdPlayers")->isEnabled());
     EXPECT_EQ(find<QTableWidget>("grdPlayers")->rowCount(), 2);
     EXPECT_EQ(label("lblLastAnswer"), QStringLiteral("Last answer at 14:02:11"));
+    EXPECT_EQ(label("lblServerName"), QStringLiteral("Red Arena")) << "greyed without its colours";
 
     server.answer = answer;
     find<QPushButton>("cmdRefresh")->click();
     ASSERT_TRUE(waitUntil([&] { return label("lblServerState") == QStringLiteral("Answers"); }));
     for (const char* name : values)
         EXPECT_TRUE(find<QLabel>(name)->isEnabled()) << name;
+    EXPECT_EQ(label("lblServerName"), QStringLiteral("<span style=\"color:#d00000\">Red </span>Arena"));
     EXPECT_TRUE(find<QTableWidget>("grdPlayers")->isEnabled());
     EXPECT_TRUE(label("lblLastAnswer").isEmpty());
 }
