@@ -22,12 +22,12 @@ install(FILES ${STEWARD_SOURCE_ROOT}/docs/guide/arena-steward-guide.html DESTINA
 install(DIRECTORY ${STEWARD_SOURCE_ROOT}/docs/guide/images DESTINATION ${STEWARD_GUIDE_DIR})
 
 # The Debian package: the libraries come from dpkg-shlibdeps, the plugins Qt loads at run
-# time and the opener of links and the guide are named here.
+# time and the opener of links and the guide are named here. The package has no Homepage
+# field until the product has a site (README, "Addresses").
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME arena-steward)
 set(CPACK_PACKAGE_VENDOR "Arena Steward")
 set(CPACK_PACKAGE_CONTACT "Arena Steward <arena.steward@example.org>")
-set(CPACK_PACKAGE_HOMEPAGE_URL "https://arena-steward.github.io")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "set up and start a Jedi Knight II: Jedi Outcast dedicated server")
 set(CPACK_PACKAGE_DESCRIPTION
     "Arena Steward holds every setting of a Jedi Knight II: Jedi Outcast dedicated\n"

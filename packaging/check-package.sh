@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Builds the Debian package from a build folder, unpacks it into a temporary root with
 # dpkg -x and checks it: the file list (package-files.txt plus the guide's pictures), the
-# control fields, and that its dependencies name the package behind every library the
-# program links and the plugins Qt loads at run time.
+# control fields, that it names no web address while the product has no site, and that
+# its dependencies name the package behind every library the program links and the
+# plugins Qt loads at run time.
 # Usage: check-package.sh <build folder> <source folder>
 set -euo pipefail
 build=$1
@@ -36,6 +37,12 @@ field() { dpkg-deb -f "$deb" "$1"; }
 [ "$(field Version)" = "$(sed -n 's/^project(ArenaSteward VERSION \([0-9.]*\).*/\1/p' "$source/CMakeLists.txt")" ] \
     || fail "Version '$(field Version)' is not the project's version"
 [ "$(field Architecture)" = "$(dpkg --print-architecture)" ] || fail "Architecture is '$(field Architecture)'"
+# No web address leads anywhere yet: no Homepage, and no links or screenshots in the metainfo.
+[ -z "$(field Homepage)" ] || fail "Homepage '$(field Homepage)' names a site that doesn't exist"
+metainfo="$work/root/usr/share/metainfo/io.github.arena_steward.ArenaSteward.metainfo.xml"
+if grep -nE '<url|<screenshot' "$metainfo" >&2; then
+    fail "the metainfo names addresses of a site that doesn't exist"
+fi
 depends=$(field Depends)
 echo "Depends: $depends"
 names=$(echo "$depends" | tr ',|' '\n\n' | sed 's/(.*)//; s/[[:space:]]//g' | grep -v '^$')

@@ -9,6 +9,7 @@
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "support/FileDialog.h"
+#include "support/DesktopOpen.h"
 
 #include <QUrl>
 
@@ -67,8 +68,7 @@ void viewFile(AppContext& app, ServerProfile& profile)
     if (!gbln_MakeBOTConfig(app, profile))
         return;
     // The desktop's editor, through the system's "open" action.
-    if (app.services.opener)
-        app.services.opener->open(QUrl::fromLocalFile(botConfigPath(app)));
+    openOnDesktop(app, QUrl::fromLocalFile(botConfigPath(app)));
 }
 
 } // namespace

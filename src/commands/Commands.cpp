@@ -5,6 +5,7 @@
 #include "model/Constants.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
+#include "support/DesktopOpen.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -32,8 +33,7 @@ QUrl linkAddress(Link link)
 
 void openLink(AppContext& app, Link link)
 {
-    if (app.services.opener)
-        app.services.opener->open(linkAddress(link));
+    openOnDesktop(app, linkAddress(link));
 }
 
 QUrl mailAuthorAddress()
@@ -47,8 +47,7 @@ QUrl mailAuthorAddress()
 
 void mailAuthor(AppContext& app)
 {
-    if (app.services.opener)
-        app.services.opener->open(mailAuthorAddress());
+    openOnDesktop(app, mailAuthorAddress());
 }
 
 bool installUserGuide(const QString& guideFile)
@@ -84,8 +83,7 @@ void openHelpContents(AppContext& app)
         installUserGuide(app.helpFile);
         if (!QFileInfo::exists(app.helpFile))
             raiseError(err::FileNotFound, {}, app.programName + QStringLiteral("::frmMain.HelpContents"));
-        if (app.services.opener)
-            app.services.opener->open(QUrl::fromLocalFile(app.helpFile));
+        openOnDesktop(app, QUrl::fromLocalFile(app.helpFile));
     } catch (const RuntimeError& e) {
         RaiseError(app, {}, {}, 0, true, false, true, &e);
     }

@@ -12,6 +12,7 @@
 #include "support/FileDialog.h"
 #include "support/TextFile.h"
 #include "support/Strings.h"
+#include "support/DesktopOpen.h"
 
 #include <QUrl>
 
@@ -20,8 +21,7 @@ namespace steward {
 namespace {
 void showFile(AppContext& app, const QString& path)
 {
-    if (app.services.opener)
-        app.services.opener->open(QUrl::fromLocalFile(path));
+    openOnDesktop(app, QUrl::fromLocalFile(path));
 }
 } // namespace
 

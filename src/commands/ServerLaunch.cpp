@@ -10,6 +10,7 @@
 #include "support/Errors.h"
 #include "support/Strings.h"
 #include "support/TextFile.h"
+#include "support/DesktopOpen.h"
 
 #include <QFileInfo>
 #include <QUrl>
@@ -105,8 +106,7 @@ bool showExportedConfiguration(AppContext& app, ServerProfile& profile, const Se
                           kProductTitle, Icon::Information);
     const QString file =
         session.fileName.isEmpty() ? app.baseFolder() + QLatin1Char('/') + session.sessionName : session.fileName;
-    if (app.services.opener)
-        app.services.opener->open(QUrl::fromLocalFile(file));
+    openOnDesktop(app, QUrl::fromLocalFile(file));
     return true;
 }
 

@@ -1,8 +1,11 @@
 #include "ui/BotPage.h"
 
+#include "bots/BotPicker.h"
 #include "bots/BotRoster.h"
+#include "generate/BotSkills.h"
 #include "model/ServerProfile.h"
 #include "ui/FieldWidgets.h"
+#include "ui/WordColumns.h"
 #include "ui/frmMain.h"
 
 #include <QBrush>
@@ -38,6 +41,11 @@ void bindBotPage(AppContext& app, frmMain& window)
     if (!table)
         return;
     Field& grid = profile.field(F::grdBOTList);
+    // Skill and team are always one of a few words: their columns show them whole.
+    auto* words = new WordColumns(table);
+    words->add(1, botSkillNames());
+    words->add(2, botTeams());
+
     // The table fills itself first on the same signal, then the colours go on.
     QObject::connect(&grid, &Field::rowsChanged, table, [table, &grid] { colourRows(*table, grid); });
     colourRows(*table, grid);

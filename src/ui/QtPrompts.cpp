@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
+#include <vector>
+
 namespace steward {
 
 namespace {
@@ -84,6 +86,51 @@ protected:
 };
 } // namespace
 
+namespace {
+/// The asking windows, innermost last.
+std::vector<QPointer<QWidget>>& askingWindows()
+{
+    static std::vector<QPointer<QWidget>> windows;
+    return windows;
+}
+
+/// A window of the program that a box can stand above: no menu, tooltip or the like.
+bool isForm(const QWidget* w)
+{
+    if (!w || !w->isVisible())
+        return false;
+    const Qt::WindowType type = w->windowType();
+    return type == Qt::Window || type == Qt::Dialog || type == Qt::Tool || type == Qt::Sheet;
+}
+} // namespace
+
+AskingWindow::AskingWindow(QWidget* window) : m_window(window) { askingWindows().push_back(m_window); }
+
+AskingWindow::~AskingWindow()
+{
+    auto& windows = askingWindows();
+    for (auto it = windows.rbegin(); it != windows.rend(); ++it)
+        if (*it == m_window) {
+            windows.erase(std::next(it).base());
+            break;
+        }
+    // Windows that went away meanwhile leave no trace.
+    std::erase_if(windows, [](const QPointer<QWidget>& w) { return w.isNull(); });
+}
+
+QWidget* QtPrompts::boxParent() const
+{
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    const auto& windows = askingWindows();
+    for (auto it = windows.rbegin(); it != windows.rend(); ++it)
+        if (isForm(it->data()))
+            return it->data()->window();
+    if (QWidget* active = QApplication::activeWindow(); isForm(active))
+        return active;
+    return m_owner;
+}
+
 QString openedFile(const QString& selected, const QString& defaultExt)
 {
     const QString added = QLatin1Char('.') + defaultExt;
@@ -95,7 +142,7 @@ QString openedFile(const QString& selected, const QString& defaultExt)
 
 Answer QtPrompts::messageBox(const MessageBoxRequest& request)
 {
-    QMessageBox box(toIcon(request.icon), request.title, request.text, QMessageBox::NoButton, m_owner);
+    QMessageBox box(toIcon(request.icon), request.title, request.text, QMessageBox::NoButton, boxParent());
     const auto buttons = toButtons(request.buttons);
     for (auto b : buttons)
         box.addButton(b);
@@ -108,7 +155,7 @@ Answer QtPrompts::messageBox(const MessageBoxRequest& request)
 
 bool QtPrompts::fileDialog(FileDialogState& state, bool open)
 {
-    FileDialog dialog(m_owner, state.DialogTitle, state.InitialDir);
+    FileDialog dialog(boxParent(), state.DialogTitle, state.InitialDir);
     dialog.setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog.setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     // Flag 2 asks before an existing file is replaced; without it the caller asks, or

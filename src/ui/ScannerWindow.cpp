@@ -40,8 +40,10 @@ ScannerWindowProgress::~ScannerWindowProgress() { unload(); }
 
 ScannerWindow& ScannerWindowProgress::load()
 {
-    if (!m_window)
+    if (!m_window) {
         m_window = new ScannerWindow(m_owner);
+        m_asking = std::make_unique<AskingWindow>(m_window);
+    }
     return *m_window;
 }
 
@@ -62,6 +64,7 @@ void ScannerWindowProgress::hide()
 
 void ScannerWindowProgress::unload()
 {
+    m_asking.reset();
     delete m_window.data();
     m_window.clear();
 }

@@ -3,9 +3,11 @@
 // a fixed label "Current Progress:", the activity text and a progress bar. The scan
 // blocks the event loop, so every change is painted at once.
 #include "maps/ScanProgress.h"
+#include "ui/QtPrompts.h"
 
 #include <QDialog>
 #include <QPointer>
+#include <memory>
 
 class QLabel;
 class QProgressBar;
@@ -59,6 +61,8 @@ private:
 
     QPointer<QWidget> m_owner;
     QPointer<ScannerWindow> m_window;
+    /// The scan's boxes open above the window while it is loaded.
+    std::unique_ptr<AskingWindow> m_asking;
 };
 
 } // namespace steward

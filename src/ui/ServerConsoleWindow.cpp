@@ -5,7 +5,11 @@
 #include "console/ConsoleClient.h"
 #include "support/AppContext.h"
 #include "model/ServerProfile.h"
+#include "platform/Clock.h"
+#include "platform/Prompts.h"
+#include "support/ProductText.h"
 #include "support/Strings.h"
+#include "ui/QtPrompts.h"
 
 #include <QCloseEvent>
 #include <QFontDatabase>
@@ -86,8 +90,11 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
     process->addWidget(m_serverState, 1);
     process->addWidget(serverRestart);
     process->addWidget(serverStop);
+    m_lastAnswer = valueLabel("lblLastAnswer", status);
+    m_lastAnswer->setTextFormat(Qt::PlainText);
     form->addRow(QStringLiteral("Server:"), process);
     form->addRow(QStringLiteral("Answer:"), m_state);
+    form->addRow(QString(), m_lastAnswer);
     form->addRow(QStringLiteral("Name:"), m_name);
     form->addRow(QStringLiteral("Map:"), m_map);
     form->addRow(QStringLiteral("Game type:"), m_gameType);
@@ -187,15 +194,23 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
         sendCommand(QStringLiteral("say ") + text);
     });
     connect(kick, &QPushButton::clicked, this, &frmServerConsole::kickSelected);
-    connect(nextMap, &QPushButton::clicked, this, [this] { sendCommand(QStringLiteral("vstr nextmap")); });
-    connect(restart, &QPushButton::clicked, this, [this] { sendCommand(QStringLiteral("map_restart")); });
+    connect(nextMap, &QPushButton::clicked, this,
+            [this] { sendMapCommand(QStringLiteral("Change to the next map?"), QStringLiteral("vstr nextmap")); });
+    connect(restart, &QPushButton::clicked, this,
+            [this] { sendMapCommand(QStringLiteral("Restart the map?"), QStringLiteral("map_restart")); });
     connect(refresh, &QPushButton::clicked, this, &frmServerConsole::refresh);
     connect(serverStop, &QPushButton::clicked, this, [this] {
-        cmdServerStop_Click(m_app, m_profile);
+        {
+            const AskingWindow asking(this);
+            cmdServerStop_Click(m_app, m_profile);
+        }
         this->refresh();
     });
     connect(serverRestart, &QPushButton::clicked, this, [this] {
-        cmdServerRestart_Click(m_app, m_profile);
+        {
+            const AskingWindow asking(this);
+            cmdServerRestart_Click(m_app, m_profile);
+        }
         this->refresh();
     });
     connect(m_interval, &QSpinBox::valueChanged, this, [this](int seconds) { m_statusTimer->setInterval(seconds * 1000); });
@@ -209,6 +224,7 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
             [this] { appendOutput(QStringLiteral("<i>No answer</i>")); });
     connect(m_client, &ConsoleClient::hostNotFound, this, [this](const QString& name) {
         m_state->setText(QStringLiteral("Unknown host ") + name.toHtmlEscaped());
+        showAnswerCurrent(false);
     });
 
     m_serverState->setText(serverStateText(m_app, m_profile));
@@ -268,13 +284,44 @@ void frmServerConsole::kickSelected()
     for (const StatusTableRow& r : m_table)
         if (stripColourCodes(r.name) == stripColourCodes(name))
             client = r.client;
+    if (!confirm(QStringLiteral("Kick %1 off the server?").arg(stripColourCodes(name))))
+        return;
     sendCommand(QStringLiteral("clientkick %1").arg(client));
+}
+
+bool frmServerConsole::confirm(const QString& question)
+{
+    const AskingWindow asking(this);
+    MessageBoxRequest request;
+    request.text = question + kTail;
+    request.title = kProductTitle;
+    request.icon = Icon::Question;
+    request.buttons = Buttons::YesNo;
+    request.defaultButton = 1;
+    return m_app.prompts().messageBox(request) == Answer::Yes;
+}
+
+QString frmServerConsole::playersOnServer() const
+{
+    return m_playerCount == 1 ? QStringLiteral("1 player is on the server.")
+                              : QStringLiteral("%1 players are on the server.").arg(m_playerCount);
+}
+
+void frmServerConsole::sendMapCommand(const QString& question, const QString& command)
+{
+    if (m_playerCount > 0 && !confirm(question + kTail + kCrLf + playersOnServer()))
+        return;
+    sendCommand(command);
 }
 
 void frmServerConsole::showStatus(const ServerStatus& status, int roundTripMs)
 {
     m_state->setText(QStringLiteral("Answers"));
     m_ping->setText(QStringLiteral("%1 ms").arg(roundTripMs));
+    m_lastAnswerAt = m_app.clock().now();
+    m_hostName = status.hostName();
+    m_playerCount = static_cast<int>(status.players.size());
+    showAnswerCurrent(true);
     m_name->setText(colourCodesToHtml(status.hostName()));
     m_map->setText(status.mapName().toHtmlEscaped());
     m_gameType->setText(gameTypeName(status.gameTypeNumber()).toHtmlEscaped());
@@ -310,6 +357,20 @@ void frmServerConsole::showNoAnswer()
 {
     m_state->setText(QStringLiteral("No answer"));
     m_ping->clear();
+    showAnswerCurrent(false);
+}
+
+void frmServerConsole::showAnswerCurrent(bool current)
+{
+    for (QWidget* value : std::initializer_list<QWidget*>{m_name, m_map, m_players, m_grid})
+        value->setEnabled(current);
+    if (current || !m_lastAnswerAt.isValid()) {
+        m_lastAnswer->clear();
+        return;
+    }
+    m_lastAnswer->setText(QStringLiteral("Last answer at ") + m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
+    // The name's colours would stay bright on a greyed label.
+    m_name->setText(stripColourCodes(m_hostName).toHtmlEscaped());
 }
 
 void frmServerConsole::showUnreadable() { appendOutput(QStringLiteral("<i>unreadable reply</i>")); }

@@ -5,6 +5,7 @@
 #include "console/CommandHistory.h"
 #include "console/ConsoleProtocol.h"
 
+#include <QDateTime>
 #include <QWidget>
 
 class QLabel;
@@ -46,6 +47,15 @@ private:
     QString password() const;
     void showStatus(const ServerStatus& status, int roundTripMs);
     void showNoAnswer();
+    /// Greys the values of the last answer and says when it came, or shows them as
+    /// current again.
+    void showAnswerCurrent(bool current);
+    /// Asks in a question box whether to go on; true on Yes.
+    bool confirm(const QString& question);
+    /// The players line of a question: how many are on the server by the last answer.
+    QString playersOnServer() const;
+    /// Sends a map command, asking first while players are on the server.
+    void sendMapCommand(const QString& question, const QString& command);
     void showUnreadable();
     void showPrint(const QString& text);
     void appendOutput(const QString& html);
@@ -68,6 +78,10 @@ private:
     QLabel* m_gameType;
     QLabel* m_players;
     QLabel* m_ping;
+    QLabel* m_lastAnswer;
+    QDateTime m_lastAnswerAt;
+    QString m_hostName; ///< as the last answer gave it, with its colour codes
+    int m_playerCount = 0;
     QTableWidget* m_grid;
     QToolButton* m_showCvars;
     QTableWidget* m_cvars;

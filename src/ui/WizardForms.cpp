@@ -8,6 +8,7 @@
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MapWidgets.h"
+#include "ui/QtPrompts.h"
 #include "ui/frmMain.h"
 
 #include <QFormLayout>
@@ -46,6 +47,13 @@ WizardPage::WizardPage(AppContext& app, MapWizard& wizard, int number, QWidget* 
     CenterForm(app, this);
 }
 
+void WizardPage::asking(const std::function<void()>& work)
+{
+    // The flow's boxes and its save dialog open above this page.
+    const AskingWindow page(this);
+    work();
+}
+
 QWidget* WizardPage::fieldWidget(const QString& name, int index)
 {
     return createFieldWidget(m_wizard.fields().field(name, index), this);
@@ -56,7 +64,7 @@ QPushButton* WizardPage::button(const QString& name, const QString& caption, con
     auto* b = new QPushButton(caption, this);
     b->setObjectName(name);
     b->setAutoDefault(false);
-    connect(b, &QPushButton::clicked, this, click);
+    connect(b, &QPushButton::clicked, this, [this, click] { asking(click); });
     return b;
 }
 
@@ -79,7 +87,7 @@ void WizardPage::buildPage1(QVBoxLayout* layout)
     grid->setContextMenuPolicy(Qt::CustomContextMenu);
     grid->setMinimumHeight(200);
     connect(grid, &QTreeWidget::itemClicked, this,
-            [this, grid](QTreeWidgetItem* item) { m_wizard.grdMapList_Click(grid->indexOfTopLevelItem(item)); });
+            [this, grid](QTreeWidgetItem* item) { asking([&] { m_wizard.grdMapList_Click(grid->indexOfTopLevelItem(item)); }); });
     connect(grid, &QWidget::customContextMenuRequested, this,
             [this, grid](const QPoint& at) { showWizardPopup(grid->viewport()->mapToGlobal(at)); });
     layout->addWidget(grid);
@@ -112,7 +120,8 @@ void WizardPage::buildPage1(QVBoxLayout* layout)
         action->setObjectName(id);
         // The tool runs once the menu has closed.
         connect(action, &QAction::triggered, this, [this, id] {
-            QMetaObject::invokeMethod(this, [this, id] { m_wizard.runPopupTool(id); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this, id] { asking([&] { m_wizard.runPopupTool(id); }); }, Qt::QueuedConnection);
         });
     }
 }
@@ -136,7 +145,7 @@ void WizardPage::buildPage2(QVBoxLayout* layout)
     for (int i = 0; i <= 6; ++i) {
         auto* option = static_cast<QRadioButton*>(createFieldWidget(
             m_wizard.fields().field(F::optDefaultGameType(i)), types));
-        connect(option, &QRadioButton::clicked, this, [this, i] { m_wizard.optDefaultGameType_Click(i); });
+        connect(option, &QRadioButton::clicked, this, [this, i] { asking([&] { m_wizard.optDefaultGameType_Click(i); }); });
         typeLayout->addWidget(option);
     }
     typeLayout->addWidget(createFieldWidget(m_wizard.fields().field(QStringLiteral("chkWizardDuelNoWeapons")), types));

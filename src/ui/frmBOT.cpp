@@ -11,6 +11,7 @@
 #include "ui/FormServices.h"
 #include "ui/KeyFilters.h"
 #include "ui/frmMain.h"
+#include "ui/QtPrompts.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -300,6 +301,8 @@ void frmBOT::ok()
 void frmBOT::cmdOk_Click(int index)
 {
     AppContext& app = m_app;
+    // The questions of the scan open above this form, which stays on top.
+    const AskingWindow asking(this);
     try {
         switch (index) {
         case 0: ok(); break;

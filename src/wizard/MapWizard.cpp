@@ -221,8 +221,7 @@ void MapWizard::cmdFinish_Click()
         dialog.DialogTitle = QStringLiteral("Save Advanced Map Cycle");
         dialog.Flags = 2;
         dialog.Filter = QStringLiteral("JK2 Advanced Map Cycle (*.cfg)|*.cfg");
-        QString folder = m_app.gameFolder;
-        dialog.InitialDir = AddSlash(folder) + QStringLiteral("base");
+        dialog.InitialDir = m_app.baseFolder();
         dialog.FileName = QString();
         dialog.Show(false);
         const QString path = dialog.FileName;

@@ -6,7 +6,7 @@
 
 namespace steward::testing {
 
-TestApp::TestApp()
+TestApp::TestApp(const QString& baseName) : m_baseName(baseName)
 {
     QDir().mkpath(baseFolder());
     QDir().mkpath(programFolder());

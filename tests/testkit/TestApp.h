@@ -1,6 +1,7 @@
 #pragma once
 // A whole program context for a test: fakes for every seam, a real settings file,
-// a program folder and a game folder with a "base" child, all in a temporary folder.
+// a program folder and a game folder with a base child ("base" unless the test spells
+// it otherwise), all in a temporary folder.
 #include "platform/UdpSocket.h"
 #include "settings/SettingsStore.h"
 #include "support/AppContext.h"
@@ -15,11 +16,11 @@ namespace steward::testing {
 
 class TestApp {
 public:
-    TestApp();
+    explicit TestApp(const QString& baseName = QStringLiteral("base"));
 
     QString root() const { return m_dir.path(); }
     QString gameFolder() const { return root() + QStringLiteral("/game/"); }
-    QString baseFolder() const { return root() + QStringLiteral("/game/base"); }
+    QString baseFolder() const { return gameFolder() + m_baseName; }
     QString programFolder() const { return root() + QStringLiteral("/program"); }
     QString storeFile() const { return root() + QStringLiteral("/config/ArenaSteward.conf"); }
 
@@ -38,6 +39,7 @@ public:
 
 private:
     QTemporaryDir m_dir;
+    QString m_baseName;
 };
 
 /// The bytes of a file, or an empty array.

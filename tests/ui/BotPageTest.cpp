@@ -1,7 +1,9 @@
 // The BOT page and the picker frmBOT on the real windows, offscreen: the page's two
 // layouts, the roster's colours, Add through the picker with its rules, the scan, and
 // the roster carried over by "&Close".
+#include "bots/BotPicker.h"
 #include "bots/BotRoster.h"
+#include "generate/BotSkills.h"
 #include "model/ServerProfile.h"
 #include "support/LocalAddress.h"
 #include "testkit/NoAddressLookup.h"
@@ -17,6 +19,8 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFile>
+#include <QHeaderView>
+#include <QStyle>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -118,6 +122,29 @@ TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColours)
             EXPECT_EQ(roster->item(r, c)->foreground().color(), QColor(Qt::white));
         }
     EXPECT_EQ(window->control<QComboBox>(QStringLiteral("cboBOT"))->currentText(), QStringLiteral("Hurt Me Plenty "));
+}
+
+TEST_F(BotPage, SkillAndTeamColumnsShowTheirLongestWordWhole)
+{
+    load();
+    const std::pair<int, QStringList> columns[] = {{1, botSkillNames()}, {2, botTeams()}};
+    // In the platform's font and in a larger one set on the window later.
+    for (const int points : {0, 24}) {
+        SCOPED_TRACE(points);
+        if (points > 0) {
+            QFont font = window->font();
+            font.setPointSize(points);
+            window->setFont(font);
+            QApplication::processEvents();
+        }
+        const QFontMetrics metrics(roster->font());
+        // An item draws its text inside the focus frame's margin on either side.
+        const int margins = 2 * (roster->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, roster) + 1);
+        for (const auto& [column, words] : columns)
+            for (const QString& word : words)
+                EXPECT_GE(roster->horizontalHeader()->sectionSize(column), metrics.horizontalAdvance(word) + margins)
+                    << word.toStdString();
+    }
 }
 
 TEST_F(BotPage, CloseKeepsTheRosterForTheNextStart)

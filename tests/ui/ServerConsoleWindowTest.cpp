@@ -155,6 +155,7 @@ TEST_F(ConsoleWindow, TheConsoleShowsRepliesJoinedAndColoured)
     auto* grid = find<QTableWidget>("grdPlayers");
     ASSERT_TRUE(waitUntil([&] { return grid->rowCount() == 2; }));
     grid->selectRow(1);
+    t.prompts.answerNext(Answer::Yes);
     find<QPushButton>("cmdServerKick")->click();
     EXPECT_TRUE(waitUntil([&] { return server.requests.contains(oob("rcon secret clientkick 7")); }));
 }
@@ -173,6 +174,14 @@ TEST_F(ConsoleWindow, RefusedPasswordsAreOneLineNotes)
 
 TEST_F(ConsoleWindow, QuickButtonsSendTheirCommands)
 {
+    // Nobody on the server: the map buttons act at once.
+    server.answer = [](const QByteArray& request) -> QList<QByteArray> {
+        if (request == oob("getstatus"))
+            return {oob("statusResponse\n\\sv_hostname\\Empty\\mapname\\ffa_bespin\\sv_maxclients\\8\n")};
+        return {};
+    };
+    find<QPushButton>("cmdRefresh")->click();
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerPlayers") == QStringLiteral("0 / 8"); }));
     find<QLineEdit>("txtConsoleCommand")->setText(QStringLiteral("^1hello all"));
     find<QPushButton>("cmdServerSay")->click();
     find<QPushButton>("cmdServerNextMap")->click();
@@ -182,6 +191,78 @@ TEST_F(ConsoleWindow, QuickButtonsSendTheirCommands)
                server.requests.contains(oob("rcon secret vstr nextmap")) &&
                server.requests.contains(oob("rcon secret map_restart"));
     }));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(ConsoleWindow, KickAndTheMapButtonsAskFirstWhilePlayersAreOn)
+{
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerPlayers") == QStringLiteral("2 / 16"); }));
+    auto* grid = find<QTableWidget>("grdPlayers");
+    grid->selectRow(1);
+    struct Case {
+        const char* button;
+        QString question;
+        QByteArray command;
+    };
+    const QString tail = QStringLiteral("         ");
+    const Case cases[] = {
+        {"cmdServerKick", QStringLiteral("Kick Luke off the server?") + tail, oob("rcon secret clientkick 1")},
+        {"cmdServerNextMap", QStringLiteral("Change to the next map?") + tail + QStringLiteral("\r\n2 players are on the server.") + tail,
+         oob("rcon secret vstr nextmap")},
+        {"cmdServerRestartMap", QStringLiteral("Restart the map?") + tail + QStringLiteral("\r\n2 players are on the server.") + tail,
+         oob("rcon secret map_restart")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.button);
+        t.prompts.shown.clear();
+        t.prompts.answerNext(Answer::No);
+        find<QPushButton>(c.button)->click();
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        const MessageBoxRequest& box = t.prompts.last().request;
+        EXPECT_EQ(box.text, c.question);
+        EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
+        EXPECT_EQ(box.icon, Icon::Question);
+        EXPECT_EQ(box.buttons, Buttons::YesNo);
+        EXPECT_EQ(box.defaultButton, 1) << "Enter doesn't act";
+        runEvents(200);
+        EXPECT_FALSE(server.requests.contains(c.command)) << "No sends nothing";
+        EXPECT_FALSE(output().contains(QString::fromLatin1(c.command.mid(16)))) << "nor shows it as sent";
+
+        t.prompts.answerNext(Answer::Yes);
+        find<QPushButton>(c.button)->click();
+        EXPECT_TRUE(waitUntil([&] { return server.requests.contains(c.command); }));
+    }
+}
+
+TEST_F(ConsoleWindow, WithoutAnAnswerTheLastAnswerIsShownAsPast)
+{
+    t.clock.at = QDateTime(QDate(2002, 6, 13), QTime(14, 2, 11));
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerMap") == QStringLiteral("ffa_bespin"); }));
+    const char* const values[] = {"lblServerName", "lblServerMap", "lblServerPlayers"};
+    EXPECT_TRUE(label("lblLastAnswer").isEmpty());
+
+    const auto answer = server.answer;
+    server.answer = nullptr;
+    t.clock.at = t.clock.at.addSecs(30);
+    find<QPushButton>("cmdRefresh")->click();
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == QStringLiteral("No answer"); }));
+    for (const char* name : values) {
+        EXPECT_FALSE(find<QLabel>(name)->isEnabled()) << name;
+        EXPECT_FALSE(label(name).isEmpty()) << name << " keeps the last answer's value";
+    }
+    EXPECT_FALSE(find<QTableWidget>("grdPlayers")->isEnabled());
+    EXPECT_EQ(find<QTableWidget>("grdPlayers")->rowCount(), 2);
+    EXPECT_EQ(label("lblLastAnswer"), QStringLiteral("Last answer at 14:02:11"));
+    EXPECT_EQ(label("lblServerName"), QStringLiteral("Red Arena")) << "greyed without its colours";
+
+    server.answer = answer;
+    find<QPushButton>("cmdRefresh")->click();
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == QStringLiteral("Answers"); }));
+    for (const char* name : values)
+        EXPECT_TRUE(find<QLabel>(name)->isEnabled()) << name;
+    EXPECT_EQ(label("lblServerName"), QStringLiteral("<span style=\"color:#d00000\">Red </span>Arena"));
+    EXPECT_TRUE(find<QTableWidget>("grdPlayers")->isEnabled());
+    EXPECT_TRUE(label("lblLastAnswer").isEmpty());
 }
 
 TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePassword)

@@ -1,0 +1,142 @@
+// Every dialog, writer and reader that works in the game's base folder finds it however
+// its name is spelled on disk, and nothing lands beside it in the game folder.
+#include "commands/BanListCommands.h"
+#include "commands/BotConfigWriter.h"
+#include "commands/CreateJediConfiguration.h"
+#include "commands/MainFormLoad.h"
+#include "commands/MapCycleCommands.h"
+#include "commands/ServerLaunch.h"
+#include "maps/MapRotation.h"
+#include "maps/MapScanner.h"
+#include "model/ServerProfile.h"
+#include "testkit/TestApp.h"
+#include "wizard/MapWizard.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+class QuietWizardWindows : public WizardWindows {
+public:
+    void hideMainWindow() override {}
+    void showMainWindow() override {}
+    void showPage(int) override {}
+    void hidePage(int) override {}
+    void unloadPage(int) override {}
+};
+
+/// A profile with a rotation of two maps, a starting map, a bot and a banned address.
+void fillProfile(ServerProfile& profile)
+{
+    for (const char* map : {"ffa_bespin", "duel_bay"})
+        profile.field(F::lsvMapRotation)
+            .addRow(rotationRow(QString::fromLatin1(map), QStringLiteral("Long"), QStringLiteral("ffa")));
+    profile.setStartingMap(QStringLiteral("ffa_bespin"));
+    profile.setValue(F::optDefaultGameType(4), 1);
+    profile.setValue(F::chkMapAutoCycle, 1);
+    profile.field(F::lstBannedIPs).addItem(QStringLiteral("10.0.0.7"));
+}
+
+/// Where a road went: the folder its dialog opened on, or the file it wrote or found.
+struct Road {
+    const char* name;
+    std::function<QString(TestApp&, ServerProfile&)> run;
+};
+
+const Road kRoads[] = {
+    {"the wizard's save dialog",
+     [](TestApp& t, ServerProfile& profile) {
+         QuietWizardWindows windows;
+         MapWizard wizard(*t.app, windows);
+         wizard.ID_MapWizard(profile);
+         wizard.grdMapList_Click(0);
+         wizard.cmdNext_Click(1);
+         wizard.cmdNext_Click(2);
+         t.prompts.cancelNextDialog();
+         wizard.cmdFinish_Click();
+         return t.prompts.dialogs.empty() ? QString() : t.prompts.dialogs.back().state.InitialDir;
+     }},
+    {"the map cycle export's dialog",
+     [](TestApp& t, ServerProfile& profile) {
+         t.prompts.cancelNextDialog();
+         mnuExportMapCycle_Click(*t.app, profile);
+         return t.prompts.dialogs.empty() ? QString() : t.prompts.dialogs.back().state.InitialDir;
+     }},
+    {"the saved-cycle picker",
+     [](TestApp& t, ServerProfile& profile) {
+         t.prompts.cancelNextDialog();
+         profile.setValue(F::chkUseINI, 1);
+         chkUseINI_Click(*t.app, profile);
+         return t.prompts.dialogs.empty() ? QString() : t.prompts.dialogs.back().state.InitialDir;
+     }},
+    {"the map cycle",
+     [](TestApp& t, ServerProfile& profile) {
+         QString name;
+         MakeMapCycle(*t.app, profile, name, false, false);
+         return t.baseFolder() + QLatin1Char('/') + name;
+     }},
+    {"the bot file",
+     [](TestApp& t, ServerProfile& profile) {
+         gbln_MakeBOTConfig(*t.app, profile);
+         return t.baseFolder() + QStringLiteral("/BOTFile.cfg");
+     }},
+    {"the ban file",
+     [](TestApp& t, ServerProfile& profile) {
+         gbln_MakeBANList(*t.app, profile, 1);
+         return t.baseFolder() + QStringLiteral("/BAN.cfg");
+     }},
+    {"the session file",
+     [](TestApp& t, ServerProfile& profile) {
+         QString session = QStringLiteral("arena.cfg");
+         CreateJediConfiguration(*t.app, profile, true, false, session);
+         return t.baseFolder() + QStringLiteral("/arena.cfg");
+     }},
+    {"the empty Default.cfg",
+     [](TestApp& t, ServerProfile&) {
+         EnsureDefaultCfg(*t.app);
+         return t.baseFolder() + QStringLiteral("/Default.cfg");
+     }},
+    {"the list of configs to execute",
+     [](TestApp& t, ServerProfile&) {
+         writeFile(t.baseFolder() + QStringLiteral("/extra.cfg"), "set a 1\r\n");
+         return baseFolderConfigs(*t.app).contains(QStringLiteral("extra.cfg")) ? t.baseFolder() + QStringLiteral("/extra.cfg")
+                                                                                : QString();
+     }},
+    {"the archives that the map and bot scans read",
+     [](TestApp& t, ServerProfile&) {
+         writeFile(t.baseFolder() + QStringLiteral("/maps.pk3"), "PK");
+         QString folder;
+         const QStringList files = baseFolderFiles(*t.app, t.gameFolder(), QStringLiteral("Base"), &folder);
+         return files.contains(QStringLiteral("maps.pk3")) ? QDir(folder).filePath(QStringLiteral("maps.pk3"))
+                                                           : QString();
+     }},
+};
+
+} // namespace
+
+TEST(BaseFolderCase, EveryRoadFindsTheBaseFolderHoweverItIsSpelled)
+{
+    for (const char* spelling : {"base", "Base", "BASE"}) {
+        for (const Road& road : kRoads) {
+            SCOPED_TRACE(std::string(spelling) + ": " + road.name);
+            TestApp t{QString::fromLatin1(spelling)};
+            ServerProfile profile;
+            fillProfile(profile);
+            const QString where = QDir::cleanPath(road.run(t, profile));
+            const QString base = QDir::cleanPath(t.baseFolder());
+            EXPECT_TRUE(where == base || QFileInfo(where).absolutePath() == base) << where.toStdString();
+            if (where != base) {
+                EXPECT_TRUE(QFileInfo(where).isFile()) << where.toStdString();
+            }
+            EXPECT_EQ(QDir(t.gameFolder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+                      QStringList{QString::fromLatin1(spelling)})
+                << "nothing beside the base folder";
+        }
+    }
+}
