@@ -4,7 +4,7 @@
 set -euo pipefail
 needed=(cmake ninja-build g++ pkg-config qt6-base-dev qt6-base-dev-tools qt6-qpa-plugins
         qt6-image-formats-plugins libzip-dev zlib1g-dev libgtest-dev
-        desktop-file-utils appstream dpkg-dev file "$@")
+        desktop-file-utils appstream dpkg-dev file systemd "$@")
 missing=()
 for p in "${needed[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

@@ -35,11 +35,17 @@ std::optional<ServerStatus> askStatus(const QString& host, int port, int timeout
         answer = status;
         loop.quit();
     });
-    QObject::connect(&client, &ConsoleClient::statusUnanswered, &loop, &QEventLoop::quit);
     QObject::connect(&client, &ConsoleClient::hostNotFound, &loop, &QEventLoop::quit);
-    QTimer::singleShot(timeoutMs + 100, &loop, &QEventLoop::quit);
-    // An empty address means every interface, this computer's included.
-    client.requestStatus(host.isEmpty() ? QStringLiteral("127.0.0.1") : host, static_cast<quint16>(port));
+    QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
+    // An empty address means every interface, this computer's included. A datagram may
+    // be lost, and a server drops requests that come too often: a second request goes
+    // after a third of the time.
+    const QString target = host.isEmpty() ? QStringLiteral("127.0.0.1") : host;
+    client.requestStatus(target, static_cast<quint16>(port));
+    QTimer::singleShot(timeoutMs / 3, &loop, [&] {
+        if (!answer)
+            client.requestStatus(target, static_cast<quint16>(port));
+    });
     loop.exec();
     return answer;
 }

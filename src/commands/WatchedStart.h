@@ -23,7 +23,7 @@ struct RestartSettings {
     int windowMinutes = 10;
 };
 
-inline constexpr int kMaxRestartLimit = 100;
+inline constexpr int kMaxRestartLimit = 1000;
 inline constexpr int kMaxRestartWindowMinutes = 1440;
 
 /// The watcher's limits from the profile, or none with the text of the box that says

@@ -4,6 +4,7 @@
 // crash logs. The id comes from the session file's name.
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 
 namespace steward {
 
@@ -28,6 +29,13 @@ public:
     QString lockFile() const { return file(QStringLiteral("watch.lock")); }
     /// crash-<yyyyMMdd-HHmmss>.log for a crash at that time.
     QString crashLog(const QDateTime& when) const;
+    /// The crash log for a crash at that time that doesn't exist yet: a second crash
+    /// within the same second gets "-2", and so on.
+    QString newCrashLog(const QDateTime& when) const;
+    /// The crash logs, oldest first.
+    QStringList crashLogs() const;
+    /// Removes the oldest crash logs beyond the newest `keep`.
+    void pruneCrashLogs(int keep) const;
 
 private:
     QString file(const QString& name) const { return m_path + QLatin1Char('/') + name; }

@@ -147,7 +147,8 @@ void ServerWatcher::crashed(const QString& cause)
                         m_state.workingFolder.toUtf8() + "\n\nThe last lines of its output:\n";
     for (const QString& line : m_log.lastLines())
         report += line.toUtf8() + '\n';
-    writePrivateFile(m_folder.crashLog(when), report);
+    writePrivateFile(m_folder.newCrashLog(when), report);
+    m_folder.pruneCrashLogs(kKeptCrashLogs);
 
     if (!m_options.restartOnCrash) {
         endWatch(1, QStringLiteral("Stopped after a crash, ") + cause);

@@ -24,6 +24,9 @@ class Clock;
 class ServerWatcher : public QObject {
     Q_OBJECT
 public:
+    /// The crash logs kept beside the server's log; older ones go.
+    static constexpr int kKeptCrashLogs = 20;
+
     struct Options {
         bool restartOnCrash = false;
         int restartLimit = 5;

@@ -207,7 +207,7 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
          {},
          {start},
          2,
-         "The restart limit must be a whole number from 1 to 100"},
+         "The restart limit must be a whole number from 1 to 1000"},
         {"a restart window of letters",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);

@@ -102,7 +102,7 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
              p.setValue(F::chkRestartServer, 1);
              p.setText(F::txtRestartLimit, QStringLiteral("0"));
          },
-         QStringLiteral("The restart limit must be a whole number from 1 to 100"), 3},
+         QStringLiteral("The restart limit must be a whole number from 1 to 1000"), 3},
         {"watched with an empty window",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);

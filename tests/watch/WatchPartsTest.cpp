@@ -198,3 +198,19 @@ TEST(PrivateFileTest, AFileThatCannotBeReplacedKeepsItsOldText)
     EXPECT_FALSE(writePrivateFile(file, "new"));
     EXPECT_EQ(steward::testing::fileBytes(file), QByteArray("old"));
 }
+
+TEST(ServerFolderTest, CrashLogsOfOneSecondStayApartAndTheOldestGo)
+{
+    QTemporaryDir dir;
+    const ServerFolder folder(dir.path(), QStringLiteral("luke"));
+    ASSERT_TRUE(folder.make());
+    const QDateTime when(QDate(2026, 11, 25), QTime(13, 58, 7));
+    for (int i = 1; i <= 25; ++i)
+        steward::testing::writeFile(folder.newCrashLog(when), QByteArray::number(i));
+    folder.pruneCrashLogs(20);
+    const QStringList kept = folder.crashLogs();
+    ASSERT_EQ(kept.size(), 20);
+    EXPECT_EQ(steward::testing::fileBytes(kept.first()), QByteArray("6"));
+    EXPECT_TRUE(kept.last().endsWith(QStringLiteral("/crash-20261125-135807-25.log")));
+    EXPECT_EQ(steward::testing::fileBytes(kept.last()), QByteArray("25"));
+}
