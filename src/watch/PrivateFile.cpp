@@ -36,7 +36,9 @@ QString systemError() { return QString::fromLocal8Bit(std::strerror(errno)); }
 bool writePrivateFile(const QString& path, const QByteArray& bytes, QString* error)
 {
     const QByteArray target = QFile::encodeName(path);
-    const QByteArray temporary = target + ".new";
+    // A name of this process's own, so that two processes that replace the file at once
+    // don't write into one another's copy.
+    const QByteArray temporary = target + ".new." + QByteArray::number(::getpid());
     const int fd = ::open(temporary.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
     if (fd < 0) {
         if (error)

@@ -8,6 +8,7 @@
 #include "watch/ServerLog.h"
 #include "watch/WatchState.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -194,7 +195,7 @@ TEST(PrivateFileTest, AFileThatCannotBeReplacedKeepsItsOldText)
     EXPECT_FALSE(reason.isEmpty());
     // The new text goes to a file beside the old one first; where that can't be made,
     // whoever runs the test, the old text stays.
-    ASSERT_TRUE(QDir().mkpath(file + QStringLiteral(".new")));
+    ASSERT_TRUE(QDir().mkpath(file + QStringLiteral(".new.%1").arg(QCoreApplication::applicationPid())));
     EXPECT_FALSE(writePrivateFile(file, "new"));
     EXPECT_EQ(steward::testing::fileBytes(file), QByteArray("old"));
 }
