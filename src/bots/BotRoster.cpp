@@ -6,13 +6,15 @@
 #include "model/ServerProfile.h"
 #include "support/Errors.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <algorithm>
 
 namespace steward {
 
 namespace {
 constexpr auto kRoster = F::grdBOTList;
-const QString kLastBots = QStringLiteral("lastbots.csv");
 } // namespace
 
 QStringList rosterHeadings()
@@ -58,14 +60,16 @@ void appendRosterBot(ServerProfile& profile, const QStringList& row)
 
 void loadLastBots(AppContext& app, ServerProfile& profile)
 {
-    replaceRosterBots(profile, loadRosterFile(app.programFile(kLastBots), RosterForm::Comma));
+    replaceRosterBots(profile, loadRosterFile(app.lastBotsFile(), RosterForm::Comma));
 }
 
 void saveLastBots(AppContext& app, ServerProfile& profile)
 {
     try {
-        if (!profile.field(kRoster).rows().isEmpty())
-            saveRosterFile(app.programFile(kLastBots), rosterBots(profile), RosterForm::Comma);
+        if (!profile.field(kRoster).rows().isEmpty()) {
+            QDir().mkpath(QFileInfo(app.lastBotsFile()).absolutePath());
+            saveRosterFile(app.lastBotsFile(), rosterBots(profile), RosterForm::Comma);
+        }
     } catch (const RuntimeError&) {
         // Leaving goes on whatever happens to the file.
     }

@@ -2,6 +2,7 @@
 
 #include "cli/CtlCommands.h"
 #include "cli/CtlSystem.h"
+#include "settings/Profiles.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -21,7 +22,8 @@ const QString kDescription = QStringLiteral(
     "Commands:\n"
     "  start        write the server's files and start it, as OK does\n"
     "  run          the same, then watch the server in the foreground until it ends\n"
-    "  status       whether the server runs, and what it answers on its port\n"
+    "  status       whether the server runs, and what it answers on its port; without\n"
+    "               --profile, when there are named profiles, one line for each\n"
     "  stop         stop the server (through its watcher when it has one)\n"
     "  unit         print the systemd user service; --install writes it\n"
     "\n"
@@ -57,6 +59,9 @@ int runCtl(const QStringList& arguments, CtlSystem& system)
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help."));
     const QCommandLineOption version({QStringLiteral("v"), QStringLiteral("version")},
                                      QStringLiteral("Show the version."));
+    const QCommandLineOption profile(QStringLiteral("profile"),
+                                     QStringLiteral("Work on the named profile instead of the default one."),
+                                     QStringLiteral("name"));
     const QCommandLineOption config(QStringLiteral("config"),
                                     QStringLiteral("Use a saved configuration (.asc) instead of the window's settings."),
                                     QStringLiteral("file"));
@@ -74,7 +79,7 @@ int runCtl(const QStringList& arguments, CtlSystem& system)
     const QCommandLineOption timeout(QStringLiteral("timeout"),
                                      QStringLiteral("status: milliseconds to wait for the server's answer (default 1000)."),
                                      QStringLiteral("ms"), QStringLiteral("1000"));
-    parser.addOptions({help, version, config, roster, noMessages, json, install, delay, timeout});
+    parser.addOptions({help, version, profile, config, roster, noMessages, json, install, delay, timeout});
 
     if (!parser.parse(arguments))
         return usage(system, parser, parser.errorText());
@@ -97,6 +102,11 @@ int runCtl(const QStringList& arguments, CtlSystem& system)
         return usage(system, parser, QStringLiteral("Unknown command: %1").arg(words.first()));
 
     CtlOptions options;
+    options.profile = parser.value(profile);
+    if (parser.isSet(profile) && options.profile != kDefaultProfile && !validProfileName(options.profile))
+        return usage(system, parser, profileNameRule());
+    if (options.profile == kDefaultProfile)
+        options.profile.clear();
     options.config = parser.value(config);
     options.roster = parser.value(roster);
     options.noMessages = parser.isSet(noMessages);

@@ -19,6 +19,8 @@ inline constexpr int Usage = 64;
 } // namespace ctl_exit
 
 struct CtlOptions {
+    /// The named profile; empty for the default one.
+    QString profile;
     QString config;
     QString roster;
     bool noMessages = false;

@@ -8,6 +8,7 @@
 #include "generate/ServerConfigWriter.h"
 #include "settings/ConfigurationFile.h"
 #include "settings/MemorySettingsStore.h"
+#include "settings/Profiles.h"
 #include "settings/SettingsStore.h"
 #include "settings/StartKeys.h"
 #include "support/AppContext.h"
@@ -20,9 +21,9 @@
 
 namespace steward {
 
-CtlSession::CtlSession(CtlSystem& system, QString configFile, QString rosterFile)
-    : m_system(system), m_configFile(std::move(configFile)), m_rosterFile(std::move(rosterFile)),
-      m_prompts(*system.err)
+CtlSession::CtlSession(CtlSystem& system, QString profile, QString configFile, QString rosterFile)
+    : m_system(system), m_profileName(profile == kDefaultProfile ? QString() : std::move(profile)),
+      m_configFile(std::move(configFile)), m_rosterFile(std::move(rosterFile)), m_prompts(*system.err)
 {
 }
 
@@ -36,13 +37,21 @@ bool CtlSession::load()
         if (!m_configFile.isEmpty()) {
             m_store = std::make_unique<MemorySettingsStore>(readConfigurationFile(m_configFile));
         } else {
-            if (!QFileInfo(m_system.settingsFile).isFile()) {
-                fail(QStringLiteral("No settings in %1: set the server up in Arena Steward first, "
-                                    "or give a saved configuration with --config FILE.asc")
-                         .arg(m_system.settingsFile));
+            const QString file =
+                m_profileName.isEmpty()
+                    ? m_system.settingsFile
+                    : profileSettingsFile(QFileInfo(m_system.settingsFile).absolutePath(), m_profileName);
+            if (!m_profileName.isEmpty() && !QFileInfo(file).isFile()) {
+                fail(QStringLiteral("There is no profile named %1").arg(m_profileName));
                 return false;
             }
-            m_store = std::make_unique<IniSettingsStore>(m_system.settingsFile);
+            if (!QFileInfo(file).isFile()) {
+                fail(QStringLiteral("No settings in %1: set the server up in Arena Steward first, "
+                                    "or give a saved configuration with --config FILE.asc")
+                         .arg(file));
+                return false;
+            }
+            m_store = std::make_unique<IniSettingsStore>(file);
         }
     } catch (const RuntimeError& e) {
         fail(e.description());
@@ -62,6 +71,7 @@ bool CtlSession::load()
     services.sockets = m_system.sockets;
     services.blockingWait = m_system.blockingWait;
     m_app = std::make_unique<AppContext>(services, m_system.programFolder);
+    m_app->profileName = m_profileName;
     m_app->watcherProgram = m_system.ownProgram;
     // Nobody stays behind to send the timed messages but the watcher.
     m_app->windowSendsMessages = false;

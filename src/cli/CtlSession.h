@@ -16,7 +16,9 @@ struct CtlSystem;
 
 class CtlSession {
 public:
-    CtlSession(CtlSystem& system, QString configFile, QString rosterFile = {});
+    /// The settings of the profile (empty or "default" for the default profile), or of
+    /// the configuration file when one is given.
+    CtlSession(CtlSystem& system, QString profile, QString configFile, QString rosterFile = {});
     ~CtlSession();
 
     /// Reads the settings; false after it said on standard error why it could not.
@@ -32,11 +34,14 @@ public:
     /// The session file's name as the start writes it (lower case, "_" for blanks, ".cfg").
     QString sessionName() const;
     ServerFolder folder() const;
+    /// The profile's name as the command line gives it: "default" for the default profile.
+    QString profileName() const { return m_profileName.isEmpty() ? QStringLiteral("default") : m_profileName; }
     /// Says the text on standard error.
     void fail(const QString& text);
 
 private:
     CtlSystem& m_system;
+    QString m_profileName;
     QString m_configFile;
     QString m_rosterFile;
     CtlPrompts m_prompts;

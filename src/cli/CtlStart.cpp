@@ -91,7 +91,7 @@ bool runOk(CtlSession& session, StartCounter& counter)
 
 int ctlStart(CtlSystem& system, const CtlOptions& options)
 {
-    CtlSession session(system, options.config, options.roster);
+    CtlSession session(system, options.profile, options.config, options.roster);
     if (!session.load() || !session.readyToStart())
         return ctl_exit::Refused;
     StartCounter counter(system.launcher);
@@ -108,7 +108,7 @@ int ctlStart(CtlSystem& system, const CtlOptions& options)
 
 int ctlRun(CtlSystem& system, const CtlOptions& options)
 {
-    CtlSession session(system, options.config, options.roster);
+    CtlSession session(system, options.profile, options.config, options.roster);
     if (!session.load() || !session.readyToStart())
         return ctl_exit::Refused;
     ServerProfile& profile = session.profile();
@@ -155,6 +155,7 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
 
     WatchState where;
     where.session = session.sessionName();
+    where.profile = app.profileName;
     where.host = sessionHost(profile);
     where.port = profile.text(F::txtServerConfig(12)).trimmed().isEmpty()
                      ? 28070

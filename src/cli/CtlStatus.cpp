@@ -4,10 +4,12 @@
 #include "cli/CtlSystem.h"
 #include "console/ConsoleClient.h"
 #include "platform/ProcessIdentity.h"
+#include "settings/Profiles.h"
 #include "watch/ServerControl.h"
 #include "watch/WatchState.h"
 
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -90,9 +92,43 @@ QJsonObject answerJson(const ServerStatus& status)
 
 } // namespace
 
+/// One line for each profile, the default first: its name, its port and its state.
+int listProfiles(CtlSystem& system, const CtlOptions& options, const QStringList& named)
+{
+    QJsonArray all;
+    QTextStream& out = *system.out;
+    for (const QString& name : QStringList{QString()} + named) {
+        CtlSession session(system, name, {});
+        if (!session.load())
+            continue;
+        const QString portText = session.profile().text(F::txtServerConfig(12)).trimmed();
+        const int port = portText.isEmpty() ? 28070 : portText.toInt();
+        const std::optional<WatchState> state = readWatchState(session.folder().stateFile());
+        const ServerCondition condition = state ? serverCondition(*state) : ServerCondition::NotRunning;
+        if (options.json) {
+            QJsonObject o = stateJson(session.sessionName(), state, condition);
+            o[QStringLiteral("profile")] = session.profileName();
+            o[QStringLiteral("port")] = port;
+            all.append(o);
+        } else {
+            out << session.profileName().leftJustified(20) << ' ' << QString::number(port).leftJustified(6) << ' '
+                << watchSummary(state) << Qt::endl;
+        }
+    }
+    if (options.json)
+        out << QJsonDocument(all).toJson(QJsonDocument::Indented);
+    out.flush();
+    return ctl_exit::Ok;
+}
+
 int ctlStatus(CtlSystem& system, const CtlOptions& options)
 {
-    CtlSession session(system, options.config);
+    if (options.profile.isEmpty() && options.config.isEmpty()) {
+        const QStringList named = namedProfiles(QFileInfo(system.settingsFile).absolutePath());
+        if (!named.isEmpty())
+            return listProfiles(system, options, named);
+    }
+    CtlSession session(system, options.profile, options.config);
     if (!session.load())
         return ctl_exit::Refused;
     const std::optional<WatchState> state = readWatchState(session.folder().stateFile());
@@ -132,7 +168,7 @@ int ctlStatus(CtlSystem& system, const CtlOptions& options)
 
 int ctlStop(CtlSystem& system, const CtlOptions& options)
 {
-    CtlSession session(system, options.config);
+    CtlSession session(system, options.profile, options.config);
     if (!session.load())
         return ctl_exit::Refused;
     const QString stateFile = session.folder().stateFile();

@@ -15,6 +15,7 @@ int ctlUnit(CtlSystem& system, const CtlOptions& options)
 {
     ServiceUnitFacts facts;
     facts.program = system.ownProgram;
+    facts.profileTemplate = !options.profile.isEmpty();
     if (!options.config.isEmpty()) {
         const QFileInfo config(options.config);
         if (!config.isFile()) {
@@ -29,7 +30,7 @@ int ctlUnit(CtlSystem& system, const CtlOptions& options)
         system.out->flush();
         return ctl_exit::Ok;
     }
-    const QString path = QDir(system.unitFolder).filePath(kServiceUnitName);
+    const QString path = QDir(system.unitFolder).filePath(facts.profileTemplate ? kProfileUnitName : kServiceUnitName);
     QString reason;
     if (!QDir().mkpath(system.unitFolder) || !writePrivateFile(path, text.toUtf8(), &reason)) {
         *system.err << "Could not write " << path << (reason.isEmpty() ? QString() : QStringLiteral(" (") + reason + QLatin1Char(')'))
@@ -38,7 +39,7 @@ int ctlUnit(CtlSystem& system, const CtlOptions& options)
     }
     *system.out << "Wrote " << path << Qt::endl
                 << "Start it now and at every boot with:" << Qt::endl;
-    for (const QString& line : enableLines(system.names ? system.names->userName() : QString()))
+    for (const QString& line : enableLines(system.names ? system.names->userName() : QString(), options.profile))
         *system.out << "  " << line << Qt::endl;
     return ctl_exit::Ok;
 }

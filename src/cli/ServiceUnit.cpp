@@ -26,10 +26,13 @@ QString unitWord(const QString& word)
 QString serviceUnitText(const ServiceUnitFacts& facts)
 {
     QStringList command = {unitWord(facts.program), QStringLiteral("run")};
+    // %i is the instance: the profile's name, which holds no character systemd would change.
+    if (facts.profileTemplate)
+        command << QStringLiteral("--profile") << QStringLiteral("%i");
     if (!facts.config.isEmpty())
         command << QStringLiteral("--config") << unitWord(facts.config);
     return QStringLiteral("[Unit]\n"
-                          "Description=Arena Steward: a watched Jedi Outcast dedicated server\n"
+                          "Description=Arena Steward: a watched Jedi Outcast dedicated server%2\n"
                           "StartLimitIntervalSec=600\n"
                           "StartLimitBurst=5\n"
                           "\n"
@@ -43,13 +46,15 @@ QString serviceUnitText(const ServiceUnitFacts& facts)
                           "\n"
                           "[Install]\n"
                           "WantedBy=default.target\n")
-        .arg(command.join(QLatin1Char(' ')));
+        .arg(command.join(QLatin1Char(' ')), facts.profileTemplate ? QStringLiteral(" (profile %i)") : QString());
 }
 
-QStringList enableLines(const QString& userName)
+QStringList enableLines(const QString& userName, const QString& profile)
 {
+    const QString unit = profile.isEmpty() ? kServiceUnitName
+                                           : QStringLiteral("arena-steward@") + profile + QStringLiteral(".service");
     return {QStringLiteral("systemctl --user daemon-reload"),
-            QStringLiteral("systemctl --user enable --now ") + kServiceUnitName,
+            QStringLiteral("systemctl --user enable --now ") + unit,
             QStringLiteral("loginctl enable-linger ") + userName};
 }
 

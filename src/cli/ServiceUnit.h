@@ -11,9 +11,12 @@ struct ServiceUnitFacts {
     QString program;
     /// The saved configuration to run, absolute; empty for the window's settings.
     QString config;
+    /// A named profile's service is the template unit, run as arena-steward@<profile>.
+    bool profileTemplate = false;
 };
 
 inline const QString kServiceUnitName = QStringLiteral("arena-steward.service");
+inline const QString kProfileUnitName = QStringLiteral("arena-steward@.service");
 
 /// The unit's text.
 QString serviceUnitText(const ServiceUnitFacts& facts);
@@ -22,7 +25,8 @@ QString serviceUnitText(const ServiceUnitFacts& facts);
 /// "%" and "$" doubled so that systemd takes them literally.
 QString unitWord(const QString& word);
 
-/// The lines that enable the installed unit at boot for the user.
-QStringList enableLines(const QString& userName);
+/// The lines that enable the installed unit at boot for the user: the service, or
+/// arena-steward@<profile>.service for a named profile.
+QStringList enableLines(const QString& userName, const QString& profile = {});
 
 } // namespace steward

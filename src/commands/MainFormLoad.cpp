@@ -24,7 +24,7 @@ void MainFormLoad(AppContext& app, ServerProfile& profile, FormLoadHost& host)
                      [&] { fillConfigLists(app, profile); },
                      [&] { fillStockStartingMaps(profile); },
                      [&] {
-                         if (FileExists(app.programFile(QStringLiteral("lastbots.csv"))))
+                         if (FileExists(app.lastBotsFile()))
                              loadLastBots(app, profile);
                      },
                      [&] { host.centerForm(); },

@@ -82,6 +82,8 @@ void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
 
         if (profile.isSet(F::chkRestartServer) && !restartSettingsAccepted(app, profile))
             return;
+        if (!portFree(app, profile))
+            return;
 
         if (!CreateJediConfiguration(app, profile, false, useSavedCycle, name)) {
             app.prompts().message(QStringLiteral("Could not start server!") + kTail, kProductTitle, Icon::Critical);

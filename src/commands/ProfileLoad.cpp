@@ -97,7 +97,7 @@ bool loadProfileWithoutWindow(AppContext& app, ServerProfile& profile, const QSt
                             [&] {
                                 if (!rosterFile.isEmpty())
                                     replaceRosterBots(profile, loadRosterFile(rosterFile, RosterForm::Comma));
-                                else if (FileExists(app.programFile(QStringLiteral("lastbots.csv"))))
+                                else if (FileExists(app.lastBotsFile()))
                                     loadLastBots(app, profile);
                             },
                         });

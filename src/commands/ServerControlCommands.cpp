@@ -1,6 +1,7 @@
 #include "commands/ServerControlCommands.h"
 
 #include "commands/SessionName.h"
+#include "commands/WatchedStart.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "platform/Clock.h"
@@ -47,7 +48,7 @@ QString sessionFileName(const ServerProfile& profile)
 
 ServerFolder serverFolderOf(const AppContext& app, const ServerProfile& profile)
 {
-    return ServerFolder(app.programFolder, ServerFolder::idForSession(sessionFileName(profile)));
+    return serverFolderFor(app, sessionFileName(profile));
 }
 
 QString serverStateText(const AppContext& app, const ServerProfile& profile)

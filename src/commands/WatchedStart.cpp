@@ -8,6 +8,7 @@
 #include "platform/Clock.h"
 #include "settings/ConfigurationFile.h"
 #include "settings/MemorySettingsStore.h"
+#include "settings/Profiles.h"
 #include "settings/SaveSettings.h"
 #include "settings/StartKeys.h"
 #include "support/AppContext.h"
@@ -15,6 +16,8 @@
 #include "support/Strings.h"
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
+
+#include <QDir>
 
 namespace steward {
 
@@ -35,7 +38,7 @@ std::optional<int> numberIn(const QString& text, int low, int high)
 
 ServerFolder folderOf(const AppContext& app, const SessionValues& session)
 {
-    return ServerFolder(app.programFolder, ServerFolder::idForSession(session.sessionName));
+    return serverFolderFor(app, session.sessionName);
 }
 
 void makeFolder(const ServerFolder& folder)
@@ -46,6 +49,37 @@ void makeFolder(const ServerFolder& folder)
 }
 
 } // namespace
+
+ServerFolder serverFolderFor(const AppContext& app, const QString& sessionName)
+{
+    if (!app.profileName.isEmpty())
+        return ServerFolder(app.programFolder, app.profileName);
+    return ServerFolder(app.programFolder, ServerFolder::idForSession(sessionName));
+}
+
+std::optional<QString> portTakenBy(const AppContext& app, int port)
+{
+    const QDir servers(app.programFile(QStringLiteral("servers")));
+    for (const QString& folder : servers.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+        const auto state = readWatchState(servers.filePath(folder + QStringLiteral("/state.json")));
+        if (!state || state->port != port || state->profile == app.profileName)
+            continue;
+        if (serverCondition(*state) != ServerCondition::NotRunning)
+            return state->profile.isEmpty() ? kDefaultProfile : state->profile;
+    }
+    return std::nullopt;
+}
+
+bool portFree(AppContext& app, const ServerProfile& profile)
+{
+    const QString text = trimBlanks(profile.text(F::txtServerConfig(12)));
+    const int port = text.isEmpty() ? 28070 : text.toInt();
+    const auto holder = portTakenBy(app, port);
+    if (!holder)
+        return true;
+    warn(app, QStringLiteral("The port %1 is in use by the server of the profile %2").arg(port).arg(*holder));
+    return false;
+}
 
 std::optional<RestartSettings> restartSettings(const ServerProfile& profile, QString* problem)
 {
@@ -130,6 +164,7 @@ void recordDetachedStart(AppContext& app, ServerProfile& profile, const SessionV
         return;
     WatchState state;
     state.session = session.sessionName;
+    state.profile = app.profileName;
     state.host = sessionHost(profile);
     state.port = session.port;
     state.server = identifyProcess(pid);

@@ -26,6 +26,17 @@ struct RestartSettings {
 inline constexpr int kMaxRestartLimit = 1000;
 inline constexpr int kMaxRestartWindowMinutes = 1440;
 
+/// The folder of the server's own files: servers/<profile>/ for a named profile,
+/// servers/<session>/ for the default one.
+ServerFolder serverFolderFor(const AppContext& app, const QString& sessionName);
+
+/// The profile, other than the one in use, whose running server was started on the
+/// port; none when no other profile's server uses it.
+std::optional<QString> portTakenBy(const AppContext& app, int port);
+/// OK's check that no other profile's server runs on the profile's port: false after
+/// the box that names that profile.
+bool portFree(AppContext& app, const ServerProfile& profile);
+
 /// The watcher's limits from the profile, or none with the text of the box that says
 /// what is wrong.
 std::optional<RestartSettings> restartSettings(const ServerProfile& profile, QString* problem = nullptr);

@@ -4,6 +4,8 @@
 // it with QMessageBox and QFileDialog; tests implement it with a scripted fake.
 #include <QString>
 
+#include <optional>
+
 namespace steward {
 
 enum class Icon { None, Information, Exclamation, Critical, Question };
@@ -56,6 +58,15 @@ public:
 
     /// Lets pending window events run.
     virtual void processEvents() = 0;
+    /// Asks for a line of text in an input dialog with the title and label, offering
+    /// text; none when the user cancels. Where nobody can be asked, none.
+    virtual std::optional<QString> askText(const QString& title, const QString& label, const QString& text)
+    {
+        Q_UNUSED(title);
+        Q_UNUSED(label);
+        Q_UNUSED(text);
+        return std::nullopt;
+    }
 
     // Shorthands for the common boxes.
     Answer message(const QString& text, const QString& title, Icon icon, Buttons buttons = Buttons::Ok,

@@ -57,4 +57,11 @@ QString AppContext::programFile(const QString& name) const
     return folder + name;
 }
 
+QString AppContext::profileFile(const QString& name) const
+{
+    if (profileName.isEmpty())
+        return programFile(name);
+    return programFile(QStringLiteral("servers/") + profileName + QLatin1Char('/') + name);
+}
+
 } // namespace steward

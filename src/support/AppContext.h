@@ -84,6 +84,14 @@ public:
     /// A file in the program's folder.
     QString programFile(const QString& name) const;
 
+    /// The named profile whose settings are in use; empty for the default profile.
+    QString profileName;
+    /// A file of the profile's own: in the program's folder for the default profile, in
+    /// servers/<profile>/ for a named one.
+    QString profileFile(const QString& name) const;
+    /// The bot roster kept between runs (lastbots.csv) of the profile.
+    QString lastBotsFile() const { return profileFile(QStringLiteral("lastbots.csv")); }
+
 private:
     ErrorLog m_errorLog;
 };

@@ -4,7 +4,11 @@
 #include "platform/System.h"
 #include "settings/SettingsStore.h"
 #include "support/AppContext.h"
+#include "commands/ProfileSet.h"
 #include "commands/Startup.h"
+#include "model/Constants.h"
+#include "platform/Prompts.h"
+#include "settings/Profiles.h"
 #include "platform/HostAddressLookup.h"
 #include "platform/UdpSocket.h"
 #include "ui/CommandWiring.h"
@@ -23,11 +27,23 @@
 namespace steward {
 
 namespace {
-QString commandLineText(int argc, char** argv)
+/// The words of the command line. "--profile NAME" is taken out into profile: the rest
+/// is the command line that start-up reads.
+QString commandLineText(int argc, char** argv, QString* profile)
 {
     QStringList words;
-    for (int i = 1; i < argc; ++i)
-        words << QString::fromLocal8Bit(argv[i]);
+    for (int i = 1; i < argc; ++i) {
+        const QString word = QString::fromLocal8Bit(argv[i]);
+        if (word == QLatin1String("--profile") && i + 1 < argc) {
+            *profile = QString::fromLocal8Bit(argv[++i]);
+            continue;
+        }
+        if (word.startsWith(QLatin1String("--profile="))) {
+            *profile = word.mid(10);
+            continue;
+        }
+        words << word;
+    }
     return words.join(QLatin1Char(' '));
 }
 } // namespace
@@ -50,14 +66,25 @@ int runApplication(int argc, char** argv)
     DesktopOpener opener;
     QtBeeper beeper;
     LockFileInstanceGuard instances;
-    IniSettingsStore store;
+    ProfileSet profiles(profileSettingsFolder());
 
     QtDatagramSockets sockets;
     ThreadSleepWait blockingWait;
 
-    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, &store, nullptr, &sockets,
+    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, nullptr, nullptr, &sockets,
                       &blockingWait};
     AppContext app(services, programFolder);
+    QString profile;
+    const QString commandLine = commandLineText(argc, argv, &profile);
+    profiles.use(app, QString());
+    if (!profile.isEmpty() && profile != kDefaultProfile) {
+        if (validProfileName(profile) && profiles.exists(profile))
+            profiles.use(app, profile);
+        else
+            prompts.message(QStringLiteral("There is no profile named %1: the default profile opens").arg(profile) +
+                                kTail,
+                            kProductTitle, Icon::Exclamation);
+    }
     // The watcher is installed beside the window's program; else it is looked for on the PATH.
     const QString watcher = QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("arena-stewardctl"));
     if (QFileInfo(watcher).isExecutable())
@@ -70,7 +97,8 @@ int runApplication(int argc, char** argv)
     host.addWindowSetup([&scanner](frmMain& window) { scanner.setOwner(&window); });
     HostAddressLookup addresses;
     CommandWiring wiring(app, host, addresses);
-    const StartupOutcome outcome = runStartup(app, host, commandLineText(argc, argv));
+    wiring.setProfiles(&profiles);
+    const StartupOutcome outcome = runStartup(app, host, commandLine);
     if (outcome != StartupOutcome::MainWindowOpen)
         return 0;
     quitWhenMainWindowGone(host);

@@ -2,7 +2,10 @@
 #include "commands/MapScanCommand.h"
 #include "ui/CommandWiring.h"
 
+#include "commands/ProfileCommands.h"
+#include "commands/ProfileSet.h"
 #include "commands/ProfileLoad.h"
+#include "ui/ProfileMenu.h"
 #include "commands/BanListCommands.h"
 #include "bots/BotRoster.h"
 #include "commands/BotRosterCommands.h"
@@ -79,6 +82,10 @@ void CommandWiring::setUpWindow(frmMain& window)
     buildMenuBar(window.menuBar(), [this](const QString& id) { m_dispatcher.SSActiveToolBars1_ToolClick(id); });
     if (auto* console = window.menuBar()->findChild<QAction*>(QStringLiteral("id_UtilitiesServerConsole")))
         console->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_K));
+    if (m_profiles) {
+        buildProfileMenu(window.menuBar(), *m_profiles, [this](const QString& choice) { profileChosen(choice); });
+        window.setWindowTitle(mainWindowTitle(m_profiles->current()));
+    }
     // The two pop-ups live with the window, so that their entries can be found by tool id.
     // A chosen entry runs once the menu has finished with the click and closed: its routine
     // may run pending events (a scan, a dialog, the wizard's start).
@@ -97,6 +104,22 @@ void CommandWiring::setUpWindow(frmMain& window)
     for (FieldId name : {F::chkMapAutoCycle, F::chkUseINI})
         if (auto* box = window.control<QCheckBox>(name.key()))
             QObject::connect(box, &QCheckBox::clicked, &window, [&profile, name] { profile.click(name); });
+}
+
+void CommandWiring::profileChosen(const QString& choice)
+{
+    frmMain* window = m_host.mainWindow();
+    if (!window || !m_profiles)
+        return;
+    ServerProfile& profile = window->profile();
+    if (choice == QLatin1String("new"))
+        endIfAsked(mnuProfileNew_Click(m_app, profile, m_host, *m_profiles));
+    else if (choice == QLatin1String("rename"))
+        endIfAsked(mnuProfileRename_Click(m_app, profile, m_host, *m_profiles));
+    else if (choice == QLatin1String("delete"))
+        endIfAsked(mnuProfileDelete_Click(m_app, profile, m_host, *m_profiles));
+    else
+        endIfAsked(mnuProfileSwitch_Click(m_app, profile, m_host, *m_profiles, choice));
 }
 
 void CommandWiring::routeButtons()

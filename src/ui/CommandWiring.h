@@ -15,6 +15,8 @@ class QtWindowHost;
 class frmMain;
 class MapWizardWindows;
 
+class ProfileSet;
+
 class CommandWiring {
 public:
     CommandWiring(AppContext& app, QtWindowHost& host, AddressLookup& addresses);
@@ -26,6 +28,8 @@ public:
     ToolDispatcher& dispatcher() { return m_dispatcher; }
     /// The map wizard and its pages.
     MapWizardWindows& mapWizard() { return *m_wizard; }
+    /// The profiles that the Profile menu offers; without them the window has no such menu.
+    void setProfiles(ProfileSet* profiles) { m_profiles = profiles; }
 
 private:
     void setUpWindow(frmMain& window);
@@ -34,12 +38,14 @@ private:
     /// Runs a routine on the live main window, if there is one.
     void withWindow(const std::function<void(frmMain&)>& routine) const;
     void showPopup(const QString& popupId, frmMain& window, const QPoint& where);
+    void profileChosen(const QString& choice);
 
     AppContext& m_app;
     QtWindowHost& m_host;
     AddressLookup& m_addresses;
     ToolDispatcher m_dispatcher;
     std::unique_ptr<MapWizardWindows> m_wizard;
+    ProfileSet* m_profiles = nullptr;
 };
 
 } // namespace steward

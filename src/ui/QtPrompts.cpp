@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QInputDialog>
+#include <QLineEdit>
 #include <QFileInfo>
 #include <QMessageBox>
 
@@ -197,5 +199,14 @@ void QtPrompts::setScreenPointer(int value)
 void QtPrompts::processEvents() { QApplication::processEvents(); }
 
 void QtBeeper::beep() { QApplication::beep(); }
+
+std::optional<QString> QtPrompts::askText(const QString& title, const QString& label, const QString& text)
+{
+    bool ok = false;
+    const QString typed = QInputDialog::getText(boxParent(), title, label, QLineEdit::Normal, text, &ok);
+    if (!ok)
+        return std::nullopt;
+    return typed;
+}
 
 } // namespace steward

@@ -15,6 +15,7 @@ public:
     int screenPointer() const override;
     void setScreenPointer(int value) override;
     void processEvents() override;
+    std::optional<QString> askText(const QString& title, const QString& label, const QString& text) override;
 
     /// The window that owns the boxes and dialogs when no other window asks: the main
     /// window while it lives.

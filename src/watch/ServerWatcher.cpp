@@ -14,6 +14,7 @@ ServerWatcher::ServerWatcher(const ServerFolder& folder, const WatchState& sessi
       m_policy(options.restartLimit, options.windowMinutes), m_log(folder.serverLog(), options.logLimit)
 {
     m_state.session = session.session;
+    m_state.profile = session.profile;
     m_state.host = session.host;
     m_state.port = session.port;
     m_state.watched = true;

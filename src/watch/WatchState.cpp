@@ -58,6 +58,7 @@ QJsonObject WatchState::toJson() const
 {
     QJsonObject o;
     o[QStringLiteral("session")] = session;
+    o[QStringLiteral("profile")] = profile;
     o[QStringLiteral("host")] = host;
     o[QStringLiteral("port")] = port;
     o[QStringLiteral("watched")] = watched;
@@ -79,6 +80,7 @@ WatchState WatchState::fromJson(const QJsonObject& o)
 {
     WatchState s;
     s.session = o.value(QStringLiteral("session")).toString();
+    s.profile = o.value(QStringLiteral("profile")).toString();
     s.host = o.value(QStringLiteral("host")).toString();
     s.port = o.value(QStringLiteral("port")).toInt();
     s.watched = o.value(QStringLiteral("watched")).toBool();

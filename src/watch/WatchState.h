@@ -17,6 +17,8 @@ struct WatchState {
     enum class Phase { Running, Restarting, Stopped };
 
     QString session;
+    /// The named profile the server belongs to; empty for the default profile.
+    QString profile;
     QString host; ///< the address the server was told to use, empty for this computer
     int port = 0;
 

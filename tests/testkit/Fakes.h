@@ -35,6 +35,22 @@ public:
         pointerHistory.push_back(value);
     }
     void processEvents() override { ++eventRuns; }
+    /// Takes the next prepared text; a null text, or none prepared, is a cancel.
+    std::optional<QString> askText(const QString& title, const QString& label, const QString& text) override
+    {
+        asked.push_back({title, label, text});
+        const QString next = typed.isEmpty() ? QString() : typed.takeFirst();
+        if (next.isNull())
+            return std::nullopt;
+        return next;
+    }
+    struct Asked {
+        QString title;
+        QString label;
+        QString text;
+    };
+    std::vector<Asked> asked;
+    QStringList typed;
 
     /// The next box gets this answer; without one a box gets its default button's.
     void answerNext(Answer answer) { answers.push_back(answer); }
