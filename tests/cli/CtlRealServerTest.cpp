@@ -6,6 +6,9 @@
 #include "commands/WatchedStart.h"
 #include "platform/ProcessIdentity.h"
 #include "settings/ConfigurationFile.h"
+#include "settings/MemorySettingsStore.h"
+#include "settings/SaveSettings.h"
+#include "settings/SettingsStore.h"
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
 
@@ -15,6 +18,7 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QThread>
 #include <QUdpSocket>
 
@@ -74,13 +78,35 @@ protected:
             run.kill();
             run.waitForFinished();
         }
-        if (const auto state = readWatchState(folder().stateFile()))
-            signalProcess(state->server, SIGKILL);
+        for (const QString& id : {QStringLiteral("duel_arena"), QStringLiteral("ffa"), QStringLiteral("duel")})
+            if (const auto state = readWatchState(
+                    ServerFolder(t.root() + QStringLiteral("/data/ArenaSteward"), id).stateFile()))
+                signalProcess(state->server, SIGKILL);
     }
 
     ServerFolder folder() const
     {
         return ServerFolder(t.root() + QStringLiteral("/data/ArenaSteward"), QStringLiteral("duel_arena"));
+    }
+
+    /// `run --profile NAME` as a child, on the test's folders and without a display.
+    void watchProfile(QProcess& process, const QString& profile)
+    {
+        process.setProcessEnvironment(childEnvironment());
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(system.ownProgram, {QStringLiteral("run"), QStringLiteral("--profile"), profile,
+                                          QStringLiteral("--restart-delay"), QStringLiteral("1")});
+        ASSERT_TRUE(process.waitForStarted());
+    }
+
+    QProcessEnvironment childEnvironment() const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), t.root() + QStringLiteral("/data"));
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), t.root() + QStringLiteral("/config"));
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(QString::fromLatin1(name));
+        return environment;
     }
 
     /// Saves a watched server's settings as a configuration and starts `run` on it.
@@ -98,12 +124,7 @@ protected:
         config = t.root() + QStringLiteral("/watched.asc");
         writeConfigurationFile(config, profileSettings(*t.app, profile));
 
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), t.root() + QStringLiteral("/data"));
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), t.root() + QStringLiteral("/config"));
-        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-            environment.remove(QString::fromLatin1(name));
-        run.setProcessEnvironment(environment);
+        run.setProcessEnvironment(childEnvironment());
         run.setProcessChannelMode(QProcess::MergedChannels);
         run.start(system.ownProgram, {QStringLiteral("run"), QStringLiteral("--config"), config,
                                       QStringLiteral("--restart-delay"), QStringLiteral("1")});
@@ -188,4 +209,117 @@ TEST_F(WatchedRealServer, TheCrashPastTheLimitLeavesItStoppedAndStatusSaysWhy)
     system.programFolder = t.root() + QStringLiteral("/data/ArenaSteward");
     EXPECT_EQ(ctl({QStringLiteral("status"), QStringLiteral("--config"), config}), 3) << err.toStdString();
     EXPECT_EQ(out, QStringLiteral("duel_arena.cfg: Stopped after 3 crashes in 10 minutes\n"));
+}
+
+namespace {
+
+/// The settings of a watched profile with a saved cycle of two maps, as the window's
+/// Defaults store them, in the profile's own settings file.
+void saveProfile(TestApp& t, const QString& name, quint16 port, const QString& host, const QStringList& maps)
+{
+    const QString cycle = name + QStringLiteral("_cycle.cfg");
+    writeFile(t.baseFolder() + QLatin1Char('/') + cycle,
+              QStringLiteral("set m1 \"map %1;set nextmap vstr m2\"\r\nset m2 \"map %2;set nextmap vstr m1\"\r\n"
+                             "vstr m1\r\n//%1\r\n")
+                  .arg(maps.at(0), maps.at(1))
+                  .toLatin1());
+    ServerProfile profile;
+    profile.setValue(F::chkServerType(1), 1);
+    profile.setText(F::txtServerConfig(1), name);
+    profile.setText(F::txtServerConfig(2), host);
+    profile.setText(F::txtServerConfig(12), QString::number(port));
+    profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
+    // The store gives an empty address box back as one blank, which the engine can't bind.
+    profile.setText(F::txtServerConfig(16), QStringLiteral("127.0.0.1"));
+    profile.setValue(F::chkSendMessage, 0);
+    profile.setValue(F::chkUseINI, 1);
+    profile.setText(F::txtServerINI, t.baseFolder() + QLatin1Char('/') + cycle);
+    profile.setValue(F::chkRestartServer, 1);
+    AppContext onFile = *t.app;
+    IniSettingsStore store(t.root() + QStringLiteral("/config/ArenaSteward/profiles/") + name + QStringLiteral(".conf"));
+    onFile.services.store = &store;
+    SaveMainSettings(onFile, profile);
+    store.SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
+    store.SaveSetting(QStringLiteral("PathToServer"), t.app->serverExecutable);
+}
+
+/// What the server prints for an rcon command.
+QByteArray rcon(quint16 port, const QByteArray& command)
+{
+    QUdpSocket socket;
+    socket.writeDatagram("\xff\xff\xff\xffrcon secret " + command, QHostAddress::LocalHost, port);
+    QByteArray answer;
+    while (socket.waitForReadyRead(1000)) {
+        QByteArray part(static_cast<int>(socket.pendingDatagramSize()), 0);
+        socket.readDatagram(part.data(), part.size());
+        answer += part;
+    }
+    return answer;
+}
+
+} // namespace
+
+TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation)
+{
+    const quint16 ffaPort = port;
+    const quint16 duelPort = static_cast<quint16>(port + 1);
+    saveProfile(t, QStringLiteral("ffa"), ffaPort, QStringLiteral("Profile FFA"),
+                {QStringLiteral("oa_dm1"), QStringLiteral("oa_dm2")});
+    saveProfile(t, QStringLiteral("duel"), duelPort, QStringLiteral("Profile Duel"),
+                {QStringLiteral("oa_dm3"), QStringLiteral("oa_dm4")});
+
+    QProcess duel;
+    watchProfile(run, QStringLiteral("ffa"));
+    watchProfile(duel, QStringLiteral("duel"));
+    const ServerFolder ffaFolder(t.root() + QStringLiteral("/data/ArenaSteward"), QStringLiteral("ffa"));
+    const ServerFolder duelFolder(t.root() + QStringLiteral("/data/ArenaSteward"), QStringLiteral("duel"));
+    const auto answering = [](const ServerFolder& folder, quint16 on, const ProcessIdentity& before, int ms) {
+        const QDeadlineTimer deadline(ms);
+        while (!deadline.hasExpired()) {
+            const auto state = readWatchState(folder.stateFile());
+            if (state && !(state->server == before) && stillRuns(state->server) && !askStatus(on, 250).isEmpty())
+                return state->server;
+            QThread::msleep(50);
+        }
+        return ProcessIdentity{};
+    };
+    const ProcessIdentity ffaServer = answering(ffaFolder, ffaPort, {}, 30000);
+    const ProcessIdentity duelServer = answering(duelFolder, duelPort, {}, 30000);
+    if (ffaServer.isNull() || duelServer.isNull()) {
+        ::kill(static_cast<pid_t>(run.processId()), SIGTERM);
+        ::kill(static_cast<pid_t>(duel.processId()), SIGTERM);
+        run.waitForFinished(5000);
+        duel.waitForFinished(5000);
+        FAIL() << "ffa: " << run.readAll().toStdString() << "\nduel: " << duel.readAll().toStdString()
+               << "\nffa's log: " << fileBytes(ffaFolder.serverLog()).right(1500).toStdString();
+    }
+    EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
+    EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\mapname\\oa_dm1\\"));
+    EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\sv_hostname\\Profile Duel\\"));
+    EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\mapname\\oa_dm3\\"));
+
+    ASSERT_TRUE(signalProcess(ffaServer, SIGSEGV));
+    const ProcessIdentity back = answering(ffaFolder, ffaPort, ffaServer, 15000);
+    ASSERT_FALSE(back.isNull()) << "the ffa profile's server did not come back";
+    EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
+    EXPECT_TRUE(rcon(ffaPort, "nextmap").contains("vstr m2")) << rcon(ffaPort, "nextmap").toStdString();
+    EXPECT_TRUE(rcon(ffaPort, "m2").contains("map oa_dm2")) << rcon(ffaPort, "m2").toStdString();
+    EXPECT_TRUE(stillRuns(duelServer)) << "the other profile's server keeps running";
+    EXPECT_TRUE(rcon(duelPort, "m2").contains("map oa_dm4"));
+
+    // Listed one line a profile.
+    system.settingsFile = t.root() + QStringLiteral("/config/ArenaSteward/ArenaSteward.conf");
+    system.programFolder = t.root() + QStringLiteral("/data/ArenaSteward");
+    writeFile(system.settingsFile, "[_Steward]\n");
+    EXPECT_EQ(ctl({QStringLiteral("status")}), 0) << err.toStdString();
+    EXPECT_TRUE(out.contains(QRegularExpression(QStringLiteral("^duel +%1 +Running since ").arg(duelPort),
+                                                QRegularExpression::MultilineOption)))
+        << out.toStdString();
+    EXPECT_TRUE(out.contains(QRegularExpression(QStringLiteral("^ffa +%1 +Running since .* 1 restart").arg(ffaPort),
+                                                QRegularExpression::MultilineOption)))
+        << out.toStdString();
+
+    ::kill(static_cast<pid_t>(duel.processId()), SIGTERM);
+    EXPECT_TRUE(duel.waitForFinished(10000));
+    EXPECT_TRUE(waitForEnd(duelServer, 5000));
 }

@@ -149,4 +149,19 @@ TEST_F(CtlState, TheServiceUnitIsOneThatSystemdAccepts)
     EXPECT_TRUE(fileBytes(installed).startsWith("[Unit]\n"));
 
     EXPECT_EQ(ctl({QStringLiteral("unit"), QStringLiteral("--config"), QStringLiteral("/nowhere.asc")}), 2);
+
+    // A named profile's service is a template, run as arena-steward@<profile>.
+    ASSERT_EQ(ctl({QStringLiteral("unit"), QStringLiteral("--profile"), QStringLiteral("ctf")}), 0);
+    EXPECT_TRUE(out.contains(QStringLiteral("ExecStart=") + system.ownProgram + QStringLiteral(" run --profile %i\n")));
+    const QString instance = t.root() + QStringLiteral("/arena-steward@ctf.service");
+    writeFile(instance, out.toUtf8());
+    QProcess verify;
+    verify.setProcessChannelMode(QProcess::MergedChannels);
+    verify.start(QStringLiteral("systemd-analyze"), {QStringLiteral("verify"), instance});
+    ASSERT_TRUE(verify.waitForFinished(30000));
+    EXPECT_EQ(verify.exitCode(), 0);
+    EXPECT_EQ(verify.readAll(), QByteArray());
+    ASSERT_EQ(ctl({QStringLiteral("unit"), QStringLiteral("--profile"), QStringLiteral("ctf"), QStringLiteral("--install")}), 0);
+    EXPECT_TRUE(QFileInfo(system.unitFolder + QStringLiteral("/arena-steward@.service")).isFile());
+    EXPECT_TRUE(out.contains(QStringLiteral("systemctl --user enable --now arena-steward@ctf.service\n")));
 }

@@ -1,0 +1,71 @@
+// The Profile menu of the wired main window: its entries by their names, the profile in
+// use checked, its name in the title bar, and a switch that opens the window again on
+// the other profile's settings.
+#include "commands/ProfileSet.h"
+#include "model/ServerProfile.h"
+#include "settings/SettingsStore.h"
+#include "ui/WiredMainWindow.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+class ProfileMenu : public WiredMainWindow {
+protected:
+    void SetUp() override
+    {
+        writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+        for (const QString& name : {QString(), QStringLiteral("ctf")}) {
+            IniSettingsStore store(profiles.settingsFile(name));
+            store.SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
+            store.SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("jk2mvded"));
+            store.SaveSetting(QStringLiteral("RunOnce"), QStringLiteral("1"));
+            store.SaveSetting(QStringLiteral("ServerInfo12"), name.isEmpty() ? QStringLiteral("Default Arena")
+                                                                            : QStringLiteral("Flag Arena"));
+        }
+        profiles.use(*t.app, QString());
+        wiring.setProfiles(&profiles);
+        openMainWindow();
+    }
+    QAction* action(const QString& name) { return host.mainWindow()->menuBar()->findChild<QAction*>(name); }
+
+    ProfileSet profiles{t.root() + QStringLiteral("/config")};
+};
+
+} // namespace
+
+TEST_F(ProfileMenu, OffersEveryProfileAndSwitchesTheWindowToIt)
+{
+    auto* menu = window->menuBar()->findChild<QMenu*>(QStringLiteral("mnuProfile"));
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->title(), QStringLiteral("&Profile"));
+    const struct {
+        const char* name;
+        const char* text;
+    } entries[] = {{"mnuProfileNew", "New Profile..."},
+                   {"mnuProfileRename", "Rename Profile..."},
+                   {"mnuProfileDelete", "Delete Profile..."},
+                   {"mnuProfile_default", "default"},
+                   {"mnuProfile_ctf", "ctf"}};
+    for (const auto& e : entries) {
+        QAction* a = action(QString::fromLatin1(e.name));
+        ASSERT_NE(a, nullptr) << e.name;
+        EXPECT_EQ(a->text(), QString::fromLatin1(e.text));
+    }
+    EXPECT_TRUE(action(QStringLiteral("mnuProfile_default"))->isChecked());
+    EXPECT_FALSE(action(QStringLiteral("mnuProfile_ctf"))->isChecked());
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Arena Steward"));
+    EXPECT_EQ(profile->text(F::txtServerConfig(2)), QStringLiteral("Default Arena"));
+
+    action(QStringLiteral("mnuProfile_ctf"))->trigger();
+    QApplication::processEvents();
+    ASSERT_NE(host.mainWindow(), nullptr);
+    EXPECT_EQ(host.mainWindow()->windowTitle(), QStringLiteral("Arena Steward - ctf"));
+    EXPECT_EQ(host.mainWindow()->profile().text(F::txtServerConfig(2)), QStringLiteral("Flag Arena"));
+    EXPECT_TRUE(action(QStringLiteral("mnuProfile_ctf"))->isChecked());
+}
