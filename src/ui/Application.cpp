@@ -26,16 +26,13 @@
 
 namespace steward {
 
-namespace {
-/// The words of the command line. "--profile NAME" is taken out into profile: the rest
-/// is the command line that start-up reads.
-QString commandLineText(int argc, char** argv, QString* profile)
+QString commandLineText(const QStringList& arguments, QString* profile)
 {
     QStringList words;
-    for (int i = 1; i < argc; ++i) {
-        const QString word = QString::fromLocal8Bit(argv[i]);
-        if (word == QLatin1String("--profile") && i + 1 < argc) {
-            *profile = QString::fromLocal8Bit(argv[++i]);
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& word = arguments.at(i);
+        if (word == QLatin1String("--profile") && i + 1 < arguments.size()) {
+            *profile = arguments.at(++i);
             continue;
         }
         if (word.startsWith(QLatin1String("--profile="))) {
@@ -46,7 +43,6 @@ QString commandLineText(int argc, char** argv, QString* profile)
     }
     return words.join(QLatin1Char(' '));
 }
-} // namespace
 
 int runApplication(int argc, char** argv)
 {
@@ -75,7 +71,10 @@ int runApplication(int argc, char** argv)
                       &blockingWait};
     AppContext app(services, programFolder);
     QString profile;
-    const QString commandLine = commandLineText(argc, argv, &profile);
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    const QString commandLine = commandLineText(arguments, &profile);
     profiles.use(app, QString());
     if (!profile.isEmpty() && profile != kDefaultProfile) {
         if (validProfileName(profile) && profiles.exists(profile))

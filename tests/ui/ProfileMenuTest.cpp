@@ -4,6 +4,7 @@
 #include "commands/ProfileSet.h"
 #include "model/ServerProfile.h"
 #include "settings/SettingsStore.h"
+#include "ui/Application.h"
 #include "ui/WiredMainWindow.h"
 
 #include <QAction>
@@ -68,4 +69,24 @@ TEST_F(ProfileMenu, OffersEveryProfileAndSwitchesTheWindowToIt)
     EXPECT_EQ(host.mainWindow()->windowTitle(), QStringLiteral("Arena Steward - ctf"));
     EXPECT_EQ(host.mainWindow()->profile().text(F::txtServerConfig(2)), QStringLiteral("Flag Arena"));
     EXPECT_TRUE(action(QStringLiteral("mnuProfile_ctf"))->isChecked());
+}
+
+TEST(ProfileArgument, IsTakenOutOfTheCommandLineThatStartUpReads)
+{
+    const struct {
+        QStringList arguments;
+        const char* commandLine;
+        const char* profile;
+    } cases[] = {
+        {{}, "", ""},
+        {{QStringLiteral("-check")}, "-check", ""},
+        {{QStringLiteral("--profile"), QStringLiteral("ctf")}, "", "ctf"},
+        {{QStringLiteral("--profile=duel"), QStringLiteral("-check")}, "-check", "duel"},
+        {{QStringLiteral("-check"), QStringLiteral("--profile")}, "-check --profile", ""},
+    };
+    for (const auto& c : cases) {
+        QString profile;
+        EXPECT_EQ(commandLineText(c.arguments, &profile), QString::fromLatin1(c.commandLine));
+        EXPECT_EQ(profile, QString::fromLatin1(c.profile));
+    }
 }
