@@ -10,10 +10,11 @@
 // private Xvfb for it (bench/xvfb.sh). On another platform the figures are printed but
 // the verdicts fail, since the targets are the X server's.
 //
-// Usage: bench_window [--archives N[,N...]] [--rounds N] [--work DIR]
+// Usage: bench_window [--archives N[,N...]] [--rounds N] [--work DIR] [--window-only]
 //   --archives N,N  sizes of the base folders (1000,10000)
 //   --rounds N      rounds of window, chain and peer per size (3)
 //   --work DIR      where the work folder is made (/dev/shm, else the temporary folder)
+//   --window-only   only the window's rounds, for a profiler; no verdicts
 #include "sides.h"
 #include "support/ProductText.h"
 #include "testkit/NoAddressLookup.h"
@@ -51,6 +52,7 @@ struct Options {
     std::vector<int> sizes{1000, 10000};
     int rounds = 3;
     QString work;
+    bool windowOnly = false;
 };
 
 bool parseOptions(const QStringList& args, Options& o)
@@ -58,7 +60,10 @@ bool parseOptions(const QStringList& args, Options& o)
     for (qsizetype i = 1; i < args.size(); ++i) {
         const QString& a = args[i];
         bool number = i + 1 < args.size();
-        if (a == QLatin1String("--work") && number) {
+        if (a == QLatin1String("--window-only")) {
+            o.windowOnly = true;
+            number = true;
+        } else if (a == QLatin1String("--work") && number) {
             o.work = args[++i];
         } else if (a == QLatin1String("--rounds") && number) {
             o.rounds = args[++i].toInt(&number);
@@ -252,8 +257,8 @@ int main(int argc, char** argv)
     Verdicts v;
     if (platform != QLatin1String("xcb"))
         v.fail(QStringLiteral("the targets are an X server's: run with QT_QPA_PLATFORM=xcb (bench/xvfb.sh)"));
-    const bool peer = peerAvailable();
-    if (!peer)
+    const bool peer = !o.windowOnly && peerAvailable();
+    if (!peer && !o.windowOnly)
         v.fail(QStringLiteral("the peer needs %1 with Pillow (Debian: python3-pil)").arg(peerPython()));
 
     struct SizeFigures {
@@ -275,6 +280,10 @@ int main(int argc, char** argv)
         std::vector<double> windowTimes, chainTimes, peerTimes;
         for (int round = 1; round <= o.rounds; ++round) {
             const WindowRun w = runWindow(game);
+            if (o.windowOnly) {
+                std::printf("   round %d: window %.3f s\n", round, w.seconds);
+                continue;
+            }
             const ChainRun c = runChain(game);
             if (!w.ran || !w.complete)
                 v.fail(QStringLiteral("%1 archives, round %2: the window's scan did not reach \"Map scan complete\"")
@@ -307,6 +316,8 @@ int main(int argc, char** argv)
             std::fflush(stdout);
         }
         QDir(game).removeRecursively();
+        if (o.windowOnly)
+            continue;
         figures.push_back({size, median(windowTimes), median(chainTimes), median(peerTimes)});
     }
 
@@ -324,5 +335,5 @@ int main(int argc, char** argv)
     }
     for (const QString& line : v.table)
         std::printf("%s\n", qPrintable(line));
-    return v.ok ? 0 : 1;
+    return o.windowOnly || v.ok ? 0 : 1;
 }
