@@ -1,8 +1,9 @@
 #!/bin/sh
-# Builds and runs the map catalogue, model scan and level shot benchmarks. The map
-# benchmark's peer needs Debian's /usr/bin/python3 with Pillow (python3-pil); its
-# optional pipeline footnote (--pipeline) needs unzip and ImageMagick. On Debian they
-# are installed here when missing (root only).
+# Builds and runs the map catalogue, model scan and level shot benchmarks, and the map
+# scan on the program's windows on a private Xvfb display (bench/xvfb.sh). The map
+# benchmarks' peer needs Debian's /usr/bin/python3 with Pillow (python3-pil), the window
+# benchmark Xvfb (xvfb); the optional pipeline footnote (--pipeline) needs unzip and
+# ImageMagick. On Debian they are installed here when missing (root only).
 # Usage: bench/run.sh [bench_maps options: --archives N --large N --rounds N --large-rounds N --pipeline]
 set -eu
 cd "$(dirname "$0")/.."
@@ -16,6 +17,9 @@ install() {
 if ! /usr/bin/python3 -c 'import PIL.Image' >/dev/null 2>&1; then
     install python3-pil
 fi
+if ! command -v Xvfb >/dev/null 2>&1; then
+    install xvfb
+fi
 case " $* " in
 *" --pipeline "*)
     if ! command -v unzip >/dev/null 2>&1 || [ ! -x /usr/bin/convert ]; then
@@ -24,9 +28,10 @@ case " $* " in
     ;;
 esac
 cmake --preset bench >/dev/null
-cmake --build --preset bench -j2 --target bench_maps bench_bots bench_shots
+cmake --build --preset bench -j2 --target bench_maps bench_bots bench_shots bench_window
 status=0
 ./build/bench/bench/bench_maps "$@" || status=1
 ./build/bench/bench/bench_bots || status=1
 ./build/bench/bench/bench_shots || status=1
+bench/xvfb.sh ./build/bench/bench/bench_window || status=1
 exit $status

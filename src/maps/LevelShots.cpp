@@ -256,6 +256,7 @@ bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& 
     }
     progress.setValue(0);
     progress.setActivity(QStringLiteral("Done"));
+    progress.phaseDone();
     return true;
 }
 
@@ -304,6 +305,7 @@ bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain)
     } catch (const RuntimeError& e) {
         reportTagged(app, e, kConvertTag, false, false);
     }
+    progress.phaseDone();
     return true;
 }
 

@@ -316,6 +316,7 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
             catalogue->close();
         progress.setBusy(false);
     }
+    progress.phaseDone();
     return result;
 }
 

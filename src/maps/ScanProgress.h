@@ -1,7 +1,9 @@
 #pragma once
 // What the map scan needs of its progress window frmScanner ("Map Scanner"): shown
-// without blocking, an activity text repainted at once, a progress bar, the form's
-// own busy cursor, hidden or unloaded by the caller. The windows supply one through
+// without blocking, an activity text, a progress bar, the form's own busy cursor,
+// hidden or unloaded by the caller. The scan holds the event loop, so the window
+// paints by hand; it may keep up with the eye rather than with every archive, as long
+// as the end of each phase stands on screen. The windows supply one through
 // AppContext::scanProgress; without one the scan shows nothing.
 #include <QString>
 
@@ -17,7 +19,7 @@ public:
     virtual void hide() = 0;
     /// Unloads the form; the next show loads a fresh one.
     virtual void unload() = 0;
-    /// The activity text lblScannerShow, repainted at once.
+    /// The activity text lblScannerShow, on screen by the next frame at the latest.
     virtual void setActivity(const QString& text) = 0;
     virtual void setActivityVisible(bool visible) = 0;
     /// The progress bar pctCurrentProg.
@@ -25,6 +27,8 @@ public:
     virtual void setValue(int value) = 0;
     /// The busy cursor of the form itself.
     virtual void setBusy(bool busy) = 0;
+    /// A phase of the scan has ended: its last text and value go on screen now.
+    virtual void phaseDone() {}
 };
 
 /// A progress that shows nothing.

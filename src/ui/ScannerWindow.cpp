@@ -54,6 +54,7 @@ void ScannerWindowProgress::show()
     window.raise();
     // The scan holds the event loop: let the new window come up and paint once.
     QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_pacer.painted();
 }
 
 void ScannerWindowProgress::hide()
@@ -71,10 +72,9 @@ void ScannerWindowProgress::unload()
 
 void ScannerWindowProgress::setActivity(const QString& text)
 {
-    QLabel* label = load().activityLabel();
-    label->setText(text);
-    if (label->isVisible())
-        label->repaint();
+    // A label only asks for a paint on a change; the paint itself is made here.
+    load().activityLabel()->setText(text);
+    paintWhenDue();
 }
 
 void ScannerWindowProgress::setActivityVisible(bool visible) { load().activityLabel()->setVisible(visible); }
@@ -82,13 +82,14 @@ void ScannerWindowProgress::setActivityVisible(bool visible) { load().activityLa
 void ScannerWindowProgress::setMaximum(int maximum)
 {
     // A range of 0 to 0 would make the bar a busy indicator.
-    load().progressBar()->setRange(0, std::max(maximum, 1));
+    changeBar([maximum](QProgressBar& bar) { bar.setRange(0, std::max(maximum, 1)); });
+    paintWhenDue();
 }
 
 void ScannerWindowProgress::setValue(int value)
 {
-    QProgressBar* bar = load().progressBar();
-    bar->setValue(std::clamp(value, bar->minimum(), bar->maximum()));
+    changeBar([value](QProgressBar& bar) { bar.setValue(std::clamp(value, bar.minimum(), bar.maximum())); });
+    paintWhenDue();
 }
 
 void ScannerWindowProgress::setBusy(bool busy)
@@ -98,6 +99,40 @@ void ScannerWindowProgress::setBusy(bool busy)
         window.setCursor(Qt::WaitCursor);
     else
         window.unsetCursor();
+}
+
+void ScannerWindowProgress::phaseDone()
+{
+    if (m_window)
+        paint();
+}
+
+template <typename Change> void ScannerWindowProgress::changeBar(Change change)
+{
+    // QProgressBar repaints itself at once whenever its value moves by a chunk; held,
+    // it only asks for a paint, which the next frame or the event loop makes.
+    QProgressBar& bar = *load().progressBar();
+    bar.setUpdatesEnabled(false);
+    change(bar);
+    bar.setUpdatesEnabled(true);
+}
+
+void ScannerWindowProgress::paintWhenDue()
+{
+    if (m_pacer.frameDue())
+        paint();
+}
+
+void ScannerWindowProgress::paint()
+{
+    ScannerWindow& window = load();
+    if (!window.isVisible())
+        return;
+    QRect area = window.progressBar()->geometry();
+    if (window.activityLabel()->isVisible())
+        area |= window.activityLabel()->geometry();
+    window.repaint(area);
+    m_pacer.painted();
 }
 
 } // namespace steward

@@ -1,8 +1,10 @@
 #pragma once
 // frmScanner, the small window that shows the progress of a map scan: "Map Scanner",
 // a fixed label "Current Progress:", the activity text and a progress bar. The scan
-// blocks the event loop, so every change is painted at once.
+// blocks the event loop, so the window paints by hand, at most once a frame and once
+// more at the end of each phase.
 #include "maps/ScanProgress.h"
+#include "ui/FramePacer.h"
 #include "ui/QtPrompts.h"
 
 #include <QDialog>
@@ -34,10 +36,15 @@ private:
 };
 
 /// The scan's progress on the real window: the window is loaded on show and deleted
-/// on unload. Set it as AppContext::scanProgress.
+/// on unload. Set it as AppContext::scanProgress. Its widgets always hold the newest
+/// text and value; they are painted when a frame has passed since the last paint, and
+/// when a phase ends.
 class ScannerWindowProgress final : public ScanProgress {
 public:
-    explicit ScannerWindowProgress(QWidget* owner = nullptr) : m_owner(owner) {}
+    explicit ScannerWindowProgress(QWidget* owner = nullptr, FramePacer::Clock clock = {})
+        : m_owner(owner), m_pacer(std::move(clock))
+    {
+    }
     ~ScannerWindowProgress() override;
     ScannerWindowProgress(const ScannerWindowProgress&) = delete;
     ScannerWindowProgress& operator=(const ScannerWindowProgress&) = delete;
@@ -55,12 +62,19 @@ public:
     void setMaximum(int maximum) override;
     void setValue(int value) override;
     void setBusy(bool busy) override;
+    void phaseDone() override;
 
 private:
     ScannerWindow& load();
+    /// Changes the bar without the repaint that QProgressBar makes at once.
+    template <typename Change> void changeBar(Change change);
+    void paintWhenDue();
+    /// Paints the activity text and the bar now, in one trip to the display.
+    void paint();
 
     QPointer<QWidget> m_owner;
     QPointer<ScannerWindow> m_window;
+    FramePacer m_pacer;
     /// The scan's boxes open above the window while it is loaded.
     std::unique_ptr<AskingWindow> m_asking;
 };

@@ -1,16 +1,128 @@
+#include "commands/MapScanCommand.h"
 #include "maps/LevelShots.h"
 #include "maps/MapScanner.h"
+#include "model/ServerProfile.h"
+#include "platform/Prompts.h"
+#include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 #include "ui/MainWindowHost.h"
 #include "ui/ScannerWindow.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QProgressBar>
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace steward;
 using namespace steward::testing;
+
+namespace {
+
+/// What frmScanner puts on screen: the activity text and the bar's value at each of
+/// their paints.
+class PaintedScanner : public QObject {
+public:
+    PaintedScanner() { qApp->installEventFilter(this); }
+    ~PaintedScanner() override { qApp->removeEventFilter(this); }
+    PaintedScanner(const PaintedScanner&) = delete;
+    PaintedScanner& operator=(const PaintedScanner&) = delete;
+
+    QStringList texts;
+    std::vector<int> values;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() != QEvent::Paint)
+            return false;
+        if (object->objectName() == QLatin1String("lblScannerShow"))
+            texts << static_cast<QLabel*>(object)->text();
+        else if (object->objectName() == QLatin1String("pctCurrentProg"))
+            values.push_back(static_cast<QProgressBar*>(object)->value());
+        return false;
+    }
+};
+
+/// The scan's reports on their way to the window: each one lets the clock run a step,
+/// and at the end of each phase what the window shows is noted beside what the phase
+/// reported last.
+class ReportedScan final : public ScanProgress {
+public:
+    ReportedScan(ScanProgress& window, const PaintedScanner& painted, qint64& now, qint64 step)
+        : m_window(window), m_painted(painted), m_now(now), m_step(step)
+    {
+    }
+    struct PhaseEnd {
+        QString reportedText;
+        int reportedValue;
+        QString shownText;
+        int shownValue;
+    };
+
+    void show() override { m_window.show(); }
+    void hide() override { m_window.hide(); }
+    void unload() override { m_window.unload(); }
+    void setActivity(const QString& text) override
+    {
+        m_now += m_step;
+        texts << text;
+        m_window.setActivity(text);
+    }
+    void setActivityVisible(bool visible) override { m_window.setActivityVisible(visible); }
+    void setMaximum(int maximum) override
+    {
+        m_now += m_step;
+        m_window.setMaximum(maximum);
+    }
+    void setValue(int value) override
+    {
+        m_now += m_step;
+        m_value = value;
+        m_window.setValue(value);
+    }
+    void setBusy(bool busy) override { m_window.setBusy(busy); }
+    void phaseDone() override
+    {
+        m_window.phaseDone();
+        ends.push_back({texts.value(texts.size() - 1), m_value, m_painted.texts.value(m_painted.texts.size() - 1),
+                        m_painted.values.empty() ? -1 : m_painted.values.back()});
+    }
+
+    QStringList texts;
+    std::vector<PhaseEnd> ends;
+
+private:
+    ScanProgress& m_window;
+    const PaintedScanner& m_painted;
+    qint64& m_now;
+    qint64 m_step;
+    int m_value = 0;
+};
+
+QStringList withoutRepeats(const QStringList& texts)
+{
+    QStringList result;
+    for (const QString& text : texts)
+        if (result.isEmpty() || result.last() != text)
+            result << text;
+    return result;
+}
+
+bool inOrderWithin(const QStringList& shown, const QStringList& reported)
+{
+    qsizetype next = 0;
+    for (const QString& text : shown) {
+        while (next < reported.size() && reported[next] != text)
+            ++next;
+        if (next == reported.size())
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 TEST(ScannerWindow, ShowsTheScanAndGoesAwayWhenUnloaded)
 {
@@ -73,3 +185,59 @@ TEST(ScannerWindow, TheWindowHostUnloadsItBeforeTheClosingBox)
     host.unloadScanner();
     EXPECT_EQ(progress.window(), nullptr) << "a plain close is refused by the scanner's window";
 }
+
+// The whole scan command on 40 archives of a map, a script and a tga level shot each,
+// with the clock running a given step at each report of the phases: a fast scan shows
+// only what a frame can show, a slow one every text, and each phase ends with its own
+// last text and value on screen.
+struct ScanPace {
+    qint64 stepMs;
+};
+
+class ScannerWindowPace : public ::testing::TestWithParam<ScanPace> {};
+
+TEST_P(ScannerWindowPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
+{
+    TestApp t;
+    for (int n = 0; n < 40; ++n) {
+        const QString map = QStringLiteral("map%1").arg(n, 2, 10, QLatin1Char('0'));
+        ASSERT_TRUE(ZipBuilder()
+                        .file(QStringLiteral("maps/") + map + QStringLiteral(".bsp"))
+                        .file(QStringLiteral("scripts/") + map + QStringLiteral(".arena"),
+                              arenaScript(map, QStringLiteral("Map ") + map, QStringLiteral("ffa")))
+                        .file(QStringLiteral("levelshots/") + map + QStringLiteral(".tga"), tgaPicture(4, 4, 1, 2, 3))
+                        .write(t.baseFolder() + QLatin1Char('/') + map + QStringLiteral(".pk3")));
+    }
+    qint64 now = 0;
+    ScannerWindowProgress window(nullptr, [&now] { return now; });
+    PaintedScanner painted;
+    ReportedScan scan(window, painted, now, GetParam().stepMs);
+    t.app->services.scanProgress = &scan;
+    t.app->gameFolder = t.gameFolder();
+    t.prompts.answerNext(Answer::Yes);
+    ServerProfile profile;
+
+    mnuMapScan_Click(*t.app, profile);
+
+    ASSERT_EQ(scan.ends.size(), 3u) << "the catalogue, the level shots and their conversion";
+    const QStringList lastTexts{QStringLiteral("Scanning map39.pk3 ...."), QStringLiteral("Done"),
+                                QStringLiteral("Converting map39.tga....")};
+    for (size_t phase = 0; phase < scan.ends.size(); ++phase) {
+        const ReportedScan::PhaseEnd& end = scan.ends[phase];
+        EXPECT_EQ(end.reportedText, lastTexts.value(static_cast<qsizetype>(phase)));
+        EXPECT_EQ(end.shownText, end.reportedText) << "phase " << phase + 1;
+        EXPECT_EQ(end.shownValue, end.reportedValue) << "phase " << phase + 1;
+    }
+    const QStringList shown = withoutRepeats(painted.texts);
+    EXPECT_TRUE(inOrderWithin(shown, scan.texts)) << shown.join(QLatin1Char('|')).toStdString();
+    // One paint a frame at most, beside the window's first paint and the phases' ends.
+    const qint64 frames = now / FramePacer::kFrameMs + 1;
+    EXPECT_LE(painted.texts.size(), frames + 1 + 3);
+    EXPECT_LE(static_cast<qint64>(painted.values.size()), frames + 1 + 3);
+    if (GetParam().stepMs >= FramePacer::kFrameMs) {
+        EXPECT_EQ(shown, withoutRepeats(scan.texts)) << "a slow scan shows every text";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Steps, ScannerWindowPace,
+                         ::testing::Values(ScanPace{0}, ScanPace{1}, ScanPace{7}, ScanPace{FramePacer::kFrameMs}));
