@@ -28,10 +28,12 @@ case " $* " in
     ;;
 esac
 cmake --preset bench >/dev/null
-cmake --build --preset bench -j2 --target bench_maps bench_bots bench_shots bench_window
+cmake --build --preset bench -j2 --target bench_maps bench_bots bench_shots bench_window arena-stewardctl
 status=0
 ./build/bench/bench/bench_maps "$@" || status=1
 ./build/bench/bench/bench_bots || status=1
 ./build/bench/bench/bench_shots || status=1
 bench/xvfb.sh ./build/bench/bench/bench_window || status=1
+# The watcher's costs (Debian's openarena-server for the crash road when it is installed).
+/usr/bin/python3 bench/watch.py ./build/bench/arena-stewardctl || status=1
 exit $status

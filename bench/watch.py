@@ -5,9 +5,10 @@
    resident memory and processor time while the server runs, the time of
    `arena-stewardctl status` from its start to its end, and the time from a SIGSEGV to
    the server that answers getstatus again, less the restart delay.
-2. A stub server that exits at once with status 1, restarted 1,000 times with no delay:
-   the watcher's resident memory, open files and sockets after 10 and after 1,000
-   restarts, and the files left in the server's folder.
+2. A stub server that exits at once with status 1, restarted 1,000 times with no delay,
+   and then runs: the watcher's resident memory, open files and sockets after 10 and
+   after 1,000 restarts, once more when the server has run a few seconds, and the files
+   left in the server's folder.
 
 Usage: bench/watch.py <arena-stewardctl> [--restarts N]
 """
@@ -140,11 +141,12 @@ def real_server(ctl, port):
             print(f"watcher while the server runs: {rss / 1024:.1f} MiB resident, {idle_cpu * 1000:.0f} ms "
                   f"processor time in 5 s, {files} open files ({sockets} sockets)")
 
-            # The engine answers a few getstatus requests a second from one address; a
-            # status now and then is what an administrator or a monitor asks.
+            # The engine answers one address about one getstatus a second once a burst of
+            # ten is spent; a status a second is what a monitor asks.
             times = []
+            time.sleep(10)
             for _ in range(20):
-                time.sleep(0.25)
+                time.sleep(1.1)
                 start = time.perf_counter()
                 subprocess.run([ctl, "status", "--config", config], env=env, stdout=subprocess.DEVNULL)
                 times.append((time.perf_counter() - start) * 1000)
@@ -172,7 +174,8 @@ def stub_restarts(ctl, port, restarts):
         os.makedirs(os.path.join(game, "base"))
         script = os.path.join(game, "stub")
         with open(script, "w") as f:
-            f.write("#!/bin/sh\nexit 1\n")
+            f.write('#!/bin/sh\nn=$(cat "$0.count" 2>/dev/null || echo 0)\nn=$((n + 1))\necho $n > "$0.count"\n'
+                    f'[ $n -le {restarts} ] && exit 1\nexec sleep 600\n')
         os.chmod(script, 0o755)
         config = os.path.join(root, "bench.asc")
         configuration(config, game, "stub", port, restarts, 1440)
@@ -181,10 +184,11 @@ def stub_restarts(ctl, port, restarts):
         samples = {}
         started = time.monotonic()
         try:
-            while run.poll() is None:
+            count = 0
+            while run.poll() is None and count < restarts:
                 state = read_state(root)
                 count = state["restarts"] if state else 0
-                for mark in (10, restarts - 10):
+                for mark in (10, restarts):
                     if count >= mark and mark not in samples:
                         try:
                             samples[mark] = (rss_kib(run.pid),) + open_files(run.pid)
@@ -192,15 +196,21 @@ def stub_restarts(ctl, port, restarts):
                             pass
                 time.sleep(0.002)
             took = time.monotonic() - started
+            # The server runs now; the watcher settles.
+            time.sleep(4)
+            settled = (rss_kib(run.pid),) + open_files(run.pid)
         finally:
-            if run.poll() is None:
-                run.kill()
+            run.send_signal(signal.SIGTERM)
+            run.wait(10)
         state = read_state(root)
         folder = os.path.dirname(state_file(root))
         print(f"{state['restarts']} restarts of a stub that exits at once in {took:.1f} s "
-              f"({took / max(1, state['restarts']) * 1000:.1f} ms each); it ends: {state['stoppedReason']}")
+              f"({took / max(1, state['restarts']) * 1000:.1f} ms each), then it runs")
         for mark, (rss, files, sockets) in sorted(samples.items()):
             print(f"  after {mark} restarts: {rss / 1024:.1f} MiB resident, {files} open files ({sockets} sockets)")
+        rss, files, sockets = settled
+        print(f"  the server running again, 4 s later: {rss / 1024:.1f} MiB resident, {files} open files "
+              f"({sockets} sockets)")
         print(f"  files in the server's folder: {len(os.listdir(folder))}")
 
 

@@ -40,14 +40,14 @@ std::optional<ServerStatus> askStatus(const QString& host, int port, int timeout
     QObject::connect(&client, &ConsoleClient::hostNotFound, &loop, &QEventLoop::quit);
     QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
     // An empty address means every interface, this computer's included. A datagram may
-    // be lost, and a server drops requests that come too often: a second request goes
-    // after a third of the time.
+    // be lost, and a server drops requests that come too often: the request goes again
+    // every 200 ms until an answer comes.
     const QString target = host.isEmpty() ? QStringLiteral("127.0.0.1") : host;
     client.requestStatus(target, static_cast<quint16>(port));
-    QTimer::singleShot(timeoutMs / 3, &loop, [&] {
-        if (!answer)
-            client.requestStatus(target, static_cast<quint16>(port));
-    });
+    QTimer again;
+    again.setInterval(200);
+    QObject::connect(&again, &QTimer::timeout, &loop, [&] { client.requestStatus(target, static_cast<quint16>(port)); });
+    again.start();
     loop.exec();
     return answer;
 }

@@ -140,6 +140,8 @@ void startWatcher(AppContext& app, ServerProfile& profile, const SessionValues& 
     watcher.program = app.watcherProgram;
     watcher.arguments = {QStringLiteral("run"), QStringLiteral("--config"), folder.startedConfiguration(),
                          QStringLiteral("--roster"), folder.startedRoster()};
+    if (!app.profileName.isEmpty())
+        watcher.arguments << QStringLiteral("--profile") << app.profileName;
     if (app.windowSendsMessages && profile.value(F::chkSendMessage) == 1)
         watcher.arguments << QStringLiteral("--no-messages");
     watcher.workingFolder = app.gameFolder;

@@ -1,6 +1,7 @@
 #include "watch/ServerWatcher.h"
 
 #include "platform/Clock.h"
+#include "platform/IdlePages.h"
 #include "watch/PrivateFile.h"
 
 #include <csignal>
@@ -22,6 +23,9 @@ ServerWatcher::ServerWatcher(const ServerFolder& folder, const WatchState& sessi
     m_steady.start();
     m_restartTimer.setSingleShot(true);
     connect(&m_restartTimer, &QTimer::timeout, this, &ServerWatcher::relaunchNow);
+    m_idleTimer.setSingleShot(true);
+    m_idleTimer.setInterval(kIdleAfterMs);
+    connect(&m_idleTimer, &QTimer::timeout, this, [] { releaseIdlePages(); });
     m_killTimer.setSingleShot(true);
     connect(&m_killTimer, &QTimer::timeout, this, [this] {
         if (m_process)
@@ -74,6 +78,9 @@ bool ServerWatcher::start(const LaunchRequest& request, QString* error)
     m_state.since = m_clock.now();
     m_state.stoppedReason.clear();
     saveState();
+    // Once the server has settled, the pages that the start read go back to the kernel:
+    // a watcher waits for weeks.
+    m_idleTimer.start();
     return true;
 }
 

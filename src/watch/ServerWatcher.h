@@ -79,6 +79,8 @@ private:
     QProcess* m_process = nullptr;
     QTimer m_restartTimer;
     QTimer m_killTimer;
+    QTimer m_idleTimer;
+    static constexpr int kIdleAfterMs = 2000;
     QElapsedTimer m_steady;
     bool m_stopping = false;
     bool m_restartRequested = false;

@@ -221,3 +221,20 @@ TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
     sleeper.kill();
     sleeper.waitForFinished();
 }
+
+TEST_F(Profiles, AWatchedStartOfANamedProfileKeepsItsFilesInItsOwnFolder)
+{
+    newProfile(QStringLiteral("ctf"), Answer::No);
+    window().setValue(F::chkMapAutoCycle, 1);
+    window().setValue(F::chkSendMessage, 0);
+    window().setValue(F::chkRestartServer, 1);
+    t.app->watcherProgram = QStringLiteral("/opt/arena-stewardctl");
+    cmdOk_Click(*t.app, window(), windows);
+    ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    const QString folder = t.programFolder() + QStringLiteral("/servers/ctf");
+    EXPECT_EQ(t.launcher.started.back().arguments,
+              QStringList({QStringLiteral("run"), QStringLiteral("--config"), folder + QStringLiteral("/started.asc"),
+                           QStringLiteral("--roster"), folder + QStringLiteral("/started-bots.csv"),
+                           QStringLiteral("--profile"), QStringLiteral("ctf")}));
+    EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/started.asc")).isFile());
+}
