@@ -238,3 +238,32 @@ TEST_F(Profiles, AWatchedStartOfANamedProfileKeepsItsFilesInItsOwnFolder)
                            QStringLiteral("--profile"), QStringLiteral("ctf")}));
     EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/started.asc")).isFile());
 }
+
+TEST_F(Profiles, AProfileWhoseServerRunsIsNeitherRenamedNorDeleted)
+{
+    newProfile(QStringLiteral("ctf"), Answer::No);
+    QProcess sleeper;
+    sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+    ASSERT_TRUE(sleeper.waitForStarted());
+    WatchState state;
+    state.profile = QStringLiteral("ctf");
+    state.server = identifyProcess(sleeper.processId());
+    state.phase = WatchState::Phase::Running;
+    const ServerFolder folder(t.programFolder(), QStringLiteral("ctf"));
+    ASSERT_TRUE(folder.make());
+    ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
+
+    for (auto routine : {mnuProfileRename_Click, mnuProfileDelete_Click}) {
+        t.prompts.shown.clear();
+        t.prompts.typed << QStringLiteral("other");
+        t.prompts.answerNext(Answer::Yes);
+        routine(*t.app, window(), windows, profiles);
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_EQ(t.prompts.last().request.text,
+                  QStringLiteral("The server of the profile ctf is running: stop it first") + kTail);
+        EXPECT_EQ(profiles.current(), QStringLiteral("ctf"));
+        EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf")}));
+    }
+    sleeper.kill();
+    sleeper.waitForFinished();
+}
