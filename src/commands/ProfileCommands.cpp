@@ -74,6 +74,20 @@ void leaveProfile(AppContext& app, ServerProfile& profile)
     saveLastBots(app, profile);
 }
 
+/// The named profile in use when it may be renamed or deleted; none after the box that
+/// says why not (the default profile, or a server that runs).
+std::optional<QString> changeableProfile(AppContext& app, const ProfileSet& profiles, const QString& defaultRefusal)
+{
+    const QString name = profiles.current();
+    if (name.isEmpty()) {
+        warn(app, defaultRefusal);
+        return std::nullopt;
+    }
+    if (serverRuns(app, name))
+        return std::nullopt;
+    return name;
+}
+
 StartupOutcome reopenOn(AppContext& app, WindowHost& windows, ProfileSet& profiles, const QString& name)
 {
     profiles.use(app, name);
@@ -123,13 +137,10 @@ StartupOutcome mnuProfileNew_Click(AppContext& app, ServerProfile& profile, Wind
 StartupOutcome mnuProfileRename_Click(AppContext& app, ServerProfile& profile, WindowHost& windows,
                                       ProfileSet& profiles)
 {
-    const QString old = profiles.current();
-    if (old.isEmpty()) {
-        warn(app, QStringLiteral("The default profile keeps its name"));
+    const auto current = changeableProfile(app, profiles, QStringLiteral("The default profile keeps its name"));
+    if (!current)
         return StartupOutcome::MainWindowOpen;
-    }
-    if (serverRuns(app, old))
-        return StartupOutcome::MainWindowOpen;
+    const QString old = *current;
     const auto name = askNewName(app, profiles, QStringLiteral("Rename Profile"), old);
     if (!name)
         return StartupOutcome::MainWindowOpen;
@@ -147,13 +158,10 @@ StartupOutcome mnuProfileRename_Click(AppContext& app, ServerProfile& profile, W
 StartupOutcome mnuProfileDelete_Click(AppContext& app, ServerProfile& profile, WindowHost& windows,
                                       ProfileSet& profiles)
 {
-    const QString name = profiles.current();
-    if (name.isEmpty()) {
-        warn(app, QStringLiteral("The default profile can't be deleted"));
+    const auto current = changeableProfile(app, profiles, QStringLiteral("The default profile can't be deleted"));
+    if (!current)
         return StartupOutcome::MainWindowOpen;
-    }
-    if (serverRuns(app, name))
-        return StartupOutcome::MainWindowOpen;
+    const QString name = *current;
     if (app.prompts().message(QStringLiteral("Delete the profile %1 with its settings?").arg(name) + kTail,
                               kProductTitle, Icon::Question, Buttons::YesNo, 1) != Answer::Yes)
         return StartupOutcome::MainWindowOpen;

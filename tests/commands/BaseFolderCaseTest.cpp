@@ -9,6 +9,7 @@
 #include "maps/MapRotation.h"
 #include "maps/MapScanner.h"
 #include "model/ServerProfile.h"
+#include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 #include "wizard/MapWizard.h"
 
@@ -21,15 +22,6 @@ using namespace steward;
 using namespace steward::testing;
 
 namespace {
-
-class QuietWizardWindows : public WizardWindows {
-public:
-    void hideMainWindow() override {}
-    void showMainWindow() override {}
-    void showPage(int) override {}
-    void hidePage(int) override {}
-    void unloadPage(int) override {}
-};
 
 /// A profile with a rotation of two maps, a starting map, a bot and a banned address.
 void fillProfile(ServerProfile& profile)

@@ -73,16 +73,6 @@ QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
     return status;
 }
 
-/// The wizard's windows are not needed to run its flow.
-class NoWizardWindows : public WizardWindows {
-public:
-    void hideMainWindow() override {}
-    void showMainWindow() override {}
-    void showPage(int) override {}
-    void hidePage(int) override {}
-    void unloadPage(int) override {}
-};
-
 /// Stops the server of the pid file once: the file goes with it.
 void stopServer(const QString& pidFile)
 {
@@ -236,7 +226,7 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
 
     // The wizard: oa_dm1 is the starting map and left out, oa_dm2 gets its own gravity
     // and time limit.
-    NoWizardWindows windows;
+    steward::testing::QuietWizardWindows windows;
     MapWizard wizard(*t.app, windows);
     wizard.ID_MapWizard(profile);
     wizard.fields().field(QStringLiteral("grdMapList")).setCurrent(0);

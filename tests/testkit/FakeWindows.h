@@ -2,6 +2,7 @@
 // Stand-ins for the windows that start-up and the main window's load talk to. The
 // window host creates a fresh profile for each main window and runs the real load on
 // it; both record what was asked of them.
+#include "wizard/MapWizard.h"
 #include "commands/MainFormLoad.h"
 #include "model/ServerProfile.h"
 #include "commands/Startup.h"
@@ -57,6 +58,16 @@ public:
 
 private:
     AppContext& m_app;
+};
+
+/// The wizard's windows, when a test runs its flow without them.
+class QuietWizardWindows : public WizardWindows {
+public:
+    void hideMainWindow() override {}
+    void showMainWindow() override {}
+    void showPage(int) override {}
+    void hidePage(int) override {}
+    void unloadPage(int) override {}
 };
 
 } // namespace steward::testing
