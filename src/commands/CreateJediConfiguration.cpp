@@ -1,6 +1,7 @@
 #include "commands/CreateJediConfiguration.h"
 
 #include "commands/ServerLaunch.h"
+#include "commands/SessionName.h"
 #include "commands/BanListCommands.h"
 #include "commands/MapCycleCommands.h"
 #include "commands/BotConfigWriter.h"
@@ -70,8 +71,7 @@ bool CreateJediConfiguration(AppContext& app, ServerProfile& profile, bool expor
     profile.setFormPointer(pointer::Hourglass);
     bool result = true;
     try {
-        sessionName.replace(QLatin1Char(' '), QLatin1Char('_'));
-        sessionName = sessionName.toLower();
+        sessionName = sessionNameAsWritten(sessionName);
         SessionValues session;
         session.sessionName = sessionName;
 

@@ -43,7 +43,7 @@ bool startAgain(AppContext& app, WatchState state, const QString& stateFile)
 
 QString sessionFileName(const ServerProfile& profile)
 {
-    return completeSessionName(profile.text(F::txtServerConfig(1))).replace(QLatin1Char(' '), QLatin1Char('_')).toLower();
+    return sessionNameAsWritten(completeSessionName(profile.text(F::txtServerConfig(1))));
 }
 
 ServerFolder serverFolderOf(const AppContext& app, const ServerProfile& profile)

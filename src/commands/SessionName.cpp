@@ -11,6 +11,11 @@ void warn(AppContext& app, const QString& text)
     app.prompts().message(text + kTail, kProductTitle, Icon::Exclamation);
 }
 
+QString sessionNameAsWritten(const QString& name)
+{
+    return QString(name).replace(QLatin1Char(' '), QLatin1Char('_')).toLower();
+}
+
 bool ValidSessionName(AppContext& app, const QString& name)
 {
     static const QString forbidden = QStringLiteral("\\/:*?<>|");

@@ -14,6 +14,9 @@ bool ValidSessionName(AppContext& app, const QString& name);
 /// case. The name keeps its own case.
 QString completeSessionName(const QString& name);
 
+/// The name as the session file is written: blanks made "_", lower-cased.
+QString sessionNameAsWritten(const QString& name);
+
 /// The exclamation box with OK and the message tail, titled "Arena Steward".
 void warn(AppContext& app, const QString& text);
 
