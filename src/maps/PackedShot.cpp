@@ -32,13 +32,79 @@ bool unpackExactly(const PackedEntry& packed, QByteArray* data)
     } else {
         return false;
     }
-    const uLong sum = crc32(crc32(0L, Z_NULL, 0), reinterpret_cast<const Bytef*>(data->constData()),
-                            static_cast<uInt>(data->size()));
+    const uLong sum =
+        crc32(crc32(0L, Z_NULL, 0), reinterpret_cast<const Bytef*>(data->constData()), static_cast<uInt>(data->size()));
     return sum == packed.crc;
 }
 
+namespace {
+
+void put16(char*& at, quint32 value)
+{
+    *at++ = static_cast<char>(value & 0xff);
+    *at++ = static_cast<char>((value >> 8) & 0xff);
+}
+
+void put32(char*& at, quint32 value)
+{
+    put16(at, value & 0xffff);
+    put16(at, value >> 16);
+}
+
+constexpr int kFileHeader = 14;
+constexpr int kInfoHeader = 40;
+// Pictures up to this side are written here; the level shots stop at 2048.
+constexpr int kLargestWritten = 8192;
+
+// What Qt's bmp writer gives for a picture of 32-bit pixels: a 24-bit bottom-up bmp
+// with a 40-byte header, no palette, and rows padded with zeros to four bytes.
+QByteArray trueColourBmp(const QImage& picture)
+{
+    const int width = picture.width();
+    const int height = picture.height();
+    const qsizetype row = (static_cast<qsizetype>(width) * 24 + 31) / 32 * 4;
+    const qsizetype pixels = row * height;
+    QByteArray bytes(kFileHeader + kInfoHeader + pixels, '\0');
+    char* at = bytes.data();
+    *at++ = 'B';
+    *at++ = 'M';
+    put32(at, static_cast<quint32>(bytes.size()));
+    put32(at, 0); // two reserved words
+    put32(at, kFileHeader + kInfoHeader);
+    put32(at, kInfoHeader);
+    put32(at, static_cast<quint32>(width));
+    put32(at, static_cast<quint32>(height));
+    put16(at, 1);  // planes
+    put16(at, 24); // bits per pixel
+    put32(at, 0);  // no compression
+    put32(at, static_cast<quint32>(pixels));
+    put32(at, static_cast<quint32>(picture.dotsPerMeterX() ? picture.dotsPerMeterX() : 2834));
+    put32(at, static_cast<quint32>(picture.dotsPerMeterY() ? picture.dotsPerMeterY() : 2834));
+    put32(at, 0); // colours used
+    put32(at, 0); // colours important
+    for (int y = height - 1; y >= 0; --y, at += row) {
+        const auto* from = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        auto* to = reinterpret_cast<uchar*>(at);
+        for (int x = 0; x < width; ++x, to += 3) {
+            const QRgb pixel = from[x];
+            to[0] = static_cast<uchar>(qBlue(pixel));
+            to[1] = static_cast<uchar>(qGreen(pixel));
+            to[2] = static_cast<uchar>(qRed(pixel));
+        }
+    }
+    return bytes;
+}
+
+} // namespace
+
 QByteArray bmpBytes(const QImage& picture)
 {
+    // The colours of 32-bit pixels are written as they are, the alpha left out, as Qt
+    // does after its conversion to RGB32; any other picture goes through Qt's writer.
+    const QImage::Format format = picture.format();
+    if ((format == QImage::Format_RGB32 || format == QImage::Format_ARGB32) && !picture.isNull() &&
+        picture.width() <= kLargestWritten && picture.height() <= kLargestWritten)
+        return trueColourBmp(picture);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
