@@ -148,3 +148,48 @@ TEST(PackedShot, TheBmpBytesAreThoseQtWrites)
         EXPECT_EQ(bmpBytes(c.picture), qt) << c.what;
     }
 }
+
+TEST(PackedShot, EveryKindOfTgaGivesTheBmpQtWritesOfItsPicture)
+{
+    // Plain true-colour data goes to the bmp straight; every other kind is decoded.
+    auto filled = [](int type, int width, int height, int depth, int descriptor) {
+        QByteArray tga = tgaHeader(type, width, height, depth, descriptor);
+        for (int i = 0; i < width * height * depth / 8; ++i)
+            tga.append(static_cast<char>((i * 131 + 7) & 0xff));
+        return tga;
+    };
+    QByteArray withId = filled(2, 3, 2, 24, 0);
+    withId[0] = 4;
+    withId.insert(18, "name");
+    struct Case {
+        const char* what;
+        QByteArray tga;
+    };
+    const std::vector<Case> cases = {
+        {"24 bits, bottom up", filled(2, 5, 3, 24, 0)},
+        {"24 bits, top down", filled(2, 5, 3, 24, 0x20)},
+        {"24 bits, no padding", filled(2, 4, 2, 24, 0)},
+        {"32 bits with alpha", filled(2, 3, 3, 32, 0x28)},
+        {"32 bits without alpha", filled(2, 2, 2, 32, 0x20)},
+        {"right to left", filled(2, 3, 2, 24, 0x10)},
+        {"an image id", withId},
+        {"16 bits", filled(2, 3, 2, 16, 0)},
+        {"grey", filled(3, 3, 2, 8, 0x20)},
+        {"run-length", tgaHeader(10, 2, 1, 24) + QByteArray("\x81\x01\x02\x03", 4)},
+        {"data short by a byte", filled(2, 3, 2, 24, 0).chopped(1)},
+    };
+    for (const Case& c : cases) {
+        TgaFault fault = TgaFault::None;
+        const QImage picture = readTgaPicture(c.tga, &fault);
+        QByteArray qt;
+        if (!picture.isNull()) {
+            QBuffer buffer(&qt);
+            buffer.open(QIODevice::WriteOnly);
+            ASSERT_TRUE(picture.convertToFormat(QImage::Format_RGB32).save(&buffer, "BMP")) << c.what;
+        }
+        const PreparedShot shot = prepareShot(packedOf(c.tga, true));
+        EXPECT_TRUE(shot.verified) << c.what;
+        EXPECT_EQ(shot.fault, fault) << c.what;
+        EXPECT_EQ(shot.bmp, qt) << c.what;
+    }
+}
