@@ -279,6 +279,14 @@ struct Scan {
     }
 };
 
+// The files of the base folder that the scan reads: the pk3 archives but the second
+// stock one.
+bool isScanned(const QString& file)
+{
+    const QString upper = file.toUpper();
+    return upper.endsWith(QLatin1String("PK3")) && upper != QLatin1String("ASSETS1.PK3");
+}
+
 } // namespace
 
 QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName, QString* folderPath)
@@ -313,12 +321,19 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
         progress.setValue(1);
 
         Scan scan(app, progress, *catalogue);
+        if (chain) {
+            // The archives' tables of contents are read on the idle workers ahead of the scan.
+            QStringList archives;
+            for (const QString& file : files)
+                if (isScanned(file))
+                    archives << folder + QLatin1Char('/') + file;
+            chain->archives.readAhead(chain->converter.pool(), std::move(archives));
+        }
         int fileCount = 0;
         for (const QString& file : files) {
             fileCount = toInt16(fileCount + 1);
             progress.setValue(fileCount);
-            const QString upper = file.toUpper();
-            if (!upper.endsWith(QLatin1String("PK3")) || upper == QLatin1String("ASSETS1.PK3"))
+            if (!isScanned(file))
                 continue;
             archive = file;
             scan.archive(folder, file, chain ? &chain->archives : nullptr);
@@ -348,6 +363,8 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
             catalogue->close();
         progress.setBusy(false);
     }
+    if (chain)
+        chain->archives.stopReadingAhead();
     progress.phaseDone();
     return result;
 }
