@@ -23,6 +23,8 @@
 //   --work DIR        where the work folder is made (/dev/shm, else the temporary folder)
 //   --pipeline        also time pipeline.sh on the compared folder (needs unzip, convert)
 // Internal: bench_maps --chain-child GAME_FOLDER runs the chain once and prints its figures.
+// bench_maps --build-base BASE_FOLDER N makes a base folder of N custom archives and
+// exits, for a profiler's runs of --chain-child.
 #include "commands/MapScanCommand.h"
 #include "floor.h"
 #include "sides.h"
@@ -232,8 +234,10 @@ struct Verdicts {
     QStringList table;
     void add(const QString& what, const QString& figure, bool pass)
     {
-        table << QStringLiteral("  %1 %2  %3").arg(what, -48).arg(figure, -26).arg(pass ? QStringLiteral("PASS")
-                                                                                       : QStringLiteral("FAIL"));
+        table << QStringLiteral("  %1 %2  %3")
+                     .arg(what, -48)
+                     .arg(figure, -26)
+                     .arg(pass ? QStringLiteral("PASS") : QStringLiteral("FAIL"));
         ok = ok && pass;
     }
     void note(const QString& what, const QString& figure)
@@ -258,6 +262,10 @@ int main(int argc, char** argv)
     if (argc == 3 && QByteArray(argv[1]) == "--chain-child") {
         QCoreApplication application(argc, argv);
         return chainChild(QString::fromLocal8Bit(argv[2]));
+    }
+    if (argc == 4 && QByteArray(argv[1]) == "--build-base") {
+        QCoreApplication application(argc, argv);
+        return buildCustomBase(QString::fromLocal8Bit(argv[2]), std::max(1, std::atoi(argv[3]))) ? 0 : 2;
     }
 
     QStringList args;
@@ -326,7 +334,8 @@ int main(int argc, char** argv)
                     static_cast<long long>(chain.catalogue.size()), static_cast<long long>(chain.bmps.size()));
 
         if (peer) {
-            const PeerRun p = runPeer(QStringLiteral(STEWARD_PEER_SCRIPT), customBase, root + QStringLiteral("/peer-out"));
+            const PeerRun p =
+                runPeer(QStringLiteral(STEWARD_PEER_SCRIPT), customBase, root + QStringLiteral("/peer-out"));
             peerTimes.push_back(p.seconds);
             if (!p.ok)
                 v.fail(QStringLiteral("round %1: the peer failed").arg(round));
@@ -444,9 +453,10 @@ int main(int argc, char** argv)
             process.waitForFinished(-1);
             shell = seconds(timer);
             const bool ran = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-            std::printf("\npipeline (unzip + convert): %.3f s, %s, %lld catalogue records, %lld bmp\n", shell,
-                        ran ? "ok" : "FAILED", static_cast<long long>(crlfLines(out + QStringLiteral("/Jedi.aml")).size()),
-                        static_cast<long long>(files(out + QStringLiteral("/levelshots"), QStringLiteral("*.bmp")).size()));
+            std::printf(
+                "\npipeline (unzip + convert): %.3f s, %s, %lld catalogue records, %lld bmp\n", shell,
+                ran ? "ok" : "FAILED", static_cast<long long>(crlfLines(out + QStringLiteral("/Jedi.aml")).size()),
+                static_cast<long long>(files(out + QStringLiteral("/levelshots"), QStringLiteral("*.bmp")).size()));
             if (!ran)
                 shell = 0;
         }
@@ -486,13 +496,13 @@ int main(int argc, char** argv)
               largePeak < kPeakTargetMb);
     }
     if (kStockBaselineSeconds > 0)
-        v.add(QStringLiteral("assets0.pk3 alone (<= %1 +10 % +5 ms)").arg(secs(kStockBaselineSeconds)),
-              secs(stock), stock <= kStockBaselineSeconds * kStockNoise + kStockNoiseSeconds);
+        v.add(QStringLiteral("assets0.pk3 alone (<= %1 +10 % +5 ms)").arg(secs(kStockBaselineSeconds)), secs(stock),
+              stock <= kStockBaselineSeconds * kStockNoise + kStockNoiseSeconds);
     else
         v.note(QStringLiteral("assets0.pk3 alone, median of %1").arg(kStockRuns), secs(stock));
     const double tree = std::max(deep, wide);
-    v.add(QStringLiteral("10,000 records into the tree (target < 0.3 s)"), QStringLiteral("%1 ms").arg(tree * 1e3, 0, 'f', 1),
-          tree < 0.3);
+    v.add(QStringLiteral("10,000 records into the tree (target < 0.3 s)"),
+          QStringLiteral("%1 ms").arg(tree * 1e3, 0, 'f', 1), tree < 0.3);
     if (shell > 0)
         v.note(QStringLiteral("footnote: pipeline / chain"), QStringLiteral("%1").arg(shell / chain, 0, 'f', 1));
     for (const QString& line : v.table)

@@ -23,6 +23,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
@@ -74,7 +75,8 @@ namespace {
 QString archiveMessage(const QString& archive)
 {
     return QStringLiteral("The following pk3 ") + archive +
-           QStringLiteral(" file does not contain an arena file, Arena Steward is unable to process this file") + kCrLf +
+           QStringLiteral(" file does not contain an arena file, Arena Steward is unable to process this file") +
+           kCrLf +
            QStringLiteral("it is recomended that you remove this pk3 file from your Jedi Main folder and run this map "
                           "scan again") +
            kTail;
@@ -106,6 +108,15 @@ struct Scan {
     // The long name and type read last from a script; never reset between archives.
     QString longName;
     QString type;
+    // The scripts folders that passed the folder checks of scriptInMemory, by the
+    // entries' folder name, with the identity each had then: found again as the same
+    // folder, it needs no second walk of the program folder and its canonical paths.
+    struct CheckedFolder {
+        QString path;
+        dev_t device = 0;
+        ino_t inode = 0;
+    };
+    QHash<QString, CheckedFolder> checkedFolders;
 
     QString entryName(const ArchiveReader& reader, int index)
     {
@@ -126,7 +137,7 @@ struct Scan {
     // writable entry of the scripts folder with exactly that name, a scripts folder that
     // is there, inside the program's folder, writable and the one the scan reads from,
     // and nothing yet at the script's place.
-    std::optional<int> scriptInMemory(const ArchiveReader& reader, const QString& name) const
+    std::optional<int> scriptInMemory(const ArchiveReader& reader, const QString& name)
     {
         if (name.contains(QLatin1Char('*')) || name.contains(QLatin1Char('?')))
             return std::nullopt;
@@ -146,21 +157,41 @@ struct Scan {
             e.size > static_cast<quint64>(ArchiveReader::kDefaultLimit))
             return std::nullopt;
 
+        const QString folder = checkedScriptFolder(e.folder);
+        if (folder.isEmpty())
+            return std::nullopt;
+        const QByteArray local = QFile::encodeName(folder);
+        struct stat info {};
+        if (::access(local.constData(), W_OK | X_OK) != 0 ||
+            ::lstat(QFile::encodeName(folder + QLatin1Char('/') + name).constData(), &info) == 0)
+            return std::nullopt;
+        return sole;
+    }
+
+    // The scripts folder that entries of the folder entryFolder land in when it is the
+    // one the scan reads from, a folder inside the program's folder; empty otherwise.
+    QString checkedScriptFolder(const QString& entryFolder)
+    {
+        struct stat info {};
+        if (const auto checked = checkedFolders.constFind(entryFolder); checked != checkedFolders.constEnd()) {
+            if (::lstat(QFile::encodeName(checked->path).constData(), &info) == 0 && S_ISDIR(info.st_mode) &&
+                info.st_dev == checked->device && info.st_ino == checked->inode)
+                return checked->path;
+            checkedFolders.remove(entryFolder);
+        }
         QString program = app.programFolder;
         AddSlash(program);
         const QString readFrom = findChildFolder(program, QStringLiteral("Scripts"), QStringLiteral("Scripts"));
-        if (findChildFolder(program, e.folder, e.folder) != readFrom)
-            return std::nullopt;
+        if (findChildFolder(program, entryFolder, entryFolder) != readFrom)
+            return {};
         const QFileInfo folder(program + readFrom);
         const QString root = QFileInfo(app.programFolder).canonicalFilePath();
         if (!folder.isDir() || root.isEmpty() || folder.canonicalFilePath() != root + QLatin1Char('/') + readFrom)
-            return std::nullopt;
-        const QByteArray local = QFile::encodeName(folder.filePath());
-        struct stat info {};
-        if (::access(local.constData(), W_OK | X_OK) != 0 ||
-            ::lstat(QFile::encodeName(folder.filePath() + QLatin1Char('/') + name).constData(), &info) == 0)
-            return std::nullopt;
-        return sole;
+            return {};
+        const QString path = folder.filePath();
+        if (::lstat(QFile::encodeName(path).constData(), &info) == 0 && S_ISDIR(info.st_mode))
+            checkedFolders.insert(entryFolder, {path, info.st_dev, info.st_ino});
+        return path;
     }
 
     void archive(const QString& folder, const QString& file, ArchiveShelf* shelf)
@@ -228,6 +259,7 @@ struct Scan {
                 }
             }
             selected = true;
+            checkedFolders.clear(); // the extraction may make or change folders
             reader.selectFiles(QStringLiteral("Scripts\\") + name);
             reader.extract(app.programFolder);
             const QString script = scriptFolder(app) + QLatin1Char('/') + name;
@@ -246,6 +278,14 @@ struct Scan {
         }
     }
 };
+
+// The files of the base folder that the scan reads: the pk3 archives but the second
+// stock one.
+bool isScanned(const QString& file)
+{
+    const QString upper = file.toUpper();
+    return upper.endsWith(QLatin1String("PK3")) && upper != QLatin1String("ASSETS1.PK3");
+}
 
 } // namespace
 
@@ -281,12 +321,19 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
         progress.setValue(1);
 
         Scan scan(app, progress, *catalogue);
+        if (chain) {
+            // The archives' tables of contents are read on the idle workers ahead of the scan.
+            QStringList archives;
+            for (const QString& file : files)
+                if (isScanned(file))
+                    archives << folder + QLatin1Char('/') + file;
+            chain->archives.readAhead(chain->converter.pool(), std::move(archives));
+        }
         int fileCount = 0;
         for (const QString& file : files) {
             fileCount = toInt16(fileCount + 1);
             progress.setValue(fileCount);
-            const QString upper = file.toUpper();
-            if (!upper.endsWith(QLatin1String("PK3")) || upper == QLatin1String("ASSETS1.PK3"))
+            if (!isScanned(file))
                 continue;
             archive = file;
             scan.archive(folder, file, chain ? &chain->archives : nullptr);
@@ -316,6 +363,8 @@ bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalo
             catalogue->close();
         progress.setBusy(false);
     }
+    if (chain)
+        chain->archives.stopReadingAhead();
     progress.phaseDone();
     return result;
 }

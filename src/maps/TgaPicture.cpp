@@ -46,17 +46,34 @@ bool unpackRuns(const QByteArray& in, qsizetype from, int bytesPerPixel, qint64 
     return true;
 }
 
-QRgb pixelAt(const uchar* p, int depth, bool alpha)
+inline QRgb pixelAt(const uchar* p, int depth, bool alpha)
 {
     switch (depth) {
-    case 8: return qRgb(p[0], p[0], p[0]);
+    case 8:
+        return qRgb(p[0], p[0], p[0]);
     case 16: {
         const int v = p[0] | p[1] << 8;
         const int r = (v >> 10) & 0x1f, g = (v >> 5) & 0x1f, b = v & 0x1f;
         return qRgb(r << 3 | r >> 2, g << 3 | g >> 2, b << 3 | b >> 2);
     }
-    case 24: return qRgb(p[2], p[1], p[0]);
-    default: return alpha ? qRgba(p[2], p[1], p[0], p[3]) : qRgb(p[2], p[1], p[0]);
+    case 24:
+        return qRgb(p[2], p[1], p[0]);
+    default:
+        return alpha ? qRgba(p[2], p[1], p[0], p[3]) : qRgb(p[2], p[1], p[0]);
+    }
+}
+
+// One row of pixels, with the depth known to the compiler.
+template <int Depth, bool Alpha>
+void fillRow(QRgb* line, const uchar* from, int width, bool rightToLeft)
+{
+    constexpr int step = Depth / 8;
+    if (rightToLeft) {
+        for (int x = width - 1; x >= 0; --x, from += step)
+            line[x] = pixelAt(from, Depth, Alpha);
+    } else {
+        for (int x = 0; x < width; ++x, from += step)
+            line[x] = pixelAt(from, Depth, Alpha);
     }
 }
 
@@ -96,8 +113,8 @@ QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
     const qsizetype start =
         kHeader + idLength + (mapType ? static_cast<qsizetype>(mapLength) * ((mapEntryBits + 7) / 8) : 0);
     // The data must be able to fill the picture before memory is taken for it.
-    const qint64 leastData = runs ? (pixels + kLongestRun - 1) / kLongestRun * (1 + bytesPerPixel)
-                                  : pixels * bytesPerPixel;
+    const qint64 leastData =
+        runs ? (pixels + kLongestRun - 1) / kLongestRun * (1 + bytesPerPixel) : pixels * bytesPerPixel;
     if (start > bytes.size() || bytes.size() - start < leastData)
         return {};
 
@@ -117,11 +134,14 @@ QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
         return {};
     const bool topDown = descriptor & 0x20;
     const bool rightToLeft = descriptor & 0x10;
+    auto fill = depth == 8    ? fillRow<8, false>
+                : depth == 16 ? fillRow<16, false>
+                : depth == 24 ? fillRow<24, false>
+                : alpha       ? fillRow<32, true>
+                              : fillRow<32, false>;
     for (int row = 0; row < height; ++row) {
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
-        const uchar* from = data + static_cast<qsizetype>(row) * width * bytesPerPixel;
-        for (int x = 0; x < width; ++x, from += bytesPerPixel)
-            line[rightToLeft ? width - 1 - x : x] = pixelAt(from, depth, alpha);
+        fill(line, data + static_cast<qsizetype>(row) * width * bytesPerPixel, width, rightToLeft);
     }
     why = TgaFault::None;
     return image;
