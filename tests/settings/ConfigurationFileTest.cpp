@@ -185,6 +185,27 @@ TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
                                {QStringLiteral("ServerInfo15"), QString()}}));
 }
 
+TEST_F(ConfigFile, ARawValueWithACommaShiftsEveryLaterPair)
+{
+    store("LogName", QStringLiteral("a,b.log"));
+    store("MsgTime", QStringLiteral("5"));
+    store("ServerInfo20", QStringLiteral("1,2"));
+    t.prompts.chooseFile(ascFile());
+    SaveConfiguration(*t.app);
+    EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n"));
+
+    Rows atRestart;
+    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+    t.prompts.chooseFile(ascFile());
+    LoadConfiguration(*t.app, host);
+    EXPECT_EQ(atRestart, (Rows{{QStringLiteral("1"), QStringLiteral("2")},
+                               {QStringLiteral("5"), QStringLiteral("ServerInfo20")},
+                               {QStringLiteral("LogName"), QStringLiteral("a")},
+                               {QStringLiteral("MsgTime"), QStringLiteral("5")},
+                               {QStringLiteral("ServerInfo20"), QStringLiteral("1,2")},
+                               {QStringLiteral("b.log"), QStringLiteral("MsgTime")}}));
+}
+
 TEST_F(ConfigFile, AFileThatFailsLeavesTheStoreUntouched)
 {
     const struct {
