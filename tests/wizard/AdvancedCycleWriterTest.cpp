@@ -8,7 +8,6 @@
 #include "wizard/AdvancedCycleWriter.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
 
@@ -230,21 +229,6 @@ TEST_F(AdvancedCycleTest, TheLoaderReadsTheStartingMapBackFromTheMarkerLine)
     ServerProfile profile;
     EXPECT_EQ(gbln_LoadMapCycle(*t.app, profile, path), QStringLiteral("duel_bay"));
     EXPECT_TRUE(t.prompts.shown.empty());
-
-    // Anything added behind the marker line loses the starting map.
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::Append));
-    file.write("\r\n");
-    file.close();
-    EXPECT_TRUE(gbln_LoadMapCycle(*t.app, profile, path).isEmpty());
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(
-        t.prompts.last(),
-        {kProductTitle, Icon::Exclamation,
-         QStringLiteral("Arena Steward was unable to set a starting map from the selected configuration file") + kTail +
-             QStringLiteral("\r\nthis is probably because an older configuration file has been selected.") + kTail +
-             QStringLiteral("\r\nPlease re-create a new map configuration file with Arena Steward and run again."),
-         Buttons::Ok}));
 }
 
 TEST_F(AdvancedCycleTest, AFolderThatCantBeWrittenGivesTheErrorBoxAndFalse)
