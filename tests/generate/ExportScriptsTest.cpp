@@ -130,8 +130,13 @@ TEST_F(ExportScripts, TheShellScriptIsWrittenWithCrLfAndNoAddress)
     }
 }
 
-TEST_F(ExportScripts, TheShellScriptIsIntroducedByFourLines)
+TEST_F(ExportScripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduction)
 {
+    const QString existing = target("keep.bat");
+    writeFile(existing, "old\r\n");
+    t.prompts.cancelNextDialog();
+    mnuBatchFile_Click(*t.app, profile);
+    EXPECT_TRUE(t.prompts.shown.empty());
     t.prompts.cancelNextDialog();
     mnuLinux_Click(*t.app, profile);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
@@ -145,40 +150,18 @@ TEST_F(ExportScripts, TheShellScriptIsIntroducedByFourLines)
                    kTail + "\r\n" + "Don't forget to include the my_cfg.cfg file, place that in your main folder" +
                    kTail + "\r\n" + "along with your map cycle configuration.",
                Buttons::Ok}));
-}
-
-TEST_F(ExportScripts, TheSaveDialogsAskInTheGameFolder)
-{
-    t.prompts.cancelNextDialog();
-    mnuBatchFile_Click(*t.app, profile);
-    t.prompts.cancelNextDialog();
-    mnuLinux_Click(*t.app, profile);
-    ASSERT_EQ(t.prompts.dialogs.size(), 2u);
-    const struct {
-        const char* title;
-        const char* filter;
-    } expected[] = {{"Save Batch File", "Batch File (*.bat)|*.bat"},
-                    {"Save Linux Shell Script", "Linux Shell Script (*.sh)|*.sh"}};
-    for (int i = 0; i < 2; ++i) {
-        const auto& d = t.prompts.dialogs.at(static_cast<size_t>(i));
-        EXPECT_EQ(d.state.DialogTitle, QString::fromLatin1(expected[i].title));
-        EXPECT_EQ(d.state.Filter, QString::fromLatin1(expected[i].filter));
-        EXPECT_EQ(d.state.InitialDir, t.gameFolder());
-    }
-}
-
-TEST_F(ExportScripts, CancellingTouchesNoFileAndSaysNothing)
-{
-    const QString existing = target("keep.bat");
-    writeFile(existing, "old\r\n");
-    t.prompts.cancelNextDialog();
-    mnuBatchFile_Click(*t.app, profile);
-    EXPECT_TRUE(t.prompts.shown.empty());
-    t.prompts.cancelNextDialog();
-    mnuLinux_Click(*t.app, profile);
-    EXPECT_EQ(t.prompts.shown.size(), 1u) << "only the introduction";
     EXPECT_EQ(fileBytes(existing), QByteArray("old\r\n"));
     EXPECT_EQ(QDir(t.root()).entryList(QDir::Files), QStringList({"keep.bat"}));
+
+    // Both dialogs ask in the game folder.
+    const std::pair<const char*, const char*> expected[] = {
+        {"Save Batch File", "Batch File (*.bat)|*.bat"}, {"Save Linux Shell Script", "Linux Shell Script (*.sh)|*.sh"}};
+    ASSERT_EQ(t.prompts.dialogs.size(), 2u);
+    for (size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(t.prompts.dialogs[i].state.DialogTitle, QString::fromLatin1(expected[i].first));
+        EXPECT_EQ(t.prompts.dialogs[i].state.Filter, QString::fromLatin1(expected[i].second));
+        EXPECT_EQ(t.prompts.dialogs[i].state.InitialDir, t.gameFolder());
+    }
 }
 
 TEST_F(ExportScripts, TheSessionIsCheckedBeforeAnyDialog)
