@@ -4,6 +4,8 @@
 #include "bots/BotPicker.h"
 #include "support/Errors.h"
 #include "testkit/RecordingScanProgress.h"
+#include "support/ProductText.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 
@@ -28,7 +30,10 @@ protected:
     }
     bool scan() { return ScanBotModels(*t.app, progress, t.gameFolder(), QStringLiteral("Base")); }
     QString botList() const { return t.programFolder() + QStringLiteral("/BOT.txt"); }
-    QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log"))); }
+    QString log() const
+    {
+        return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
+    }
 
     TestApp t;
     RecordingScanProgress progress;
@@ -42,10 +47,10 @@ TEST(ModelEntries, OnlyAFolderBelowModelsPlayersIsAModel)
     };
     const Case cases[] = {
         {"models\\players\\desann\\|model.glm", "desann"},
-        {"MODELS\\Players\\Kyle2\\|", "Kyle2"},            // the model's own folder entry; its case kept
+        {"MODELS\\Players\\Kyle2\\|", "Kyle2"}, // the model's own folder entry; its case kept
         {"models\\players\\kyle2\\skins\\|a.skin", "kyle2"},
-        {"models\\players\\|", ""},                        // the folder models/players itself
-        {"models\\players\\|readme.txt", ""},              // a file beside the models
+        {"models\\players\\|", ""},           // the folder models/players itself
+        {"models\\players\\|readme.txt", ""}, // a file beside the models
         {"models\\weapons\\saber\\|saber.glm", ""},
         {"players\\models\\x\\|y", ""},
         {"maps\\|ffa_x.bsp", ""},
@@ -69,28 +74,27 @@ TEST_F(ModelScanTest, EachArchiveWithAModelGivesOneLine)
     pk3(QStringLiteral("assets1.pk3"), model("stock"));
     pk3(QStringLiteral("ASSETS0.PK3"), model("stock0"));
     pk3(QStringLiteral("kyle2.pk3"), ZipBuilder()
-                                        .folder(QStringLiteral("models/"))
-                                        .folder(QStringLiteral("models/players/"))
-                                        .folder(QStringLiteral("models/players/Kyle2/"))
-                                        .file(QStringLiteral("models/players/Kyle2/model.glm")));
+                                         .folder(QStringLiteral("models/"))
+                                         .folder(QStringLiteral("models/players/"))
+                                         .folder(QStringLiteral("models/players/Kyle2/"))
+                                         .file(QStringLiteral("models/players/Kyle2/model.glm")));
     // Two models count once, under the first in the directory.
     pk3(QStringLiteral("pair.PK3"), ZipBuilder()
-                                       .file(QStringLiteral("maps/x.bsp"))
-                                       .file(QStringLiteral("models/players/Zeta/model.glm"))
-                                       .file(QStringLiteral("models/players/alpha/model.glm")));
+                                        .file(QStringLiteral("maps/x.bsp"))
+                                        .file(QStringLiteral("models/players/Zeta/model.glm"))
+                                        .file(QStringLiteral("models/players/alpha/model.glm")));
     pk3(QStringLiteral("mypk3"), model("odd"));
     pk3(QStringLiteral("onlyfolder.pk3"), ZipBuilder().folder(QStringLiteral("models/players/")));
     pk3(QStringLiteral("weapons.pk3"), ZipBuilder().file(QStringLiteral("models/weapons2/saber/saber.glm")));
     writeFile(t.baseFolder() + QStringLiteral("/notes.txt"), "models/players/fake/");
 
     EXPECT_TRUE(scan());
-    EXPECT_EQ(crlfLines(botList()),
-              (QStringList{QStringLiteral("Kyle2,kyle2.pk3"), QStringLiteral("odd,mypk3"),
-                           QStringLiteral("Zeta,pair.PK3")}));
+    EXPECT_EQ(crlfLines(botList()), (QStringList{QStringLiteral("Kyle2,kyle2.pk3"), QStringLiteral("odd,mypk3"),
+                                                 QStringLiteral("Zeta,pair.PK3")}));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("BOT scan complete. 3 have been found         "));
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Arena Steward"));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Information,
+                                 QStringLiteral("BOT scan complete. 3 have been found         "), Buttons::Ok}));
 
     // The progress: shown, one step per file of the folder, then hidden and back at 0.
     EXPECT_EQ(progress.maximum, 8);
@@ -124,7 +128,8 @@ TEST_F(ModelScanTest, ADamagedArchiveIsLoggedAndSkipped)
     pk3(QStringLiteral("e_good.pk3"), model("Last"));
 
     EXPECT_TRUE(scan());
-    EXPECT_EQ(crlfLines(botList()), (QStringList{QStringLiteral("First,a_good.pk3"), QStringLiteral("Last,e_good.pk3")}));
+    EXPECT_EQ(crlfLines(botList()),
+              (QStringList{QStringLiteral("First,a_good.pk3"), QStringLiteral("Last,e_good.pk3")}));
     EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("BOT scan complete. 2 have been found         ")});
     const QString entries = log();
     EXPECT_TRUE(entries.contains(QStringLiteral("b_cut.pk3")));
@@ -162,9 +167,8 @@ TEST_F(ModelScanTest, TheScanButtonAsksFirst)
     EXPECT_FALSE(runBotScan(*t.app, progress));
     EXPECT_FALSE(QFile::exists(botList()));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Run a new BOT scan?         "));
-    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question, QStringLiteral("Run a new BOT scan?         "), Buttons::YesNo}));
 
     t.prompts.answerNext(Answer::Yes);
     EXPECT_TRUE(runBotScan(*t.app, progress));
@@ -172,19 +176,6 @@ TEST_F(ModelScanTest, TheScanButtonAsksFirst)
 }
 
 // --- the picker's rules --------------------------------------------------------------
-
-TEST(PickerRules, TheStockModelsInTheirTwoGroups)
-{
-    const auto& models = stockBotModels();
-    ASSERT_EQ(models.size(), 27u);
-    EXPECT_EQ(models.at(0).name, QStringLiteral("Desann"));
-    EXPECT_EQ(models.at(7).name, QStringLiteral("trandoshan"));
-    EXPECT_EQ(models.at(13).name, QStringLiteral("Stormtrooper"));
-    EXPECT_EQ(models.at(14).name, QStringLiteral("Luke"));
-    EXPECT_EQ(models.at(26).name, QStringLiteral("Rebel"));
-    for (size_t i = 0; i < models.size(); ++i)
-        EXPECT_EQ(models.at(i).darkSide, i <= 13) << i;
-}
 
 TEST(PickerRules, OkMakesTheRowOrNothing)
 {

@@ -4,6 +4,8 @@
 #include "commands/BotConfigWriter.h"
 #include "generate/BotSkills.h"
 #include "model/ServerProfile.h"
+#include "support/ProductText.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <gtest/gtest.h>
@@ -16,9 +18,9 @@ using namespace steward::testing;
 
 namespace {
 
-const QString kNoCount = QStringLiteral(
-    "You have selected to enable BOT's but you have not specified how many, however,         \r\n"
-    "this does allows admins to manually add bots, e.g., /rcon addbot Desann red 4 25 Gnubee.         ");
+const QString kNoCount =
+    QStringLiteral("You have selected to enable BOT's but you have not specified how many, however,         \r\n"
+                   "this does allows admins to manually add bots, e.g., /rcon addbot Desann red 4 25 Gnubee.         ");
 
 QStringList heading()
 {
@@ -74,11 +76,7 @@ protected:
     void expectOneBox(const QString& text, Icon icon)
     {
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        const MessageBoxRequest& box = t.prompts.last().request;
-        EXPECT_EQ(box.text, text);
-        EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
-        EXPECT_EQ(box.icon, icon);
-        EXPECT_EQ(box.buttons, Buttons::Ok);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, icon, text, Buttons::Ok}));
     }
 };
 
@@ -92,14 +90,14 @@ QString seta(const char* key, const char* value)
 TEST_F(BotConfigTest, AutomaticBotsFillUpToTheNumberOfPlayers)
 {
     tick(0);
-    players(QStringLiteral("4"));
+    players(QStringLiteral("3x")); // written as it stands
     profile.setText(F::txtBOTThinkTime, QStringLiteral("150"));
 
     EXPECT_TRUE(run());
-    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "4"),
-                                       seta("bot_nochat", "1"), seta("bot_fastchat", "0"),
-                                       seta("bot_challenge", "0"), seta("bot_groundonly", "0"),
-                                       seta("bot_thinktime", "150"), seta("g_spSkill", "3")});
+    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "3x"), seta("bot_nochat", "1"),
+                                       seta("bot_fastchat", "0"), seta("bot_challenge", "0"),
+                                       seta("bot_groundonly", "0"), seta("bot_thinktime", "150"),
+                                       seta("g_spSkill", "3")});
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
@@ -128,9 +126,8 @@ TEST_P(BotBehaviourTest, EachBoxWritesItsOwnSense)
     EXPECT_TRUE(run());
     expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "2"),
                                        seta("bot_nochat", c.nochat), seta("bot_fastchat", c.fastchat),
-                                       seta("bot_challenge", c.challengeValue),
-                                       seta("bot_groundonly", c.groundonly), seta("bot_thinktime", "100"),
-                                       seta("g_spSkill", "3")});
+                                       seta("bot_challenge", c.challengeValue), seta("bot_groundonly", c.groundonly),
+                                       seta("bot_thinktime", "100"), seta("g_spSkill", "3")});
 }
 
 INSTANTIATE_TEST_SUITE_P(Boxes, BotBehaviourTest,
@@ -156,36 +153,15 @@ TEST_F(BotConfigTest, NoNumberOfPlayersWarnsAndLeavesTheHeadingOnly)
     }
 }
 
-TEST_F(BotConfigTest, TheNumberOfPlayersIsWrittenAsItStands)
-{
-    tick(0);
-    players(QStringLiteral("3x"));
-    EXPECT_TRUE(run());
-    EXPECT_EQ(crlfLines(file()).value(11), seta("bot_minplayers", "3x"));
-    EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST_F(BotConfigTest, EachSkillNameGivesItsNumber)
-{
-    tick(0);
-    players(QStringLiteral("1"));
-    for (int n = 1; n <= 5; ++n) {
-        profile.setText(F::cboBOT, botSkillNames().at(n - 1));
-        EXPECT_TRUE(run());
-        EXPECT_EQ(crlfLines(file()).last(), QStringLiteral("seta g_spSkill \"%1\"").arg(n));
-    }
-}
-
 TEST_F(BotConfigTest, ASkillNameWithoutItsTrailingBlankMatchesNothing)
 {
     tick(0);
     players(QStringLiteral("5"));
     profile.setText(F::cboBOT, QStringLiteral("Bring It On"));
     EXPECT_TRUE(run()) << "the file is used without a skill line";
-    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "5"),
-                                       seta("bot_nochat", "1"), seta("bot_fastchat", "0"),
-                                       seta("bot_challenge", "0"), seta("bot_groundonly", "0"),
-                                       seta("bot_thinktime", "100")});
+    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "5"), seta("bot_nochat", "1"),
+                                       seta("bot_fastchat", "0"), seta("bot_challenge", "0"),
+                                       seta("bot_groundonly", "0"), seta("bot_thinktime", "100")});
     expectOneBox(QStringLiteral("Please select a BOT level         "), Icon::Information);
 }
 
@@ -196,18 +172,17 @@ TEST_F(BotConfigTest, RosterBotsGiveOneAddbotLineEach)
     tick(0);
     tick(5);
     tick(3);
-    players(QStringLiteral("7")); // ignored in this mode
+    players(QStringLiteral("7"));                           // ignored in this mode
     profile.setText(F::cboBOT, QStringLiteral("nonsense")); // no skill line in this mode
     addBot("Gnubee", "Hardcore", "RED", "Desann", "25");
     addBot("Big_Boss", "I Can Win", "BLUE", "Kyle2", "0");
-    addBot("Odd", "Bring It On", "BLUE", "Luke", "40"); // unknown: the number of the row above
+    addBot("Odd", "Bring It On", "BLUE", "Luke", "40");  // unknown: the number of the row above
     addBot("Two Words", "Nightmare", "RED", "Jan", "5"); // a blank in a name is written as it stands
 
     EXPECT_TRUE(run());
-    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "0"),
-                                       seta("bot_nochat", "0"), seta("bot_fastchat", "0"),
-                                       seta("bot_challenge", "0"), seta("bot_groundonly", "0"),
-                                       seta("bot_thinktime", "100"), QString(),
+    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "0"), seta("bot_nochat", "0"),
+                                       seta("bot_fastchat", "0"), seta("bot_challenge", "0"),
+                                       seta("bot_groundonly", "0"), seta("bot_thinktime", "100"), QString(),
                                        QStringLiteral("Addbot Desann 4 RED 25 Gnubee"),
                                        QStringLiteral("Addbot Kyle2 1 BLUE 0 Big_Boss"),
                                        QStringLiteral("Addbot Luke 1 BLUE 40 Odd"),
@@ -242,6 +217,7 @@ TEST_F(BotConfigTest, AnEmptyRosterWarnsAndIsUsedWithTheHeadingOnly)
 TEST_F(BotConfigTest, WithoutEnableBotTheFileSwitchesBotsOff)
 {
     const QStringList noBots = heading() + QStringList{seta("bot_minplayers", "0"), seta("bot_enable", "0")};
+    writeFile(file(), QByteArray(5000, 'x')); // an existing file is replaced whole
     // "Enable User Defined BOT's" alone has no effect, and its roster is ignored.
     addBot("Gnubee", "Hardcore", "RED", "Desann", "25");
     for (int roster : {0, 1}) {
@@ -260,17 +236,9 @@ TEST_F(BotConfigTest, AFileThatCantBeWrittenIsShownAndNotUsed)
     players(QStringLiteral("2"));
     EXPECT_FALSE(run());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Function::gbln_MakeBOTConfig"));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
-    EXPECT_FALSE(t.prompts.last().request.text.isEmpty());
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Function::gbln_MakeBOTConfig"), Icon::Information,
+                                         QStringLiteral("Path not found"), Buttons::Ok}));
     EXPECT_FALSE(QDir(t.root() + QStringLiteral("/missing")).exists()) << "no folder is made";
-}
-
-TEST_F(BotConfigTest, AnExistingFileIsReplacedWhole)
-{
-    writeFile(file(), QByteArray(5000, 'x'));
-    EXPECT_TRUE(run());
-    expectFile(heading() + QStringList{seta("bot_minplayers", "0"), seta("bot_enable", "0")});
 }
 
 // --- the pure lines ----------------------------------------------------------------

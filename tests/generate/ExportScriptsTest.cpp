@@ -3,6 +3,8 @@
 #include "commands/ExportScriptCommands.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
+#include "support/ErrorBox.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <QDir>
@@ -64,7 +66,8 @@ const ScriptCase kScriptCases[] = {
      "\"jk2ded.exe\" +set g_jediVmerc 1 +set com_zoneMegs 24 +set com_hunkMegs 64 +set com_soundmegs 8 +set vm_game 0 "
      "+set dedicated 2 +set net_port 123abc +set net_ip 10.1.2.3 +exec My_Cfg.cfg",
      "./jk2ded +set fs_basepath ./ +set g_jediVmerc 1 +set com_zoneMegs 24 +set com_hunkMegs 64 +set com_soundmegs 8 "
-     "+set vm_game 2 +set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 123abc +exec my_cfg.cfg"},
+     "+set vm_game 2 +set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 123abc +exec "
+     "my_cfg.cfg"},
 };
 
 void apply(ServerProfile& p, const ScriptCase& c)
@@ -90,9 +93,9 @@ TEST_F(ExportScripts, TheBatchFileIsOneLineWithItsOwnCommand)
         mnuBatchFile_Click(*t.app, profile);
         EXPECT_EQ(fileBytes(file), crlfText({QString::fromLatin1(c.batchLine)}));
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("'") + file + QStringLiteral("' has been Saved") + kTail);
-        EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Batch File"));
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+        EXPECT_TRUE(isBox(t.prompts.last(),
+                          {QStringLiteral("Batch File"), Icon::Information,
+                           QStringLiteral("'") + file + QStringLiteral("' has been Saved") + kTail, Buttons::Ok}));
     }
 }
 
@@ -122,54 +125,12 @@ TEST_F(ExportScripts, TheShellScriptIsWrittenWithCrLfAndNoAddress)
                                        QString::fromLatin1(c.shellLine),
                                    }));
         ASSERT_EQ(t.prompts.shown.size(), 2u);
-        EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Shell script has been Saved") + kTail);
-        EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Linux Shell Script"));
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+        EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Linux Shell Script"), Icon::Information,
+                                             QStringLiteral("Shell script has been Saved") + kTail, Buttons::Ok}));
     }
 }
 
-TEST_F(ExportScripts, TheShellScriptIsIntroducedByFourLines)
-{
-    t.prompts.cancelNextDialog();
-    mnuLinux_Click(*t.app, profile);
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_EQ(box.text, "The following shell script is a guide and will need paths adjusted to point to your JK2 folder" +
-                            kTail + "\r\n" +
-                            "Place this file in your Jedi Knight II folder that contains the jk2ded executable and "
-                            "execute it from there." +
-                            kTail + "\r\n" + "Don't forget to include the my_cfg.cfg file, place that in your main folder" +
-                            kTail + "\r\n" + "along with your map cycle configuration.");
-    EXPECT_EQ(box.title, kProductTitle);
-    EXPECT_EQ(box.icon, Icon::Information);
-    EXPECT_EQ(box.buttons, Buttons::Ok);
-}
-
-TEST_F(ExportScripts, TheSaveDialogsAskInTheGameFolder)
-{
-    t.prompts.cancelNextDialog();
-    mnuBatchFile_Click(*t.app, profile);
-    t.prompts.cancelNextDialog();
-    mnuLinux_Click(*t.app, profile);
-    ASSERT_EQ(t.prompts.dialogs.size(), 2u);
-    const struct {
-        const char* title;
-        const char* filter;
-    } expected[] = {{"Save Batch File", "Batch File (*.bat)|*.bat"},
-                    {"Save Linux Shell Script", "Linux Shell Script (*.sh)|*.sh"}};
-    for (int i = 0; i < 2; ++i) {
-        const auto& d = t.prompts.dialogs.at(static_cast<size_t>(i));
-        EXPECT_FALSE(d.open);
-        EXPECT_EQ(d.state.DialogTitle, QString::fromLatin1(expected[i].title));
-        EXPECT_EQ(d.state.Filter, QString::fromLatin1(expected[i].filter));
-        EXPECT_EQ(d.state.Flags, 2);
-        EXPECT_EQ(d.state.InitialDir, t.gameFolder());
-        EXPECT_EQ(d.state.FileName, QString());
-        EXPECT_EQ(d.state.DefaultExt, QString());
-    }
-}
-
-TEST_F(ExportScripts, CancellingTouchesNoFileAndSaysNothing)
+TEST_F(ExportScripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduction)
 {
     const QString existing = target("keep.bat");
     writeFile(existing, "old\r\n");
@@ -178,9 +139,29 @@ TEST_F(ExportScripts, CancellingTouchesNoFileAndSaysNothing)
     EXPECT_TRUE(t.prompts.shown.empty());
     t.prompts.cancelNextDialog();
     mnuLinux_Click(*t.app, profile);
-    EXPECT_EQ(t.prompts.shown.size(), 1u) << "only the introduction";
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(),
+              {kProductTitle, Icon::Information,
+               "The following shell script is a guide and will need paths adjusted to point to your JK2 folder" +
+                   kTail + "\r\n" +
+                   "Place this file in your Jedi Knight II folder that contains the jk2ded executable and "
+                   "execute it from there." +
+                   kTail + "\r\n" + "Don't forget to include the my_cfg.cfg file, place that in your main folder" +
+                   kTail + "\r\n" + "along with your map cycle configuration.",
+               Buttons::Ok}));
     EXPECT_EQ(fileBytes(existing), QByteArray("old\r\n"));
     EXPECT_EQ(QDir(t.root()).entryList(QDir::Files), QStringList({"keep.bat"}));
+
+    // Both dialogs ask in the game folder.
+    const std::pair<const char*, const char*> expected[] = {
+        {"Save Batch File", "Batch File (*.bat)|*.bat"}, {"Save Linux Shell Script", "Linux Shell Script (*.sh)|*.sh"}};
+    ASSERT_EQ(t.prompts.dialogs.size(), 2u);
+    for (size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(t.prompts.dialogs[i].state.DialogTitle, QString::fromLatin1(expected[i].first));
+        EXPECT_EQ(t.prompts.dialogs[i].state.Filter, QString::fromLatin1(expected[i].second));
+        EXPECT_EQ(t.prompts.dialogs[i].state.InitialDir, t.gameFolder());
+    }
 }
 
 TEST_F(ExportScripts, TheSessionIsCheckedBeforeAnyDialog)
@@ -191,14 +172,17 @@ TEST_F(ExportScripts, TheSessionIsCheckedBeforeAnyDialog)
         t.prompts.shown.clear();
         command(*t.app, profile);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("A Session name is required") + kTail);
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                             QStringLiteral("A Session name is required") + kTail, Buttons::Ok}));
 
         profile.setText(kCfg(1), QStringLiteral("a:b"));
         t.prompts.shown.clear();
         command(*t.app, profile);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(t.prompts.last().request.text.startsWith(QStringLiteral("Invalid session name")));
+        EXPECT_TRUE(isBox(t.prompts.last(),
+                          {kProductTitle, Icon::Exclamation,
+                           QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name") + kTail,
+                           Buttons::Ok}));
     }
     EXPECT_TRUE(t.prompts.dialogs.empty());
 }
@@ -225,12 +209,17 @@ TEST_F(ExportScripts, AFileThatCannotBeWrittenIsReportedWithTheHandlersTag)
     mnuBatchFile_Click(*t.app, profile);
     t.prompts.chooseFile(t.root() + QStringLiteral("/no such folder/run.sh"));
     mnuLinux_Click(*t.app, profile);
-    const QStringList texts = t.prompts.texts();
-    ASSERT_EQ(texts.size(), 3);
-    EXPECT_TRUE(texts.at(0).contains(QStringLiteral("arena-steward::frmMain.mnuBatchFile_Click(Function)")));
-    EXPECT_TRUE(texts.at(0).contains(QStringLiteral("Number: 76")));
-    EXPECT_TRUE(texts.at(2).contains(QStringLiteral("arena-steward::frmMain.mnuLinux_Click(Function)")));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
+    ASSERT_EQ(t.prompts.shown.size(), 3u);
+    EXPECT_TRUE(
+        isBox(t.prompts.shown[0],
+              errorBox(err::PathNotFound,
+                       QStringLiteral("arena-steward::frmMain.mnuBatchFile_Click(Function) (%1/no such folder/run.bat)")
+                           .arg(t.root()))));
+    EXPECT_TRUE(
+        isBox(t.prompts.shown[2],
+              errorBox(err::PathNotFound,
+                       QStringLiteral("arena-steward::frmMain.mnuLinux_Click(Function) (%1/no such folder/run.sh)")
+                           .arg(t.root()))));
 }
 
 TEST(ScriptNumbers, MemoryValuesBecomeTheirShortestText)

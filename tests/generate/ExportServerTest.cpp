@@ -1,10 +1,10 @@
 #include "testkit/LaunchKit.h"
 
 #include "commands/ExportServer.h"
-#include "generate/ServerConfigWriter.h"
 #include "commands/ServerLaunch.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <functional>
@@ -33,16 +33,16 @@ protected:
 
 TEST_F(ExportServer, EachFailedCheckHasItsOwnWordingAndPage)
 {
-    struct Case {
+    const auto manualCycle = [](ServerProfile& p) { p.setValue(F::chkMapAutoCycle, 0); };
+    const QString gone = t.root() + QStringLiteral("/gone.cfg");
+    const struct {
         const char* name;
         std::function<void(ServerProfile&)> setup;
         QString text;
         int page;
-    };
-    const auto manualCycle = [](ServerProfile& p) { p.setValue(F::chkMapAutoCycle, 0); };
-    const QString gone = t.root() + QStringLiteral("/gone.cfg");
-    const Case cases[] = {
-        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"), 0},
+    } cases[] = {
+        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"),
+         0},
         {"forbidden character", [](ServerProfile& p) { p.setText(kCfg(1), QStringLiteral("a<b")); },
          QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
         {"saved list missing",
@@ -60,7 +60,7 @@ TEST_F(ExportServer, EachFailedCheckHasItsOwnWordingAndPage)
          },
          QStringLiteral("No Starting Map has been selected"), 2},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         profile.resetAll();
         profile.setValue(F::chkMapAutoCycle, 1);
@@ -69,9 +69,7 @@ TEST_F(ExportServer, EachFailedCheckHasItsOwnWordingAndPage)
         c.setup(profile);
         mnuExportServer_Click(*t.app, profile);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text, c.text + kTail);
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
-        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.text + kTail, Buttons::Ok}));
         EXPECT_EQ(profile.value(F::vsMainTab), c.page);
     }
     EXPECT_TRUE(t.opener.opened.empty());
@@ -81,29 +79,15 @@ TEST_F(ExportServer, TheWrittenFileIsAnnouncedAndOpenedAndNothingStarts)
 {
     profile.setText(kCfg(1), QStringLiteral("My Server"));
     profile.setConfigurationChanged(true);
+    profile.setFormPointer(pointer::Hourglass);
     mnuExportServer_Click(*t.app, profile);
 
     ASSERT_FALSE(t.prompts.shown.empty());
-    const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_EQ(box.text, QStringLiteral("'my_server.cfg' has been created") + kTail);
-    EXPECT_EQ(box.title, kProductTitle);
-    EXPECT_EQ(box.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information,
+                                         QStringLiteral("'my_server.cfg' has been created") + kTail, Buttons::Ok}));
     ASSERT_EQ(t.opener.opened.size(), 1u);
     EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(t.baseFolder() + QStringLiteral("/my_server.cfg")));
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_TRUE(profile.configurationChanged()) << "an export leaves the change mark alone";
     EXPECT_EQ(profile.formPointer(), pointer::Default);
-}
-
-TEST_F(ExportServer, ShowingTheExportResetsThePointerFirst)
-{
-    SessionValues session;
-    session.sessionName = QStringLiteral("luke.cfg");
-    session.fileName = t.baseFolder() + QStringLiteral("/luke.cfg");
-    profile.setFormPointer(pointer::Hourglass);
-    EXPECT_TRUE(showExportedConfiguration(*t.app, profile, session));
-    EXPECT_EQ(profile.formPointer(), pointer::Default);
-    EXPECT_EQ(t.prompts.texts(), QStringList({QStringLiteral("'luke.cfg' has been created") + kTail}));
-    ASSERT_EQ(t.opener.opened.size(), 1u);
-    EXPECT_EQ(t.opener.opened.front().toLocalFile(), session.fileName);
 }

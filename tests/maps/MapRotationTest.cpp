@@ -4,6 +4,8 @@
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "testkit/Printers.h"
+#include "support/ErrorBox.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <gtest/gtest.h>
@@ -51,41 +53,22 @@ protected:
 
 TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
 {
-    struct Case { StockSet set; int gameType; QStringList maps; };
-    const Case cases[] = {
-        {StockSet::FreeForAll, 0,
-         {QStringLiteral("ffa_bespin"), QStringLiteral("ffa_deathstar"), QStringLiteral("ffa_imperial"),
-          QStringLiteral("ffa_ns_hideout"), QStringLiteral("ffa_ns_streets"), QStringLiteral("ffa_yavin"),
-          QStringLiteral("ffa_raven")}},
-        {StockSet::CaptureTheFlag, 5,
-         {QStringLiteral("ctf_bespin"), QStringLiteral("ctf_imperial"), QStringLiteral("ctf_ns_streets"),
-          QStringLiteral("ctf_yavin")}},
-        {StockSet::Duel, 3,
-         {QStringLiteral("duel_bay"), QStringLiteral("duel_carbon"), QStringLiteral("duel_jedi"), QStringLiteral("duel_pit")}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.gameType);
-        TestApp app;
-        ServerProfile p;
-        p.setValue(F::optDefaultGameType(1), 1);
-        AddStandardMaps(*app.app, p, c.set);
-        const Field& rotation = p.field(F::lsvMapRotation);
-        QStringList maps;
-        for (int row = 0; row < rotation.count(); ++row) {
-            maps << rotation.cell(row, 0);
-            EXPECT_EQ(rotationMark(rotation, row), kMarkNotSelected);
-        }
-        EXPECT_EQ(maps, c.maps);
-        EXPECT_TRUE(app.prompts.shown.empty());
-        EXPECT_EQ(p.text(F::lblMapsSelected), QString::number(c.maps.size()) + QStringLiteral(" Selected Maps"));
-        EXPECT_TRUE(p.isSet(F::optDefaultGameType(c.gameType)));
-        EXPECT_FALSE(p.isSet(F::optDefaultGameType(1)));
-        EXPECT_TRUE(p.configurationChanged());
-    }
-    AddStandardMaps(*t.app, profile, StockSet::FreeForAll);
-    EXPECT_EQ(grid().rows().at(6), (QStringList{QStringLiteral("ffa_raven"), QStringLiteral("Imperial Labs: Raven"),
-                                                QStringLiteral("ffa holocron jedimaster duel team"), QString(),
+    profile.setValue(F::optDefaultGameType(1), 1);
+    AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("ctf_bespin"), QStringLiteral("ctf_imperial"),
+                                    QStringLiteral("ctf_ns_streets"), QStringLiteral("ctf_yavin")}));
+    EXPECT_EQ(marks(), QStringList(4, QStringLiteral("-")));
+    EXPECT_EQ(grid().rows().at(3), (QStringList{QStringLiteral("ctf_yavin"), QStringLiteral("Temple Tournament"),
+                                                QStringLiteral("ctf cty team ffa holocron jedimaster"), QString(),
                                                 QStringLiteral("imgMapNotSelected")}));
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_EQ(selected(), QStringLiteral("4 Selected Maps"));
+    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(5))) << "the set's game type is selected";
+    EXPECT_TRUE(profile.configurationChanged());
+    EXPECT_TRUE(rotationMenuOpens(profile));
+    grid().setCurrent(3);
+    ID_SetStartingMap(*t.app, profile);
+    EXPECT_EQ(profile.startingMap(), QStringLiteral("ctf_yavin"));
 }
 
 TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
@@ -97,17 +80,16 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     profile.setStartingMap(QStringLiteral("mine"));
     t.prompts.answerNext(Answer::No);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Clear Map list?") + kTail);
-    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question, QStringLiteral("Clear Map list?") + kTail, Buttons::YesNo}));
     EXPECT_EQ(names(), QStringList{QStringLiteral("mine")});
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
     EXPECT_FALSE(profile.configurationChanged());
 
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("duel_bay"), QStringLiteral("duel_carbon"), QStringLiteral("duel_jedi"),
-                                    QStringLiteral("duel_pit")}));
+    EXPECT_EQ(names(), (QStringList{QStringLiteral("duel_bay"), QStringLiteral("duel_carbon"),
+                                    QStringLiteral("duel_jedi"), QStringLiteral("duel_pit")}));
     EXPECT_EQ(firstMapType(profile), QString());
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.text(F::txtServerINI), QString()); // the box's click ran
@@ -122,8 +104,8 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
     EXPECT_EQ(profile.startingMap(), QStringLiteral("b"));
     EXPECT_EQ(grid().tag(), QStringLiteral("1"));
     EXPECT_EQ(marks(), (QStringList{QStringLiteral("-"), QStringLiteral("*"), QStringLiteral("-")}));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("b has been set as the starting map") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information,
+                                         QStringLiteral("b has been set as the starting map") + kTail, Buttons::Ok}));
 
     setStart(2);
     EXPECT_EQ(marks(), (QStringList{QStringLiteral("-"), QStringLiteral("-"), QStringLiteral("*")}));
@@ -158,9 +140,11 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
 {
     rows({"b", "B", "a", "A"});
     ID_SortAscending(profile);
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_EQ(names(),
+              (QStringList{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("a"), QStringLiteral("b")}));
     ID_SortDescending(profile);
-    EXPECT_EQ(names(), (QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("B"), QStringLiteral("A")}));
+    EXPECT_EQ(names(),
+              (QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("B"), QStringLiteral("A")}));
 }
 
 TEST_F(MapRotationTest, RemovingUsesItsOwnWordings)
@@ -171,7 +155,8 @@ TEST_F(MapRotationTest, RemovingUsesItsOwnWordings)
     grid().setCurrent(0);
     t.prompts.answerNext(Answer::No);
     ID_RemoveMap(*t.app, profile);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Remove Selected Map?") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question, QStringLiteral("Remove Selected Map?") + kTail, Buttons::YesNo}));
     EXPECT_EQ(grid().count(), 3);
 
     ID_RemoveMap(*t.app, profile);
@@ -193,7 +178,8 @@ TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
     profile.setValue(F::chkUseINI, 1);
     t.prompts.answerNext(Answer::No);
     ID_ClearList(*t.app, profile);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Clear Map List?") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question, QStringLiteral("Clear Map List?") + kTail, Buttons::YesNo}));
     EXPECT_EQ(grid().count(), 2);
     ID_ClearList(*t.app, profile);
     EXPECT_EQ(grid().count(), 0);
@@ -206,8 +192,9 @@ TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
 
 TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
 {
-    const FieldId controls[] = {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected,
-                                F::lblNumberOfMapsAvailable, F::lblMapType, F::lblLongMapName};
+    const FieldId controls[] = {
+        F::tvwAvailMaps, F::picMap,        F::lsvMapRotation, F::lblMapsSelected, F::lblNumberOfMapsAvailable,
+        F::lblMapType,   F::lblLongMapName};
     profile.setValue(F::chkUseINI, 1);
     profile.setText(F::txtServerINI, QStringLiteral("/x/saved.cfg"));
     setCheckFromCode(profile, F::chkMapAutoCycle, 1);
@@ -228,22 +215,6 @@ TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
     EXPECT_FALSE(profile.field(F::cboStartingMap).isVisible());
 }
 
-TEST_F(MapRotationTest, ConfigListsTakeTheCfgFilesOfTheBaseFolder)
-{
-    for (const char* name : {"server.cfg", "b.CFG", "notes.txt", "xcfg"})
-        writeFile(t.baseFolder() + QStringLiteral("/") + QString::fromLatin1(name), "");
-    FillConfigLists(*t.app, profile);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(profile.field(F::cboConfig(i)).items(),
-                  (QStringList{QStringLiteral("b.CFG"), QStringLiteral("server.cfg"), QStringLiteral("xcfg")}));
-
-    TestApp noGame;
-    noGame.app->gameFolder = noGame.root() + QStringLiteral("/missing");
-    ServerProfile other;
-    FillConfigLists(*noGame.app, other);
-    EXPECT_TRUE(other.field(F::cboConfig(0)).items().isEmpty());
-}
-
 TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
 {
     rows({"a", "b", "c"});
@@ -260,16 +231,7 @@ TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
     const size_t boxes = t.prompts.shown.size();
     m_MoveUpInList(*t.app, profile, 7);
     ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
-    EXPECT_TRUE(t.prompts.last().request.text.contains(QStringLiteral("arena-steward::frmMain.m_MoveUpInList(Sub)")));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
-}
-
-TEST_F(MapRotationTest, AStockSetThenTheStartingMapOfTheCurrentRow)
-{
-    AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
-    EXPECT_EQ(grid().count(), 4);
-    EXPECT_TRUE(rotationMenuOpens(profile));
-    grid().setCurrent(3);
-    ID_SetStartingMap(*t.app, profile);
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("ctf_yavin"));
+    EXPECT_TRUE(isBox(
+        t.prompts.last(),
+        errorBox(err::IndexOutOfBounds, QStringLiteral("arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"))));
 }

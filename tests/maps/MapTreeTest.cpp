@@ -4,6 +4,7 @@
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "testkit/Printers.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <QDir>
@@ -47,16 +48,17 @@ protected:
 
 TEST(CatalogueReader, ReadsValuesAsOneStreamSoACommaInALongNameShiftsTheRecordsBehindIt)
 {
-    CatalogueReader reader("a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n  \"quoted, value\"  junk,x\r\n");
+    CatalogueReader reader(
+        "a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n  \"quoted, value\"  junk,x\r\n");
     QStringList values;
     QString v;
     while (reader.next(v))
         values << v;
-    EXPECT_EQ(values, (QStringList{QStringLiteral("a.pk3"), QStringLiteral("m1"), QStringLiteral("m1"),
-                                   QStringLiteral("Long"), QStringLiteral("with comma"), QStringLiteral("FFA"),
-                                   QStringLiteral("b.pk3"), QStringLiteral("m2"), QStringLiteral("m2"),
-                                   QStringLiteral("Two"), QStringLiteral("DUEL"), QStringLiteral("quoted, value"),
-                                   QStringLiteral("x")}));
+    EXPECT_EQ(values,
+              (QStringList{QStringLiteral("a.pk3"), QStringLiteral("m1"), QStringLiteral("m1"), QStringLiteral("Long"),
+                           QStringLiteral("with comma"), QStringLiteral("FFA"), QStringLiteral("b.pk3"),
+                           QStringLiteral("m2"), QStringLiteral("m2"), QStringLiteral("Two"), QStringLiteral("DUEL"),
+                           QStringLiteral("quoted, value"), QStringLiteral("x")}));
     EXPECT_TRUE(reader.atEnd());
 
     CatalogueReader records("a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n");
@@ -79,9 +81,9 @@ TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWas)
     profile.setFormPointer(11);
     load();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Unable to locate Jedi file, please run a new Map Scan") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
-    EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Exclamation,
+                       QStringLiteral("Unable to locate Jedi file, please run a new Map Scan") + kTail, Buttons::Ok}));
     EXPECT_EQ(tree().nodeCount(), 0);
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("7 Maps available"));
     EXPECT_EQ(profile.formPointer(), 0);
@@ -110,7 +112,8 @@ TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
               "BETA.PK3,b2,b2,Bee Two,unknown\r\n");
     load();
     MapTreeNode* root = tree().root();
-    EXPECT_EQ(texts(root), (QStringList{QStringLiteral("assets0.pk3"), QStringLiteral("Beta.pk3"), QStringLiteral("zeta.pk3")}));
+    EXPECT_EQ(texts(root),
+              (QStringList{QStringLiteral("assets0.pk3"), QStringLiteral("Beta.pk3"), QStringLiteral("zeta.pk3")}));
     EXPECT_EQ(texts(root->children[0].get()), (QStringList{QStringLiteral("ffa_yavin"), QStringLiteral("duel_bay")}));
     EXPECT_EQ(texts(root->children[1].get()), (QStringList{QStringLiteral("b"), QStringLiteral("b2")}));
     EXPECT_EQ(texts(root->children[2].get()), (QStringList{QStringLiteral("z2"), QStringLiteral("z1")}));
@@ -145,8 +148,8 @@ TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
     // "DUEL,c.pk3,o,o,Oh", then the lone "CTF" that the end of the file cuts short and
     // that keeps the other four values.
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("5 Maps available"));
-    EXPECT_EQ(texts(tree().root()),
-              (QStringList{QStringLiteral("a.pk3"), QStringLiteral("b.pk3"), QStringLiteral("CTF"), QStringLiteral("DUEL")}));
+    EXPECT_EQ(texts(tree().root()), (QStringList{QStringLiteral("a.pk3"), QStringLiteral("b.pk3"),
+                                                 QStringLiteral("CTF"), QStringLiteral("DUEL")}));
     EXPECT_EQ(texts(node(QStringLiteral("Jedi\\a.pk3"))), QStringList{QStringLiteral("m")});
     EXPECT_EQ(node(QStringLiteral("a.pk3\\m"))->tag, QStringLiteral("m,First,FFA"));
     EXPECT_EQ(node(QStringLiteral("b.pk3\\n"))->tag, QStringLiteral("n,Long,Comma"));
@@ -229,7 +232,8 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     tree().setSelectedNode(node(QStringLiteral("Jedi\\UPPER.PK3")));
     tvwAvailMaps_DblClick(*t.app, profile);
     ASSERT_EQ(grid.count(), 4);
-    EXPECT_EQ(grid.rows().at(3).mid(0, 3), (QStringList{QStringLiteral("UPPER.PK3"), QStringLiteral("Two"), QStringLiteral("DUEL")}));
+    EXPECT_EQ(grid.rows().at(3).mid(0, 3),
+              (QStringList{QStringLiteral("UPPER.PK3"), QStringLiteral("Two"), QStringLiteral("DUEL")}));
     EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
 }
 

@@ -8,6 +8,8 @@
 #include "model/OptionRules.h"
 #include "model/ServerProfile.h"
 #include "testkit/FakeWindows.h"
+#include "support/ErrorBox.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <QFileInfo>
@@ -60,10 +62,10 @@ TEST_F(MessagingOk, WithoutAPasswordOkIsRefusedBeforeAnythingIsWritten)
     profile.setText(kConfig(14), QString());
     ok();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text,
-              QStringLiteral("An rcon password is required to enable server messaging") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
-    EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(),
+              {kProductTitle, Icon::Exclamation,
+               QStringLiteral("An rcon password is required to enable server messaging") + kTail, Buttons::Ok}));
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_EQ(ServerMessaging::find(profile), nullptr);
     EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + QStringLiteral("/luke.cfg")));
@@ -98,31 +100,33 @@ TEST_F(MessagingOk, OkArmsAfterTheStartAndASecondOkKeepsTheCount)
     EXPECT_EQ(t.launcher.started.size(), 2u);
 }
 
-TEST_F(MessagingOk, AnEmptyPortStartsTheServerThenFailsAtArmingWithTheLaunchsErrorBox)
+TEST_F(MessagingOk, APortThatIsNoNumberGivesTheLaunchsErrorBoxBeforeOrAfterTheStart)
 {
-    // The session takes an empty port as the default one; the socket wants a number.
-    profile.setText(kConfig(12), QString());
-    ok();
-    ASSERT_EQ(t.prompts.shown.size(), 2u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    const auto& report = t.prompts.shown.front().request;
-    EXPECT_EQ(report.icon, Icon::Critical);
-    EXPECT_TRUE(report.text.contains(QStringLiteral("Number: 13"))) << report.text.toStdString();
-    EXPECT_TRUE(report.text.contains(QStringLiteral("::Code.CreateJediConfiguration(Function)")));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not start server!") + kTail);
-    EXPECT_EQ(t.launcher.started.size(), 1u);
-    ASSERT_NE(ServerMessaging::find(profile), nullptr);
-    EXPECT_FALSE(ServerMessaging::find(profile)->tmrServerMessage().isActive());
-    EXPECT_EQ(windows.calls.filter(QStringLiteral("minimize")).size(), 0);
-}
-
-TEST_F(MessagingOk, LettersForAPortAreRefusedBeforeTheStart)
-{
-    profile.setText(kConfig(12), QStringLiteral("abc"));
-    ok();
-    ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(t.prompts.shown.front().request.text.contains(QStringLiteral("Number: 13")));
-    EXPECT_TRUE(t.launcher.started.empty());
-    EXPECT_EQ(ServerMessaging::find(profile), nullptr);
+    // The session takes an empty port as the default one and starts the server; the
+    // socket wants a number. Letters are refused before the start.
+    for (const auto& [port, starts] : {std::pair{"", 1u}, {"abc", 0u}}) {
+        SCOPED_TRACE(port);
+        TestApp app;
+        FakeWindowHost host{*app.app};
+        ServerProfile p;
+        p.setValue(F::chkMapAutoCycle, 1);
+        p.setValue(F::chkSendMessage, 1);
+        p.setText(kConfig(14), QStringLiteral("secret"));
+        p.setText(kConfig(12), QString::fromLatin1(port));
+        cmdOk_Click(*app.app, p, host);
+        ASSERT_EQ(app.prompts.shown.size(), 2u) << app.prompts.texts().join(QLatin1Char('|')).toStdString();
+        EXPECT_TRUE(
+            isBox(app.prompts.shown.front(),
+                  errorBox(err::TypeMismatch,
+                           QStringLiteral("arena-steward::Code.CreateJediConfiguration(Function) (arena-steward)"))));
+        EXPECT_TRUE(isBox(app.prompts.last(), {kProductTitle, Icon::Critical,
+                                               QStringLiteral("Could not start server!") + kTail, Buttons::Ok}));
+        EXPECT_EQ(app.launcher.started.size(), starts);
+        ServerMessaging* armed = ServerMessaging::find(p);
+        EXPECT_EQ(armed != nullptr, starts == 1u);
+        EXPECT_FALSE(armed && armed->tmrServerMessage().isActive());
+        EXPECT_EQ(host.calls.filter(QStringLiteral("minimize")).size(), 0);
+    }
 }
 
 TEST(MessagingRules, TickingTheBoxSelectsMinimiseAndClearingItChangesNothing)

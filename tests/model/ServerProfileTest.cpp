@@ -7,45 +7,18 @@
 
 using namespace steward;
 
-TEST(ServerProfile, ArraysReportTheirBounds)
+TEST(ServerProfile, AnUnknownFieldOrRowIsARunTimeError)
 {
     ServerProfile p;
-    const std::pair<FieldArray, std::pair<int, int>> arrays[] = {
-        {F::txtServerConfig, {0, 16}}, {F::txtServerConfigSpin, {0, 17}}, {F::txtSpeed, {0, 3}},
-        {F::txtGameLimits, {0, 3}},    {F::txtForceReGen, {0, 0}},        {F::txtAdvancedSaber, {0, 3}},
-        {F::chkAdvancedSaber, {0, 2}}, {F::chkQuake3Specific, {0, 18}},   {F::chkWeaponFlags, {0, 31}},
-        {F::chkPowerUpFlags, {0, 17}}, {F::chkDMFlags, {0, 2}},           {F::optDefaultGameType, {0, 6}},
-        {F::chkServerType, {0, 2}},    {F::optLogging, {0, 5}},           {F::chkBOTs, {0, 5}},
-        {F::cboConfig, {0, 3}},        {F::txtMsg, {0, 1}},
-    };
-    for (const auto& [name, bounds] : arrays) {
-        SCOPED_TRACE(name.name);
-        EXPECT_EQ(p.lbound(name), bounds.first);
-        EXPECT_EQ(p.ubound(name), bounds.second);
-        for (int i = bounds.first; i <= bounds.second; ++i)
-            EXPECT_NO_THROW(p.field(name(i))) << i;
-    }
-}
-
-TEST(ServerProfile, AnUnknownFieldIsARunTimeError)
-{
-    ServerProfile p;
+    EXPECT_NO_THROW(p.field(F::txtServerConfig(16)));
     EXPECT_THROW(p.field(F::txtServerConfig(17)), RuntimeError);
     EXPECT_THROW(p.lbound(FieldArray{"txtMaster1"}), RuntimeError) << "a field of its own is no array";
-}
-
-TEST(ServerProfile, WeaponHalvesRunThroughTheBitsInTheirOwnOrders)
-{
-    ServerProfile p;
-    EXPECT_EQ(p.tag(F::chkWeaponFlags(2)), QStringLiteral("4"));
-    EXPECT_EQ(p.tag(F::chkWeaponFlags(17)), QStringLiteral("4"));
-    EXPECT_EQ(p.tag(F::chkWeaponFlags(24)), QStringLiteral("2"));
-    EXPECT_EQ(p.field(F::chkWeaponFlags(26)).caption(), QStringLiteral("Repeater "));
-    EXPECT_EQ(p.tag(F::chkPowerUpFlags(17)), QStringLiteral("131072"));
-    EXPECT_EQ(p.field(F::chkPowerUpFlags(11)).caption(), QStringLiteral("Team Heal "));
-    EXPECT_EQ(p.tag(F::chkAdvancedSaber(2)), QStringLiteral("_saberalwaysboxtrace"));
-    EXPECT_EQ(p.tag(F::chkBOTs(2)), QString());
-    EXPECT_EQ(p.tag(F::optDefaultGameType(6)), QStringLiteral("8"));
+    Field& rows = p.field(F::lsvMapRotation);
+    rows.setRows({{QStringLiteral("a")}, {QStringLiteral("b")}});
+    EXPECT_THROW(rows.removeRow(2), RuntimeError) << "one past the last row";
+    EXPECT_THROW(rows.removeRow(-1), RuntimeError);
+    rows.removeRow(1);
+    EXPECT_EQ(rows.rows(), QList<QStringList>{QStringList{QStringLiteral("a")}});
 }
 
 TEST(ServerProfile, SelectingAnOptionClearsOnlyItsOwnGroup)

@@ -5,6 +5,7 @@
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "support/Errors.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 #include "RecordingHost.h"
 
@@ -22,14 +23,32 @@ using Rows = QList<QPair<QString, QString>>;
 class ConfigFile : public ::testing::Test {
 protected:
     void store(const char* key, const QString& value) { t.store->SaveSetting(QString::fromLatin1(key), value); }
-    QString stored(const char* key) const { return t.store->GetSetting(QString::fromLatin1(key), QStringLiteral("<absent>")); }
-    QString ascFile(const char* name = "mine.asc") const { return t.root() + QStringLiteral("/") + QString::fromLatin1(name); }
+    QString stored(const char* key) const
+    {
+        return t.store->GetSetting(QString::fromLatin1(key), QStringLiteral("<absent>"));
+    }
+    QString ascFile(const char* name = "mine.asc") const
+    {
+        return t.root() + QStringLiteral("/") + QString::fromLatin1(name);
+    }
 
     TestApp t;
     RecordingHost host;
 };
 
 const QString kNotFound = QStringLiteral("Registry settings not found!") + kTail;
+
+void expectDialog(const FakePrompts::Dialog& d, bool open, const char* title, const QString& folder)
+{
+    EXPECT_EQ(d.open, open);
+    EXPECT_EQ(d.state.DialogTitle, QString::fromLatin1(title));
+    EXPECT_EQ(d.state.Filter, QStringLiteral("Arena Steward Configuration (*asc)|*.asc"));
+    EXPECT_EQ(d.state.DefaultExt, QStringLiteral("asc"));
+    EXPECT_EQ(d.state.InitialDir, folder);
+}
+
+Box warning(const QString& text) { return {kProductTitle, Icon::Exclamation, text, Buttons::Ok}; }
+Box information(const QString& text) { return {kProductTitle, Icon::Information, text, Buttons::Ok}; }
 
 } // namespace
 
@@ -54,8 +73,9 @@ TEST(ConfigurationFields, AreReadAsAStreamOfPairs)
 TEST(ConfigurationFields, FailWithoutPairs)
 {
     const std::pair<const char*, int> cases[] = {
-        {"", err::SubscriptOutOfRange}, {"a,1\r\nb\r\n", err::InputPastEnd}, {"a,1\r\n\r\n", err::InputPastEnd},
-        {"a,1,b", err::InputPastEnd},   {"a", err::InputPastEnd},
+        {"", err::SubscriptOutOfRange},     {"a,1\r\nb\r\n", err::InputPastEnd},
+        {"a,1\r\n\r\n", err::InputPastEnd}, {"a,1,b", err::InputPastEnd},
+        {"a", err::InputPastEnd},
     };
     for (const auto& [text, number] : cases) {
         try {
@@ -70,8 +90,8 @@ TEST(ConfigurationFields, FailWithoutPairs)
 TEST_F(ConfigFile, SavingAnEmptyStoreSaysSoWithoutADialog)
 {
     SaveConfiguration(*t.app);
-    ASSERT_EQ(t.prompts.texts(), QStringList{kNotFound});
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(isBox(t.prompts.last(), warning(kNotFound)));
     EXPECT_TRUE(t.prompts.dialogs.empty());
 }
 
@@ -86,26 +106,16 @@ TEST_F(ConfigFile, SaveWritesEveryKeyAsALine)
     SaveConfiguration(*t.app);
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
-    const auto& dialog = t.prompts.dialogs[0];
-    EXPECT_FALSE(dialog.open);
-    EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Save Arena Steward configuration file"));
-    EXPECT_EQ(dialog.state.Filter, QStringLiteral("Arena Steward Configuration (*asc)|*.asc"));
-    EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("asc"));
-    EXPECT_EQ(dialog.state.InitialDir, t.app->gameFolder);
+    expectDialog(t.prompts.dialogs[0], false, "Save Arena Steward configuration file", t.app->gameFolder);
 
-    QByteArray expected;
-    for (const auto& [key, value] : t.store->GetAllSettings())
-        expected += (key + QLatin1Char(',') + value).toLatin1() + "\r\n";
-    EXPECT_EQ(fileBytes(ascFile()), expected);
-    EXPECT_TRUE(expected.contains("LogName,a,b.log\r\n"));
-    EXPECT_TRUE(expected.contains("ServerInfo15, \r\n"));
-    EXPECT_TRUE(expected.contains("Empty,\r\n"));
+    EXPECT_EQ(fileBytes(ascFile()),
+              QByteArray("Empty,\r\nLogName,a,b.log\r\nMsgTime,5\r\nPathToJedi,/games/jk2/\r\nServerInfo15, \r\n"));
     EXPECT_EQ(QFile::permissions(ascFile()) & (QFileDevice::ReadOther | QFileDevice::ReadGroup), 0)
         << "the copy holds passwords";
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("'") + ascFile() + QStringLiteral("' configuration saved") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      information(QStringLiteral("'") + ascFile() + QStringLiteral("' configuration saved") + kTail)));
 }
 
 TEST_F(ConfigFile, NoAtTheOverwriteQuestionWritesNothing)
@@ -115,9 +125,9 @@ TEST_F(ConfigFile, NoAtTheOverwriteQuestionWritesNothing)
     t.prompts.chooseFile(ascFile());
     t.prompts.answerNext(Answer::No);
     SaveConfiguration(*t.app);
-    ASSERT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Over-write existing file?") + kTail});
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
-    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question,
+                                         QStringLiteral("Over-write existing file?") + kTail, Buttons::YesNo}));
     EXPECT_EQ(fileBytes(ascFile()), QByteArray("old\r\n"));
 
     t.prompts.chooseFile(ascFile());
@@ -144,11 +154,8 @@ TEST_F(ConfigFile, AFileThatCannotBeWrittenGivesAWarning)
     t.prompts.chooseFile(path);
     SaveConfiguration(*t.app);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    const auto& box = t.prompts.last().request;
-    EXPECT_EQ(box.icon, Icon::Exclamation);
-    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
-    EXPECT_TRUE(box.text.contains(path)) << box.text.toStdString();
-    EXPECT_FALSE(box.text.endsWith(kTail));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      warning(QStringLiteral("Could not write ") + path + QStringLiteral(" (Path not found)"))));
 }
 
 TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
@@ -167,16 +174,11 @@ TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
     LoadConfiguration(*t.app, host);
 
     ASSERT_GE(t.prompts.dialogs.size(), 2u) << "the restart may ask for the executable again";
-    const auto& dialog = t.prompts.dialogs[1];
-    EXPECT_TRUE(dialog.open);
-    EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Load Arena Steward configuration file"));
-    EXPECT_EQ(dialog.state.Filter, QStringLiteral("Arena Steward Configuration (*asc)|*.asc"));
-    EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("asc"));
-    EXPECT_EQ(dialog.state.InitialDir, gameFolder);
+    expectDialog(t.prompts.dialogs[1], true, "Load Arena Steward configuration file", gameFolder);
 
     ASSERT_GE(t.prompts.shown.size(), 2u);
-    EXPECT_EQ(t.prompts.shown[1].request.text, QStringLiteral("Arena Steward will now restart to load settings") + kTail);
-    EXPECT_EQ(t.prompts.shown[1].request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.shown[1],
+                      information(QStringLiteral("Arena Steward will now restart to load settings") + kTail)));
     EXPECT_GE(host.closes, 1) << "the restart closes the windows first";
     EXPECT_EQ(atRestart, (Rows{{QStringLiteral("MsgTime"), QStringLiteral("5")},
                                {QStringLiteral("Other"), QStringLiteral("kept")},
@@ -206,9 +208,14 @@ TEST_F(ConfigFile, ARawValueWithACommaShiftsEveryLaterPair)
 
 TEST_F(ConfigFile, AFileThatFailsLeavesTheStoreUntouched)
 {
-    const std::pair<const char*, QByteArray> cases[] = {
-        {"odd.asc", "LogName,x.log\r\nMsgTime\r\n"}, {"empty.asc", ""}, {"missing.asc", {}}};
-    for (const auto& [name, bytes] : cases) {
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        const char* text;
+    } cases[] = {{"odd.asc", "LogName,x.log\r\nMsgTime\r\n", "The configuration file ends in the middle of a setting"},
+                 {"empty.asc", "", "The configuration file holds no settings"},
+                 {"missing.asc", {}, "Could not find %1"}};
+    for (const auto& [name, bytes, text] : cases) {
         SCOPED_TRACE(name);
         TestApp app;
         RecordingHost windows;
@@ -219,8 +226,7 @@ TEST_F(ConfigFile, AFileThatFailsLeavesTheStoreUntouched)
         app.prompts.chooseFile(path);
         EXPECT_EQ(LoadConfiguration(*app.app, windows), StartupOutcome::MainWindowOpen);
         ASSERT_EQ(app.prompts.shown.size(), 1u);
-        EXPECT_EQ(app.prompts.last().request.icon, Icon::Exclamation);
-        EXPECT_FALSE(app.prompts.last().request.text.endsWith(kTail));
+        EXPECT_TRUE(isBox(app.prompts.last(), warning(QString::fromLatin1(text).arg(path))));
         EXPECT_EQ(windows.closes, 0) << "no restart";
         EXPECT_EQ(app.store->GetAllSettings(), (Rows{{QStringLiteral("LogName"), QStringLiteral("games.log")}}));
     }
@@ -231,24 +237,10 @@ TEST_F(ConfigFile, AKeyTheStoreRefusesEndsTheLoadAndKeepsWhatWasStored)
     writeFile(ascFile(), "A,1\r\n,2\r\nC,3\r\n");
     t.prompts.chooseFile(ascFile());
     EXPECT_EQ(LoadConfiguration(*t.app, host), StartupOutcome::MainWindowOpen);
-    EXPECT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(isBox(t.prompts.last(), warning(QStringLiteral("A setting needs a name"))));
     EXPECT_EQ(host.closes, 0);
     EXPECT_EQ(t.store->GetAllSettings(), (Rows{{QStringLiteral("A"), QStringLiteral("1")}}));
-}
-
-TEST_F(ConfigFile, AFileFromAnotherMachineOverwritesThePaths)
-{
-    store("PathToJedi", QStringLiteral("/here/"));
-    store("RunOnce", QStringLiteral("1"));
-    writeFile(ascFile(), "PathToJedi,C:\\Games\\JK2\\GameData\\\r\nPathToServer,jk2Ded.exe\r\nRunOnce,0\r\n");
-    Rows atRestart;
-    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
-    t.prompts.chooseFile(ascFile());
-    LoadConfiguration(*t.app, host);
-    EXPECT_EQ(atRestart, (Rows{{QStringLiteral("PathToJedi"), QStringLiteral("C:\\Games\\JK2\\GameData\\")},
-                               {QStringLiteral("PathToServer"), QStringLiteral("jk2Ded.exe")},
-                               {QStringLiteral("RunOnce"), QStringLiteral("0")}}));
 }
 
 TEST_F(ConfigFile, TheSaveToolAsksFirstAndNoKeepsTheMark)
@@ -260,7 +252,9 @@ TEST_F(ConfigFile, TheSaveToolAsksFirstAndNoKeepsTheMark)
     t.prompts.answerNext(Answer::No);
     t.prompts.chooseFile(ascFile());
     UtilitiesConfigurationSave(*t.app, profile);
-    EXPECT_EQ(t.prompts.shown[0].request.text, QStringLiteral("Configuration has changed, set as default?") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.shown[0],
+                      {kProductTitle, Icon::Question,
+                       QStringLiteral("Configuration has changed, set as default?") + kTail, Buttons::YesNo}));
     EXPECT_TRUE(profile.configurationChanged());
     EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,stored.log\r\n")) << "the store's older values";
 }
@@ -276,17 +270,14 @@ TEST_F(ConfigFile, ResetAsksWithNoAsTheDefaultAndDeletesEveryKey)
     cmdReset_Click(*t.app, host);
 
     ASSERT_GE(t.prompts.shown.size(), 2u);
-    const auto& question = t.prompts.shown[0].request;
-    EXPECT_EQ(question.text,
-              QStringLiteral("WARNING - All Arena Steward settings will be lost. It is         \r\n"
-                             "recommended that you backup your configuration first.         \r\n\r\n"
-                             "                  Do you wish to continue?         "));
-    EXPECT_EQ(question.icon, Icon::Exclamation);
-    EXPECT_EQ(question.buttons, Buttons::YesNo);
-    EXPECT_EQ(question.defaultButton, 1);
-    EXPECT_EQ(question.title, QStringLiteral("Arena Steward"));
-    EXPECT_EQ(t.prompts.shown[1].request.text, QStringLiteral("Arena Steward will now restart") + kTail);
-    EXPECT_EQ(t.prompts.shown[1].request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.shown[0],
+                      {kProductTitle, Icon::Exclamation,
+                       QStringLiteral("WARNING - All Arena Steward settings will be lost. It is         \r\n"
+                                      "recommended that you backup your configuration first.         \r\n\r\n"
+                                      "                  Do you wish to continue?         "),
+                       Buttons::YesNo}));
+    EXPECT_EQ(t.prompts.shown[0].request.defaultButton, 1);
+    EXPECT_TRUE(isBox(t.prompts.shown[1], information(QStringLiteral("Arena Steward will now restart") + kTail)));
     EXPECT_TRUE(atRestart.isEmpty());
 }
 
@@ -305,9 +296,8 @@ TEST_F(ConfigFile, ResetOfAnEmptyStoreAsksFirstThenSaysSo)
     t.prompts.answerNext(Answer::Yes);
     EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_EQ(t.prompts.shown[0].request.text, resetWarningText());
-    EXPECT_EQ(t.prompts.shown[1].request.text, kNotFound);
-    EXPECT_EQ(t.prompts.shown[1].request.icon, Icon::Exclamation);
+    EXPECT_TRUE(isBox(t.prompts.shown[0], {kProductTitle, Icon::Exclamation, resetWarningText(), Buttons::YesNo}));
+    EXPECT_TRUE(isBox(t.prompts.shown[1], warning(kNotFound)));
     EXPECT_EQ(host.closes, 0);
 }
 
@@ -326,7 +316,6 @@ TEST_F(ConfigFile, AResetThatFailsSaysSoAndDoesNotRestart)
     t.prompts.answerNext(Answer::Yes);
     EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not reset registry settings") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+    EXPECT_TRUE(isBox(t.prompts.last(), warning(QStringLiteral("Could not reset registry settings") + kTail)));
     EXPECT_EQ(host.closes, 0);
 }

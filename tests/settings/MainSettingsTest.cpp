@@ -4,8 +4,11 @@
 #include "model/Constants.h"
 #include "model/OptionRules.h"
 #include "model/ServerProfile.h"
+#include "support/ErrorBox.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -36,66 +39,18 @@ protected:
 
 } // namespace
 
-TEST_F(Load, AnEmptyStoreGivesTheFirstRunState)
+TEST_F(Load, AnEmptyStoreGivesTheFirstRunStateAndWritesNothing)
 {
     profile.setText(F::lblMapsSelected, QStringLiteral("untouched"));
     load();
-
-    const QString serverConfig[] = {QStringLiteral("Frag the weak, hurdle the dead..."),
-                                    QStringLiteral("Luke"), QStringLiteral("TESTHOST"), QStringLiteral("tester"),
-                                    kContactAddress, {}, {}, kGameSite, {}, QStringLiteral("Now and Then"),
-                                    kChatChannel, {}, QStringLiteral("28070"), {}, {}, {}, {}};
-    for (int i = 0; i <= 16; ++i)
-        EXPECT_EQ(text(F::txtServerConfig(i)), serverConfig[i]) << i;
-    const char* spins[] = {"12", "0", "0", "3", "360", "32", "0", "5000", "0", "3", "50", "16", "16", "3", "20", "30", "0", "0"};
-    for (int i = 0; i <= 17; ++i)
-        EXPECT_EQ(text(F::txtServerConfigSpin(i)), QString::fromLatin1(spins[i])) << i;
-    const char* speeds[] = {"250", "800", "70", "0"};
-    const char* limits[] = {"0", "20", "1", "0"};
-    const char* sabers[] = {"2", "0", "350", "0"};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(text(F::txtSpeed(i)), QString::fromLatin1(speeds[i]));
-        EXPECT_EQ(text(F::txtGameLimits(i)), QString::fromLatin1(limits[i]));
-        EXPECT_EQ(text(F::txtAdvancedSaber(i)), QString::fromLatin1(sabers[i]));
-        EXPECT_EQ(text(F::cboConfig(i)), QString());
-    }
-
-    EXPECT_EQ(value(F::optStartClose), 1);
-    EXPECT_EQ(selected(F::optDefaultGameType), 0);
+    // The computer's and the user's names fill the host and admin boxes.
+    EXPECT_EQ(text(F::txtServerConfig(2)), QStringLiteral("TESTHOST"));
+    EXPECT_EQ(text(F::txtServerConfig(3)), QStringLiteral("tester"));
+    EXPECT_EQ(text(F::txtServerConfig(12)), QStringLiteral("28070"));
+    EXPECT_EQ(selected(F::chkServerType), 2);
     EXPECT_EQ(selected(F::optLogging), 3);
     EXPECT_EQ(value(F::optLogging(5)), 1) << "the stats choice starts from its initial state";
-    EXPECT_EQ(selected(F::chkServerType), 2);
-    EXPECT_EQ(profile.field(F::lstBannedIPs).count(), 0);
-    EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
     EXPECT_EQ(text(F::lblMapsSelected), QStringLiteral("untouched"));
-
-    // The store's defaults replace the initial texts of the fields.
-    EXPECT_EQ(text(F::txtWeapRespawn), QStringLiteral("0"));
-    EXPECT_EQ(text(F::txtForceReGen(0)), QStringLiteral("0"));
-    EXPECT_EQ(text(F::txtWeaponEnhancer), QString());
-    EXPECT_EQ(text(F::txtKnockBack), QString());
-    EXPECT_EQ(text(F::txtMaster1), kMaster1);
-    EXPECT_EQ(text(F::txtMaster2), kMaster2);
-    EXPECT_EQ(text(F::txtMaster3), kMaster3);
-    EXPECT_EQ(text(F::txtMaster4), QString());
-    EXPECT_EQ(text(F::txtMaster5), QString());
-    EXPECT_EQ(text(F::txtMsg(0)), QStringLiteral("^2This server is configured by ^1Arena Steward"));
-    EXPECT_EQ(text(F::txtMsg(1)), defaultMsg2());
-    EXPECT_TRUE(defaultMsg2().startsWith(QStringLiteral("^2"))) << "the colour codes of the first message";
-    EXPECT_TRUE(defaultMsg2().contains(kProductSite));
-    EXPECT_EQ(text(F::txtLogFileName), QStringLiteral("games.log"));
-    EXPECT_EQ(text(F::txtMapTimeOut), QStringLiteral("300"));
-    EXPECT_EQ(text(F::txtMsgTimer), QStringLiteral("5"));
-    EXPECT_EQ(value(F::chkSendMessage), 1);
-    EXPECT_EQ(value(F::chkUseINI), 0);
-    EXPECT_EQ(text(F::txtServerINI), QString());
-    EXPECT_EQ(text(F::txtMaxForceRank), QStringLiteral("0"));
-    EXPECT_EQ(text(F::txtMaxHolocronCarry), QStringLiteral("3"));
-    for (int i = 0; i <= 2; ++i)
-        EXPECT_EQ(value(F::chkDMFlags(i)), 0);
-    for (int i = 0; i <= 5; ++i)
-        EXPECT_EQ(value(F::chkBOTs(i)), 0);
-
     EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "reading writes nothing";
     EXPECT_TRUE(t.prompts.shown.empty());
 }
@@ -104,11 +59,11 @@ TEST_F(Load, ServerInfoIsDecodedButTheBoundAddress)
 {
     t.names.computer = QStringLiteral("HOST") + QChar(0) + QStringLiteral("junk");
     store("ServerInfo10", QStringLiteral("Welcome% all"));
-    store("ServerInfo12", QString());          // empty: the computer's name
+    store("ServerInfo12", QString());           // empty: the computer's name
     store("ServerInfo13", QStringLiteral(" ")); // one blank: an empty box, not the user's name
-    store("ServerInfo19", QString());          // empty: the box stays
+    store("ServerInfo19", QString());           // empty: the box stays
     store("ServerInfo114", QStringLiteral(" "));
-    store("ServerInfo116", QStringLiteral(" "));
+    store("ServerInfo116", QStringLiteral("10.0.0.1%x"));
     store("ServerInfo111", QStringLiteral("50%"));
     store("Msg1", QStringLiteral("Hello% all"));
     store("Master2", QStringLiteral(" "));
@@ -118,17 +73,10 @@ TEST_F(Load, ServerInfoIsDecodedButTheBoundAddress)
     EXPECT_EQ(text(F::txtServerConfig(3)), QString());
     EXPECT_EQ(text(F::txtServerConfig(9)), QStringLiteral("Now and Then"));
     EXPECT_EQ(text(F::txtServerConfig(14)), QString());
-    EXPECT_EQ(text(F::txtServerConfig(16)), QStringLiteral(" "));
+    EXPECT_EQ(text(F::txtServerConfig(16)), QStringLiteral("10.0.0.1%x"));
     EXPECT_EQ(text(F::txtServerConfig(11)), QStringLiteral("50,"));
     EXPECT_EQ(text(F::txtMsg(0)), QStringLiteral("Hello% all"));
     EXPECT_EQ(text(F::txtMaster2), QStringLiteral(" "));
-}
-
-TEST_F(Load, TheBoundAddressIsTakenAsItStands)
-{
-    store("ServerInfo116", QStringLiteral("10.0.0.1%x"));
-    load();
-    EXPECT_EQ(text(F::txtServerConfig(16)), QStringLiteral("10.0.0.1%x"));
 }
 
 TEST_F(Load, FamiliesWithThePresentRuleLeaveFieldsAloneWhenEmptyOrAbsent)
@@ -185,54 +133,40 @@ TEST_F(Load, ListsAreSplitAtSemicolonsAndKeepTheirBlanks)
     EXPECT_EQ(text(F::lblMapsSelected), QStringLiteral("2 Selected Maps"));
 }
 
-TEST_F(Load, TheRotationLabelChangesOnlyForAStoredText)
+TEST_F(Load, OneStoredValueAndWhatItSelects)
 {
-    const std::pair<const char*, const char*> cases[] = {{"", "untouched"}, {" ; ;", "0 Selected Maps"}};
-    for (const auto& [stored, label] : cases) {
+    const struct {
+        const char* key;
+        const char* stored;
+        std::function<bool(const ServerProfile&)> holds;
+    } cases[] = {
+        // The rotation's label changes only for a stored text.
+        {"MapListSaved", "", [](const ServerProfile& p) { return p.text(F::lblMapsSelected) == "untouched"; }},
+        {"MapListSaved", " ; ;",
+         [](const ServerProfile& p) { return p.text(F::lblMapsSelected) == "0 Selected Maps"; }},
+        // Only the exact name selects Minimize.
+        {"AppMinimize", "optStartMinimize", [](const ServerProfile& p) { return p.isSet(F::optStartMinimize); }},
+        {"AppMinimize", "optstartminimize", [](const ServerProfile& p) { return p.isSet(F::optStartClose); }},
+        {"AppMinimize", "", [](const ServerProfile& p) { return p.isSet(F::optStartClose); }},
+        // The saved cycle's box takes both stored forms.
+        {"SelectAdvMapCfg", "True", [](const ServerProfile& p) { return p.value(F::chkUseINI) == 1; }},
+        {"SelectAdvMapCfg", "1", [](const ServerProfile& p) { return p.value(F::chkUseINI) == 1; }},
+        {"SelectAdvMapCfg", "False", [](const ServerProfile& p) { return p.value(F::chkUseINI) == 0; }},
+        {"SelectAdvMapCfg", "0", [](const ServerProfile& p) { return p.value(F::chkUseINI) == 0; }},
+        // Options are selected by their index, not their Tag.
+        {"GameType", "4", [](const ServerProfile& p) { return p.isSet(F::optDefaultGameType(4)); }},
+        {"LoggingType", "1", [](const ServerProfile& p) { return p.isSet(F::optLogging(1)); }},
+        {"ServerType", "1", [](const ServerProfile& p) { return p.isSet(F::chkServerType(1)); }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.key) + " = '" + c.stored + "'");
         TestApp fresh;
         ServerProfile p;
         p.setText(F::lblMapsSelected, QStringLiteral("untouched"));
-        fresh.store->SaveSetting(QStringLiteral("MapListSaved"), QString::fromLatin1(stored));
+        p.setValue(F::chkUseINI, QByteArray(c.stored) == "True" || QByteArray(c.stored) == "1" ? 0 : 1);
+        fresh.store->SaveSetting(QString::fromLatin1(c.key), QString::fromLatin1(c.stored));
         GetMainSettings(*fresh.app, p);
-        EXPECT_EQ(p.text(F::lblMapsSelected), QString::fromLatin1(label)) << stored;
-    }
-}
-
-TEST_F(Load, OnlyTheExactNameSelectsMinimize)
-{
-    const std::pair<const char*, bool> cases[] = {
-        {"optStartMinimize", true}, {"optstartminimize", false}, {"optStartClose", false}, {"", false}};
-    for (const auto& [stored, minimize] : cases) {
-        TestApp fresh;
-        ServerProfile p;
-        fresh.store->SaveSetting(QStringLiteral("AppMinimize"), QString::fromLatin1(stored));
-        GetMainSettings(*fresh.app, p);
-        EXPECT_EQ(p.isSet(F::optStartMinimize), minimize) << stored;
-        EXPECT_EQ(p.isSet(F::optStartClose), !minimize) << stored;
-    }
-}
-
-TEST_F(Load, OptionsAreSelectedByTheirIndex)
-{
-    store("GameType", QStringLiteral("4"));
-    store("LoggingType", QStringLiteral("1"));
-    store("ServerType", QStringLiteral("1"));
-    load();
-    EXPECT_EQ(selected(F::optDefaultGameType), 4) << "the index, not the Tag 5";
-    EXPECT_EQ(selected(F::optLogging), 1);
-    EXPECT_EQ(selected(F::chkServerType), 1);
-}
-
-TEST_F(Load, TheCycleBoxAcceptsBothStoredForms)
-{
-    const std::pair<const char*, int> cases[] = {{"0", 0}, {"True", 1}, {"False", 0}, {"1", 1}};
-    for (const auto& [stored, expected] : cases) {
-        TestApp fresh;
-        ServerProfile p;
-        p.setValue(F::chkUseINI, 1 - expected);
-        fresh.store->SaveSetting(QStringLiteral("SelectAdvMapCfg"), QString::fromLatin1(stored));
-        GetMainSettings(*fresh.app, p);
-        EXPECT_EQ(p.value(F::chkUseINI), expected) << stored;
+        EXPECT_TRUE(c.holds(p));
         EXPECT_TRUE(fresh.prompts.shown.empty());
     }
 }
@@ -264,9 +198,12 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
         const char* key;
         const char* value;
         int number;
+        const char* description; // the standard one when empty
     };
-    const Case cases[] = {{"GameType", "abc", 13}, {"GameType", "9", 340}, {"GameType", "", 13},
-                          {"GameType", "99999", 6}};
+    const Case cases[] = {{"GameType", "abc", 13, ""},
+                          {"GameType", "9", 340, "Control array element 'optDefaultGameType(9)' doesn't exist"},
+                          {"GameType", "", 13, ""},
+                          {"GameType", "99999", 6, ""}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.value);
         TestApp fresh;
@@ -278,10 +215,9 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
         GetMainSettings(*fresh.app, p);
 
         ASSERT_EQ(fresh.prompts.shown.size(), 1u);
-        const auto& box = fresh.prompts.last().request;
-        EXPECT_EQ(box.icon, Icon::Critical);
-        EXPECT_TRUE(box.text.contains(QStringLiteral("Source: arena-steward::Code.GetMainSettings(Sub)")));
-        EXPECT_TRUE(box.text.contains(QStringLiteral("Number: %1").arg(c.number))) << box.text.toStdString();
+        EXPECT_TRUE(isBox(fresh.prompts.last(),
+                          errorBox(c.number, QStringLiteral("arena-steward::Code.GetMainSettings(Sub) (arena-steward)"),
+                                   QString::fromLatin1(c.description))));
         const QString log = QString::fromLatin1(fileBytes(fresh.app->programFile(QStringLiteral("arena-steward.log"))));
         EXPECT_TRUE(log.contains(QStringLiteral("Error %1 in arena-steward::Code.GetMainSettings(Sub)").arg(c.number)));
 

@@ -1,6 +1,8 @@
 #include "commands/CreateJediConfiguration.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
+#include "support/ErrorBox.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +26,7 @@ TEST(ErrorLog, TwoErrorsGiveTwoEntriesInOneFile)
     TestApp t;
     const RuntimeError first(err::FileNotFound, {}, QStringLiteral("ReadCatalogue"));
     reportTagged(*t.app, first, QStringLiteral("::Code.gbln_LoadMapCycle(Function)"));
-    t.clock.at = QDateTime(QDate(2002, 12, 1), QTime(8, 4, 9));
+    t.clock.at = QDateTime(QDate(2002, 12, 1), QTime(20, 4, 9)); // a 24-hour clock
     const RuntimeError second(err::PathFileAccess, QStringLiteral("Path/File access error\r\nsecond line"),
                               QStringLiteral("Writer"));
     reportTagged(*t.app, second, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
@@ -36,21 +38,13 @@ TEST(ErrorLog, TwoErrorsGiveTwoEntriesInOneFile)
                   QStringLiteral("Error 53 in arena-steward::Code.gbln_LoadMapCycle(Function) (ReadCatalogue):"),
                   QStringLiteral("File not found"),
                   kHyphens,
-                  QStringLiteral("---12/01/2002 08:04:09---"),
+                  QStringLiteral("---12/01/2002 20:04:09---"),
                   QStringLiteral("Error 75 in arena-steward::Code.CreateJediConfiguration(Function) (Writer):"),
                   QStringLiteral("Path/File access error"),
                   QStringLiteral("second line"),
               }));
     EXPECT_EQ(t.app->errorLog().lastFile(), defaultLog(t));
     EXPECT_EQ(t.prompts.shown.size(), 2u);
-}
-
-TEST(ErrorLog, TheStampUsesA24HourClock)
-{
-    TestApp t;
-    t.clock.at = QDateTime(QDate(2002, 1, 2), QTime(23, 59, 1));
-    ASSERT_TRUE(WriteLog(*t.app, QStringLiteral("x")));
-    EXPECT_EQ(crlfLines(defaultLog(t)).value(1), QStringLiteral("---01/02/2002 23:59:01---"));
 }
 
 TEST(ErrorLog, TheCriticalBoxNamesTheErrorAndIsSystemModal)
@@ -61,14 +55,13 @@ TEST(ErrorLog, TheCriticalBoxNamesTheErrorAndIsSystemModal)
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_EQ(box.text, QStringLiteral("Following error occurred in this application:\r\n"
-                                       "\r\n"
-                                       "Type mismatch\r\n"
-                                       "Number: 13\r\n"
-                                       "Source: arena-steward::frmMain.cmdOk_Click(Sub) (frmMain)"));
-    EXPECT_EQ(box.title, QStringLiteral("arena-steward Error"));
-    EXPECT_EQ(box.icon, Icon::Critical);
-    EXPECT_EQ(box.buttons, Buttons::Ok);
+    EXPECT_TRUE(isBox(box, {QStringLiteral("arena-steward Error"), Icon::Critical,
+                            QStringLiteral("Following error occurred in this application:\r\n"
+                                           "\r\n"
+                                           "Type mismatch\r\n"
+                                           "Number: 13\r\n"
+                                           "Source: arena-steward::frmMain.cmdOk_Click(Sub) (frmMain)"),
+                            Buttons::Ok}));
     EXPECT_TRUE(box.systemModal);
 }
 
@@ -79,8 +72,10 @@ TEST(ErrorLog, WithoutAnErrorObjectTheArgumentsAreUsedAsTheyCame)
 
     EXPECT_EQ(crlfLines(defaultLog(t)),
               (QStringList{kHyphens, kStamp, QStringLiteral("Error -7 in Somewhere:"), QStringLiteral("Plain words")}));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Following error occurred in this application:\r\n\r\n"
-                                                            "Plain words\r\nNumber: -7\r\nSource: Somewhere"));
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("arena-steward Error"), Icon::Critical,
+                                         QStringLiteral("Following error occurred in this application:\r\n\r\n"
+                                                        "Plain words\r\nNumber: -7\r\nSource: Somewhere"),
+                                         Buttons::Ok}));
 }
 
 TEST(ErrorLog, TheErrorObjectIsFoldedIntoNonEmptyArguments)
@@ -128,7 +123,9 @@ TEST(ErrorLog, AnUnwritableProgramFolderCostsOnlyTheLogEntry)
     EXPECT_NO_THROW(reportTagged(*t.app, e, QStringLiteral("::Code.SaveMainSettings(Sub)")));
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(),
+              errorBox(err::Overflow, QStringLiteral("arena-steward::Code.SaveMainSettings(Sub) (arena-steward)"))));
     EXPECT_FALSE(QFileInfo::exists(t.root() + QStringLiteral("/blocked/program/arena-steward.log")));
     EXPECT_EQ(fileBytes(t.root() + QStringLiteral("/blocked")), QByteArray("not a folder"));
 }
@@ -165,7 +162,6 @@ TEST(ErrorLog, AnErrorWithoutASourceComesFromTheProgram)
 
     // The information box of an untagged routine takes the same source as its title.
     reportInformation(*t.app, overflow);
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("arena-steward"));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Overflow"));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {QStringLiteral("arena-steward"), Icon::Information, QStringLiteral("Overflow"), Buttons::Ok}));
 }

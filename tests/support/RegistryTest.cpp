@@ -22,10 +22,16 @@ public:
     }
     void hive(const QString& keyLine, const QStringList& values) const
     {
-        QStringList lines = {QStringLiteral("WINE REGISTRY Version 2"), QStringLiteral(";; All keys relative to \\\\Machine"),
-                             QString(), QStringLiteral("#arch=win32"), QString(),
-                             QStringLiteral("[Software\\\\Classes] 1600000000"), QStringLiteral("#time=1d6f0b0f0b0f0b0"),
-                             QStringLiteral("\"Install Path\"=\"C:\\\\Wrong\""), QString(), keyLine,
+        QStringList lines = {QStringLiteral("WINE REGISTRY Version 2"),
+                             QStringLiteral(";; All keys relative to \\\\Machine"),
+                             QString(),
+                             QStringLiteral("#arch=win32"),
+                             QString(),
+                             QStringLiteral("[Software\\\\Classes] 1600000000"),
+                             QStringLiteral("#time=1d6f0b0f0b0f0b0"),
+                             QStringLiteral("\"Install Path\"=\"C:\\\\Wrong\""),
+                             QString(),
+                             keyLine,
                              QStringLiteral("#time=1d6f0b0f0b0f0b0")};
         lines += values;
         lines << QString() << QStringLiteral("[Software\\\\Other] 1600000000")
@@ -37,8 +43,8 @@ public:
     QString path;
 };
 
-const QString kKeyLine =
-    QStringLiteral("[Software\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi Outcast\\\\1.0] 1600000000");
+const QString kKeyLine = QStringLiteral(
+    "[Software\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi Outcast\\\\1.0] 1600000000");
 
 } // namespace
 
@@ -49,15 +55,15 @@ TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
     QDir().mkpath(prefix.path + QStringLiteral("/drive_c/Program Files/LucasArts/Star Wars JK II Jedi Outcast"));
     prefix.hive(kKeyLine, {QStringLiteral("\"Install Path\"=\"C:\\\\PROGRAM FILES\\\\LucasArts\\\\Star Wars JK II Jedi "
                                           "Outcast\\\\GameData\\\\\""),
-                           QStringLiteral("\"Version\"=dword:0000000a"),
-                           QStringLiteral("\"Blob\"=hex:01,02,\\"), QStringLiteral("  03,04"),
-                           QStringLiteral("\"Quoted\"=\"say \\\"hi\\\"\"")});
+                           QStringLiteral("\"Version\"=dword:0000000a"), QStringLiteral("\"Blob\"=hex:01,02,\\"),
+                           QStringLiteral("  03,04"), QStringLiteral("\"Quoted\"=\"say \\\"hi\\\"\"")});
     const WineEnvironment env{prefix.path, t.root() + QStringLiteral("/nohome")};
 
     // The value ends in a backslash, so it comes back as folder, separator, NUL; the
     // scan command's single cut takes only the NUL.
     const QString found = GetInstallPath(*t.app, env);
-    EXPECT_EQ(found, prefix.drive() + QStringLiteral("/Program Files/LucasArts/Star Wars JK II Jedi Outcast/GameData/") + QChar(0));
+    EXPECT_EQ(found, prefix.drive() +
+                         QStringLiteral("/Program Files/LucasArts/Star Wars JK II Jedi Outcast/GameData/") + QChar(0));
     EXPECT_TRUE(t.prompts.shown.empty());
 
     const RegistryKey key = RegistryKey::open(RegistryRoot::LocalMachine, kInstallKey.toLower(), env);
@@ -71,7 +77,8 @@ TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
     EXPECT_EQ(value, QStringLiteral("say \"hi\"") + QChar(0));
     EXPECT_NE(QueryValueEx(key, QStringLiteral("Missing"), value), 0);
     EXPECT_EQ(value, QString());
-    EXPECT_EQ(QueryValue(RegistryRoot::LocalMachine, kInstallKey, QStringLiteral("Version"), env), QStringLiteral("10"));
+    EXPECT_EQ(QueryValue(RegistryRoot::LocalMachine, kInstallKey, QStringLiteral("Version"), env),
+              QStringLiteral("10"));
 }
 
 TEST(Registry, ThePrefixOfTheEnvironmentComesBeforeTheHomeFolders)
@@ -81,9 +88,10 @@ TEST(Registry, ThePrefixOfTheEnvironmentComesBeforeTheHomeFolders)
     own.hive(kKeyLine, {QStringLiteral("\"Install Path\"=\"C:\\\\Home\"")});
     QDir().mkpath(own.path + QStringLiteral("/drive_c/Home"));
     WinePrefix chosen(t.root() + QStringLiteral("/chosen"));
-    chosen.hive(QStringLiteral("[Software\\\\Wow6432Node\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi "
-                               "Outcast\\\\1.0] 1600000000"),
-                {QStringLiteral("\"Install Path\"=\"c:\\\\jk2\"")});
+    chosen.hive(
+        QStringLiteral("[Software\\\\Wow6432Node\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi "
+                       "Outcast\\\\1.0] 1600000000"),
+        {QStringLiteral("\"Install Path\"=\"c:\\\\jk2\"")});
 
     const QString home = t.root() + QStringLiteral("/home");
     EXPECT_EQ(GetInstallPath(*t.app, {QString(), home}), own.drive() + QStringLiteral("/Home") + QChar(0));
@@ -98,11 +106,25 @@ TEST(Registry, ThePrefixOfTheEnvironmentComesBeforeTheHomeFolders)
 TEST(Registry, NoPrefixOrNoRecordGivesAnEmptyTextAndNoBox)
 {
     TestApp t;
-    EXPECT_EQ(GetInstallPath(*t.app, {t.root() + QStringLiteral("/none"), t.root() + QStringLiteral("/nohome")}), QString());
+    EXPECT_EQ(GetInstallPath(*t.app, {t.root() + QStringLiteral("/none"), t.root() + QStringLiteral("/nohome")}),
+              QString());
     WinePrefix bare(t.root() + QStringLiteral("/bare"));
     bare.hive(QStringLiteral("[Software\\\\Nothing] 1"), {});
     EXPECT_EQ(GetInstallPath(*t.app, {bare.path, QString()}), QString());
     EXPECT_EQ(QueryValue(RegistryRoot::LocalMachine, kInstallKey, kInstallValue, {bare.path, QString()}), QString());
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(mapWindowsPath(QStringLiteral("\\\\server\\share"), bare.path), QString());
+}
+
+TEST(Registry, AKeyLineEndingInABackslashKeepsItInTheKeysName)
+{
+    TestApp t;
+    const QString hive = t.root() + QStringLiteral("/system.reg");
+    writeFile(hive,
+              "[Software\\\\Odd\\\n\"Install Path\"=\"C:\\\\x\\\\\"\n\n[Software\\\\Odd] 1\n\"Install Path\"=\"no\"\n");
+    const RegistryKey key = RegistryKey::openInHive(hive, QStringLiteral("Software\\Odd\\"));
+    ASSERT_TRUE(key.isOpen());
+    QString value;
+    EXPECT_EQ(QueryValueEx(key, QStringLiteral("Install Path"), value), 0);
+    EXPECT_EQ(value, QStringLiteral("C:\\x\\") + QChar(0));
 }
