@@ -115,8 +115,9 @@ TEST_F(MapScanCommandTest, AFailedScanEndsTheChainAndUnloadsTheWindow)
 {
     t.app->gameFolder = t.root() + QStringLiteral("/nogame");
     run();
-    EXPECT_TRUE(
-        t.prompts.last().request.text.startsWith(QStringLiteral("Arena Steward was unable to locate any pk3 files")));
+    const MessageBoxRequest& box = t.prompts.last().request;
+    EXPECT_TRUE(box.text.startsWith(QStringLiteral("Arena Steward was unable to locate any pk3 files")));
+    EXPECT_TRUE(isBox(box, {kProductTitle, Icon::Critical, box.text}));
     EXPECT_FALSE(t.prompts.texts().contains(QStringLiteral("Map scan complete ") + kTail));
     EXPECT_EQ(progress.events.last(), QStringLiteral("unload"));
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{11, 0}));

@@ -2,6 +2,7 @@
 #include "model/Constants.h"
 #include "commands/ToolDispatcher.h"
 #include "commands/ToolTable.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
 
 #include <QUrlQuery>
@@ -70,6 +71,8 @@ TEST(Commands, LinksAndHelpGoThroughTheOpenAction)
     t.app->helpFile = QStringLiteral("/proc/no-such-folder/guide.html");
     openHelpContents(*t.app);
     ASSERT_EQ(t.prompts.shown.size(), 1u) << "a guide that can't be written is reported";
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
+    const MessageBoxRequest& box = t.prompts.last().request;
+    EXPECT_TRUE(box.text.contains(QStringLiteral("File not found\r\nNumber: 53"))) << box.text.toStdString();
+    EXPECT_TRUE(steward::testing::isBox(box, {QStringLiteral("arena-steward Error"), Icon::Critical, box.text}));
     EXPECT_EQ(t.opener.opened.size(), 3u);
 }

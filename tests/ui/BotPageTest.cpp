@@ -317,9 +317,9 @@ TEST_F(BotPage, AFailedScanClosesThePickerAndSaysWhy)
     in<QPushButton>(picker, "cmdOk(2)")->click();
     EXPECT_TRUE(gone(picker));
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(t.prompts.last().request.title.contains(QStringLiteral("::CMapScanner.ExtractLevelShots(Function)")));
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {t.prompts.last().request.title, Icon::Information, t.prompts.last().request.text}));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"),
+                       Icon::Information, QStringLiteral("Path not found")}));
 }
 
 TEST_F(BotPage, ViewOpensTheBotFile)

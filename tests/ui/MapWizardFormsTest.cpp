@@ -174,7 +174,8 @@ TEST_F(WizardForms, ThePopUpSetsTheStartingMapAndFinishSelectsTheSavedCycle)
     click(3, QStringLiteral("cmdFinish"));
     QApplication::processEvents();
 
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Advanced Map Cycle"));
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Advanced Map Cycle"), Icon::Information,
+                                         QStringLiteral("File has been Saved         ")}));
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(t.prompts.dialogs.size(), 1u) << "the saved cycle's own dialog doesn't open";
     EXPECT_EQ(window->control<QLineEdit>(QStringLiteral("txtServerINI"))->text(), path);

@@ -51,8 +51,8 @@ protected:
         ASSERT_NE(b, nullptr) << button.toStdString();
         b->click();
     }
-    /// A menu bar entry by its tool id.
-    QAction* action(const QString& id) const { return window->menuBar()->findChild<QAction*>(id); }
+    /// An entry of the menu bar of the main window that is open, by its name.
+    QAction* action(const QString& id) const { return host.mainWindow()->menuBar()->findChild<QAction*>(id); }
 
     TestApp t;
     QtWindowHost host{*t.app};
