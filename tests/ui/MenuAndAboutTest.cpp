@@ -1,4 +1,5 @@
 #include "commands/ToolTable.h"
+#include "model/Constants.h"
 #include "testkit/TestApp.h"
 #include "ui/AboutWindow.h"
 #include "ui/MenuBuilder.h"
@@ -78,7 +79,10 @@ TEST(AboutWindow, ShowsTheVersionAndClosesOnAKeyAndItsFlagFollowsIt)
         EXPECT_EQ(about.windowTitle(), QStringLiteral("About Arena Steward"));
         auto* marquee = about.findChild<QLabel*>(QStringLiteral("lblMarquee"));
         ASSERT_NE(marquee, nullptr);
-        EXPECT_TRUE(marquee->text().contains(QStringLiteral("You are using version JUNE 13 2002 beta 1.4")));
+        EXPECT_EQ(marquee->text(), QStringLiteral("Arena Steward, a server tool for Jedi Knight II administrators\n"
+                                                  "You are using version JUNE 13 2002 beta 1.4\n\n"
+                                                  "Please submit all requests, bugs etc., to me \nat ") +
+                                       kContactAddress + QStringLiteral("\n\nThanks and Enjoy!"));
 
         QTimer::singleShot(0, &about, [&about] {
             QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
