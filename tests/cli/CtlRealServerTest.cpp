@@ -32,7 +32,10 @@ namespace {
 const QString kEngine = QStringLiteral("/usr/lib/ioquake3/ioq3ded");
 const QString kGameData = QStringLiteral("/usr/lib/openarena-server");
 
-bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir(); }
+bool haveServer()
+{
+    return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir();
+}
 
 /// The server's status answer on the port, or an empty text when none comes in time.
 QByteArray askStatus(quint16 port, int ms)
@@ -63,11 +66,12 @@ protected:
         // left to the watcher.
         t.app->serverExecutable = QStringLiteral("q3server");
         const QString script = t.gameFolder() + QStringLiteral("q3server");
-        writeFile(script, QStringLiteral("#!/bin/sh\n"
-                                         "exec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
-                                         "+set fs_game base +set com_legacyprotocol 71 +set com_protocol 71 \"$@\"\n")
-                              .arg(kEngine, kGameData)
-                              .toLatin1());
+        writeFile(script,
+                  QStringLiteral("#!/bin/sh\n"
+                                 "exec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
+                                 "+set fs_game base +set com_legacyprotocol 71 +set com_protocol 71 \"$@\"\n")
+                      .arg(kEngine, kGameData)
+                      .toLatin1());
         QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
         port = static_cast<quint16>(27000 + 7000 + QCoreApplication::applicationPid() % 900);
     }
@@ -79,23 +83,24 @@ protected:
             run.waitForFinished();
         }
         for (const QString& id : {QStringLiteral("duel_arena"), QStringLiteral("ffa"), QStringLiteral("duel")})
-            if (const auto state = readWatchState(
-                    ServerFolder(t.root() + QStringLiteral("/data/ArenaSteward"), id).stateFile()))
+            if (const auto state = readWatchState(folder(id).stateFile()))
                 signalProcess(state->server, SIGKILL);
     }
 
-    ServerFolder folder() const
+    /// The folder of a session's or a profile's server, where the child `run` keeps it.
+    ServerFolder folder(const QString& id = QStringLiteral("duel_arena")) const
     {
-        return ServerFolder(t.root() + QStringLiteral("/data/ArenaSteward"), QStringLiteral("duel_arena"));
+        return ServerFolder(t.root() + QStringLiteral("/data/ArenaSteward"), id);
     }
 
-    /// `run --profile NAME` as a child, on the test's folders and without a display.
-    void watchProfile(QProcess& process, const QString& profile)
+    /// `run` with these options as a child, on the test's folders and without a display.
+    static void watch(QProcess& process, const QString& program, const QStringList& options,
+                      const QProcessEnvironment& environment)
     {
-        process.setProcessEnvironment(childEnvironment());
+        process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(system.ownProgram, {QStringLiteral("run"), QStringLiteral("--profile"), profile,
-                                          QStringLiteral("--restart-delay"), QStringLiteral("1")});
+        process.start(program, QStringList{QStringLiteral("run")} + options +
+                                   QStringList{QStringLiteral("--restart-delay"), QStringLiteral("1")});
         ASSERT_TRUE(process.waitForStarted());
     }
 
@@ -123,28 +128,29 @@ protected:
         profile.setText(F::txtRestartLimit, QString::number(limit));
         config = t.root() + QStringLiteral("/watched.asc");
         writeConfigurationFile(config, profileSettings(*t.app, profile));
-
-        run.setProcessEnvironment(childEnvironment());
-        run.setProcessChannelMode(QProcess::MergedChannels);
-        run.start(system.ownProgram, {QStringLiteral("run"), QStringLiteral("--config"), config,
-                                      QStringLiteral("--restart-delay"), QStringLiteral("1")});
-        ASSERT_TRUE(run.waitForStarted());
+        watch(run, system.ownProgram, {QStringLiteral("--config"), config}, childEnvironment());
     }
 
-    /// The recorded server once it runs with another process than before and answers.
-    ProcessIdentity answeringServer(const ProcessIdentity& before, int ms)
+    /// The server recorded in the folder once it runs with another process than before
+    /// and answers on the port; none once its watcher has ended.
+    static ProcessIdentity answering(const ServerFolder& folder, quint16 on, const ProcessIdentity& before, int ms,
+                                     const QProcess& watcher)
     {
         const QDeadlineTimer deadline(ms);
         while (!deadline.hasExpired()) {
-            const auto state = readWatchState(folder().stateFile());
+            const auto state = readWatchState(folder.stateFile());
             if (state && state->phase == WatchState::Phase::Running && !(state->server == before) &&
-                stillRuns(state->server) && !askStatus(port, 250).isEmpty())
+                stillRuns(state->server) && !askStatus(on, 250).isEmpty())
                 return state->server;
-            if (run.state() == QProcess::NotRunning)
+            if (watcher.state() == QProcess::NotRunning)
                 break;
             QThread::msleep(50);
         }
         return {};
+    }
+    ProcessIdentity answeringServer(const ProcessIdentity& before, int ms)
+    {
+        return answering(folder(), port, before, ms, run);
     }
 
     QStringList crashLogs() const
@@ -236,7 +242,8 @@ void saveProfile(TestApp& t, const QString& name, quint16 port, const QString& h
     profile.setText(F::txtServerINI, t.baseFolder() + QLatin1Char('/') + cycle);
     profile.setValue(F::chkRestartServer, 1);
     AppContext onFile = *t.app;
-    IniSettingsStore store(t.root() + QStringLiteral("/config/ArenaSteward/profiles/") + name + QStringLiteral(".conf"));
+    IniSettingsStore store(t.root() + QStringLiteral("/config/ArenaSteward/profiles/") + name +
+                           QStringLiteral(".conf"));
     onFile.services.store = &store;
     SaveMainSettings(onFile, profile);
     store.SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
@@ -269,22 +276,11 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
                 {QStringLiteral("oa_dm3"), QStringLiteral("oa_dm4")});
 
     QProcess duel;
-    watchProfile(run, QStringLiteral("ffa"));
-    watchProfile(duel, QStringLiteral("duel"));
-    const ServerFolder ffaFolder(t.root() + QStringLiteral("/data/ArenaSteward"), QStringLiteral("ffa"));
-    const ServerFolder duelFolder(t.root() + QStringLiteral("/data/ArenaSteward"), QStringLiteral("duel"));
-    const auto answering = [](const ServerFolder& folder, quint16 on, const ProcessIdentity& before, int ms) {
-        const QDeadlineTimer deadline(ms);
-        while (!deadline.hasExpired()) {
-            const auto state = readWatchState(folder.stateFile());
-            if (state && !(state->server == before) && stillRuns(state->server) && !askStatus(on, 250).isEmpty())
-                return state->server;
-            QThread::msleep(50);
-        }
-        return ProcessIdentity{};
-    };
-    const ProcessIdentity ffaServer = answering(ffaFolder, ffaPort, {}, 30000);
-    const ProcessIdentity duelServer = answering(duelFolder, duelPort, {}, 30000);
+    watch(run, system.ownProgram, {QStringLiteral("--profile"), QStringLiteral("ffa")}, childEnvironment());
+    watch(duel, system.ownProgram, {QStringLiteral("--profile"), QStringLiteral("duel")}, childEnvironment());
+    const ServerFolder ffaFolder = folder(QStringLiteral("ffa"));
+    const ProcessIdentity ffaServer = answering(ffaFolder, ffaPort, {}, 30000, run);
+    const ProcessIdentity duelServer = answering(folder(QStringLiteral("duel")), duelPort, {}, 30000, duel);
     if (ffaServer.isNull() || duelServer.isNull()) {
         ::kill(static_cast<pid_t>(run.processId()), SIGTERM);
         ::kill(static_cast<pid_t>(duel.processId()), SIGTERM);
@@ -299,7 +295,7 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\mapname\\oa_dm3\\"));
 
     ASSERT_TRUE(signalProcess(ffaServer, SIGSEGV));
-    const ProcessIdentity back = answering(ffaFolder, ffaPort, ffaServer, 15000);
+    const ProcessIdentity back = answering(ffaFolder, ffaPort, ffaServer, 15000, run);
     ASSERT_FALSE(back.isNull()) << "the ffa profile's server did not come back";
     EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
     EXPECT_TRUE(rcon(ffaPort, "nextmap").contains("vstr m2")) << rcon(ffaPort, "nextmap").toStdString();

@@ -5,6 +5,7 @@
 #include "support/TextFile.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
+#include "testkit/BoxExpect.h"
 
 #include <gtest/gtest.h>
 
@@ -15,10 +16,7 @@ using namespace steward::testing;
 
 namespace {
 
-QStringList configItems(const ServerProfile& profile, int i)
-{
-    return profile.field(F::cboConfig(i)).items();
-}
+QStringList configItems(const ServerProfile& profile, int i) { return profile.field(F::cboConfig(i)).items(); }
 
 QStringList stockMaps()
 {
@@ -49,7 +47,6 @@ TEST(MainFormLoad, RunsItsStepsInOrderAndClearsTheLoadingFlag)
     EXPECT_EQ(host.width, 9600);
     EXPECT_EQ(t.app->helpFile, t.programFolder() + QStringLiteral("/arena-steward-guide.html"));
     EXPECT_EQ(profile.field(F::cboStartingMap).items(), stockMaps());
-    EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
     EXPECT_EQ(profile.text(F::cboStartingMap), QStringLiteral("ctf_imperial")) << "entry 1 stands selected";
     EXPECT_EQ(profile.value(F::vsMainTab), 0);
     EXPECT_TRUE(t.prompts.shown.empty());
@@ -59,8 +56,8 @@ TEST(MainFormLoad, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
 {
     TestApp t;
     const QString base = t.baseFolder() + QLatin1Char('/');
-    for (const char* name : {"server.cfg", "FFA.CFG", "jediMaps.cfg", "readme.txt", "autoexeccfg", "cfg.txt",
-                             ".hidden.cfg", "ctf.Cfg"})
+    for (const char* name :
+         {"server.cfg", "FFA.CFG", "jediMaps.cfg", "readme.txt", "autoexeccfg", "cfg.txt", ".hidden.cfg", "ctf.Cfg"})
         writeFile(base + QString::fromLatin1(name), "x");
     QDir().mkpath(base + QStringLiteral("maps.cfg"));
 
@@ -150,10 +147,11 @@ TEST(MainFormLoad, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
     EXPECT_EQ(profile.value(F::vsMainTab), 0);
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("arena-steward Error"));
-    EXPECT_EQ(t.prompts.last().request.text,
-              QStringLiteral("Following error occurred in this application:\r\n\r\nType mismatch\r\nNumber: 13\r\n"
-                             "Source: arena-steward::frmMain.Form_Load(Sub) (frmMain)"));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(),
+              {QStringLiteral("arena-steward Error"), Icon::Critical,
+               QStringLiteral("Following error occurred in this application:\r\n\r\nType mismatch\r\nNumber: 13\r\n"
+                              "Source: arena-steward::frmMain.Form_Load(Sub) (frmMain)")}));
     EXPECT_EQ(crlfLines(t.programFolder() + QStringLiteral("/arena-steward.log")),
               (QStringList{QString(78, QLatin1Char('-')), QStringLiteral("---06/13/2002 21:05:33---"),
                            QStringLiteral("Error 13 in arena-steward::frmMain.Form_Load(Sub) (frmMain):"),
@@ -173,6 +171,7 @@ TEST(MainFormLoad, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
     SessionValues session;
     LineList out;
     writeSessionOpening(profile, facts, session, out);
-    EXPECT_TRUE(out.lines.contains(QStringLiteral("map ctf_imperial"))) << out.lines.join(QLatin1Char('|')).toStdString();
+    EXPECT_TRUE(out.lines.contains(QStringLiteral("map ctf_imperial")))
+        << out.lines.join(QLatin1Char('|')).toStdString();
     EXPECT_FALSE(out.lines.contains(QStringLiteral("map "))) << "never a map line without a name";
 }

@@ -9,6 +9,7 @@
 #include "testkit/RecordingScanProgress.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
+#include "testkit/BoxExpect.h"
 
 #include <QDir>
 #include <QFile>
@@ -57,9 +58,8 @@ TEST_F(MapScanCommandTest, AnsweringNoScansNothing)
     t.prompts.answerNext(Answer::No);
     run();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Scan for new maps?") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Question);
-    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question, QStringLiteral("Scan for new maps?") + kTail, Buttons::YesNo}));
     EXPECT_FALSE(QFileInfo::exists(catalogueFile()));
     EXPECT_TRUE(progress.events.isEmpty());
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 1);
@@ -86,8 +86,8 @@ TEST_F(MapScanCommandTest, TheWholeChainRewritesTheCatalogueReloadsTheTreeAndEmp
     EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
     EXPECT_EQ(profile.text(F::picMap), shots + QStringLiteral("/unknown.bmp"));
 
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Map scan complete ") + kTail);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Information, QStringLiteral("Map scan complete ") + kTail}));
     EXPECT_EQ(t.prompts.shown.size(), 2u);
     EXPECT_EQ(progress.events.last(), QStringLiteral("unload"));
     EXPECT_FALSE(progress.loaded);
@@ -115,7 +115,9 @@ TEST_F(MapScanCommandTest, AFailedScanEndsTheChainAndUnloadsTheWindow)
 {
     t.app->gameFolder = t.root() + QStringLiteral("/nogame");
     run();
-    EXPECT_TRUE(t.prompts.last().request.text.startsWith(QStringLiteral("Arena Steward was unable to locate any pk3 files")));
+    const MessageBoxRequest& box = t.prompts.last().request;
+    EXPECT_TRUE(box.text.startsWith(QStringLiteral("Arena Steward was unable to locate any pk3 files")));
+    EXPECT_TRUE(isBox(box, {kProductTitle, Icon::Critical, box.text}));
     EXPECT_FALSE(t.prompts.texts().contains(QStringLiteral("Map scan complete ") + kTail));
     EXPECT_EQ(progress.events.last(), QStringLiteral("unload"));
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{11, 0}));
@@ -128,7 +130,8 @@ TEST_F(MapScanCommandTest, ABrokenPictureArchiveStillEndsInTheTreeAndTheClosingM
     // The map scan skips ASSETS1.PK3; the picture phase reads it and fails on it.
     writeFile(t.baseFolder() + QStringLiteral("/assets1.pk3"), "broken");
     run();
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Map scan complete ") + kTail);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Information, QStringLiteral("Map scan complete ") + kTail}));
     EXPECT_NE(mapTreeOf(profile).findKey(QStringLiteral("mymap.pk3\\mymap")), nullptr);
     EXPECT_TRUE(QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")))
                     .contains(QStringLiteral("ExtractLevelShots")));

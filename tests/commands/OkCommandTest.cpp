@@ -6,6 +6,7 @@
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
+#include "testkit/BoxExpect.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,10 +49,10 @@ TEST(SessionName, ForbiddenCharactersRaiseOneBoxEach)
         t.prompts.shown.clear();
         EXPECT_FALSE(ValidSessionName(*t.app, QStringLiteral("my") + c + QStringLiteral("server??")));
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text,
-                  QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name") + kTail);
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
-        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_TRUE(
+            isBox(t.prompts.last(),
+                  {kProductTitle, Icon::Exclamation,
+                   QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name") + kTail}));
     }
     t.prompts.shown.clear();
     for (const char* fine : {"x y", "a\"b", "Luke.CFG", " ", "a;b"})
@@ -62,7 +63,7 @@ TEST(SessionName, ForbiddenCharactersRaiseOneBoxEach)
 TEST(SessionName, CfgIsAppendedUnlessTheNameEndsInItInAnyCase)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"abc", "abc.cfg"}, {".cfg", ".cfg"},   {"A.CFG", "A.CFG"},     {"x y", "x y.cfg"},
+        {"abc", "abc.cfg"}, {".cfg", ".cfg"},   {"A.CFG", "A.CFG"},       {"x y", "x y.cfg"},
         {"x ", "x .cfg"},   {"cfg", "cfg.cfg"}, {"a.cfgx", "a.cfgx.cfg"}, {"a.Cfg", "a.Cfg"},
     };
     for (const auto& [in, out] : cases)
@@ -92,7 +93,8 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
          QStringLiteral("Selected mapcycle file does not exist"), 3},
         {"empty rotation", manualCycle, QStringLiteral("No maps have been selected"), 2},
         {"no starting map", oneMap, QStringLiteral("No Starting map has been selected"), 2},
-        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"), 3},
+        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"),
+         3},
         {"forbidden character", [](ServerProfile& p) { p.setText(kCfg(1), QStringLiteral("a|b")); },
          QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
         {"messages without password", [](ServerProfile& p) { p.setValue(F::chkSendMessage, 1); },
@@ -119,10 +121,7 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
         c.setup(profile);
         ok();
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text, c.text + kTail);
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
-        EXPECT_EQ(t.prompts.last().request.buttons, Buttons::Ok);
-        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.text + kTail}));
         EXPECT_EQ(profile.value(F::vsMainTab), c.page);
     }
     EXPECT_EQ(launcher.starts, 0);
@@ -175,14 +174,13 @@ TEST_F(OkCommand, TheQuestionComesBeforeTheRconRefusalAndClearsTheMark)
     t.prompts.answerNext(Answer::Yes);
     ok();
     ASSERT_GE(t.prompts.shown.size(), 2u);
-    const auto& question = t.prompts.shown.front().request;
-    EXPECT_EQ(question.text, QStringLiteral("Configuration has changed, set as default?") + kTail);
-    EXPECT_EQ(question.icon, Icon::Question);
-    EXPECT_EQ(question.buttons, Buttons::YesNo);
-    EXPECT_EQ(question.title, kProductTitle);
+    EXPECT_TRUE(isBox(t.prompts.shown.front(),
+                      {kProductTitle, Icon::Question,
+                       QStringLiteral("Configuration has changed, set as default?") + kTail, Buttons::YesNo}));
     // Yes has saved the defaults before the refusal, whatever that save says itself.
-    EXPECT_EQ(t.prompts.last().request.text,
-              QStringLiteral("An rcon password is required to enable server messaging") + kTail);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                 QStringLiteral("An rcon password is required to enable server messaging") + kTail}));
     EXPECT_FALSE(profile.configurationChanged());
     EXPECT_EQ(launcher.starts, 0);
 
@@ -203,37 +201,33 @@ TEST_F(OkCommand, NoLeavesTheStoreAloneButClearsTheMarkAndTheLaunchGoesOn)
     EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "No saves nothing";
 }
 
-TEST_F(OkCommand, AStartedServerClosesTheProgramOrMinimisesIt)
+TEST_F(OkCommand, AStartedServerClosesTheProgramOrMinimisesItAndMessagingOverridesClose)
 {
-    {
+    const struct {
+        const char* name;
+        bool minimise;
+        bool messaging;
+        int closed;
+        int minimised;
+    } cases[] = {{"close", false, false, 1, 0}, {"minimise", true, false, 0, 1}, {"messaging", false, true, 0, 1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        RecordingWindows fresh;
+        profile.resetAll();
+        profile.setValue(F::chkMapAutoCycle, 1);
+        ASSERT_TRUE(profile.isSet(F::optStartClose));
+        profile.setValue(F::optStartMinimize, c.minimise);
+        profile.setValue(F::chkSendMessage, c.messaging);
+        profile.setText(kCfg(14), QStringLiteral("secret"));
         const StubServer server = stub();
-        ok();
+        cmdOk_Click(*t.app, profile, fresh);
         ASSERT_TRUE(server.waitForRecord());
-        EXPECT_EQ(windows.closed, 1);
-        EXPECT_EQ(windows.minimized, 0);
+        EXPECT_EQ(fresh.closed, c.closed);
+        EXPECT_EQ(fresh.minimized, c.minimised);
+        EXPECT_EQ(profile.isSet(F::optStartMinimize), c.minimise || c.messaging)
+            << "messaging leaves minimise selected";
+        EXPECT_EQ(profile.isSet(F::optStartClose), !c.minimise && !c.messaging);
     }
-    {
-        const StubServer server = stub();
-        profile.setValue(F::optStartMinimize, 1);
-        ok();
-        ASSERT_TRUE(server.waitForRecord());
-        EXPECT_EQ(windows.closed, 1);
-        EXPECT_EQ(windows.minimized, 1);
-    }
-}
-
-TEST_F(OkCommand, MessagingOverridesCloseAndLeavesMinimiseSelected)
-{
-    const StubServer server = stub();
-    profile.setValue(F::chkSendMessage, 1);
-    profile.setText(kCfg(14), QStringLiteral("secret"));
-    ASSERT_TRUE(profile.isSet(F::optStartClose));
-    ok();
-    ASSERT_TRUE(server.waitForRecord());
-    EXPECT_TRUE(profile.isSet(F::optStartMinimize));
-    EXPECT_FALSE(profile.isSet(F::optStartClose));
-    EXPECT_EQ(windows.minimized, 1);
-    EXPECT_EQ(windows.closed, 0);
 }
 
 TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
@@ -254,8 +248,7 @@ TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
              QFile::remove(t.baseFolder() + QStringLiteral("/luke.cfg"));
              QDir(t.baseFolder()).mkdir(QStringLiteral("luke.cfg"));
          },
-         75,
-         t.baseFolder() + QStringLiteral("/luke.cfg")},
+         75, t.baseFolder() + QStringLiteral("/luke.cfg")},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -268,9 +261,8 @@ TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
         EXPECT_TRUE(report.text.contains(QStringLiteral("Number: %1").arg(c.number))) << report.text.toStdString();
         EXPECT_TRUE(report.text.contains(QStringLiteral("::Code.CreateJediConfiguration(Function)")));
         EXPECT_TRUE(report.text.contains(c.culprit)) << report.text.toStdString();
-        EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Could not start server!") + kTail);
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Critical);
-        EXPECT_EQ(t.prompts.last().request.title, kProductTitle);
+        EXPECT_TRUE(isBox(t.prompts.last(),
+                          {kProductTitle, Icon::Critical, QStringLiteral("Could not start server!") + kTail}));
         EXPECT_EQ(windows.closed + windows.minimized, 0);
         EXPECT_EQ(profile.formPointer(), pointer::Default);
     }

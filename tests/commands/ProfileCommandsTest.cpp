@@ -14,6 +14,7 @@
 #include "testkit/TestApp.h"
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
+#include "testkit/BoxExpect.h"
 
 #include <QDir>
 #include <QFile>
@@ -77,9 +78,31 @@ protected:
         mnuProfileNew_Click(*t.app, window(), windows, profiles);
     }
 
+    /// A server of the profile ctf on this port, recorded as running: a real process.
+    void ctfServerRuns(int port)
+    {
+        sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        ASSERT_TRUE(sleeper.waitForStarted());
+        WatchState state;
+        state.session = QStringLiteral("ctf.cfg");
+        state.profile = QStringLiteral("ctf");
+        state.port = port;
+        state.server = identifyProcess(sleeper.processId());
+        state.phase = WatchState::Phase::Running;
+        const ServerFolder folder(t.programFolder(), QStringLiteral("ctf"));
+        ASSERT_TRUE(folder.make());
+        ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
+    }
+    void TearDown() override
+    {
+        sleeper.kill();
+        sleeper.waitForFinished();
+    }
+
     TestApp t;
     ProfileSet profiles{t.root() + QStringLiteral("/config")};
     FakeWindowHost windows{*t.app};
+    QProcess sleeper;
 };
 
 } // namespace
@@ -147,8 +170,7 @@ TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
         t.prompts.typed << c.name;
         mnuProfileNew_Click(*t.app, window(), windows, profiles);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text, c.says + kTail);
-        EXPECT_EQ(t.prompts.last().request.icon, Icon::Exclamation);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.says + kTail}));
         EXPECT_TRUE(profiles.current().isEmpty());
         EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf")}));
     }
@@ -183,7 +205,9 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
     EXPECT_EQ(profiles.current(), QStringLiteral("ctf_night"));
     t.prompts.answerNext(Answer::Yes);
     mnuProfileDelete_Click(*t.app, window(), windows, profiles);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Delete the profile ctf_night with its settings?") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question,
+                       QStringLiteral("Delete the profile ctf_night with its settings?") + kTail, Buttons::YesNo}));
     EXPECT_TRUE(profiles.current().isEmpty());
     EXPECT_EQ(profiles.names(), QStringList{QStringLiteral("default")});
     EXPECT_FALSE(QFileInfo::exists(t.programFolder() + QStringLiteral("/servers/ctf_night")));
@@ -191,25 +215,15 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
 
 TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
 {
-    QProcess sleeper;
-    sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
-    ASSERT_TRUE(sleeper.waitForStarted());
-    WatchState ctf;
-    ctf.session = QStringLiteral("ctf.cfg");
-    ctf.profile = QStringLiteral("ctf");
-    ctf.port = 28070;
-    ctf.server = identifyProcess(sleeper.processId());
-    ctf.phase = WatchState::Phase::Running;
-    const ServerFolder folder(t.programFolder(), QStringLiteral("ctf"));
-    folder.make();
-    writeWatchState(folder.stateFile(), ctf);
+    ctfServerRuns(28070);
 
     window().setValue(F::chkMapAutoCycle, 1);
     window().setValue(F::chkSendMessage, 0);
     cmdOk_Click(*t.app, window(), windows);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text,
-              QStringLiteral("The port 28070 is in use by the server of the profile ctf") + kTail);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                 QStringLiteral("The port 28070 is in use by the server of the profile ctf") + kTail}));
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_TRUE(QDir(t.baseFolder()).entryList(QDir::Files).isEmpty());
 
@@ -218,8 +232,6 @@ TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
     window().setText(F::txtServerConfig(12), QStringLiteral("28071"));
     cmdOk_Click(*t.app, window(), windows);
     EXPECT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    sleeper.kill();
-    sleeper.waitForFinished();
 }
 
 TEST_F(Profiles, AWatchedStartOfANamedProfileKeepsItsFilesInItsOwnFolder)
@@ -242,16 +254,7 @@ TEST_F(Profiles, AWatchedStartOfANamedProfileKeepsItsFilesInItsOwnFolder)
 TEST_F(Profiles, AProfileWhoseServerRunsIsNeitherRenamedNorDeleted)
 {
     newProfile(QStringLiteral("ctf"), Answer::No);
-    QProcess sleeper;
-    sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
-    ASSERT_TRUE(sleeper.waitForStarted());
-    WatchState state;
-    state.profile = QStringLiteral("ctf");
-    state.server = identifyProcess(sleeper.processId());
-    state.phase = WatchState::Phase::Running;
-    const ServerFolder folder(t.programFolder(), QStringLiteral("ctf"));
-    ASSERT_TRUE(folder.make());
-    ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
+    ctfServerRuns(0);
 
     for (auto routine : {mnuProfileRename_Click, mnuProfileDelete_Click}) {
         t.prompts.shown.clear();
@@ -259,11 +262,10 @@ TEST_F(Profiles, AProfileWhoseServerRunsIsNeitherRenamedNorDeleted)
         t.prompts.answerNext(Answer::Yes);
         routine(*t.app, window(), windows, profiles);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_EQ(t.prompts.last().request.text,
-                  QStringLiteral("The server of the profile ctf is running: stop it first") + kTail);
+        EXPECT_TRUE(isBox(t.prompts.last(),
+                          {kProductTitle, Icon::Exclamation,
+                           QStringLiteral("The server of the profile ctf is running: stop it first") + kTail}));
         EXPECT_EQ(profiles.current(), QStringLiteral("ctf"));
         EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf")}));
     }
-    sleeper.kill();
-    sleeper.waitForFinished();
 }

@@ -51,8 +51,11 @@ TEST_F(ServerLaunch, TheServerGetsEachShapeAsArgumentsInTheGameFolder)
         const char* ip;
         int port;
     };
-    const Case cases[] = {{0, false, "192.168.0.2", 28070}, {1, true, "192.168.0.2", 0}, {2, false, "", 27960},
-                          {1, false, "", 0},                {2, true, "", 28070}};
+    const Case cases[] = {{0, false, "192.168.0.2", 28070},
+                          {1, true, "192.168.0.2", 0},
+                          {2, false, "", 27960},
+                          {1, false, "", 0},
+                          {2, true, "", 28070}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.serverType * 100 + c.merc * 10 + c.port);
         const StubServer server = stub();
@@ -73,25 +76,17 @@ TEST_F(ServerLaunch, TheServerGetsEachShapeAsArgumentsInTheGameFolder)
     EXPECT_EQ(launcher.starts, 5);
 }
 
-TEST_F(ServerLaunch, TheEmptyAddressOfInternetWithMercArrivesAsAnEmptyArgument)
+TEST_F(ServerLaunch, TheEmptyAddressOfInternetWithMercArrivesAsAnEmptyArgumentAndTheGameTypeComesLast)
 {
     const StubServer server = stub();
     session.merc = true;
+    profile.setValue(F::optDefaultGameType(3), 1);
     startServerAfterConfiguration(*t.app, profile, session);
     const auto started = server.waitForRecord();
     ASSERT_TRUE(started);
     EXPECT_EQ(started->arguments.mid(0, 9),
               QStringList({"+set", "dedicated", "2", "+set", "g_jediVmerc", "1", "+set", "net_ip", ""}));
     EXPECT_FALSE(started->arguments.contains(QStringLiteral("net_port")));
-}
-
-TEST_F(ServerLaunch, TheGameTypeTagFollowsTheMemory)
-{
-    const StubServer server = stub();
-    profile.setValue(F::optDefaultGameType(3), 1);
-    startServerAfterConfiguration(*t.app, profile, session);
-    const auto started = server.waitForRecord();
-    ASSERT_TRUE(started);
     EXPECT_EQ(started->arguments.mid(started->arguments.size() - 5),
               QStringList({"+set", "g_gametype", "3", "+exec", "luke.cfg"}));
 }
@@ -137,7 +132,7 @@ TEST_F(ServerLaunch, WithoutAServerTypeNothingStartsAndTheRunGoesOn)
     EXPECT_EQ(launchRetryCount(), before + 1) << "the messaging step runs all the same";
 }
 
-TEST_F(ServerLaunch, DefaultCfgIsCreatedEmptyOnlyWhenMissing)
+TEST_F(ServerLaunch, DefaultCfgIsCreatedEmptyOnlyWhenMissingInTheBaseFolderWhateverItsCase)
 {
     profile.setValue(F::chkServerType(2), 0);
     const QString file = t.baseFolder() + QStringLiteral("/Default.cfg");
@@ -148,10 +143,8 @@ TEST_F(ServerLaunch, DefaultCfgIsCreatedEmptyOnlyWhenMissing)
     writeFile(file, "set a 1\r\n");
     EnsureDefaultCfg(*t.app);
     EXPECT_EQ(fileBytes(file), QByteArray("set a 1\r\n"));
-}
 
-TEST_F(ServerLaunch, DefaultCfgGoesIntoTheBaseFolderWhateverItsCase)
-{
+    QFile::remove(file);
     QDir(t.gameFolder()).rename(QStringLiteral("base"), QStringLiteral("BASE"));
     EnsureDefaultCfg(*t.app);
     EXPECT_TRUE(QFileInfo::exists(t.gameFolder() + QStringLiteral("BASE/Default.cfg")));

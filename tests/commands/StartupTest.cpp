@@ -4,6 +4,7 @@
 #include "support/Errors.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
+#include "testkit/BoxExpect.h"
 
 #include <gtest/gtest.h>
 
@@ -41,13 +42,13 @@ struct RecordingScan {
     }
 };
 
-// A fresh process: the globals start empty; the game folder holds a server binary.
-struct Startup : ::testing::Test {
+// A fresh process: the globals start empty. A test of many cases starts one per case.
+struct Process {
     TestApp t;
     FakeWindowHost host{*t.app};
     RecordingScan scan;
 
-    Startup()
+    Process()
     {
         t.app->gameFolder.clear();
         t.app->serverExecutable.clear();
@@ -55,7 +56,10 @@ struct Startup : ::testing::Test {
 
     SettingsStore& store() { return *t.store; }
     QString stored(const QString& key) { return store().GetSetting(key, QStringLiteral("<absent>")); }
-    StartupOutcome start(const QString& commandLine = {}) { return runStartup(*t.app, host, commandLine, scan.steps()); }
+    StartupOutcome start(const QString& commandLine = {})
+    {
+        return runStartup(*t.app, host, commandLine, scan.steps());
+    }
 
     // A store that needs nothing: the game found, the first scan done.
     void storeReadyGame()
@@ -66,6 +70,8 @@ struct Startup : ::testing::Test {
         store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
     }
 };
+
+struct Startup : ::testing::Test, Process {};
 
 const QStringList kOpened{QStringLiteral("load"), QStringLiteral("show")};
 
@@ -93,8 +99,6 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
     t.prompts.cancelNextDialog();
     EXPECT_EQ(start(), StartupOutcome::EndProcess);
 
-    EXPECT_EQ(kDefaultGameFolder,
-              QStringLiteral("C:\\Program Files\\Lucas Arts\\Star Wars JK II Jedi Outcast\\gameadata"));
     EXPECT_EQ(stored(kKeyPathToJedi), kDefaultGameFolder);
     EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("<absent>"));
     EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("<absent>"));
@@ -110,11 +114,7 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
     EXPECT_TRUE(dialog.state.FileName.isEmpty());
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_EQ(box.text, QStringLiteral("User cancelled!") + kTail);
-    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
-    EXPECT_EQ(box.icon, Icon::Exclamation);
-    EXPECT_EQ(box.buttons, Buttons::Ok);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, QStringLiteral("User cancelled!") + kTail}));
 
     EXPECT_TRUE(host.calls.isEmpty()) << "no window, not even the scanner's";
     EXPECT_TRUE(t.prompts.pointerHistory.empty());
@@ -187,18 +187,17 @@ TEST_F(Startup, TheStoredFolderLosesItsBlanksAndOneTrailingNul)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.stored.toUtf8().toHex().toStdString());
-        TestApp fresh;
-        FakeWindowHost windows(*fresh.app);
-        fresh.store->SaveSetting(kKeyPathToJedi, c.stored);
-        ASSERT_EQ(fresh.store->GetSetting(kKeyPathToJedi), c.stored) << "the store keeps the text";
-        fresh.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2ded-not-here"));
-        fresh.prompts.cancelNextDialog();
+        Process fresh;
+        fresh.store().SaveSetting(kKeyPathToJedi, c.stored);
+        ASSERT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "the store keeps the text";
+        fresh.store().SaveSetting(kKeyPathToServer, QStringLiteral("jk2ded-not-here"));
+        fresh.t.prompts.cancelNextDialog();
 
-        EXPECT_EQ(runStartup(*fresh.app, windows, {}, scan.steps()), StartupOutcome::EndProcess);
-        ASSERT_EQ(fresh.prompts.dialogs.size(), 1u);
-        EXPECT_EQ(fresh.prompts.dialogs.front().state.InitialDir, c.folder);
-        EXPECT_EQ(fresh.app->gameFolder, c.folder);
-        EXPECT_EQ(fresh.store->GetSetting(kKeyPathToJedi), c.stored) << "nothing written back";
+        EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
+        ASSERT_EQ(fresh.t.prompts.dialogs.size(), 1u);
+        EXPECT_EQ(fresh.t.prompts.dialogs.front().state.InitialDir, c.folder);
+        EXPECT_EQ(fresh.t.app->gameFolder, c.folder);
+        EXPECT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "nothing written back";
     }
 }
 
@@ -212,19 +211,15 @@ TEST_F(Startup, AnyRunOnceButZeroCountsAsDone)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.value ? c.value : "absent");
-        TestApp fresh;
-        FakeWindowHost windows(*fresh.app);
-        RecordingScan steps;
-        writeFile(fresh.gameFolder() + QStringLiteral("jk2mvded"), "x");
-        fresh.store->SaveSetting(kKeyPathToJedi, fresh.gameFolder());
-        fresh.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
+        Process fresh;
+        fresh.storeReadyGame();
+        fresh.store().DeleteSetting(kKeyRunOnce);
         if (c.value)
-            fresh.store->SaveSetting(kKeyRunOnce, QString::fromLatin1(c.value));
+            fresh.store().SaveSetting(kKeyRunOnce, QString::fromLatin1(c.value));
 
-        EXPECT_EQ(runStartup(*fresh.app, windows, {}, steps.steps()), StartupOutcome::MainWindowOpen);
-        EXPECT_EQ(steps.calls.size(), c.firstRun ? 3 : 0);
-        EXPECT_EQ(fresh.store->GetSetting(kKeyRunOnce, QStringLiteral("<absent>")),
-                  c.firstRun ? QStringLiteral("1") : QString::fromLatin1(c.value));
+        EXPECT_EQ(fresh.start(), StartupOutcome::MainWindowOpen);
+        EXPECT_EQ(fresh.scan.calls.size(), c.firstRun ? 3 : 0);
+        EXPECT_EQ(fresh.stored(kKeyRunOnce), c.firstRun ? QStringLiteral("1") : QString::fromLatin1(c.value));
     }
 }
 
@@ -240,18 +235,16 @@ TEST_F(Startup, TheFirstRunScansThenOpensTheWindow)
     EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("1"));
 
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    const MessageBoxRequest& first = t.prompts.shown[0].request;
-    EXPECT_EQ(first.text,
-              QStringLiteral("As this is the first time you have run Arena Steward, a scan of your         \r\n"
-                             "Jedi base folder for installed maps will be required, please be patient         "));
-    EXPECT_EQ(first.icon, Icon::Information);
-    EXPECT_EQ(first.buttons, Buttons::Ok);
-    EXPECT_EQ(first.title, QStringLiteral("Arena Steward"));
-    const MessageBoxRequest& done = t.prompts.shown[1].request;
-    EXPECT_EQ(done.text, QStringLiteral("Map Scan complete.") + kTail);
-    EXPECT_EQ(done.icon, Icon::Information);
+    EXPECT_TRUE(
+        isBox(t.prompts.shown[0],
+              {kProductTitle, Icon::Information,
+               QStringLiteral("As this is the first time you have run Arena Steward, a scan of your         \r\n"
+                              "Jedi base folder for installed maps will be required, please be patient         ")}));
+    EXPECT_TRUE(
+        isBox(t.prompts.shown[1], {kProductTitle, Icon::Information, QStringLiteral("Map Scan complete.") + kTail}));
 
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
+    EXPECT_EQ(host.calls,
+              (QStringList{QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
     // The hourglass during the scan, restored after it and again at the end.
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default, pointer::Default}));
 }
@@ -264,22 +257,18 @@ TEST_F(Startup, AFailedScanStepEndsTheProcessAndTheNextStartScansAgain)
     } cases[] = {{false, true, true, 1}, {true, false, true, 2}, {true, true, false, 3}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.steps);
-        TestApp fresh;
-        FakeWindowHost windows(*fresh.app);
-        RecordingScan steps;
-        steps.maps = c.maps;
-        steps.shots = c.shots;
-        steps.convert = c.convert;
-        fresh.store->SaveSetting(kKeyPathToJedi, fresh.gameFolder());
-        writeFile(fresh.gameFolder() + QStringLiteral("jk2mvded"), "x");
-        fresh.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
-        fresh.store->SaveSetting(kKeyRunOnce, QStringLiteral("0"));
+        Process fresh;
+        fresh.scan.maps = c.maps;
+        fresh.scan.shots = c.shots;
+        fresh.scan.convert = c.convert;
+        fresh.storeReadyGame();
+        fresh.store().SaveSetting(kKeyRunOnce, QStringLiteral("0"));
 
-        EXPECT_EQ(runStartup(*fresh.app, windows, {}, steps.steps()), StartupOutcome::EndProcess);
-        EXPECT_EQ(steps.calls.size(), c.steps);
-        EXPECT_EQ(fresh.store->GetSetting(kKeyRunOnce), QStringLiteral("0"));
-        EXPECT_EQ(windows.calls, QStringList{QStringLiteral("unloadScanner")});
-        EXPECT_EQ(fresh.prompts.texts(), QStringList{firstRunText()}) << "the failing step told the user";
+        EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
+        EXPECT_EQ(fresh.scan.calls.size(), c.steps);
+        EXPECT_EQ(fresh.stored(kKeyRunOnce), QStringLiteral("0"));
+        EXPECT_EQ(fresh.host.calls, QStringList{QStringLiteral("unloadScanner")});
+        EXPECT_EQ(fresh.t.prompts.texts(), QStringList{firstRunText()}) << "the failing step told the user";
     }
 }
 
@@ -293,11 +282,7 @@ TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
 
     EXPECT_EQ(host.calls, QStringList{QStringLiteral("unloadScanner")});
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_EQ(box.text, QStringLiteral("Level shots failed"));
-    EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
-    EXPECT_EQ(box.icon, Icon::Exclamation);
-    EXPECT_EQ(box.buttons, Buttons::Ok);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, QStringLiteral("Level shots failed")}));
     EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("<absent>"));
     // The clean-up restores the cursor.
     EXPECT_EQ(t.prompts.pointer, pointer::Default);
@@ -310,8 +295,8 @@ TEST_F(Startup, AnErrorWhileTheWindowComesUpUnloadsIt)
     host.afterLoad = [](ServerProfile&) { raiseError(err::PathNotFound); };
 
     EXPECT_EQ(start(), StartupOutcome::Returned);
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("unloadScanner"),
-                                       QStringLiteral("unloadMain")}));
+    EXPECT_EQ(host.calls,
+              (QStringList{QStringLiteral("load"), QStringLiteral("unloadScanner"), QStringLiteral("unloadMain")}));
     EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Path not found")});
 }
 
@@ -321,36 +306,31 @@ TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
         const char* commandLine;
         bool check;
     } cases[] = {
-        {"-check", true}, {"-CHECK", true}, {"-ChEcK", true}, {" -check", false},
+        {"-check", true},   {"-CHECK", true},    {"-ChEcK", true}, {" -check", false},
         {"-check ", false}, {"-check x", false}, {"check", false}, {"", false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.commandLine);
-        TestApp fresh;
-        fresh.app->gameFolder.clear();
-        fresh.app->serverExecutable.clear();
-        FakeWindowHost windows(*fresh.app);
-        RecordingScan steps;
-        fresh.prompts.cancelNextDialog();
+        Process fresh;
+        fresh.t.prompts.cancelNextDialog();
 
-        const StartupOutcome outcome =
-            runStartup(*fresh.app, windows, QString::fromLatin1(c.commandLine), steps.steps());
+        const StartupOutcome outcome = fresh.start(QString::fromLatin1(c.commandLine));
 
         if (c.check) {
             EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
-            EXPECT_EQ(windows.calls, kOpened);
-            EXPECT_FALSE(fresh.store->HasSetting(kKeyPathToJedi)) << "the store is not looked at";
-            EXPECT_TRUE(fresh.app->gameFolder.isEmpty());
-            EXPECT_TRUE(fresh.app->serverExecutable.isEmpty());
-            EXPECT_TRUE(fresh.prompts.dialogs.empty());
-            EXPECT_TRUE(steps.calls.isEmpty());
-            EXPECT_TRUE(fresh.prompts.pointerHistory.empty()) << "no cursor object";
+            EXPECT_EQ(fresh.host.calls, kOpened);
+            EXPECT_FALSE(fresh.store().HasSetting(kKeyPathToJedi)) << "the store is not looked at";
+            EXPECT_TRUE(fresh.t.app->gameFolder.isEmpty());
+            EXPECT_TRUE(fresh.t.app->serverExecutable.isEmpty());
+            EXPECT_TRUE(fresh.t.prompts.dialogs.empty());
+            EXPECT_TRUE(fresh.scan.calls.isEmpty());
+            EXPECT_TRUE(fresh.t.prompts.pointerHistory.empty()) << "no cursor object";
             // The load sees a base folder under a lone slash.
-            EXPECT_EQ(fresh.app->baseFolder(), QStringLiteral("/Base"));
+            EXPECT_EQ(fresh.t.app->baseFolder(), QStringLiteral("/Base"));
         } else {
             EXPECT_EQ(outcome, StartupOutcome::EndProcess);
-            EXPECT_EQ(fresh.store->GetSetting(kKeyPathToJedi), kDefaultGameFolder);
-            EXPECT_EQ(fresh.prompts.dialogs.size(), 1u);
+            EXPECT_EQ(fresh.stored(kKeyPathToJedi), kDefaultGameFolder);
+            EXPECT_EQ(fresh.t.prompts.dialogs.size(), 1u);
         }
     }
 }
@@ -362,30 +342,30 @@ TEST_F(Startup, ASecondInstanceIsRefusedOnlyWithMessagingOn)
         bool sendMessage;
         bool refused;
     } cases[] = {
-        {true, true, true}, {true, false, false}, {false, true, false}, {false, false, false},
+        {true, true, true},
+        {true, false, false},
+        {false, true, false},
+        {false, false, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(::testing::Message() << c.otherRunning << c.sendMessage);
-        TestApp fresh;
-        FakeWindowHost windows(*fresh.app);
-        RecordingScan steps;
-        fresh.instances.otherRunning = c.otherRunning;
+        Process fresh;
+        fresh.t.instances.otherRunning = c.otherRunning;
         // The value that the load restores from the settings.
-        windows.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, c.sendMessage); };
+        fresh.host.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, c.sendMessage); };
 
-        const StartupOutcome outcome = runStartup(*fresh.app, windows, QStringLiteral("-check"), steps.steps());
+        const StartupOutcome outcome = fresh.start(QStringLiteral("-check"));
 
         if (c.refused) {
             EXPECT_EQ(outcome, StartupOutcome::EndProcess);
-            EXPECT_EQ(windows.calls, (QStringList{QStringLiteral("load"), QStringLiteral("unloadMain")}));
-            ASSERT_EQ(fresh.prompts.shown.size(), 1u);
-            EXPECT_EQ(fresh.prompts.last().request.text, QStringLiteral("Arena Steward is already running") + kTail);
-            EXPECT_EQ(fresh.prompts.last().request.icon, Icon::Information);
-            EXPECT_EQ(fresh.prompts.last().request.title, QStringLiteral("Arena Steward"));
+            EXPECT_EQ(fresh.host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("unloadMain")}));
+            ASSERT_EQ(fresh.t.prompts.shown.size(), 1u);
+            EXPECT_TRUE(isBox(fresh.t.prompts.last(), {kProductTitle, Icon::Information,
+                                                       QStringLiteral("Arena Steward is already running") + kTail}));
         } else {
             EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
-            EXPECT_EQ(windows.calls, kOpened);
-            EXPECT_TRUE(fresh.prompts.shown.empty());
+            EXPECT_EQ(fresh.host.calls, kOpened);
+            EXPECT_TRUE(fresh.t.prompts.shown.empty());
         }
     }
 }
@@ -399,8 +379,9 @@ TEST_F(Startup, ARestartRunsStartUpAgainAndScansAfterTheSettingsWereCleared)
 
     EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
 
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("show"), QStringLiteral("closeAll"),
-                                       QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
+    EXPECT_EQ(host.calls,
+              (QStringList{QStringLiteral("load"), QStringLiteral("show"), QStringLiteral("closeAll"),
+                           QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
     EXPECT_EQ(host.loads, 2);
     EXPECT_EQ(scan.calls.size(), 3);
     EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("1"));

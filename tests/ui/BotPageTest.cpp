@@ -5,15 +5,10 @@
 #include "bots/BotRoster.h"
 #include "generate/BotSkills.h"
 #include "model/ServerProfile.h"
-#include "support/LocalAddress.h"
-#include "testkit/NoAddressLookup.h"
-#include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
-#include "ui/CommandWiring.h"
-#include "ui/MainWindowHost.h"
 #include "ui/frmBOT.h"
-#include "ui/frmMain.h"
 #include "ui/WiredMainWindow.h"
+#include "testkit/BoxExpect.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -31,6 +26,7 @@
 #include <gtest/gtest.h>
 
 using namespace steward;
+using steward::testing::isBox;
 using steward::testing::ZipBuilder;
 
 namespace {
@@ -113,8 +109,6 @@ TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColours)
                                 "Gnubee,Hardcore,RED,Desann,25\r\nLuke,Nightmare,BLUE,Luke,0\r\nOdd,,blue,Jan,1\r\n");
     load();
     ASSERT_EQ(roster->rowCount(), 3);
-    EXPECT_EQ(roster->horizontalHeaderItem(0)->text(), QStringLiteral("NAME"));
-    EXPECT_EQ(roster->horizontalHeaderItem(4)->text(), QStringLiteral("PING"));
     const QColor expected[] = {Qt::red, Qt::blue, Qt::red};
     for (int r = 0; r < 3; ++r)
         for (int c = 0; c < 5; ++c) {
@@ -167,30 +161,12 @@ TEST_F(BotPage, ThePickerOpensWithItsDefaults)
     EXPECT_TRUE(picker->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_EQ(in<QLineEdit>(picker, "txtBOTName")->text(), QStringLiteral("Desann"));
     EXPECT_TRUE(in<QRadioButton>(picker, "chkBOT(0)")->isChecked());
-    EXPECT_EQ(in<QRadioButton>(picker, "chkBOT(7)")->text(), QStringLiteral("trandoshan"));
-    EXPECT_EQ(in<QRadioButton>(picker, "chkBOT(26)")->text(), QStringLiteral("Rebel"));
-    EXPECT_EQ(in<QLabel>(picker, "Label2(0)")->text(), QStringLiteral("Dark Side"));
-    EXPECT_EQ(in<QLabel>(picker, "Label2(1)")->text(), QStringLiteral("Light Side"));
-    auto* skill = in<QComboBox>(picker, "cboSkill");
-    EXPECT_EQ(skill->count(), 5);
-    EXPECT_EQ(skill->currentText(), QStringLiteral("Hurt Me Plenty "));
-    auto* team = in<QComboBox>(picker, "cboTeam");
-    EXPECT_EQ(team->count(), 2);
-    EXPECT_EQ(team->currentText(), QStringLiteral("RED"));
-    auto* ping = in<QLineEdit>(picker, "txtBOTPing");
-    EXPECT_EQ(ping->text(), QStringLiteral("0"));
-    EXPECT_EQ(ping->toolTip(), QStringLiteral("Assign a msec delay to mimic player ping"));
-    auto* tabs = in<QTabWidget>(picker, "tabBOTs");
-    EXPECT_EQ(tabs->tabText(0), QStringLiteral("Standard"));
-    EXPECT_EQ(tabs->tabText(1), QStringLiteral("Custom"));
-    auto* grid = in<QTableWidget>(picker, "grdBOTs");
-    EXPECT_EQ(grid->rowCount(), 0) << "no BOT.txt: the heading alone";
-    EXPECT_EQ(grid->horizontalHeaderItem(0)->text(), QStringLiteral("BOT Name"));
-    EXPECT_EQ(grid->horizontalHeaderItem(1)->text(), QStringLiteral("PK3"));
+    EXPECT_EQ(in<QComboBox>(picker, "cboSkill")->currentText(), QStringLiteral("Hurt Me Plenty "));
+    EXPECT_EQ(in<QComboBox>(picker, "cboTeam")->currentText(), QStringLiteral("RED"));
+    EXPECT_EQ(in<QLineEdit>(picker, "txtBOTPing")->text(), QStringLiteral("0"));
+    EXPECT_EQ(in<QTableWidget>(picker, "grdBOTs")->rowCount(), 0) << "no BOT.txt: the heading alone";
     EXPECT_FALSE(in<QLabel>(picker, "lblTheSelectedBOT")->isVisibleTo(picker));
     EXPECT_FALSE(in<QWidget>(picker, "pctCurrentProg")->isVisibleTo(picker));
-    for (int i = 0; i < 3; ++i)
-        EXPECT_NE(picker->findChild<QPushButton*>(QStringLiteral("cmdOk(%1)").arg(i)), nullptr) << i;
 
     // Add again shows the same form.
     EXPECT_EQ(openPicker(), picker);
@@ -208,9 +184,9 @@ TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndCloses)
     in<QLineEdit>(picker, "txtBOTPing")->setText(QStringLiteral("40"));
     in<QPushButton>(picker, "cmdOk(0)")->click();
 
-    EXPECT_EQ(rosterBots(*profile), (QList<QStringList>{{QStringLiteral("Big_Boss"), QStringLiteral("Hurt Me Plenty "),
-                                                         QStringLiteral("BLUE"), QStringLiteral("Kyle"),
-                                                         QStringLiteral("40")}}));
+    EXPECT_EQ(rosterBots(*profile),
+              (QList<QStringList>{{QStringLiteral("Big_Boss"), QStringLiteral("Hurt Me Plenty "),
+                                   QStringLiteral("BLUE"), QStringLiteral("Kyle"), QStringLiteral("40")}}));
     ASSERT_EQ(roster->rowCount(), 1);
     EXPECT_EQ(roster->item(0, 0)->background().color(), QColor(Qt::blue));
     EXPECT_TRUE(gone(picker));
@@ -263,17 +239,7 @@ TEST_F(BotPage, TheCustomTabPicksAnInstalledModel)
     EXPECT_TRUE(gone(picker));
 }
 
-TEST_F(BotPage, TheCustomTabWithoutAPickAddsNoModel)
-{
-    load();
-    frmBOT* picker = openPicker();
-    in<QTabWidget>(picker, "tabBOTs")->setCurrentIndex(1);
-    in<QLineEdit>(picker, "txtBOTName")->setText(QStringLiteral("Typed"));
-    in<QPushButton>(picker, "cmdOk(0)")->click();
-    EXPECT_EQ(rosterBots(*profile).value(0).value(3), QString());
-}
-
-TEST_F(BotPage, ChangingTheTabAndBackEmptiesTheName)
+TEST_F(BotPage, ChangingTheTabEmptiesTheNameAndTheCustomTabWithoutAPickAddsNoModel)
 {
     load();
     frmBOT* picker = openPicker();
@@ -284,6 +250,12 @@ TEST_F(BotPage, ChangingTheTabAndBackEmptiesTheName)
     EXPECT_FALSE(picker->customTab());
     EXPECT_EQ(in<QLineEdit>(picker, "txtBOTName")->text(), QString());
     EXPECT_TRUE(in<QRadioButton>(picker, "chkBOT(3)")->isChecked());
+
+    tabs->setCurrentIndex(1);
+    in<QLineEdit>(picker, "txtBOTName")->setText(QStringLiteral("Typed"));
+    in<QPushButton>(picker, "cmdOk(0)")->click();
+    EXPECT_EQ(rosterBots(*profile).value(0).value(0), QStringLiteral("Typed"));
+    EXPECT_EQ(rosterBots(*profile).value(0).value(3), QString());
 }
 
 TEST_F(BotPage, ThePickersKeys)
@@ -345,8 +317,9 @@ TEST_F(BotPage, AFailedScanClosesThePickerAndSaysWhy)
     in<QPushButton>(picker, "cmdOk(2)")->click();
     EXPECT_TRUE(gone(picker));
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
-    EXPECT_TRUE(t.prompts.last().request.title.contains(QStringLiteral("::CMapScanner.ExtractLevelShots(Function)")));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"),
+                       Icon::Information, QStringLiteral("Path not found")}));
 }
 
 TEST_F(BotPage, ViewOpensTheBotFile)

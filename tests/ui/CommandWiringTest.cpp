@@ -2,20 +2,17 @@
 // the program's routines, which answer through the scripted prompts.
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
-#include "support/LocalAddress.h"
-#include "testkit/TestApp.h"
-#include "ui/CommandWiring.h"
-#include "ui/MainWindowHost.h"
-#include "ui/frmMain.h"
+#include "support/ProductText.h"
+#include "testkit/BoxExpect.h"
+#include "ui/WiredMainWindow.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QTimer>
-#include <QThread>
-#include <QAbstractItemView>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -27,50 +24,31 @@
 #include <gtest/gtest.h>
 
 using namespace steward;
+using steward::testing::isBox;
 
 namespace {
 
-// A host named "box" at 10.0.0.7.
-class BoxAddress : public AddressLookup {
-public:
-    bool hostName(QString& name, int&) override
-    {
-        name = QStringLiteral("box");
-        return true;
-    }
-    QList<QByteArray> addresses(const QString&) override { return {QByteArray("\x0a\x00\x00\x07", 4)}; }
-    QList<QByteArray> interfaceAddresses() override { return {}; }
-};
-
-class Wired : public ::testing::Test {
+class Wired : public steward::testing::WiredMainWindow {
 protected:
     void SetUp() override
     {
-        profile = host.loadMainWindow();
+        // A host named "box" at 10.0.0.7.
+        lookup.name = QStringLiteral("box");
+        lookup.found = {QByteArray("\x0a\x00\x00\x07", 4)};
+        openMainWindow();
+    }
+    /// Loads a configuration of the game's place and a host name; the window opens again.
+    void loadConfiguration()
+    {
+        steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2ded"), "#!/bin/sh\n");
+        const QString asc = t.root() + QStringLiteral("/saved.asc");
+        steward::testing::writeFile(asc, "PathToJedi," + t.gameFolder().toLatin1() +
+                                             "\r\nPathToServer,jk2ded\r\nRunOnce,1\r\nServerInfo10,Loaded% here\r\n");
+        t.prompts.chooseFile(asc);
+        action(QStringLiteral("id_UtilitiesConfigurationLoad"))->trigger();
         window = host.mainWindow();
         ASSERT_NE(window, nullptr);
-        host.showMainWindow();
     }
-    void TearDown() override
-    {
-        host.closeAllForms();
-        QApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    void click(const QString& name)
-    {
-        auto* button = window->findChild<QPushButton*>(name);
-        ASSERT_NE(button, nullptr) << name.toStdString();
-        button->click();
-    }
-    QAction* action(const QString& id) { return window->menuBar()->findChild<QAction*>(id); }
-
-    steward::testing::TestApp t;
-    QtWindowHost host{*t.app};
-    BoxAddress addresses;
-    CommandWiring wiring{*t.app, host, addresses};
-    ServerProfile* profile = nullptr;
-    frmMain* window = nullptr;
 };
 
 } // namespace
@@ -79,7 +57,8 @@ TEST_F(Wired, OkWithAnEmptyRotationTurnsToTheMapPage)
 {
     click(QStringLiteral("cmdOk"));
     ASSERT_FALSE(t.prompts.shown.empty());
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("No maps have been selected") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Exclamation, QStringLiteral("No maps have been selected") + kTail}));
     EXPECT_EQ(window->mainTab()->currentIndex(), 2);
 }
 
@@ -87,7 +66,8 @@ TEST_F(Wired, DefaultsSavesTheWindowToTheStore)
 {
     window->findChild<QLineEdit*>(QStringLiteral("txtServerConfig(0)"))->setText(QStringLiteral("a,b"));
     click(QStringLiteral("cmdDefault"));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Settings have been saved") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Information, QStringLiteral("Settings have been saved") + kTail}));
     EXPECT_EQ(t.store->GetSetting(QStringLiteral("ServerInfo10")), QStringLiteral("a%b"));
 }
 
@@ -115,20 +95,6 @@ TEST_F(Wired, MenuEntriesReachTheirRoutines)
     EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, QStringLiteral("Save Batch File"));
     EXPECT_FALSE(t.prompts.dialogs[0].open);
     EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST_F(Wired, TheRotationsToolsGoThroughTheOneDispatcher)
-{
-    // The pop-up entries are tools of the same table as the menu bar's.
-    auto* entry = window->findChild<QAction*>(QStringLiteral("ID_AllStandardSWMaps"));
-    ASSERT_NE(entry, nullptr);
-    entry->trigger();
-    QApplication::processEvents();
-    ASSERT_EQ(profile->field(F::lsvMapRotation).count(), 4);
-    profile->field(F::lsvMapRotation).setCurrent(3);
-    window->findChild<QAction*>(QStringLiteral("ID_SetStartingMap"))->trigger();
-    QApplication::processEvents();
-    EXPECT_EQ(profile->startingMap(), QStringLiteral("ctf_yavin"));
 }
 
 TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
@@ -223,41 +189,10 @@ TEST_F(Wired, AKeyInAnyControlOfTheWindowMarksAChangeButTabAndMenusDoNot)
     EXPECT_TRUE(profile->configurationChanged()) << "a stock set marks a change";
 }
 
-TEST_F(Wired, TheStartingMapShowsWithAutoCycleWhoseClickClearsTheSavedCycle)
-{
-    QWidget* combo = window->control(QStringLiteral("cboStartingMap"));
-    QWidget* caption = window->control(QStringLiteral("lblServerConfig(34)"));
-    ASSERT_TRUE(combo && caption);
-    EXPECT_TRUE(combo->isHidden());
-    EXPECT_TRUE(caption->isHidden());
-
-    profile->setValue(F::chkUseINI, 1);
-    profile->setText(F::txtServerINI, QStringLiteral("/games/base/cycle.cfg"));
-    auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
-    autoCycle->click();
-    EXPECT_FALSE(combo->isHidden());
-    EXPECT_FALSE(caption->isHidden());
-    EXPECT_FALSE(profile->isSet(F::chkUseINI));
-    EXPECT_EQ(profile->text(F::txtServerINI), QString()) << "the saved cycle's own click ran";
-    EXPECT_TRUE(profile->field(F::tvwAvailMaps).isVisible()) << "and showed the map controls again";
-
-    autoCycle->click();
-    EXPECT_TRUE(combo->isHidden());
-    EXPECT_TRUE(caption->isHidden());
-    EXPECT_FALSE(profile->configurationChanged()) << "mouse clicks";
-}
-
 TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgram)
 {
-    steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2ded"), "#!/bin/sh\n");
-    const QString asc = t.root() + QStringLiteral("/saved.asc");
-    steward::testing::writeFile(asc, "PathToJedi," + t.gameFolder().toLatin1() +
-                                         "\r\nPathToServer,jk2ded\r\nRunOnce,1\r\nServerInfo10,Loaded% here\r\n");
-    t.prompts.chooseFile(asc);
     QPointer<frmMain> old = window;
-    action(QStringLiteral("id_UtilitiesConfigurationLoad"))->trigger();
-    window = host.mainWindow();
-    ASSERT_NE(window, nullptr);
+    loadConfiguration();
     EXPECT_NE(window, old.data());
     EXPECT_EQ(window->profile().text(F::txtServerConfig(0)), QStringLiteral("Loaded, here"));
     QApplication::processEvents();
@@ -279,7 +214,7 @@ TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgr
     QTimer::singleShot(0, &scope, [this] { window->findChild<QPushButton*>(QStringLiteral("cmdReset"))->click(); });
     QTimer::singleShot(5000, &scope, [] { QCoreApplication::exit(1); });
     EXPECT_EQ(QApplication::exec(), 0) << "the loop ends with the program";
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("User cancelled!") + kTail);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, QStringLiteral("User cancelled!") + kTail}));
     EXPECT_EQ(host.mainWindow(), nullptr);
     EXPECT_EQ(t.store->GetAllSettings().size(), 1) << "only the fallback game folder";
 }
@@ -288,13 +223,7 @@ TEST_F(Wired, AnEndOutsideAnEventLoopLeavesNothingPendingForTheNextLoop)
 {
     // A loaded configuration, then a reset that ends the program with no event loop
     // running to end.
-    steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2ded"), "#!/bin/sh\n");
-    const QString asc = t.root() + QStringLiteral("/saved.asc");
-    steward::testing::writeFile(asc, "PathToJedi," + t.gameFolder().toLatin1() + "\r\nPathToServer,jk2ded\r\nRunOnce,1\r\n");
-    t.prompts.chooseFile(asc);
-    action(QStringLiteral("id_UtilitiesConfigurationLoad"))->trigger();
-    window = host.mainWindow();
-    ASSERT_NE(window, nullptr);
+    loadConfiguration();
     t.prompts.answerNext(Answer::Yes);
     t.prompts.cancelNextDialog();
     window->findChild<QPushButton*>(QStringLiteral("cmdReset"))->click();
@@ -304,19 +233,4 @@ TEST_F(Wired, AnEndOutsideAnEventLoopLeavesNothingPendingForTheNextLoop)
     QDialog dialog;
     QTimer::singleShot(0, &dialog, [&dialog] { dialog.accept(); });
     EXPECT_EQ(dialog.exec(), QDialog::Accepted);
-}
-
-TEST_F(Wired, ThePopUpsEntriesCanBeFoundByToolId)
-{
-    for (const char* id : {"ID_SetStartingMap", "ID_SortAscending", "ID_RemoveMap", "ID_ClearList", "ID_MapWizard",
-                           "ID_AllStandardMPMaps", "ID_AllStandardCPMaps"}) {
-        auto* entry = window->findChild<QAction*>(QString::fromLatin1(id));
-        ASSERT_NE(entry, nullptr) << id;
-    }
-    auto* clear = window->findChild<QMenu*>(QStringLiteral("ID_Advanced"))->findChild<QAction*>(QStringLiteral("ID_ClearList"));
-    ASSERT_NE(clear, nullptr);
-    profile->field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
-    clear->trigger();
-    QApplication::processEvents(); // the chosen entry runs once the menu is done
-    EXPECT_EQ(profile->field(F::lsvMapRotation).count(), 0);
 }

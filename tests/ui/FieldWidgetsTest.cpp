@@ -274,7 +274,7 @@ TEST_F(Bindings, SpinnerStepsTheLeadingNumberOfItsBuddy)
     EXPECT_EQ(think.text(), QStringLiteral("0")) << "no step below the lowest value";
 }
 
-TEST(MainWindowState, PageAndPointerFollowTheirFields)
+TEST(MainWindowState, PagePointerAndPresenceFollowTheirFields)
 {
     steward::testing::TestApp t;
     frmMain window(*t.app);
@@ -294,14 +294,9 @@ TEST(MainWindowState, PageAndPointerFollowTheirFields)
     EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
     p.setFormPointer(0);
     EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
-}
 
-TEST(MainWindowState, HidingAFieldHidesItsCaptionAndItsSpinner)
-{
-    steward::testing::TestApp t;
-    frmMain window(*t.app);
+    // Hiding a field hides its caption and its spinner.
     window.show();
-    ServerProfile& p = window.profile();
     p.field(F::txtBOTThinkTime).setVisible(false);
     EXPECT_TRUE(window.control(QStringLiteral("txtBOTThinkTime"))->isHidden());
     EXPECT_TRUE(window.control(QStringLiteral("lblServerConfig(43)"))->isHidden());

@@ -4,13 +4,7 @@
 #include "maps/MapTreeModel.h"
 #include "model/ServerProfile.h"
 #include "commands/Startup.h"
-#include "support/LocalAddress.h"
-#include "testkit/NoAddressLookup.h"
-#include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
-#include "ui/CommandWiring.h"
-#include "ui/MainWindowHost.h"
-#include "ui/frmMain.h"
 #include "ui/WiredMainWindow.h"
 
 #include <QAction>
@@ -109,13 +103,24 @@ TEST_F(MapPage, ADoubleClickBuildsTheRotationAndOkStartsTheServerOnIt)
     EXPECT_TRUE(QFileInfo::exists(t.baseFolder() + QStringLiteral("/luke.cfg")));
 }
 
-TEST_F(MapPage, TheStockSetsFillTheRotationFromTheTreesMenu)
+TEST_F(MapPage, ThePopUpsEntriesGoThroughTheOneDispatcher)
 {
+    // The pop-up entries are tools of the same table as the menu bar's; a chosen entry
+    // runs once the menu is done.
+    const auto choose = [this](const char* id) {
+        auto* entry = window->findChild<QAction*>(QString::fromLatin1(id));
+        ASSERT_NE(entry, nullptr) << id;
+        entry->trigger();
+        QApplication::processEvents();
+    };
     t.prompts.answerNext(Answer::Yes); // "Clear Map list?" (nothing to clear: may not be asked)
-    menu(QStringLiteral("ID_AllStandardSWMaps"));
-    EXPECT_GT(grid->topLevelItemCount(), 0);
+    choose("ID_AllStandardSWMaps");
+    ASSERT_EQ(grid->topLevelItemCount(), 4);
     EXPECT_EQ(profile->value(F::optDefaultGameType(5)), 1) << "capture the flag is selected";
-    menu(QStringLiteral("ID_ClearList"));
+    profile->field(F::lsvMapRotation).setCurrent(3);
+    choose("ID_SetStartingMap");
+    EXPECT_EQ(profile->startingMap(), QStringLiteral("ctf_yavin"));
+    choose("ID_ClearList");
     EXPECT_EQ(grid->topLevelItemCount(), 0);
 }
 
@@ -124,8 +129,11 @@ TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
     const FieldId controls[] = {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected};
     auto* savedCycle = window->findChild<QCheckBox*>(QStringLiteral("chkUseINI"));
     auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
-    ASSERT_NE(savedCycle, nullptr);
-    ASSERT_NE(autoCycle, nullptr);
+    QWidget* startingMap = window->control(QStringLiteral("cboStartingMap"));
+    QWidget* caption = window->control(QStringLiteral("lblServerConfig(34)"));
+    ASSERT_TRUE(savedCycle && autoCycle && startingMap && caption);
+    EXPECT_TRUE(startingMap->isHidden());
+    EXPECT_TRUE(caption->isHidden());
     profile->field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
 
     const QString saved = t.baseFolder() + QStringLiteral("/advanced.cfg");
@@ -136,14 +144,22 @@ TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
     for (FieldId name : controls)
         EXPECT_FALSE(profile->field(name).isVisible()) << name.name;
 
-    // Ticking auto cycle clears the saved cycle through its click, which empties the file
-    // and shows the map controls again behind auto cycle's back.
+    // Ticking auto cycle shows the starting map and clears the saved cycle through its
+    // click, which empties the file and shows the map controls again behind auto
+    // cycle's back.
     autoCycle->click();
+    EXPECT_FALSE(startingMap->isHidden());
+    EXPECT_FALSE(caption->isHidden());
     EXPECT_FALSE(savedCycle->isChecked());
     EXPECT_EQ(profile->text(F::txtServerINI), QString());
     for (FieldId name : controls)
         EXPECT_TRUE(profile->field(name).isVisible()) << name.name;
     EXPECT_TRUE(profile->field(F::cboStartingMap).isVisible());
+
+    autoCycle->click();
+    EXPECT_TRUE(startingMap->isHidden());
+    EXPECT_TRUE(caption->isHidden());
+    EXPECT_FALSE(profile->configurationChanged()) << "mouse clicks";
 }
 
 TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
@@ -175,17 +191,15 @@ TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
     EXPECT_EQ(profile->text(F::lblMapsSelected), QStringLiteral("2 Maps Selected"));
 }
 
-TEST(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
+using MapPageFirstRun = steward::testing::WiredMainWindow;
+
+TEST_F(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
 {
-    steward::testing::TestApp t;
     ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")).write(t.baseFolder() + QStringLiteral("/assets0.pk3"));
     steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
     t.store->SaveSetting(kKeyPathToJedi, t.gameFolder());
     t.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
     t.store->SaveSetting(kKeyRunOnce, QStringLiteral("0"));
-    QtWindowHost host{*t.app};
-    steward::testing::NoAddressLookup lookup;
-    CommandWiring wiring{*t.app, host, lookup};
 
     ASSERT_EQ(runStartup(*t.app, host, QString()), StartupOutcome::MainWindowOpen)
         << t.prompts.texts().join(QLatin1Char('|')).toStdString();
@@ -195,10 +209,5 @@ TEST(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
     const QModelIndex archive = model->index(0, 0, model->index(0, 0));
     EXPECT_EQ(archive.data().toString(), QStringLiteral("assets0.pk3"));
     EXPECT_EQ(model->index(0, 0, archive).data().toString(), QStringLiteral("duel_pit"));
-    EXPECT_EQ(host.mainWindow()->profile().text(F::lblNumberOfMapsAvailable),
-              QStringLiteral("1 Maps available"));
-
-    host.closeAllForms();
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(host.mainWindow()->profile().text(F::lblNumberOfMapsAvailable), QStringLiteral("1 Maps available"));
 }

@@ -3,15 +3,10 @@
 #include "maps/MapRotation.h"
 #include "model/FieldNames.h"
 #include "model/ServerProfile.h"
-#include "support/LocalAddress.h"
-#include "testkit/NoAddressLookup.h"
-#include "testkit/TestApp.h"
-#include "ui/CommandWiring.h"
 #include "ui/FormServices.h"
-#include "ui/MainWindowHost.h"
 #include "ui/WizardForms.h"
-#include "ui/frmMain.h"
 #include "ui/WiredMainWindow.h"
+#include "testkit/BoxExpect.h"
 
 #include <QAction>
 #include <QApplication>
@@ -26,6 +21,7 @@
 #include <gtest/gtest.h>
 
 using namespace steward;
+using steward::testing::isBox;
 
 namespace {
 
@@ -68,7 +64,6 @@ protected:
         emit grid->itemClicked(grid->topLevelItem(row), 0);
     }
     const WizardState& state() { return wiring.mapWizard().wizard().state(); }
-
 };
 
 } // namespace
@@ -83,7 +78,6 @@ TEST_F(WizardForms, NextWaitsForAClickOnARow)
     EXPECT_EQ(grid->topLevelItem(1)->text(0), QStringLiteral("duel_bay"));
     auto* next = control<QPushButton>(1, QStringLiteral("cmdNext"));
     ASSERT_NE(next, nullptr);
-    EXPECT_EQ(next->text(), QStringLiteral("Next >"));
     EXPECT_FALSE(next->isEnabled());
 
     clickRow(1);
@@ -100,14 +94,12 @@ TEST_F(WizardForms, SaberOnlyShowsForDuelAndBackKeepsConfigured)
     click(1, QStringLiteral("cmdNext"));
     auto* saberOnly = control<QCheckBox>(2, QStringLiteral("chkWizardDuelNoWeapons"));
     ASSERT_NE(saberOnly, nullptr);
-    EXPECT_EQ(saberOnly->text(), QStringLiteral("Saber Only"));
     EXPECT_FALSE(saberOnly->isVisible());
     control<QRadioButton>(2, QStringLiteral("optDefaultGameType(3)"))->click();
     EXPECT_TRUE(saberOnly->isVisible());
     saberOnly->click();
     control<QRadioButton>(2, QStringLiteral("optDefaultGameType(0)"))->click();
     EXPECT_FALSE(saberOnly->isVisible());
-    EXPECT_EQ(control<QCheckBox>(2, QStringLiteral("chkDMFlags(1)"))->property("Tag").toString(), QStringLiteral("16"));
 
     click(2, QStringLiteral("cmdBack"));
     EXPECT_TRUE(shown(1));
@@ -121,32 +113,13 @@ TEST_F(WizardForms, SaberOnlyShowsForDuelAndBackKeepsConfigured)
     EXPECT_EQ(state().records[0].GameType, QStringLiteral("g_gametype 0"));
 }
 
-TEST_F(WizardForms, PageThreeFiltersTheWarmupAndShowsItsDefaults)
+TEST_F(WizardForms, PageThreeFiltersTheWarmup)
 {
     clickRow(0);
     click(1, QStringLiteral("cmdNext"));
     click(2, QStringLiteral("cmdNext"));
-    const struct {
-        const char* name;
-        const char* tag;
-        const char* text;
-    } boxes[] = {{"txtGameLimits(0)", "fraglimit", "0"},   {"txtGameLimits(1)", "timelimit", "20"},
-                 {"txtGameLimits(2)", "duel_fraglimit", "0"}, {"txtGameLimits(3)", "capturelimit", "0"},
-                 {"txtSpeed(0)", "g_speed", "250"},         {"txtSpeed(1)", "g_gravity", "800"},
-                 {"txtWarmup(1)", "g_doWarmup", "60"}};
-    for (const auto& b : boxes) {
-        auto* box = control<QLineEdit>(3, QString::fromLatin1(b.name));
-        ASSERT_NE(box, nullptr) << b.name;
-        EXPECT_EQ(box->text(), QString::fromLatin1(b.text)) << b.name;
-        EXPECT_EQ(box->property("Tag").toString(), QString::fromLatin1(b.tag)) << b.name;
-    }
-    for (int index : {0, 5, 11, 15, 16})
-        EXPECT_NE(control<QCheckBox>(3, QStringLiteral("chkQuake3Specific(%1)").arg(index)), nullptr) << index;
-    for (const char* name : {"cmdBack", "cmdNextMap", "cmdFinish", "cmdCancel"})
-        EXPECT_NE(control<QPushButton>(3, QString::fromLatin1(name)), nullptr) << name;
-    EXPECT_EQ(control<QPushButton>(3, QStringLiteral("cmdNextMap"))->text(), QStringLiteral("Next Map >>"));
-
     auto* warmup = control<QLineEdit>(3, QStringLiteral("txtWarmup(1)"));
+    ASSERT_NE(warmup, nullptr);
     warmup->setText(QStringLiteral("6"));
     warmup->setCursorPosition(1);
     for (auto [key, text] : {std::pair{Qt::Key_A, "a"}, std::pair{Qt::Key_5, "5"}}) {
@@ -167,7 +140,9 @@ TEST_F(WizardForms, CancelAsksAndNoKeepsThePages)
     click(1, QStringLiteral("cmdNext"));
     t.prompts.answerNext(Answer::No);
     click(2, QStringLiteral("cmdCancel"));
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Do you want to cancel the wizard?         "));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Question,
+                                 QStringLiteral("Do you want to cancel the wizard?         "), Buttons::YesNo}));
     EXPECT_TRUE(shown(2));
     EXPECT_FALSE(window->isVisible());
 
@@ -199,7 +174,8 @@ TEST_F(WizardForms, ThePopUpSetsTheStartingMapAndFinishSelectsTheSavedCycle)
     click(3, QStringLiteral("cmdFinish"));
     QApplication::processEvents();
 
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("Advanced Map Cycle"));
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Advanced Map Cycle"), Icon::Information,
+                                         QStringLiteral("File has been Saved         ")}));
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(t.prompts.dialogs.size(), 1u) << "the saved cycle's own dialog doesn't open";
     EXPECT_EQ(window->control<QLineEdit>(QStringLiteral("txtServerINI"))->text(), path);

@@ -1,4 +1,5 @@
 #include "commands/ToolTable.h"
+#include "model/Constants.h"
 #include "testkit/TestApp.h"
 #include "ui/AboutWindow.h"
 #include "ui/MenuBuilder.h"
@@ -37,7 +38,7 @@ TEST(MenuBar, EveryEntryIsAnActionNamedAfterItsToolIdAndDispatchesIt)
     std::vector<const Tool*> entries;
     for (const Tool& top : menuBarTools())
         collect(top, entries);
-    ASSERT_EQ(entries.size(), 16u); // fifteen commands and the server console
+    ASSERT_FALSE(entries.empty());
     for (const Tool* tool : entries) {
         SCOPED_TRACE(tool->id.toStdString());
         auto* action = window.menuBar()->findChild<QAction*>(tool->id);
@@ -51,44 +52,53 @@ TEST(MenuBar, EveryEntryIsAnActionNamedAfterItsToolIdAndDispatchesIt)
     EXPECT_EQ(exportMenu->title(), QStringLiteral("&Export"));
 }
 
-TEST(MenuBar, PopupsCarryTheirIdsAndSeparators)
+TEST(MenuBar, ThePopUpsEntriesCarryTheirIdsAndDispatchThem)
 {
     QWidget owner;
     QStringList clicked;
     QMenu* advanced = buildPopup(advancedPopup(), &owner, [&clicked](const QString& id) { clicked << id; });
     EXPECT_EQ(advanced->objectName(), QStringLiteral("ID_Advanced"));
-    const auto actions = advanced->actions();
-    ASSERT_EQ(actions.size(), 14);
-    EXPECT_TRUE(actions[1]->isSeparator());
-    EXPECT_EQ(actions[2]->objectName(), QStringLiteral("ID_SetStartingMap"));
-    actions[2]->trigger();
-    EXPECT_EQ(clicked, QStringList{QStringLiteral("ID_SetStartingMap")});
+    for (const Tool& tool : advancedPopup().children) {
+        if (tool.isSeparator() || tool.isMenu())
+            continue;
+        SCOPED_TRACE(tool.id.toStdString());
+        auto* action = advanced->findChild<QAction*>(tool.id);
+        ASSERT_NE(action, nullptr);
+        action->trigger();
+        EXPECT_EQ(clicked.last(), tool.id);
+    }
 }
 
-TEST(AboutWindow, ShowsTheVersionAndClosesOnAKey)
+TEST(AboutWindow, ShowsTheVersionAndClosesOnAKeyAndItsFlagFollowsIt)
 {
     steward::testing::TestApp t;
-    AboutWindow about(*t.app);
-    EXPECT_TRUE(AboutWindow::isLoaded());
-    EXPECT_EQ(about.objectName(), QStringLiteral("frmAbout"));
-    EXPECT_EQ(about.windowTitle(), QStringLiteral("About Arena Steward"));
-    auto* marquee = about.findChild<QLabel*>(QStringLiteral("lblMarquee"));
-    ASSERT_NE(marquee, nullptr);
-    EXPECT_TRUE(marquee->text().contains(QStringLiteral("You are using version JUNE 13 2002 beta 1.4")));
+    {
+        AboutWindow about(*t.app);
+        EXPECT_TRUE(AboutWindow::isLoaded());
+        EXPECT_EQ(about.objectName(), QStringLiteral("frmAbout"));
+        EXPECT_EQ(about.windowTitle(), QStringLiteral("About Arena Steward"));
+        auto* marquee = about.findChild<QLabel*>(QStringLiteral("lblMarquee"));
+        ASSERT_NE(marquee, nullptr);
+        EXPECT_EQ(marquee->text(), QStringLiteral("Arena Steward, a server tool for Jedi Knight II administrators\n"
+                                                  "You are using version JUNE 13 2002 beta 1.4\n\n"
+                                                  "Please submit all requests, bugs etc., to me \nat ") +
+                                       kContactAddress + QStringLiteral("\n\nThanks and Enjoy!"));
 
-    QTimer::singleShot(0, &about, [&about] {
-        QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
-        QApplication::sendEvent(&about, &key);
-    });
-    EXPECT_EQ(about.exec(), QDialog::Accepted);
+        QTimer::singleShot(0, &about, [&about] {
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+            QApplication::sendEvent(&about, &key);
+        });
+        EXPECT_EQ(about.exec(), QDialog::Accepted);
+    }
+    EXPECT_FALSE(AboutWindow::isLoaded());
 }
 
 TEST(AboutWindow, TheMailLabelMailsAndEveryOtherClickCloses)
 {
     steward::testing::TestApp t;
     auto click = [](QWidget* target) {
-        QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), target->mapToGlobal(QPointF(2, 2)),
-                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(2, 2), target->mapToGlobal(QPointF(2, 2)), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(target, &press);
     };
     AboutWindow about(*t.app);
@@ -103,14 +113,4 @@ TEST(AboutWindow, TheMailLabelMailsAndEveryOtherClickCloses)
         EXPECT_EQ(other.result(), QDialog::Accepted) << name;
     }
     EXPECT_EQ(t.opener.opened.size(), 1u);
-}
-
-TEST(AboutWindow, TheFlagFollowsTheWindow)
-{
-    steward::testing::TestApp t;
-    {
-        AboutWindow about(*t.app);
-        EXPECT_TRUE(AboutWindow::isLoaded());
-    }
-    EXPECT_FALSE(AboutWindow::isLoaded());
 }

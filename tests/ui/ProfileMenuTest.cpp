@@ -26,14 +26,13 @@ protected:
             store.SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
             store.SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("jk2mvded"));
             store.SaveSetting(QStringLiteral("RunOnce"), QStringLiteral("1"));
-            store.SaveSetting(QStringLiteral("ServerInfo12"), name.isEmpty() ? QStringLiteral("Default Arena")
-                                                                            : QStringLiteral("Flag Arena"));
+            store.SaveSetting(QStringLiteral("ServerInfo12"),
+                              name.isEmpty() ? QStringLiteral("Default Arena") : QStringLiteral("Flag Arena"));
         }
         profiles.use(*t.app, QString());
         wiring.setProfiles(&profiles);
         openMainWindow();
     }
-    QAction* action(const QString& name) { return host.mainWindow()->menuBar()->findChild<QAction*>(name); }
 
     ProfileSet profiles{t.root() + QStringLiteral("/config")};
 };

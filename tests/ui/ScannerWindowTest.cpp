@@ -52,8 +52,7 @@ class ReportedScan final : public ScanProgress {
 public:
     ReportedScan(ScanProgress& window, const PaintedScanner& painted, qint64& now, qint64 step)
         : m_window(window), m_painted(painted), m_now(now), m_step(step)
-    {
-    }
+    {}
     struct PhaseEnd {
         QString reportedText;
         int reportedValue;
@@ -137,7 +136,8 @@ TEST(ScannerWindow, ShowsTheScanAndGoesAwayWhenUnloaded)
     EXPECT_TRUE(window->isVisible());
 
     progress.setActivity(QStringLiteral("Scanning a.pk3 ...."));
-    EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("lblScannerShow"))->text(), QStringLiteral("Scanning a.pk3 ...."));
+    EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("lblScannerShow"))->text(),
+              QStringLiteral("Scanning a.pk3 ...."));
     progress.setMaximum(4);
     progress.setValue(3);
     EXPECT_EQ(window->findChild<QProgressBar*>(QStringLiteral("pctCurrentProg"))->value(), 3);
@@ -155,7 +155,7 @@ TEST(ScannerWindow, ShowsTheScanAndGoesAwayWhenUnloaded)
     EXPECT_EQ(progress.window(), nullptr);
 }
 
-TEST(ScannerWindow, StaysOnScreenBetweenThePhasesOfARealScan)
+TEST(ScannerWindow, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
 {
     TestApp t;
     ScannerWindowProgress progress;
@@ -171,17 +171,8 @@ TEST(ScannerWindow, StaysOnScreenBetweenThePhasesOfARealScan)
     EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Done"));
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Converting duel_pit.tga...."));
-    progress.unload();
-}
-
-TEST(ScannerWindow, TheWindowHostUnloadsItBeforeTheClosingBox)
-{
-    steward::testing::TestApp t;
-    ScannerWindowProgress progress;
-    t.app->services.scanProgress = &progress;
+    // Before the closing box the window host unloads it.
     QtWindowHost host(*t.app);
-    progress.show();
-    ASSERT_NE(progress.window(), nullptr);
     host.unloadScanner();
     EXPECT_EQ(progress.window(), nullptr) << "a plain close is refused by the scanner's window";
 }

@@ -9,13 +9,9 @@
 #include "platform/System.h"
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
-#include "support/LocalAddress.h"
-#include "testkit/NoAddressLookup.h"
-#include "testkit/TestApp.h"
-#include "ui/CommandWiring.h"
-#include "ui/MainWindowHost.h"
+#include "testkit/BoxExpect.h"
 #include "ui/ServerConsoleWindow.h"
-#include "ui/frmMain.h"
+#include "ui/WiredMainWindow.h"
 
 #include <QAction>
 #include <QApplication>
@@ -54,7 +50,8 @@ protected:
             if (request == oob("getstatus"))
                 return {kStatus};
             if (request == oob("rcon secret status"))
-                return {oob("print\nmap: ffa_bespin\ncl score ping name            address                                 rate \n"
+                return {oob("print\nmap: ffa_bespin\ncl score ping name            address                             "
+                            "    rate \n"
                             "-- ----- ---- --------------- --------------------------------------- -----\n"),
                         oob("print\n 5     3    0 ^4Gnubee^7        ^7bot                                     16384\n"
                             " 7    12   48 Luke^7          ^7127.0.0.1:27960                         25000\n\n")};
@@ -123,25 +120,6 @@ TEST_F(ConsoleWindow, ShowsTheStatusOfTheServer)
     EXPECT_EQ(cvars->item(4, 0)->text(), QStringLiteral("g_needpass"));
 }
 
-TEST_F(ConsoleWindow, RefreshAsksAgainAndTheIntervalIsTwoToSixty)
-{
-    ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 1; }));
-    find<QPushButton>("cmdRefresh")->click();
-    EXPECT_TRUE(waitUntil([&] { return server.requests.size() == 2; }));
-    auto* spin = find<QSpinBox>("spnStatusInterval");
-    EXPECT_EQ(spin->value(), 5);
-    EXPECT_EQ(spin->minimum(), 2);
-    EXPECT_EQ(spin->maximum(), 60);
-}
-
-TEST_F(ConsoleWindow, ASilentServerIsAStateNotABox)
-{
-    server.answer = nullptr;
-    find<QPushButton>("cmdRefresh")->click();
-    EXPECT_TRUE(waitUntil([&] { return label("lblServerAnswer") == QStringLiteral("No answer"); }));
-    EXPECT_TRUE(t.prompts.shown.empty());
-}
-
 TEST_F(ConsoleWindow, TheConsoleShowsRepliesJoinedAndColoured)
 {
     type(QStringLiteral("status"));
@@ -207,9 +185,11 @@ TEST_F(ConsoleWindow, KickAndTheMapButtonsAskFirstWhilePlayersAreOn)
     const QString tail = QStringLiteral("         ");
     const Case cases[] = {
         {"cmdServerKick", QStringLiteral("Kick Luke off the server?") + tail, oob("rcon secret clientkick 1")},
-        {"cmdServerNextMap", QStringLiteral("Change to the next map?") + tail + QStringLiteral("\r\n2 players are on the server.") + tail,
+        {"cmdServerNextMap",
+         QStringLiteral("Change to the next map?") + tail + QStringLiteral("\r\n2 players are on the server.") + tail,
          oob("rcon secret vstr nextmap")},
-        {"cmdServerRestartMap", QStringLiteral("Restart the map?") + tail + QStringLiteral("\r\n2 players are on the server.") + tail,
+        {"cmdServerRestartMap",
+         QStringLiteral("Restart the map?") + tail + QStringLiteral("\r\n2 players are on the server.") + tail,
          oob("rcon secret map_restart")},
     };
     for (const Case& c : cases) {
@@ -218,12 +198,9 @@ TEST_F(ConsoleWindow, KickAndTheMapButtonsAskFirstWhilePlayersAreOn)
         t.prompts.answerNext(Answer::No);
         find<QPushButton>(c.button)->click();
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        const MessageBoxRequest& box = t.prompts.last().request;
-        EXPECT_EQ(box.text, c.question);
-        EXPECT_EQ(box.title, QStringLiteral("Arena Steward"));
-        EXPECT_EQ(box.icon, Icon::Question);
-        EXPECT_EQ(box.buttons, Buttons::YesNo);
-        EXPECT_EQ(box.defaultButton, 1) << "Enter doesn't act";
+        EXPECT_TRUE(
+            isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Question, c.question, Buttons::YesNo}));
+        EXPECT_EQ(t.prompts.last().request.defaultButton, 1) << "Enter doesn't act";
         runEvents(200);
         EXPECT_FALSE(server.requests.contains(c.command)) << "No sends nothing";
         EXPECT_FALSE(output().contains(QString::fromLatin1(c.command.mid(16)))) << "nor shows it as sent";
@@ -246,6 +223,7 @@ TEST_F(ConsoleWindow, WithoutAnAnswerTheLastAnswerIsShownAsPast)
     t.clock.at = t.clock.at.addSecs(30);
     find<QPushButton>("cmdRefresh")->click();
     ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == QStringLiteral("No answer"); }));
+    EXPECT_TRUE(t.prompts.shown.empty()) << "silence is a state, not a box";
     for (const char* name : values) {
         EXPECT_FALSE(find<QLabel>(name)->isEnabled()) << name;
         EXPECT_FALSE(label(name).isEmpty()) << name << " keeps the last answer's value";
@@ -285,10 +263,17 @@ TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePassword)
     EXPECT_FALSE(steward::testing::fileBytes(CommandHistory::fileIn(t.app->programFolder)).contains("secret"));
 }
 
-TEST_F(ConsoleWindow, ClosingTheWindowStopsAllTraffic)
+TEST_F(ConsoleWindow, RefreshAsksAgainTheIntervalIsTwoToSixtyAndClosingStopsAllTraffic)
 {
     ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 1; }));
-    find<QSpinBox>("spnStatusInterval")->setValue(2);
+    find<QPushButton>("cmdRefresh")->click();
+    EXPECT_TRUE(waitUntil([&] { return server.requests.size() == 2; }));
+    auto* spin = find<QSpinBox>("spnStatusInterval");
+    EXPECT_EQ(spin->value(), 5);
+    EXPECT_EQ(spin->minimum(), 2);
+    EXPECT_EQ(spin->maximum(), 60);
+
+    spin->setValue(2);
     window->close();
     EXPECT_EQ(window->client().statusInFlight() + window->client().commandsInFlight(), 0);
     const auto before = server.requests.size();
@@ -296,29 +281,21 @@ TEST_F(ConsoleWindow, ClosingTheWindowStopsAllTraffic)
     EXPECT_EQ(server.requests.size(), before);
 }
 
-TEST(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
+using ConsoleMenu = WiredMainWindow;
+
+TEST_F(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
 {
-    steward::testing::TestApp t;
-    QtWindowHost host{*t.app};
-    steward::testing::NoAddressLookup addresses;
-    CommandWiring wiring{*t.app, host, addresses};
-    host.loadMainWindow();
-    frmMain* main = host.mainWindow();
-    ASSERT_NE(main, nullptr);
-    host.showMainWindow();
-    QAction* entry = main->menuBar()->findChild<QAction*>(QStringLiteral("id_UtilitiesServerConsole"));
+    openMainWindow();
+    QAction* entry = action(QStringLiteral("id_UtilitiesServerConsole"));
     ASSERT_NE(entry, nullptr);
     EXPECT_EQ(entry->text(), QStringLiteral("Server Console..."));
     EXPECT_EQ(entry->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_K));
     entry->trigger();
     entry->trigger();
-    const auto windows = main->findChildren<frmServerConsole*>(QStringLiteral("frmServerConsole"));
+    const auto windows = window->findChildren<frmServerConsole*>(QStringLiteral("frmServerConsole"));
     ASSERT_EQ(windows.size(), 1);
     EXPECT_TRUE(windows[0]->isVisible());
     EXPECT_FALSE(windows[0]->isModal());
-    host.closeAllForms();
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 namespace {
@@ -362,17 +339,18 @@ TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
     EXPECT_EQ(label("lblServerState"), QStringLiteral("Not running"));
     find<QPushButton>("cmdServerStop")->click();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("The server of luke.cfg is not running         "));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Information,
+                                         QStringLiteral("The server of luke.cfg is not running         ")}));
 
     startRecorded(false);
     find<QPushButton>("cmdRefresh")->click();
-    EXPECT_EQ(label("lblServerState"), QStringLiteral("Running since 14:02 · 2 restarts · last crash 13:58, signal 11"));
+    EXPECT_EQ(label("lblServerState"),
+              QStringLiteral("Running since 14:02 · 2 restarts · last crash 13:58, signal 11"));
 
     t.prompts.answers.push_back(Answer::No);
     find<QPushButton>("cmdServerStop")->click();
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Stop the server of luke.cfg?         "));
-    EXPECT_EQ(t.prompts.last().request.buttons, Buttons::YesNo);
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Question,
+                                         QStringLiteral("Stop the server of luke.cfg?         "), Buttons::YesNo}));
     EXPECT_EQ(sleeper.state(), QProcess::Running);
 
     t.prompts.answers.push_back(Answer::Yes);
@@ -389,7 +367,8 @@ TEST_F(ConsoleServerState, RestartStartsAServerWithoutAWatcherAgainAsItWasStarte
     const qint64 before = sleeper.processId();
     t.prompts.answers.push_back(Answer::Yes);
     find<QPushButton>("cmdServerRestart")->click();
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Restart the server of luke.cfg?         "));
+    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Question,
+                                         QStringLiteral("Restart the server of luke.cfg?         "), Buttons::YesNo}));
     EXPECT_TRUE(sleeper.waitForFinished(5000));
     const auto state = readWatchState(folder.stateFile());
     ASSERT_TRUE(state);

@@ -8,6 +8,7 @@
 #include "ui/MainWindowHost.h"
 #include "ui/QtPrompts.h"
 #include "ui/frmMain.h"
+#include "testkit/BoxExpect.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -24,6 +25,7 @@
 #include <optional>
 
 using namespace steward;
+using steward::testing::isBox;
 
 namespace {
 
@@ -57,7 +59,7 @@ protected:
 
 } // namespace
 
-TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndOwningTheBoxes)
+TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndOwningTheBoxesAndItMinimises)
 {
     ServerProfile* profile = host.loadMainWindow();
     frmMain* window = host.mainWindow();
@@ -67,12 +69,15 @@ TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndOwningTheBoxes
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Arena Steward"));
     EXPECT_EQ(window->size(), QSize(640, 499));
     const QRect screen = window->screen()->geometry();
-    EXPECT_EQ(window->pos(), QPoint(screen.left() + (screen.width() - 640) / 2, screen.top() + (screen.height() - 499) / 2));
+    EXPECT_EQ(window->pos(),
+              QPoint(screen.left() + (screen.width() - 640) / 2, screen.top() + (screen.height() - 499) / 2));
     EXPECT_TRUE(closeMenuDisabled(window));
     EXPECT_EQ(prompts.owner(), window);
     EXPECT_FALSE(window->isVisible()) << "loading doesn't show it";
     host.showMainWindow();
     EXPECT_TRUE(window->isVisible());
+    host.minimizeMainWindow();
+    EXPECT_TRUE(window->isMinimized());
 }
 
 TEST_F(QtHost, TheWindowsOwnCloseRequestsDoNothing)
@@ -115,20 +120,7 @@ TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
     EXPECT_EQ(fresh->text(F::txtServerConfig(1)), QStringLiteral("Luke"));
 }
 
-TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherForms)
-{
-    host.loadMainWindow();
-    QPointer<QWidget> other = new QWidget;
-    other->setObjectName(QStringLiteral("frmPicker"));
-    other->show();
-    host.unloadMainWindow();
-    settle();
-    EXPECT_EQ(host.mainWindow(), nullptr);
-    EXPECT_FALSE(other.isNull());
-    delete other.data();
-}
-
-TEST_F(QtHost, TheScannerIsUnloadedOnlyWhenThere)
+TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherFormsAndTheScannerGoesOnlyWhenThere)
 {
     host.loadMainWindow();
     host.unloadScanner();
@@ -138,18 +130,19 @@ TEST_F(QtHost, TheScannerIsUnloadedOnlyWhenThere)
     QPointer<QWidget> scanner = new QWidget;
     scanner->setObjectName(QStringLiteral("frmScanner"));
     scanner->show();
+    QPointer<QWidget> other = new QWidget;
+    other->setObjectName(QStringLiteral("frmPicker"));
+    other->show();
     host.unloadScanner();
     settle();
     EXPECT_TRUE(scanner.isNull());
     EXPECT_NE(host.mainWindow(), nullptr);
-}
 
-TEST_F(QtHost, MinimisingShrinksTheMainWindow)
-{
-    host.loadMainWindow();
-    host.showMainWindow();
-    host.minimizeMainWindow();
-    EXPECT_TRUE(host.mainWindow()->isMinimized());
+    host.unloadMainWindow();
+    settle();
+    EXPECT_EQ(host.mainWindow(), nullptr);
+    EXPECT_FALSE(other.isNull());
+    delete other.data();
 }
 
 TEST_F(QtHost, CommandsReachTheirRoutesAcrossARestart)
@@ -179,9 +172,8 @@ TEST_F(QtHost, AnErrorThatEscapesARouteIsReportedAndTheWindowStays)
     host.loadMainWindow();
     click(QStringLiteral("cmdIP"));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_EQ(t.prompts.last().request.text, QStringLiteral("Address in use"));
-    EXPECT_EQ(t.prompts.last().request.title, QStringLiteral("arena-steward"));
-    EXPECT_EQ(t.prompts.last().request.icon, Icon::Information);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {QStringLiteral("arena-steward"), Icon::Information, QStringLiteral("Address in use")}));
     EXPECT_NE(host.mainWindow(), nullptr);
 }
 
@@ -234,7 +226,8 @@ TEST(FormServices, PlaceAndKeepForms)
     form.resize(300, 200);
     CenterForm(*t.app, &form);
     const QRect screen = form.screen()->geometry();
-    EXPECT_EQ(form.pos(), QPoint(screen.left() + (screen.width() - 300) / 2, screen.top() + (screen.height() - 200) / 2));
+    EXPECT_EQ(form.pos(),
+              QPoint(screen.left() + (screen.width() - 300) / 2, screen.top() + (screen.height() - 200) / 2));
 
     form.show();
     const QRect before = form.geometry();
@@ -258,11 +251,12 @@ TEST(FormServices, AMissingFormIsReportedInThePlainBoxOfTheRoutine)
     DisableCloseMenu(*t.app, nullptr);
     FormOnTop(*t.app, nullptr, true);
     ASSERT_EQ(t.prompts.shown.size(), 3u);
-    EXPECT_EQ(t.prompts.shown[0].request.title, QStringLiteral("CenterForm"));
-    EXPECT_EQ(t.prompts.shown[1].request.title, QStringLiteral("DisableCloseMenu"));
-    EXPECT_EQ(t.prompts.shown[2].request.title, QStringLiteral("FormOnTop"));
-    EXPECT_TRUE(t.prompts.shown[0].request.text.startsWith(QStringLiteral("Error: 91. ")));
-    EXPECT_EQ(t.prompts.shown[0].request.icon, Icon::None);
+    const char* const routines[] = {"CenterForm", "DisableCloseMenu", "FormOnTop"};
+    for (size_t i = 0; i < 3; ++i) {
+        const MessageBoxRequest& box = t.prompts.shown[i].request;
+        EXPECT_TRUE(box.text.startsWith(QStringLiteral("Error: 91. "))) << box.text.toStdString();
+        EXPECT_TRUE(isBox(box, {QString::fromLatin1(routines[i]), Icon::None, box.text}));
+    }
 }
 
 TEST(FileDialogs, AnOpenedFileLosesOnlyAnExtensionThatTheDialogMadeUp)
