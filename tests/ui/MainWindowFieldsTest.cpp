@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QTabWidget>
 #include <gtest/gtest.h>
+#include <tuple>
 
 using namespace steward;
 
@@ -112,5 +113,40 @@ TEST_F(MainWindowFields, AtItsDesignedSizeEveryPageFitsWithNothingSqueezed)
                     << w->objectName().toStdString() << " runs out of the window";
             }
         }
+    }
+}
+
+// What a user reads before any field: the page captions with the blanks that belong to
+// them, and the buttons under the pages with their access keys and tooltips.
+TEST_F(MainWindowFields, PagesAndButtonsShowTheirCaptions)
+{
+    const std::pair<const char*, QStringList> pages[] = {
+        {"vsMainTab",
+         {QStringLiteral("Server     "), QStringLiteral("Game       "), QStringLiteral("Map        "),
+          QStringLiteral("BOT        "), QStringLiteral("Misc.      "), QStringLiteral("Information")}},
+        {"vsExtraGameFlags",
+         {QStringLiteral("Game"), QStringLiteral("Weapon Flags"), QStringLiteral("Force Flags"),
+          QStringLiteral("DM Flags"), QStringLiteral("Advanced Saber")}},
+    };
+    for (const auto& [name, captions] : pages) {
+        QTabWidget* control = tabs(QString::fromLatin1(name));
+        ASSERT_NE(control, nullptr) << name;
+        QStringList shown;
+        for (int i = 0; i < control->count(); ++i)
+            shown << control->tabText(i);
+        EXPECT_EQ(shown, captions) << name;
+    }
+    const std::tuple<const char*, QString, QString> buttons[] = {
+        {"cmdOk", QStringLiteral("&OK"), {}},
+        {"cmdCancel", QStringLiteral("&Close"), {}},
+        {"cmdDefault", QStringLiteral("&Defaults"), QStringLiteral("Set current settings as default settings")},
+        {"cmdReset", QStringLiteral("&Reset"), QStringLiteral("Reset Arena Steward")},
+        {"cmdTrayIt", QStringLiteral("Send to Tray"), {}},
+    };
+    for (const auto& [name, caption, tooltip] : buttons) {
+        auto* button = window->findChild<QAbstractButton*>(QString::fromLatin1(name));
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_EQ(button->text(), caption) << name;
+        EXPECT_EQ(button->toolTip(), tooltip) << name;
     }
 }
