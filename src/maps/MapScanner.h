@@ -1,8 +1,6 @@
 #pragma once
-// The scan of the game's pk3 archives for maps and level shots, and the menu command
-// that runs the whole chain.
-#include "support/Registry.h"
-
+// The scan of the game's pk3 archives for maps and level shots, in three phases; the
+// Utilities menu's command that runs the whole chain is commands/MapScanCommand.
 #include <QString>
 #include <QStringList>
 
@@ -13,7 +11,8 @@ struct MapScanChain;
 
 /// The files of the game's base folder in name order, without regard to case; a
 /// missing folder is error 76.
-QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName, QString* folderPath = nullptr);
+QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName,
+                            QString* folderPath = nullptr);
 /// Reads every pk3 archive of the base folder (gameFolder + baseName) and writes the
 /// map catalogue catalogueName + ".aml" in the program's folder. False after a
 /// failure, which has been shown to the user.

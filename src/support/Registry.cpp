@@ -10,10 +10,7 @@
 
 namespace steward {
 
-WineEnvironment WineEnvironment::fromProcess()
-{
-    return {qEnvironmentVariable("WINEPREFIX"), QDir::homePath()};
-}
+WineEnvironment WineEnvironment::fromProcess() { return {qEnvironmentVariable("WINEPREFIX"), QDir::homePath()}; }
 
 QStringList WineEnvironment::prefixes() const
 {
@@ -45,14 +42,30 @@ QString unquote(const QString& line, qsizetype& from)
         }
         const QChar e = line.at(from++);
         switch (e.unicode()) {
-        case 'n': out += QLatin1Char('\n'); break;
-        case 'r': out += QLatin1Char('\r'); break;
-        case 't': out += QLatin1Char('\t'); break;
-        case 'a': out += QChar(7); break;
-        case 'b': out += QChar(8); break;
-        case 'e': out += QChar(27); break;
-        case 'f': out += QChar(12); break;
-        case 'v': out += QChar(11); break;
+        case 'n':
+            out += QLatin1Char('\n');
+            break;
+        case 'r':
+            out += QLatin1Char('\r');
+            break;
+        case 't':
+            out += QLatin1Char('\t');
+            break;
+        case 'a':
+            out += QChar(7);
+            break;
+        case 'b':
+            out += QChar(8);
+            break;
+        case 'e':
+            out += QChar(27);
+            break;
+        case 'f':
+            out += QChar(12);
+            break;
+        case 'v':
+            out += QChar(11);
+            break;
         case 'x': {
             int digits = 0;
             uint code = 0;
@@ -237,14 +250,6 @@ int QueryValueEx(const RegistryKey& key, const QString& valueName, QString& valu
     default:
         return reg::UnknownType;
     }
-}
-
-QString QueryValue(RegistryRoot root, const QString& subkey, const QString& valueName, const WineEnvironment& env)
-{
-    const RegistryKey key = RegistryKey::open(root, subkey, env);
-    QString value;
-    QueryValueEx(key, valueName, value);
-    return value;
 }
 
 QString mapWindowsPath(const QString& windowsPath, const QString& prefix)

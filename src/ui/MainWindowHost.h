@@ -31,8 +31,6 @@ public:
 
     /// The main window while it is loaded and not on its way out, else null.
     frmMain* mainWindow() const;
-    /// True while a main window object exists, even one on its way out.
-    bool mainWindowAlive() const { return !m_window.isNull(); }
 
     /// The routes of the main window's events. cmdCancel starts as closeAllForms.
     UiRoutes& routes() { return m_routes; }

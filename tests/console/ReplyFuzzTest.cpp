@@ -1,6 +1,6 @@
 // A generated corpus of mutated replies through every reader: none may crash or hang,
 // and what is read keeps its limits. Runs under AddressSanitizer with
-// scripts/asan-console.sh.
+// scripts/asan.sh.
 #include "console/ColourText.h"
 #include "console/ConsoleProtocol.h"
 

@@ -228,22 +228,6 @@ TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
     EXPECT_FALSE(profile.field(F::cboStartingMap).isVisible());
 }
 
-TEST_F(MapRotationTest, ConfigListsTakeTheCfgFilesOfTheBaseFolder)
-{
-    for (const char* name : {"server.cfg", "b.CFG", "notes.txt", "xcfg"})
-        writeFile(t.baseFolder() + QStringLiteral("/") + QString::fromLatin1(name), "");
-    FillConfigLists(*t.app, profile);
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(profile.field(F::cboConfig(i)).items(),
-                  (QStringList{QStringLiteral("b.CFG"), QStringLiteral("server.cfg"), QStringLiteral("xcfg")}));
-
-    TestApp noGame;
-    noGame.app->gameFolder = noGame.root() + QStringLiteral("/missing");
-    ServerProfile other;
-    FillConfigLists(*noGame.app, other);
-    EXPECT_TRUE(other.field(F::cboConfig(0)).items().isEmpty());
-}
-
 TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
 {
     rows({"a", "b", "c"});
