@@ -4,6 +4,7 @@
 #include "cli/CtlSystem.h"
 #include "commands/OkCommand.h"
 #include "commands/WatchedStart.h"
+#include "model/FieldIndexes.h"
 #include "platform/Clock.h"
 #include "platform/TerminationSignals.h"
 #include "platform/WindowHost.h"
@@ -101,7 +102,7 @@ int ctlStart(CtlSystem& system, const CtlOptions& options)
         return ctl_exit::Refused;
     }
     *system.out << (session.profile().isSet(F::chkRestartServer) ? "Started the watched server of "
-                                                                  : "Started the server of ")
+                                                                 : "Started the server of ")
                 << session.sessionName() << Qt::endl;
     return ctl_exit::Ok;
 }
@@ -141,9 +142,8 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
         QString host;
         QString application;
         lock.getLockInfo(&pid, &host, &application);
-        session.fail(QStringLiteral("The server of %1 is already watched by process %2")
-                         .arg(session.sessionName())
-                         .arg(pid));
+        session.fail(
+            QStringLiteral("The server of %1 is already watched by process %2").arg(session.sessionName()).arg(pid));
         return ctl_exit::Refused;
     }
 
@@ -157,9 +157,9 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
     where.session = session.sessionName();
     where.profile = app.profileName;
     where.host = sessionHost(profile);
-    where.port = profile.text(F::txtServerConfig(12)).trimmed().isEmpty()
+    where.port = profile.text(F::txtServerConfig(ServerBox::Port)).trimmed().isEmpty()
                      ? 28070
-                     : profile.text(F::txtServerConfig(12)).trimmed().toInt();
+                     : profile.text(F::txtServerConfig(ServerBox::Port)).trimmed().toInt();
     ServerWatcher watcher(folder, where, watch, *system.clock);
     ChildLauncher child(watcher);
     StartCounter counter(&child);

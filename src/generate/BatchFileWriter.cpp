@@ -1,6 +1,7 @@
 #include "generate/ExportScripts.h"
 
 #include "support/AppContext.h"
+#include "model/FieldIndexes.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "support/Errors.h"
@@ -8,28 +9,24 @@
 
 namespace steward {
 
-QString shortestNumberText(double value)
-{
-    return QString::number(value, 'g', 15).toUpper();
-}
+QString shortestNumberText(double value) { return QString::number(value, 'g', 15).toUpper(); }
 
 ScriptValues readScriptValues(const ServerProfile& profile)
 {
     constexpr auto cfg = F::txtServerConfig;
     constexpr auto spin = F::txtServerConfigSpin;
     ScriptValues v;
-    v.port = profile.text(cfg(12));
+    v.port = profile.text(cfg(ServerBox::Port));
     if (leadingNumber(v.port) == 0)
         v.port = QStringLiteral("28070");
-    v.zone = shortestNumberText(leadingNumber(profile.text(spin(11))));
-    v.hunk = shortestNumberText(leadingNumber(profile.text(spin(5))));
-    v.sound = shortestNumberText(leadingNumber(profile.text(spin(12))));
-    v.ip = profile.text(cfg(16));
-    v.session = profile.text(cfg(1));
+    v.zone = shortestNumberText(leadingNumber(profile.text(spin(ServerBox::ZoneMegs))));
+    v.hunk = shortestNumberText(leadingNumber(profile.text(spin(ServerBox::HunkMegs))));
+    v.sound = shortestNumberText(leadingNumber(profile.text(spin(ServerBox::SoundMegs))));
+    v.ip = profile.text(cfg(ServerBox::Address));
+    v.session = profile.text(cfg(ServerBox::Session));
     v.merc = profile.isSet(F::chkQuake3Specific(18));
     return v;
 }
-
 
 QString batchFileLine(const QString& executable, const ScriptValues& v, const QString& session)
 {
@@ -41,6 +38,5 @@ QString batchFileLine(const QString& executable, const ScriptValues& v, const QS
         line += QStringLiteral(" +set net_ip ") + v.ip;
     return line + QStringLiteral(" +exec ") + session;
 }
-
 
 } // namespace steward

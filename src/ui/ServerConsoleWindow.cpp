@@ -3,6 +3,7 @@
 #include "commands/ServerControlCommands.h"
 #include "console/ColourText.h"
 #include "console/ConsoleClient.h"
+#include "model/FieldIndexes.h"
 #include "support/AppContext.h"
 #include "model/ServerProfile.h"
 #include "platform/Clock.h"
@@ -63,8 +64,12 @@ QTableWidgetItem* cell(const QString& text, bool rich = false)
 } // namespace
 
 frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_app(app), m_profile(profile), m_client(new ConsoleClient(this)),
-      m_historyFile(CommandHistory::fileIn(app.programFolder)), m_statusTimer(new QTimer(this))
+    : QWidget(parent, Qt::Window),
+      m_app(app),
+      m_profile(profile),
+      m_client(new ConsoleClient(this)),
+      m_historyFile(CommandHistory::fileIn(app.programFolder)),
+      m_statusTimer(new QTimer(this))
 {
     setObjectName(QStringLiteral("frmServerConsole"));
     setWindowTitle(QStringLiteral("Server Console"));
@@ -213,7 +218,8 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
         }
         this->refresh();
     });
-    connect(m_interval, &QSpinBox::valueChanged, this, [this](int seconds) { m_statusTimer->setInterval(seconds * 1000); });
+    connect(m_interval, &QSpinBox::valueChanged, this,
+            [this](int seconds) { m_statusTimer->setInterval(seconds * 1000); });
     connect(m_statusTimer, &QTimer::timeout, this, &frmServerConsole::refresh);
 
     connect(m_client, &ConsoleClient::statusArrived, this, &frmServerConsole::showStatus);
@@ -236,15 +242,15 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
 
 frmServerConsole::~frmServerConsole() { stopTraffic(); }
 
-QString frmServerConsole::host() const { return trimBlanks(m_profile.text(kConfig(16))); }
+QString frmServerConsole::host() const { return trimBlanks(m_profile.text(kConfig(ServerBox::Address))); }
 
 quint16 frmServerConsole::port() const
 {
-    const double port = leadingNumber(m_profile.text(kConfig(12)));
+    const double port = leadingNumber(m_profile.text(kConfig(ServerBox::Port)));
     return port >= 1 && port <= 65535 ? static_cast<quint16>(port) : 28070;
 }
 
-QString frmServerConsole::password() const { return m_profile.text(kConfig(14)); }
+QString frmServerConsole::password() const { return m_profile.text(kConfig(ServerBox::RemotePassword)); }
 
 void frmServerConsole::refresh()
 {
@@ -368,7 +374,8 @@ void frmServerConsole::showAnswerCurrent(bool current)
         m_lastAnswer->clear();
         return;
     }
-    m_lastAnswer->setText(QStringLiteral("Last answer at ") + m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
+    m_lastAnswer->setText(QStringLiteral("Last answer at ") +
+                          m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
     // The name's colours would stay bright on a greyed label.
     m_name->setText(stripColourCodes(m_hostName).toHtmlEscaped());
 }
@@ -428,8 +435,8 @@ void frmServerConsole::closeEvent(QCloseEvent* event)
 
 frmServerConsole* showServerConsole(AppContext& app, ServerProfile& profile, QWidget* mainWindow)
 {
-    frmServerConsole* window = mainWindow ? mainWindow->findChild<frmServerConsole*>(
-                                                QStringLiteral("frmServerConsole"), Qt::FindDirectChildrenOnly)
+    frmServerConsole* window = mainWindow ? mainWindow->findChild<frmServerConsole*>(QStringLiteral("frmServerConsole"),
+                                                                                     Qt::FindDirectChildrenOnly)
                                           : nullptr;
     if (!window)
         window = new frmServerConsole(app, profile, mainWindow);
