@@ -49,15 +49,38 @@ bool unpackRuns(const QByteArray& in, qsizetype from, int bytesPerPixel, qint64 
 QRgb pixelAt(const uchar* p, int depth, bool alpha)
 {
     switch (depth) {
-    case 8: return qRgb(p[0], p[0], p[0]);
+    case 8:
+        return qRgb(p[0], p[0], p[0]);
     case 16: {
         const int v = p[0] | p[1] << 8;
         const int r = (v >> 10) & 0x1f, g = (v >> 5) & 0x1f, b = v & 0x1f;
         return qRgb(r << 3 | r >> 2, g << 3 | g >> 2, b << 3 | b >> 2);
     }
-    case 24: return qRgb(p[2], p[1], p[0]);
-    default: return alpha ? qRgba(p[2], p[1], p[0], p[3]) : qRgb(p[2], p[1], p[0]);
+    case 24:
+        return qRgb(p[2], p[1], p[0]);
+    default:
+        return alpha ? qRgba(p[2], p[1], p[0], p[3]) : qRgb(p[2], p[1], p[0]);
     }
+}
+
+// The picture of unpacked pixel data, rows and columns in the order the descriptor
+// gives; a null image when there is no memory for it.
+QImage pictureOf(const uchar* data, int width, int height, int depth, int descriptor)
+{
+    const int bytesPerPixel = depth / 8;
+    const bool alpha = depth == 32 && (descriptor & 0x0f) != 0;
+    QImage image(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    const bool topDown = descriptor & 0x20;
+    const bool rightToLeft = descriptor & 0x10;
+    for (int row = 0; row < height; ++row) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
+        const uchar* from = data + static_cast<qsizetype>(row) * width * bytesPerPixel;
+        for (int x = 0; x < width; ++x, from += bytesPerPixel)
+            line[rightToLeft ? width - 1 - x : x] = pixelAt(from, depth, alpha);
+    }
+    return image;
 }
 
 } // namespace
@@ -96,8 +119,8 @@ QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
     const qsizetype start =
         kHeader + idLength + (mapType ? static_cast<qsizetype>(mapLength) * ((mapEntryBits + 7) / 8) : 0);
     // The data must be able to fill the picture before memory is taken for it.
-    const qint64 leastData = runs ? (pixels + kLongestRun - 1) / kLongestRun * (1 + bytesPerPixel)
-                                  : pixels * bytesPerPixel;
+    const qint64 leastData =
+        runs ? (pixels + kLongestRun - 1) / kLongestRun * (1 + bytesPerPixel) : pixels * bytesPerPixel;
     if (start > bytes.size() || bytes.size() - start < leastData)
         return {};
 
@@ -111,18 +134,9 @@ QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
         data = reinterpret_cast<const uchar*>(bytes.constData()) + start;
     }
 
-    const bool alpha = depth == 32 && (descriptor & 0x0f) != 0;
-    QImage image(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    QImage image = pictureOf(data, width, height, depth, descriptor);
     if (image.isNull())
         return {};
-    const bool topDown = descriptor & 0x20;
-    const bool rightToLeft = descriptor & 0x10;
-    for (int row = 0; row < height; ++row) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
-        const uchar* from = data + static_cast<qsizetype>(row) * width * bytesPerPixel;
-        for (int x = 0; x < width; ++x, from += bytesPerPixel)
-            line[rightToLeft ? width - 1 - x : x] = pixelAt(from, depth, alpha);
-    }
     why = TgaFault::None;
     return image;
 }
