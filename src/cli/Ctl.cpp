@@ -1,6 +1,8 @@
 #include "cli/Ctl.h"
 
-#include "cli/CtlCommands.h"
+#include "cli/CtlStart.h"
+#include "cli/CtlStatus.h"
+#include "cli/CtlUnit.h"
 #include "cli/CtlSystem.h"
 #include "settings/Profiles.h"
 

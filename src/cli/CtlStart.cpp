@@ -1,5 +1,6 @@
 // start and run: what OK does, without a window and without a question.
-#include "cli/CtlCommands.h"
+#include "cli/CtlStart.h"
+
 #include "cli/CtlSession.h"
 #include "cli/CtlSystem.h"
 #include "commands/OkCommand.h"

@@ -1,5 +1,6 @@
 // status and stop: the server that the program started, found through its state file.
-#include "cli/CtlCommands.h"
+#include "cli/CtlStatus.h"
+
 #include "cli/CtlSession.h"
 #include "cli/CtlSystem.h"
 #include "console/ConsoleClient.h"

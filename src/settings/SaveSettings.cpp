@@ -128,7 +128,7 @@ void askSetAsDefault(AppContext& app, ServerProfile& profile, bool clearOnNo)
     const Answer answer = app.prompts().message(QStringLiteral("Configuration has changed, set as default?") + kTail,
                                                 kProductTitle, Icon::Question, Buttons::YesNo);
     if (answer == Answer::Yes)
-        cmdDefault_Click(app, profile);
+        saveAsDefaults(app, profile);
     if (clearOnNo)
         profile.setConfigurationChanged(false);
 }
@@ -147,7 +147,7 @@ void SaveMainSettings(AppContext& app, ServerProfile& profile)
     }
 }
 
-void cmdDefault_Click(AppContext& app, ServerProfile& profile)
+void saveAsDefaults(AppContext& app, ServerProfile& profile)
 {
     SaveMainSettings(app, profile);
     app.prompts().message(QStringLiteral("Settings have been saved") + kTail, kProductTitle, Icon::Information);
