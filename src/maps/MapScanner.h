@@ -1,6 +1,9 @@
 #pragma once
-// The scan of the game's pk3 archives for maps and level shots, in three phases; the
-// Utilities menu's command that runs the whole chain is commands/MapScanCommand.
+// The scan of the game's pk3 archives for maps and level shots, in three phases (the
+// last two in LevelShots.h); the Utilities menu's command that runs the whole chain is
+// commands/MapScanCommand.
+#include "maps/LevelShots.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -19,17 +22,6 @@ QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QStr
 /// With a chain, the archives are kept for the later phases.
 bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder,
                  MapScanChain* chain = nullptr);
-/// Copies the level shots of every archive into the program's levelshots folder.
-/// Stays true after a failure, which goes to the log. With a chain, the tga level shots
-/// are converted in memory instead of being written, and ConvertTgaToBmp with the same
-/// chain must follow.
-bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gameFolder,
-                       MapScanChain* chain = nullptr);
-/// Converts the extracted tga level shots to bmp and deletes the tga files. Stays
-/// true after a failure, which goes to the log.
-/// With a chain, the pictures converted in memory are waited for and reported first.
-bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain = nullptr);
-
 /// The game folder as the scan command takes it: one trailing NUL or folder
 /// separator cut off.
 QString cutFolderEnd(QString folder);
