@@ -1,10 +1,9 @@
 #pragma once
-// The subcommands of arena-stewardctl. Each returns the program's exit code.
+// What the subcommands of arena-stewardctl share: their options and the program's exit
+// codes. The subcommands are in CtlStart.h, CtlStatus.h and CtlUnit.h.
 #include <QString>
 
 namespace steward {
-
-struct CtlSystem;
 
 /// The exit codes.
 namespace ctl_exit {
@@ -29,11 +28,5 @@ struct CtlOptions {
     int restartDelayMs = 5000;
     int timeoutMs = 1000;
 };
-
-int ctlStart(CtlSystem& system, const CtlOptions& options);
-int ctlRun(CtlSystem& system, const CtlOptions& options);
-int ctlStatus(CtlSystem& system, const CtlOptions& options);
-int ctlStop(CtlSystem& system, const CtlOptions& options);
-int ctlUnit(CtlSystem& system, const CtlOptions& options);
 
 } // namespace steward

@@ -1,9 +1,11 @@
 // start and run: what OK does, without a window and without a question.
-#include "cli/CtlCommands.h"
+#include "cli/CtlStart.h"
+
 #include "cli/CtlSession.h"
 #include "cli/CtlSystem.h"
 #include "commands/OkCommand.h"
 #include "commands/WatchedStart.h"
+#include "model/FieldIndexes.h"
 #include "platform/Clock.h"
 #include "platform/TerminationSignals.h"
 #include "platform/WindowHost.h"
@@ -87,6 +89,54 @@ bool runOk(CtlSession& session, StartCounter& counter)
     return !session.prompts().refused() && counter.starts > before;
 }
 
+// How the watcher restarts a crashed server: the profile's limits, or a refusal.
+bool watchOptions(CtlSession& session, const CtlOptions& options, ServerWatcher::Options* watch)
+{
+    const ServerProfile& profile = session.profile();
+    watch->restartOnCrash = profile.isSet(F::chkRestartServer);
+    if (watch->restartOnCrash) {
+        QString problem;
+        const auto limits = restartSettings(profile, &problem);
+        if (!limits) {
+            session.fail(problem);
+            return false;
+        }
+        watch->restartLimit = limits->limit;
+        watch->windowMinutes = limits->windowMinutes;
+    }
+    watch->restartDelayMs = options.restartDelayMs;
+    return true;
+}
+
+// One watcher for a server: false, said, when another process holds the lock.
+bool lockWatch(CtlSession& session, QLockFile& lock)
+{
+    lock.setStaleLockTime(0);
+    if (lock.tryLock(0))
+        return true;
+    qint64 pid = 0;
+    QString host;
+    QString application;
+    lock.getLockInfo(&pid, &host, &application);
+    session.fail(
+        QStringLiteral("The server of %1 is already watched by process %2").arg(session.sessionName()).arg(pid));
+    return false;
+}
+
+// What state.json first says of the watched server.
+WatchState watchStateOf(CtlSession& session)
+{
+    const ServerProfile& profile = session.profile();
+    WatchState where;
+    where.session = session.sessionName();
+    where.profile = session.app().profileName;
+    where.host = sessionHost(profile);
+    where.port = profile.text(F::txtServerConfig(ServerBox::Port)).trimmed().isEmpty()
+                     ? 28070
+                     : profile.text(F::txtServerConfig(ServerBox::Port)).trimmed().toInt();
+    return where;
+}
+
 } // namespace
 
 int ctlStart(CtlSystem& system, const CtlOptions& options)
@@ -101,7 +151,7 @@ int ctlStart(CtlSystem& system, const CtlOptions& options)
         return ctl_exit::Refused;
     }
     *system.out << (session.profile().isSet(F::chkRestartServer) ? "Started the watched server of "
-                                                                  : "Started the server of ")
+                                                                 : "Started the server of ")
                 << session.sessionName() << Qt::endl;
     return ctl_exit::Ok;
 }
@@ -115,19 +165,8 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
     AppContext& app = session.app();
 
     ServerWatcher::Options watch;
-    watch.restartOnCrash = profile.isSet(F::chkRestartServer);
-    if (watch.restartOnCrash) {
-        QString problem;
-        const auto limits = restartSettings(profile, &problem);
-        if (!limits) {
-            session.fail(problem);
-            return ctl_exit::Refused;
-        }
-        watch.restartLimit = limits->limit;
-        watch.windowMinutes = limits->windowMinutes;
-    }
-    watch.restartDelayMs = options.restartDelayMs;
-
+    if (!watchOptions(session, options, &watch))
+        return ctl_exit::Refused;
     const ServerFolder folder = session.folder();
     QString reason;
     if (!folder.make(&reason)) {
@@ -135,17 +174,8 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
         return ctl_exit::Refused;
     }
     QLockFile lock(folder.lockFile());
-    lock.setStaleLockTime(0);
-    if (!lock.tryLock(0)) {
-        qint64 pid = 0;
-        QString host;
-        QString application;
-        lock.getLockInfo(&pid, &host, &application);
-        session.fail(QStringLiteral("The server of %1 is already watched by process %2")
-                         .arg(session.sessionName())
-                         .arg(pid));
+    if (!lockWatch(session, lock))
         return ctl_exit::Refused;
-    }
 
     // The watcher starts the server itself, and sends the timed messages unless the
     // window that started it sends them.
@@ -153,14 +183,7 @@ int ctlRun(CtlSystem& system, const CtlOptions& options)
     if (options.noMessages)
         profile.setValue(F::chkSendMessage, 0);
 
-    WatchState where;
-    where.session = session.sessionName();
-    where.profile = app.profileName;
-    where.host = sessionHost(profile);
-    where.port = profile.text(F::txtServerConfig(12)).trimmed().isEmpty()
-                     ? 28070
-                     : profile.text(F::txtServerConfig(12)).trimmed().toInt();
-    ServerWatcher watcher(folder, where, watch, *system.clock);
+    ServerWatcher watcher(folder, watchStateOf(session), watch, *system.clock);
     ChildLauncher child(watcher);
     StartCounter counter(&child);
     app.services.launcher = &counter;

@@ -1,8 +1,10 @@
 // status and stop: the server that the program started, found through its state file.
-#include "cli/CtlCommands.h"
+#include "cli/CtlStatus.h"
+
 #include "cli/CtlSession.h"
 #include "cli/CtlSystem.h"
 #include "console/ConsoleClient.h"
+#include "model/FieldIndexes.h"
 #include "platform/ProcessIdentity.h"
 #include "settings/Profiles.h"
 #include "watch/ServerControl.h"
@@ -46,7 +48,8 @@ std::optional<ServerStatus> askStatus(const QString& host, int port, int timeout
     client.requestStatus(target, static_cast<quint16>(port));
     QTimer again;
     again.setInterval(200);
-    QObject::connect(&again, &QTimer::timeout, &loop, [&] { client.requestStatus(target, static_cast<quint16>(port)); });
+    QObject::connect(&again, &QTimer::timeout, &loop,
+                     [&] { client.requestStatus(target, static_cast<quint16>(port)); });
     again.start();
     loop.exec();
     return answer;
@@ -82,9 +85,8 @@ QJsonObject answerJson(const ServerStatus& status)
 {
     QJsonArray players;
     for (const PlayerStatus& p : status.players)
-        players.append(QJsonObject{{QStringLiteral("name"), p.name},
-                                   {QStringLiteral("score"), p.score},
-                                   {QStringLiteral("ping"), p.ping}});
+        players.append(QJsonObject{
+            {QStringLiteral("name"), p.name}, {QStringLiteral("score"), p.score}, {QStringLiteral("ping"), p.ping}});
     return {{QStringLiteral("hostName"), status.hostName()},
             {QStringLiteral("map"), status.mapName()},
             {QStringLiteral("players"), players}};
@@ -101,7 +103,7 @@ int listProfiles(CtlSystem& system, const CtlOptions& options, const QStringList
         CtlSession session(system, name, {});
         if (!session.load())
             continue;
-        const QString portText = session.profile().text(F::txtServerConfig(12)).trimmed();
+        const QString portText = session.profile().text(F::txtServerConfig(ServerBox::Port)).trimmed();
         const int port = portText.isEmpty() ? 28070 : portText.toInt();
         const std::optional<WatchState> state = readWatchState(session.folder().stateFile());
         const ServerCondition condition = state ? serverCondition(*state) : ServerCondition::NotRunning;
@@ -154,8 +156,8 @@ int ctlStatus(CtlSystem& system, const CtlOptions& options)
         }
         if (condition == ServerCondition::Running) {
             if (answer)
-                out << "Answer: " << answer->hostName() << " · " << answer->mapName() << " · "
-                    << answer->players.size() << (answer->players.size() == 1 ? " player" : " players") << Qt::endl;
+                out << "Answer: " << answer->hostName() << " · " << answer->mapName() << " · " << answer->players.size()
+                    << (answer->players.size() == 1 ? " player" : " players") << Qt::endl;
             else
                 out << "Answer: none on port " << state->port << Qt::endl;
         }

@@ -1,5 +1,6 @@
 // unit: the systemd user service, printed or installed.
-#include "cli/CtlCommands.h"
+#include "cli/CtlUnit.h"
+
 #include "cli/CtlSystem.h"
 #include "cli/ServiceUnit.h"
 #include "platform/System.h"
@@ -33,12 +34,11 @@ int ctlUnit(CtlSystem& system, const CtlOptions& options)
     const QString path = QDir(system.unitFolder).filePath(facts.profileTemplate ? kProfileUnitName : kServiceUnitName);
     QString reason;
     if (!QDir().mkpath(system.unitFolder) || !writePrivateFile(path, text.toUtf8(), &reason)) {
-        *system.err << "Could not write " << path << (reason.isEmpty() ? QString() : QStringLiteral(" (") + reason + QLatin1Char(')'))
-                    << Qt::endl;
+        *system.err << "Could not write " << path
+                    << (reason.isEmpty() ? QString() : QStringLiteral(" (") + reason + QLatin1Char(')')) << Qt::endl;
         return ctl_exit::Refused;
     }
-    *system.out << "Wrote " << path << Qt::endl
-                << "Start it now and at every boot with:" << Qt::endl;
+    *system.out << "Wrote " << path << Qt::endl << "Start it now and at every boot with:" << Qt::endl;
     for (const QString& line : enableLines(system.names ? system.names->userName() : QString(), options.profile))
         *system.out << "  " << line << Qt::endl;
     return ctl_exit::Ok;

@@ -1,5 +1,6 @@
 #include "commands/AddressCommand.h"
 
+#include "model/FieldIndexes.h"
 #include "model/ServerProfile.h"
 #include "platform/Prompts.h"
 #include "support/AppContext.h"
@@ -12,7 +13,7 @@ namespace steward {
 
 Field& cmdIP_Click(AppContext& app, ServerProfile& profile, AddressLookup& lookup)
 {
-    Field& address = profile.field(F::txtServerConfig(16));
+    Field& address = profile.field(F::txtServerConfig(ServerBox::Address));
     try {
         CCursor cursor(app.prompts());
         cursor.SetCursor(pointer::Hourglass);

@@ -2,6 +2,7 @@
 
 #include "commands/Startup.h"
 #include "settings/ConfigurationFile.h"
+#include "settings/SaveSettings.h"
 
 namespace steward {
 
@@ -18,5 +19,7 @@ StartupOutcome cmdReset_Click(AppContext& app, WindowHost& windows)
         return StartupOutcome::MainWindowOpen;
     return RestartProgram(app, windows);
 }
+
+void cmdDefault_Click(AppContext& app, ServerProfile& profile) { saveAsDefaults(app, profile); }
 
 } // namespace steward

@@ -3,6 +3,7 @@
 #include "commands/CreateJediConfiguration.h"
 #include "generate/ServerConfigWriter.h"
 #include "commands/SessionName.h"
+#include "model/FieldIndexes.h"
 #include "model/ServerProfile.h"
 #include "support/ErrorReporter.h"
 #include "support/Errors.h"
@@ -48,7 +49,7 @@ bool mapsReady(AppContext& app, ServerProfile& profile, bool& useSavedCycle)
 void mnuExportServer_Click(AppContext& app, ServerProfile& profile)
 {
     try {
-        QString name = profile.text(F::txtServerConfig(1));
+        QString name = profile.text(F::txtServerConfig(ServerBox::Session));
         if (name.isEmpty()) {
             warn(app, QStringLiteral("A Session name is required"));
             showPage(profile, 0);

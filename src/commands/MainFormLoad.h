@@ -32,9 +32,4 @@ inline const QString kHelpFileName = QStringLiteral("arena-steward-guide.html");
 /// is reported with the load's tag and ends the load. The loading flag is always cleared.
 void MainFormLoad(AppContext& app, ServerProfile& profile, FormLoadHost& host);
 
-/// The files of the base folder whose lower-cased names end in "cfg", under their own
-/// spelling, in the order of the folder listing (by name, case ignored). A missing
-/// folder gives none.
-QStringList baseFolderConfigs(const AppContext& app);
-
 } // namespace steward

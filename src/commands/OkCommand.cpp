@@ -4,6 +4,7 @@
 #include "generate/ServerConfigWriter.h"
 #include "commands/SessionName.h"
 #include "commands/WatchedStart.h"
+#include "model/FieldIndexes.h"
 #include "platform/Prompts.h"
 #include "settings/SaveSettings.h"
 #include "support/AppContext.h"
@@ -63,7 +64,7 @@ void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
         if (!mapsReady(app, profile, useSavedCycle))
             return;
 
-        QString name = profile.text(F::txtServerConfig(1));
+        QString name = profile.text(F::txtServerConfig(ServerBox::Session));
         if (name.isEmpty()) {
             warn(app, QStringLiteral("A Session name is required"));
             return;
@@ -75,7 +76,7 @@ void cmdOk_Click(AppContext& app, ServerProfile& profile, WindowHost& windows)
         askSaveChangedConfiguration_Ok(app, profile);
 
         if (profile.value(F::chkSendMessage) == 1 &&
-            profile.text(F::txtServerConfig(14)).isEmpty()) {
+            profile.text(F::txtServerConfig(ServerBox::RemotePassword)).isEmpty()) {
             warn(app, QStringLiteral("An rcon password is required to enable server messaging"));
             return;
         }

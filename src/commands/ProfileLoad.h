@@ -2,6 +2,7 @@
 // The steps of the main window's load that fill the profile, shared by the window and
 // by the program without one.
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -21,6 +22,10 @@ bool runLoadSteps(AppContext& app, ServerProfile& profile, const std::vector<std
 
 /// Every config file of the base folder into each of the four config lists.
 void fillConfigLists(AppContext& app, ServerProfile& profile);
+/// The files of the base folder whose lower-cased names end in "cfg", under their own
+/// spelling, in the order of the folder listing (by name, case ignored). A missing
+/// folder gives none.
+QStringList baseFolderConfigs(const AppContext& app);
 /// The stock starting maps into their list, which opens on its entry 1.
 void fillStockStartingMaps(ServerProfile& profile);
 

@@ -3,6 +3,7 @@
 #include "commands/SessionName.h"
 #include "commands/WatchedStart.h"
 #include "model/Constants.h"
+#include "model/FieldIndexes.h"
 #include "model/ServerProfile.h"
 #include "platform/Clock.h"
 #include "platform/Prompts.h"
@@ -21,7 +22,10 @@ bool confirmed(AppContext& app, const QString& question)
     return app.prompts().message(question + kTail, kProductTitle, Icon::Question, Buttons::YesNo, 1) == Answer::Yes;
 }
 
-void inform(AppContext& app, const QString& text) { app.prompts().message(text + kTail, kProductTitle, Icon::Information); }
+void inform(AppContext& app, const QString& text)
+{
+    app.prompts().message(text + kTail, kProductTitle, Icon::Information);
+}
 
 /// Starts a server that has no watcher again as it was started, and records it.
 bool startAgain(AppContext& app, WatchState state, const QString& stateFile)
@@ -43,7 +47,7 @@ bool startAgain(AppContext& app, WatchState state, const QString& stateFile)
 
 QString sessionFileName(const ServerProfile& profile)
 {
-    return sessionNameAsWritten(completeSessionName(profile.text(F::txtServerConfig(1))));
+    return sessionNameAsWritten(completeSessionName(profile.text(F::txtServerConfig(ServerBox::Session))));
 }
 
 ServerFolder serverFolderOf(const AppContext& app, const ServerProfile& profile)

@@ -19,8 +19,6 @@ public:
     /// Runs the routine of the chosen tool id; false when none ran.
     bool SSActiveToolBars1_ToolClick(const QString& id) const;
 
-    bool handles(const QString& id) const { return m_routines.contains(id); }
-
 private:
     QStringList m_order;
     QHash<QString, std::function<void()>> m_routines;

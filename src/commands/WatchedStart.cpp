@@ -4,6 +4,7 @@
 #include "bots/BotRosterFile.h"
 #include "commands/SessionName.h"
 #include "generate/ServerConfigWriter.h"
+#include "model/FieldIndexes.h"
 #include "model/ServerProfile.h"
 #include "platform/Clock.h"
 #include "settings/ConfigurationFile.h"
@@ -72,7 +73,7 @@ std::optional<QString> portTakenBy(const AppContext& app, int port)
 
 bool portFree(AppContext& app, const ServerProfile& profile)
 {
-    const QString text = trimBlanks(profile.text(F::txtServerConfig(12)));
+    const QString text = trimBlanks(profile.text(F::txtServerConfig(ServerBox::Port)));
     const int port = text.isEmpty() ? 28070 : text.toInt();
     const auto holder = portTakenBy(app, port);
     if (!holder)
@@ -121,7 +122,10 @@ QList<QPair<QString, QString>> profileSettings(AppContext& app, ServerProfile& p
     return memory.GetAllSettings();
 }
 
-QString sessionHost(const ServerProfile& profile) { return trimBlanks(profile.text(F::txtServerConfig(16))); }
+QString sessionHost(const ServerProfile& profile)
+{
+    return trimBlanks(profile.text(F::txtServerConfig(ServerBox::Address)));
+}
 
 void writeStartedSettings(AppContext& app, ServerProfile& profile, const ServerFolder& folder)
 {
@@ -148,7 +152,8 @@ void startWatcher(AppContext& app, ServerProfile& profile, const SessionValues& 
 
     QString reason;
     if (!app.services.launcher || !app.services.launcher->startDetached(watcher, &reason))
-        raiseError(err::FileNotFound, QStringLiteral("Could not start the watcher %1 (%2)").arg(watcher.program, reason));
+        raiseError(err::FileNotFound,
+                   QStringLiteral("Could not start the watcher %1 (%2)").arg(watcher.program, reason));
 }
 
 void recordDetachedStart(AppContext& app, ServerProfile& profile, const SessionValues& session,

@@ -2,6 +2,7 @@
 
 #include "generate/BotSkills.h"
 #include "model/Constants.h"
+#include "model/FieldIndexes.h"
 #include "model/ServerProfile.h"
 #include "support/Strings.h"
 
@@ -52,7 +53,7 @@ QStringList behaviour(const ServerProfile& profile)
 
 void automaticBots(const ServerProfile& profile, BotConfig& config)
 {
-    const QString players = profile.text(F::txtServerConfigSpin(6));
+    const QString players = profile.text(F::txtServerConfigSpin(ServerBox::MinClients));
     if (leadingNumber(players) == 0) {
         config.notice = BotConfigNotice::NoPlayerCount;
         config.use = false;
@@ -115,11 +116,15 @@ QString botConfigNoticeText(BotConfigNotice notice)
     case BotConfigNotice::NoPlayerCount:
         return QStringLiteral("You have selected to enable BOT's but you have not specified how many, however,") +
                kTail + kCrLf +
-               QStringLiteral("this does allows admins to manually add bots, e.g., /rcon addbot Desann red 4 25 Gnubee.") +
+               QStringLiteral(
+                   "this does allows admins to manually add bots, e.g., /rcon addbot Desann red 4 25 Gnubee.") +
                kTail;
-    case BotConfigNotice::NoSkillLevel: return QStringLiteral("Please select a BOT level") + kTail;
-    case BotConfigNotice::NoRosterBots: return QStringLiteral("No custom BOT's have been added") + kTail;
-    case BotConfigNotice::None: break;
+    case BotConfigNotice::NoSkillLevel:
+        return QStringLiteral("Please select a BOT level") + kTail;
+    case BotConfigNotice::NoRosterBots:
+        return QStringLiteral("No custom BOT's have been added") + kTail;
+    case BotConfigNotice::None:
+        break;
     }
     return {};
 }

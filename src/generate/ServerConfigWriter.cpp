@@ -1,6 +1,7 @@
 #include "generate/ServerConfigWriter.h"
 
 #include "model/Constants.h"
+#include "model/FieldIndexes.h"
 #include "model/ServerProfile.h"
 #include "platform/Clock.h"
 #include "support/Strings.h"
@@ -23,8 +24,7 @@ class SessionFile {
 public:
     SessionFile(const ServerProfile& profile, const SessionFacts& facts, SessionValues& session, LineSink& out)
         : m_profile(profile), m_facts(facts), m_session(session), m_out(out)
-    {
-    }
+    {}
 
     /// From the heading to the cycle's exec line.
     void opening()
@@ -92,8 +92,8 @@ private:
             const QString value = text(name(i));
             const QString key = tag(name(i));
             switch (i) {
-            case 0:  // message of the day
-            case 2:  // host name: written even when empty
+            case 0: // message of the day
+            case 2: // host name: written even when empty
                 seta(key, value);
                 break;
             case 12: // port and address go on the command line, so here only as a note
@@ -159,9 +159,9 @@ private:
             const char* fallback;
         };
         static const Value values[] = {
-            {F::txtSpeed(1), "800"},       {F::txtSpeed(0), "280"},      {F::txtSpeed(2), "180"},
-            {F::txtSpeed(3), nullptr},     {F::txtMaxForceRank, "0"},    {F::txtForceReGen(0), "200"},
-            {F::txtMapTimeOut, "300"},     {F::txtMaxHolocronCarry, "3"}, {F::txtWeapRespawn, "5"},
+            {F::txtSpeed(1), "800"},   {F::txtSpeed(0), "280"},       {F::txtSpeed(2), "180"},
+            {F::txtSpeed(3), nullptr}, {F::txtMaxForceRank, "0"},     {F::txtForceReGen(0), "200"},
+            {F::txtMapTimeOut, "300"}, {F::txtMaxHolocronCarry, "3"}, {F::txtWeapRespawn, "5"},
         };
         for (const Value& v : values) {
             const QString value = text(v.field);
@@ -303,16 +303,15 @@ bool mercSelected(const ServerProfile& profile)
 void readLaunchValues(const ServerProfile& profile, SessionValues& session)
 {
     constexpr auto spin = F::txtServerConfigSpin;
-    session.zone = toInt16(leadingNumber(profile.text(spin(11))));
-    session.hunk = toInt16(leadingNumber(profile.text(spin(5))));
-    session.sound = toInt16(leadingNumber(profile.text(spin(12))));
-    session.ip = profile.text(F::txtServerConfig(16));
-    const QString port = trimBlanks(profile.text(F::txtServerConfig(12)));
+    session.zone = toInt16(leadingNumber(profile.text(spin(ServerBox::ZoneMegs))));
+    session.hunk = toInt16(leadingNumber(profile.text(spin(ServerBox::HunkMegs))));
+    session.sound = toInt16(leadingNumber(profile.text(spin(ServerBox::SoundMegs))));
+    session.ip = profile.text(F::txtServerConfig(ServerBox::Address));
+    const QString port = trimBlanks(profile.text(F::txtServerConfig(ServerBox::Port)));
     session.port = port.isEmpty() ? kDefaultPort : textToInt32(port);
 }
 
-void writeSessionOpening(const ServerProfile& profile, const SessionFacts& facts, SessionValues& session,
-                         LineSink& out)
+void writeSessionOpening(const ServerProfile& profile, const SessionFacts& facts, SessionValues& session, LineSink& out)
 {
     SessionFile(profile, facts, session, out).opening();
 }
@@ -340,8 +339,7 @@ bool sessionWantsBots(const ServerProfile& profile)
 bool botsMeetAPassword(const ServerProfile& profile)
 {
     // The password isn't trimmed here: blanks alone still refuse.
-    return profile.value(F::chkBOTs(0)) == 1 &&
-           !profile.text(F::txtServerConfig(15)).isEmpty();
+    return profile.value(F::chkBOTs(0)) == 1 && !profile.text(F::txtServerConfig(ServerBox::ServerPassword)).isEmpty();
 }
 
 } // namespace steward

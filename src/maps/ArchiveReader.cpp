@@ -1,20 +1,18 @@
 #include "maps/ArchiveReader.h"
 
 #include "maps/ArchiveFile.h"
+#include "maps/SafeExtract.h"
 #include "maps/ZipLayout.h"
 
-#include "support/AppContext.h"
 #include "support/Errors.h"
 
 #include <QDir>
+#include <QFile>
 #include <QHash>
 #include <QFileInfo>
-#include <QCoreApplication>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -66,9 +64,139 @@ QString normalised(QString path)
     return path;
 }
 
-bool isInside(const QString& canonicalPath, const QString& canonicalRoot)
+// The folder names of an archive repeat from entry to entry; each is kept once.
+QString sharedFolder(QHash<QString, QString>& folders, const QString& folder)
 {
-    return canonicalPath == canonicalRoot || canonicalPath.startsWith(canonicalRoot + QLatin1Char('/'));
+    const auto known = folders.constFind(folder);
+    return known != folders.constEnd() ? *known : *folders.insert(folder, folder);
+}
+
+// A link and the read-only mark, from the entry's external attributes.
+void readAttributes(zip_t* zip, zip_uint64_t index, ArchiveEntry& e)
+{
+    zip_uint8_t system = 0;
+    zip_uint32_t attributes = 0;
+    if (zip_file_get_external_attributes(zip, index, 0, &system, &attributes) != 0)
+        return;
+    const zip_uint32_t mode = attributes >> 16;
+    if (system == ZIP_OPSYS_UNIX && mode != 0) {
+        const zip_uint32_t type = mode & S_IFMT;
+        e.isLink = type != 0 && type != S_IFREG && type != S_IFDIR;
+        e.readOnly = !(mode & S_IWUSR);
+    } else {
+        e.readOnly = (attributes & 0x01) != 0; // the DOS read-only bit
+    }
+}
+
+// The entry at index as the library describes it; false when it can't.
+bool describeEntry(zip_t* zip, zip_uint64_t index, QHash<QString, QString>& folders, ArchiveEntry& e)
+{
+    zip_stat_t st;
+    zip_stat_init(&st);
+    if (zip_stat_index(zip, index, 0, &st) != 0 || !(st.valid & ZIP_STAT_NAME))
+        return false;
+    e.path = normalised(QString::fromUtf8(st.name));
+    e.size = (st.valid & ZIP_STAT_SIZE) ? st.size : 0;
+    e.compressedSize = (st.valid & ZIP_STAT_COMP_SIZE) ? st.comp_size : 0;
+    e.crc = (st.valid & ZIP_STAT_CRC) ? st.crc : 0;
+    e.method = (st.valid & ZIP_STAT_COMP_METHOD) ? st.comp_method : -1;
+    e.encrypted = !(st.valid & ZIP_STAT_ENCRYPTION_METHOD) || st.encryption_method != ZIP_EM_NONE;
+    e.isFolder = e.path.endsWith(QLatin1Char('/'));
+    QString bare = e.path;
+    while (bare.endsWith(QLatin1Char('/')))
+        bare.chop(1);
+    if (e.isFolder) {
+        e.folder = sharedFolder(folders, bare);
+    } else {
+        const auto slash = bare.lastIndexOf(QLatin1Char('/'));
+        e.folder = slash < 0 ? QString() : sharedFolder(folders, bare.left(slash));
+        e.name = slash < 0 ? bare : bare.mid(slash + 1);
+    }
+    readAttributes(zip, index, e);
+    return true;
+}
+
+// Where an entry's packed data lies in the archive file.
+struct PackedSpan {
+    qint64 start;
+    qint64 size;
+};
+
+// Counts and checksums the unpacked data of an entry; data past what the entry claims
+// is refused.
+struct Tally {
+    quint64 claimed;
+    qint64 total = 0;
+    uLong sum = crc32(0L, Z_NULL, 0);
+
+    bool take(const char* chunk, qint64 size)
+    {
+        total += size;
+        if (total > static_cast<qint64>(claimed))
+            return false;
+        sum = crc32(sum, reinterpret_cast<const Bytef*>(chunk), static_cast<uInt>(size));
+        return true;
+    }
+};
+
+// How a pass over the packed data ended: all of it went to the sink, the sink refused a
+// chunk, or the data or the file let the pass down.
+enum class Step { Whole, Refused, Unsure };
+
+using Sink = std::function<bool(const char*, qint64)>;
+
+Step copyStored(ArchiveFile& file, const PackedSpan& span, QByteArray& in, Tally& tally, const Sink& sink)
+{
+    for (qint64 done = 0; done < span.size;) {
+        const qint64 size = std::min<qint64>(in.size(), span.size - done);
+        if (!file.readAt(span.start + done, in.data(), size) || !tally.take(in.constData(), size))
+            return Step::Unsure;
+        if (!sink(in.constData(), size))
+            return Step::Refused;
+        done += size;
+    }
+    return Step::Whole;
+}
+
+Step inflatePacked(ArchiveFile& file, const PackedSpan& span, QByteArray& in, Tally& tally, const Sink& sink)
+{
+    z_stream stream{};
+    if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
+        return Step::Unsure;
+    struct End {
+        z_stream& s;
+        ~End() { inflateEnd(&s); }
+    } end{stream};
+    QByteArray out(kChunk, Qt::Uninitialized);
+    qint64 done = 0;
+    int result = Z_OK;
+    while (result != Z_STREAM_END) {
+        if (stream.avail_in == 0) {
+            if (done == span.size)
+                return Step::Unsure; // the data ends before the stream
+            const qint64 size = std::min<qint64>(in.size(), span.size - done);
+            if (!file.readAt(span.start + done, in.data(), size))
+                return Step::Unsure;
+            done += size;
+            stream.next_in = reinterpret_cast<Bytef*>(in.data());
+            stream.avail_in = static_cast<uInt>(size);
+        }
+        stream.next_out = reinterpret_cast<Bytef*>(out.data());
+        stream.avail_out = static_cast<uInt>(out.size());
+        result = inflate(&stream, Z_NO_FLUSH);
+        if (result != Z_OK && result != Z_STREAM_END)
+            return Step::Unsure;
+        const qint64 size = out.size() - stream.avail_out;
+        if (size > 0) {
+            if (!tally.take(out.constData(), size))
+                return Step::Unsure;
+            if (!sink(out.constData(), size))
+                return Step::Refused;
+        }
+    }
+    if (stream.avail_in != 0 || done != span.size)
+        return Step::Unsure; // packed data left over
+    return Step::Whole;
 }
 
 } // namespace
@@ -189,48 +317,11 @@ void ArchiveReader::open(const QString& archivePath)
     m_entries.reserve(static_cast<size_t>(count));
     QHash<QString, QString> folders;
     for (zip_int64_t i = 0; i < count; ++i) {
-        zip_stat_t st;
-        zip_stat_init(&st);
         ArchiveEntry e;
-        if (zip_stat_index(m_zip, static_cast<zip_uint64_t>(i), 0, &st) != 0 || !(st.valid & ZIP_STAT_NAME)) {
+        if (!describeEntry(m_zip, static_cast<zip_uint64_t>(i), folders, e)) {
             const QString text = QString::fromUtf8(zip_strerror(m_zip));
             close();
             fail(text);
-        }
-        e.path = normalised(QString::fromUtf8(st.name));
-        e.size = (st.valid & ZIP_STAT_SIZE) ? st.size : 0;
-        e.compressedSize = (st.valid & ZIP_STAT_COMP_SIZE) ? st.comp_size : 0;
-        e.crc = (st.valid & ZIP_STAT_CRC) ? st.crc : 0;
-        e.method = (st.valid & ZIP_STAT_COMP_METHOD) ? st.comp_method : -1;
-        e.encrypted = !(st.valid & ZIP_STAT_ENCRYPTION_METHOD) || st.encryption_method != ZIP_EM_NONE;
-        e.isFolder = e.path.endsWith(QLatin1Char('/'));
-        QString bare = e.path;
-        while (bare.endsWith(QLatin1Char('/')))
-            bare.chop(1);
-        // The folder names of an archive repeat from entry to entry; each is kept once.
-        auto shared = [&folders](const QString& folder) {
-            const auto known = folders.constFind(folder);
-            return known != folders.constEnd() ? *known : *folders.insert(folder, folder);
-        };
-        if (e.isFolder) {
-            e.folder = shared(bare);
-        } else {
-            const auto slash = bare.lastIndexOf(QLatin1Char('/'));
-            e.folder = slash < 0 ? QString() : shared(bare.left(slash));
-            e.name = slash < 0 ? bare : bare.mid(slash + 1);
-        }
-
-        zip_uint8_t system = 0;
-        zip_uint32_t attributes = 0;
-        if (zip_file_get_external_attributes(m_zip, static_cast<zip_uint64_t>(i), 0, &system, &attributes) == 0) {
-            const zip_uint32_t mode = attributes >> 16;
-            if (system == ZIP_OPSYS_UNIX && mode != 0) {
-                const zip_uint32_t type = mode & S_IFMT;
-                e.isLink = type != 0 && type != S_IFREG && type != S_IFDIR;
-                e.readOnly = !(mode & S_IWUSR);
-            } else {
-                e.readOnly = (attributes & 0x01) != 0; // the DOS read-only bit
-            }
         }
         m_entries.push_back(std::move(e));
     }
@@ -259,7 +350,10 @@ QByteArray ArchiveReader::readEntry(int index, qint64 limit) const
     checkOpen();
     const ArchiveEntry& e = entry(index);
     if (e.size > static_cast<quint64>(limit))
-        fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed").arg(e.path).arg(e.size).arg(limit));
+        fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed")
+                 .arg(e.path)
+                 .arg(e.size)
+                 .arg(limit));
     QByteArray data;
     data.reserve(static_cast<qsizetype>(e.size));
     unpack(
@@ -294,66 +388,16 @@ ArchiveReader::OwnRead ArchiveReader::unpackOwn(int index, const std::function<b
     const qint64 start = packedStart(index);
     if (start < 0)
         return OwnRead::Unsure;
-    const qint64 packedSize = static_cast<qint64>(e.compressedSize);
-    QByteArray in(static_cast<qsizetype>(std::min<qint64>(kChunk, std::max<qint64>(packedSize, 1))), Qt::Uninitialized);
-    uLong sum = crc32(0L, Z_NULL, 0);
-    qint64 total = 0;
-    auto take = [&](const char* chunk, qint64 size) {
-        total += size;
-        if (total > static_cast<qint64>(e.size))
-            return false;
-        sum = crc32(sum, reinterpret_cast<const Bytef*>(chunk), static_cast<uInt>(size));
-        return true;
-    };
-
-    if (e.method == ZIP_CM_STORE) {
-        for (qint64 done = 0; done < packedSize;) {
-            const qint64 size = std::min<qint64>(in.size(), packedSize - done);
-            if (!m_file->readAt(start + done, in.data(), size) || !take(in.constData(), size))
-                return OwnRead::Unsure;
-            if (!sink(in.constData(), size))
-                return OwnRead::Refused;
-            done += size;
-        }
-    } else {
-        z_stream stream{};
-        if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
-            return OwnRead::Unsure;
-        struct End {
-            z_stream& s;
-            ~End() { inflateEnd(&s); }
-        } end{stream};
-        QByteArray out(kChunk, Qt::Uninitialized);
-        qint64 done = 0;
-        int result = Z_OK;
-        while (result != Z_STREAM_END) {
-            if (stream.avail_in == 0) {
-                if (done == packedSize)
-                    return OwnRead::Unsure; // the data ends before the stream
-                const qint64 size = std::min<qint64>(in.size(), packedSize - done);
-                if (!m_file->readAt(start + done, in.data(), size))
-                    return OwnRead::Unsure;
-                done += size;
-                stream.next_in = reinterpret_cast<Bytef*>(in.data());
-                stream.avail_in = static_cast<uInt>(size);
-            }
-            stream.next_out = reinterpret_cast<Bytef*>(out.data());
-            stream.avail_out = static_cast<uInt>(out.size());
-            result = inflate(&stream, Z_NO_FLUSH);
-            if (result != Z_OK && result != Z_STREAM_END)
-                return OwnRead::Unsure;
-            const qint64 size = out.size() - stream.avail_out;
-            if (size > 0) {
-                if (!take(out.constData(), size))
-                    return OwnRead::Unsure;
-                if (!sink(out.constData(), size))
-                    return OwnRead::Refused;
-            }
-        }
-        if (stream.avail_in != 0 || done != packedSize)
-            return OwnRead::Unsure; // packed data left over
-    }
-    return total == static_cast<qint64>(e.size) && sum == e.crc ? OwnRead::Done : OwnRead::Unsure;
+    const PackedSpan span{start, static_cast<qint64>(e.compressedSize)};
+    QByteArray in(static_cast<qsizetype>(std::min<qint64>(kChunk, std::max<qint64>(span.size, 1))), Qt::Uninitialized);
+    Tally tally{e.size};
+    const Step step = e.method == ZIP_CM_STORE ? copyStored(*m_file, span, in, tally, sink)
+                                               : inflatePacked(*m_file, span, in, tally, sink);
+    if (step == Step::Refused)
+        return OwnRead::Refused;
+    if (step == Step::Unsure)
+        return OwnRead::Unsure;
+    return tally.total == static_cast<qint64>(e.size) && tally.sum == e.crc ? OwnRead::Done : OwnRead::Unsure;
 }
 
 bool ArchiveReader::unpack(int index, const std::function<bool(const char*, qint64)>& sink,
@@ -454,7 +498,10 @@ QString ArchiveReader::prepareTarget(int index, const QString& targetFolder, qin
     if (!isSafeName(e.path))
         unsafe(QStringLiteral("its name leads out of the folder"));
     if (!e.isFolder && e.size > static_cast<quint64>(limit))
-        fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed").arg(e.path).arg(e.size).arg(limit));
+        fail(QStringLiteral("the entry %1 claims %2 bytes, more than the %3 allowed")
+                 .arg(e.path)
+                 .arg(e.size)
+                 .arg(limit));
 
     if (!QDir().mkpath(targetFolder))
         raiseError(err::PathNotFound, {}, targetFolder);
@@ -462,23 +509,9 @@ QString ArchiveReader::prepareTarget(int index, const QString& targetFolder, qin
     if (root.isEmpty())
         raiseError(err::PathNotFound, {}, targetFolder);
 
-    // Walk down the folders, taking an existing folder of another case as it is, and
-    // make sure that every step stays below the root, links or not.
-    QString current = root;
-    for (const QString& part : e.folder.split(QLatin1Char('/'), Qt::SkipEmptyParts)) {
-        const QString name = findChildFolder(current, part, part);
-        const QString next = current + QLatin1Char('/') + name;
-        const QFileInfo info(next);
-        if (!info.exists() && !info.isSymLink() && !QDir(current).mkdir(name))
-            raiseError(err::PathFileAccess, {}, next);
-        const QFileInfo made(next);
-        if (!made.isDir())
-            raiseError(err::PathFileAccess, QStringLiteral("%1 is not a folder").arg(next), QStringLiteral("ArchiveReader"));
-        const QString canonical = made.canonicalFilePath();
-        if (!isInside(canonical, root))
-            unsafe(QStringLiteral("the folder %1 leads out of %2").arg(next, root));
-        current = canonical;
-    }
+    const QString current = makeFoldersBelow(root, e.folder, [&](const QString& step) {
+        unsafe(QStringLiteral("the folder %1 leads out of %2").arg(step, root));
+    });
     *folder = current;
     if (e.isFolder)
         return current;
@@ -497,42 +530,10 @@ QString ArchiveReader::extractEntry(int index, const QString& targetFolder, qint
     if (e.isFolder)
         return target;
 
-    // The data goes to a new file beside the target first, which then takes the
-    // target's place: a link standing at the target is replaced, never followed, and a
-    // damaged entry leaves nothing behind. The new file is made exclusively, so that
-    // nothing standing at its name is ever opened.
-    static std::atomic<quint32> serial{0};
-    QFile temp(current + QStringLiteral("/.extract-%1-%2").arg(QCoreApplication::applicationPid()).arg(serial++));
-    if (!temp.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        raiseError(err::PathFileAccess, {}, target);
-    struct Discard {
-        QFile& file;
-        bool keep = false;
-        ~Discard()
-        {
-            if (!keep)
-                file.remove();
-        }
-    } discard{temp};
-
-    if (!unpack(
-            index, [&temp](const char* chunk, qint64 size) { return temp.write(chunk, size) == size; },
-            [&temp] {
-                temp.seek(0);
-                temp.resize(0);
-            }))
-        raiseError(err::PathFileAccess, {}, target);
-    if (!temp.flush())
-        raiseError(err::PathFileAccess, {}, target);
-    temp.close();
-
-    QFile::Permissions permissions = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
-    if (!e.readOnly)
-        permissions |= QFile::WriteOwner;
-    temp.setPermissions(permissions);
-    if (std::rename(QFile::encodeName(temp.fileName()).constData(), QFile::encodeName(target).constData()) != 0)
-        raiseError(err::PathFileAccess, {}, target);
-    discard.keep = true;
+    writeReplacing(current, target, e.readOnly,
+                   [this, index](const ChunkSink& sink, const std::function<void()>& restart) {
+                       return unpack(index, sink, restart);
+                   });
     return target;
 }
 
@@ -580,8 +581,8 @@ bool ArchiveReader::readPacked(int index, PackedEntry* packed, qint64 limit) con
     qint64 total = 0;
     bool ok = true;
     while (total < packed->data.size()) {
-        const zip_int64_t got = zip_fread(file, packed->data.data() + total,
-                                          static_cast<zip_uint64_t>(packed->data.size() - total));
+        const zip_int64_t got =
+            zip_fread(file, packed->data.data() + total, static_cast<zip_uint64_t>(packed->data.size() - total));
         if (got <= 0) {
             ok = false;
             break;
@@ -610,7 +611,9 @@ std::vector<int> ArchiveReader::selectedEntries(qint64 limit, qint64 totalLimit)
     }
     // No entry unpacks to more than it claims, so the claims bound what is written.
     if (claimed > static_cast<quint64>(totalLimit))
-        fail(QStringLiteral("its selected entries claim %1 bytes, more than the %2 allowed").arg(claimed).arg(totalLimit));
+        fail(QStringLiteral("its selected entries claim %1 bytes, more than the %2 allowed")
+                 .arg(claimed)
+                 .arg(totalLimit));
     return selected;
 }
 

@@ -10,21 +10,11 @@ class LineTokeniser {
 public:
     explicit LineTokeniser(QString separator = QStringLiteral(" ")) : m_separator(std::move(separator)) {}
 
-    void setSeparator(const QString& separator)
-    {
-        m_separator = separator;
-        split();
-    }
-    const QString& separator() const { return m_separator; }
-
     void setText(const QString& text)
     {
         m_text = text;
         split();
     }
-    const QString& text() const { return m_text; }
-
-    int fieldCount() const { return static_cast<int>(m_fields.size()); }
     QString field(int number) const
     {
         return number >= 1 && number <= m_fields.size() ? m_fields.at(number - 1) : QString();

@@ -9,8 +9,6 @@
 #include "support/Errors.h"
 #include "support/Strings.h"
 
-#include <QDir>
-#include <QFileInfo>
 #include <algorithm>
 #include <cmath>
 
@@ -121,24 +119,9 @@ void ID_ClearList(AppContext& app, ServerProfile& profile)
 
 void ShowMapControls(ServerProfile& profile, bool visible)
 {
-    for (FieldId name : {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected,
-                         F::lblNumberOfMapsAvailable, F::lblMapType, F::lblLongMapName})
+    for (FieldId name : {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected, F::lblNumberOfMapsAvailable,
+                         F::lblMapType, F::lblLongMapName})
         profile.field(name).setVisible(visible);
-}
-
-void FillConfigLists(AppContext& app, ServerProfile& profile)
-{
-    const QString folder = app.baseFolder();
-    if (!QFileInfo(folder).isDir())
-        return;
-    const QStringList files =
-        QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name | QDir::IgnoreCase);
-    for (const QString& file : files) {
-        if (!file.toLower().endsWith(QLatin1String("cfg")))
-            continue;
-        for (Field* combo : profile.array(F::cboConfig))
-            combo->addItem(file);
-    }
 }
 
 namespace {

@@ -28,8 +28,7 @@ void ID_ClearList(AppContext& app, ServerProfile& profile);
 
 /// Shows or hides the tree, the preview, the rotation and their labels (a field's
 /// caption label goes with the field).
-void ShowMapControls(ServerProfile& profile, bool visible);/// Fills the four cboConfig lists with the cfg files of the base folder.
-void FillConfigLists(AppContext& app, ServerProfile& profile);
+void ShowMapControls(ServerProfile& profile, bool visible);
 
 /// Swap a row's text with the row above or below; nothing at the first or last row.
 void m_MoveUpInList(AppContext& app, ServerProfile& profile, int index);

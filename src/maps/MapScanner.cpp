@@ -210,11 +210,17 @@ struct Scan {
 
     void archive(ArchiveReader& reader, const QString& file)
     {
+        QString mapName;
+        if (stockPass(reader, file, mapName))
+            scriptPass(reader, file, mapName);
+    }
+
+    // First pass: stock maps by name; the first other map ends the pass. True when
+    // that map, named in mapName, is a custom one.
+    bool stockPass(ArchiveReader& reader, const QString& file, QString& mapName)
+    {
         const QString upper = file.toUpper();
         const int count = reader.entryCount();
-
-        // First pass: stock maps by name; the first other map ends the pass.
-        QString mapName;
         bool custom = false;
         for (int i = 0; i < count; ++i) {
             const QString name = entryName(reader, i);
@@ -233,10 +239,13 @@ struct Scan {
             custom = true;
             break;
         }
-        if (!custom)
-            return;
+        return custom;
+    }
 
-        // Second pass: the first arena script of the archive names the custom map.
+    // Second pass: the first arena script of the archive names the custom map.
+    void scriptPass(ArchiveReader& reader, const QString& file, const QString& mapName)
+    {
+        const int count = reader.entryCount();
         bool found = false;
         bool selected = false; // the selection of an archive grows with each script tried
         QString readScriptFile;

@@ -1,7 +1,8 @@
 #pragma once
-// The scan of the game's pk3 archives for maps and level shots, and the menu command
-// that runs the whole chain.
-#include "support/Registry.h"
+// The scan of the game's pk3 archives for maps and level shots, in three phases (the
+// last two in LevelShots.h); the Utilities menu's command that runs the whole chain is
+// commands/MapScanCommand.
+#include "maps/LevelShots.h"
 
 #include <QString>
 #include <QStringList>
@@ -13,24 +14,14 @@ struct MapScanChain;
 
 /// The files of the game's base folder in name order, without regard to case; a
 /// missing folder is error 76.
-QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName, QString* folderPath = nullptr);
+QStringList baseFolderFiles(AppContext& app, const QString& gamePath, const QString& baseName,
+                            QString* folderPath = nullptr);
 /// Reads every pk3 archive of the base folder (gameFolder + baseName) and writes the
 /// map catalogue catalogueName + ".aml" in the program's folder. False after a
 /// failure, which has been shown to the user.
 /// With a chain, the archives are kept for the later phases.
 bool ScanForMaps(AppContext& app, const QString& baseName, const QString& catalogueName, const QString& gameFolder,
                  MapScanChain* chain = nullptr);
-/// Copies the level shots of every archive into the program's levelshots folder.
-/// Stays true after a failure, which goes to the log. With a chain, the tga level shots
-/// are converted in memory instead of being written, and ConvertTgaToBmp with the same
-/// chain must follow.
-bool ExtractLevelShots(AppContext& app, const QString& baseName, const QString& gameFolder,
-                       MapScanChain* chain = nullptr);
-/// Converts the extracted tga level shots to bmp and deletes the tga files. Stays
-/// true after a failure, which goes to the log.
-/// With a chain, the pictures converted in memory are waited for and reported first.
-bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain = nullptr);
-
 /// The game folder as the scan command takes it: one trailing NUL or folder
 /// separator cut off.
 QString cutFolderEnd(QString folder);

@@ -77,6 +77,29 @@ void fillRow(QRgb* line, const uchar* from, int width, bool rightToLeft)
     }
 }
 
+// The picture of unpacked pixel data, rows and columns in the order the descriptor
+// gives; a null image when there is no memory for it.
+QImage pictureOf(const uchar* data, int width, int height, int depth, int descriptor)
+{
+    const int bytesPerPixel = depth / 8;
+    const bool alpha = depth == 32 && (descriptor & 0x0f) != 0;
+    QImage image(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    const bool topDown = descriptor & 0x20;
+    const bool rightToLeft = descriptor & 0x10;
+    auto fill = depth == 8    ? fillRow<8, false>
+                : depth == 16 ? fillRow<16, false>
+                : depth == 24 ? fillRow<24, false>
+                : alpha       ? fillRow<32, true>
+                              : fillRow<32, false>;
+    for (int row = 0; row < height; ++row) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
+        fill(line, data + static_cast<qsizetype>(row) * width * bytesPerPixel, width, rightToLeft);
+    }
+    return image;
+}
+
 } // namespace
 
 QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
@@ -128,21 +151,9 @@ QImage readTgaPicture(const QByteArray& bytes, TgaFault* fault)
         data = reinterpret_cast<const uchar*>(bytes.constData()) + start;
     }
 
-    const bool alpha = depth == 32 && (descriptor & 0x0f) != 0;
-    QImage image(width, height, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+    QImage image = pictureOf(data, width, height, depth, descriptor);
     if (image.isNull())
         return {};
-    const bool topDown = descriptor & 0x20;
-    const bool rightToLeft = descriptor & 0x10;
-    auto fill = depth == 8    ? fillRow<8, false>
-                : depth == 16 ? fillRow<16, false>
-                : depth == 24 ? fillRow<24, false>
-                : alpha       ? fillRow<32, true>
-                              : fillRow<32, false>;
-    for (int row = 0; row < height; ++row) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(topDown ? row : height - 1 - row));
-        fill(line, data + static_cast<qsizetype>(row) * width * bytesPerPixel, width, rightToLeft);
-    }
     why = TgaFault::None;
     return image;
 }

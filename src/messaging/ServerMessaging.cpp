@@ -1,6 +1,7 @@
 #include "messaging/ServerMessaging.h"
 
 #include "messaging/SayDatagram.h"
+#include "model/FieldIndexes.h"
 #include "platform/System.h"
 #include "platform/UdpSocket.h"
 #include "support/AppContext.h"
@@ -15,9 +16,6 @@ namespace steward {
 namespace {
 
 constexpr auto kConfig = F::txtServerConfig;
-constexpr int kPort = 12;
-constexpr int kPassword = 14;
-constexpr int kAddress = 16;
 
 // Runs one statement of the tick; whatever goes wrong, the tick goes on with the next.
 template <typename Statement>
@@ -63,11 +61,11 @@ void ServerMessaging::closeSocket()
 void ServerMessaging::arm()
 {
     closeSocket();
-    QString host = trimBlanks(m_profile.text(kConfig(kAddress)));
+    QString host = trimBlanks(m_profile.text(kConfig(ServerBox::Address)));
     if (host.isEmpty() && m_app.services.names)
         host = m_app.services.names->computerName();
     m_socket->setRemoteHost(host);
-    m_socket->setRemotePort(textToInt32(m_profile.text(kConfig(kPort))));
+    m_socket->setRemotePort(textToInt32(m_profile.text(kConfig(ServerBox::Port))));
     m_timer.setInterval(kTickMilliseconds);
     m_timer.start();
 }
@@ -90,13 +88,12 @@ void ServerMessaging::tmrServerMessage_Timer()
     // The interval is compared as the number it starts with: "2.5" or "abc" never equal
     // a count, and an interval lowered below the count is never met again.
     bool due = false;
-    ignoringErrors([this, &due] {
-        due = leadingNumber(m_profile.text(F::txtMsgTimer)) == static_cast<double>(m_counter);
-    });
+    ignoringErrors(
+        [this, &due] { due = leadingNumber(m_profile.text(F::txtMsgTimer)) == static_cast<double>(m_counter); });
     if (!due)
         return;
     QString password;
-    ignoringErrors([this, &password] { password = m_profile.text(kConfig(kPassword)); });
+    ignoringErrors([this, &password] { password = m_profile.text(kConfig(ServerBox::RemotePassword)); });
     ignoringErrors([this, &password] { sendLine(password, 0); });
     ignoringErrors([this] {
         if (m_app.services.blockingWait)

@@ -1,8 +1,15 @@
 #include "model/ServerProfile.h"
 
+#include "model/ProfileTable.h"
 #include "support/Errors.h"
 
 namespace steward {
+
+const std::vector<FieldDefinition>& profileFieldTable()
+{
+    static const std::vector<FieldDefinition> table = buildProfileFieldTable();
+    return table;
+}
 
 ServerProfile::ServerProfile(QObject* parent) : QObject(parent)
 {

@@ -1,7 +1,9 @@
 #include "settings/MainSettings.h"
 
+#include "model/FieldIndexes.h"
 #include "platform/System.h"
 #include "settings/SettingsStore.h"
+#include "settings/StoredKeys.h"
 #include "support/AppContext.h"
 #include "model/Constants.h"
 #include "model/RotationRows.h"
@@ -17,8 +19,6 @@ namespace steward {
 namespace {
 
 const QString kBlank = QStringLiteral(" ");
-
-QString key(const QString& base, int index) { return base + QString::number(index); }
 
 // The name as the system gives it in its buffer: cut at the first NUL.
 QString systemName(QString name)
@@ -45,32 +45,33 @@ public:
     void run()
     {
         serverInfo();
-        presentTexts(QStringLiteral("ServerInfo2"), F::txtServerConfigSpin);
-        presentTexts(QStringLiteral("SpeedGravity"), F::txtSpeed);
-        presentChecks(QStringLiteral("WeaponFlags"), F::chkWeaponFlags);
-        presentChecks(QStringLiteral("ForceFlags"), F::chkPowerUpFlags);
-        presentChecks(QStringLiteral("GameSpecificOptions"), F::chkQuake3Specific);
-        for (Field* f : m_profile.array(F::chkDMFlags))
-            f->setValue(textToBool(get(key(QStringLiteral("DMFlags"), f->index()), QStringLiteral("False"))) ? 1 : 0);
-        for (Field* f : m_profile.array(F::chkBOTs))
-            f->setValue(roundedDown(get(key(QStringLiteral("BOTs"), f->index()), QStringLiteral("0"))));
+        presentTexts(K::ServerInfo2);
+        presentTexts(K::SpeedGravity);
+        presentChecks(K::WeaponFlags);
+        presentChecks(K::ForceFlags);
+        presentChecks(K::GameSpecificOptions);
+        for (Field* f : m_profile.array(K::DMFlags.array()))
+            f->setValue(textToBool(get(K::DMFlags.text(f->index()), QStringLiteral("False"))) ? 1 : 0);
+        for (Field* f : m_profile.array(K::BOTs.array()))
+            f->setValue(roundedDown(get(K::BOTs.text(f->index()), QStringLiteral("0"))));
         bannedAddresses();
         rotation();
         startOption();
-        selectByIndex(QStringLiteral("GameType"), QStringLiteral("0"), F::optDefaultGameType);
-        selectByIndex(QStringLiteral("LoggingType"), QStringLiteral("3"), F::optLogging);
-        selectByIndex(QStringLiteral("ServerType"), QStringLiteral("2"), F::chkServerType);
-        presentTexts(QStringLiteral("GameLimts"), F::txtGameLimits);
-        for (Field* f : m_profile.array(F::cboConfig))
-            f->setText(get(key(QStringLiteral("CFG1"), f->index())));
-        presentChecks(QStringLiteral("AdvSaber"), F::chkAdvancedSaber);
-        presentTexts(QStringLiteral("AdvSaberValues"), F::txtAdvancedSaber);
+        selectByIndex(K::GameType, QStringLiteral("0"));
+        selectByIndex(K::LoggingType, QStringLiteral("3"));
+        selectByIndex(K::ServerType, QStringLiteral("2"));
+        presentTexts(K::GameLimts);
+        for (Field* f : m_profile.array(K::CFG1.array()))
+            f->setText(get(K::CFG1.text(f->index())));
+        presentChecks(K::AdvSaber);
+        presentTexts(K::AdvSaberValues);
         masters();
         singles();
     }
 
 private:
     QString get(const QString& k, const QString& def = {}) const { return m_store.GetSetting(k, def); }
+    QString get(const StoredKey& k, const QString& def = {}) const { return m_store.GetSetting(k.text(), def); }
 
     static int roundedDown(const QString& text)
     {
@@ -84,16 +85,16 @@ private:
 
     void serverInfo()
     {
-        for (Field* f : m_profile.array(F::txtServerConfig)) {
+        for (Field* f : m_profile.array(K::ServerInfo1.array())) {
             const int i = f->index();
-            const QString s = get(key(QStringLiteral("ServerInfo1"), i));
-            if (i == 2)
+            const QString s = get(K::ServerInfo1.text(i));
+            if (i == ServerBox::HostName)
                 f->setText(s.isEmpty() ? computerName() : decodeCleanText(s));
-            else if (i == 3)
+            else if (i == ServerBox::Admin)
                 f->setText(s.isEmpty() ? userName() : decodeCleanText(s));
             else if (s.isEmpty())
                 continue;
-            else if (i == 16)
+            else if (i == ServerBox::Address)
                 f->setText(s); // the bound address is taken as it stands
             else
                 f->setText(decodeCleanText(s));
@@ -107,19 +108,19 @@ private:
     QString userName() const { return m_app.services.names ? systemName(m_app.services.names->userName()) : QString(); }
 
     // A value that is not empty is assigned; an empty or missing one leaves the field.
-    void presentTexts(const QString& base, FieldArray array)
+    void presentTexts(const StoredKey& each)
     {
-        for (Field* f : m_profile.array(array)) {
-            const QString k = key(base, f->index());
+        for (Field* f : m_profile.array(each.array())) {
+            const QString k = each.text(f->index());
             if (!get(k).isEmpty())
                 f->setText(get(k));
         }
     }
 
-    void presentChecks(const QString& base, FieldArray array)
+    void presentChecks(const StoredKey& each)
     {
-        for (Field* f : m_profile.array(array)) {
-            const QString s = get(key(base, f->index()));
+        for (Field* f : m_profile.array(each.array())) {
+            const QString s = get(each.text(f->index()));
             if (!s.isEmpty())
                 f->setValue(textToBool(s) ? 1 : 0);
         }
@@ -127,73 +128,71 @@ private:
 
     void bannedAddresses()
     {
-        Field& list = m_profile.field(F::lstBannedIPs);
-        for (const QString& item : splitStoredList(get(QStringLiteral("BannedIPs"))))
+        Field& list = m_profile.field(K::BannedIPs.field);
+        for (const QString& item : splitStoredList(get(K::BannedIPs)))
             list.addItem(item);
     }
 
     void rotation()
     {
-        const QString stored = get(QStringLiteral("MapListSaved"));
-        Field& grid = m_profile.field(F::lsvMapRotation);
+        const QString stored = get(K::MapListSaved);
+        Field& grid = m_profile.field(K::MapListSaved.field);
         // A restored row knows its name only, and carries the common mark.
         for (const QString& map : splitStoredList(stored))
             grid.addRow(rotationRow(map, QString(), QString()));
         if (!stored.isEmpty())
-            m_profile.setText(F::lblMapsSelected,
-                              QString::number(grid.count()) + QStringLiteral(" Selected Maps"));
+            m_profile.setText(F::lblMapsSelected, QString::number(grid.count()) + QStringLiteral(" Selected Maps"));
     }
 
     void startOption()
     {
-        Field& minimize = m_profile.field(F::optStartMinimize);
-        if (get(QStringLiteral("AppMinimize")) == minimize.name())
+        Field& minimize = m_profile.field(K::AppMinimize.field);
+        if (get(K::AppMinimize) == minimize.name())
             minimize.setValue(1);
         else
             m_profile.setValue(F::optStartClose, 1);
     }
 
     // The stored number is the index of the option; an index outside the array fails.
-    void selectByIndex(const QString& k, const QString& def, FieldArray array)
+    void selectByIndex(const StoredKey& choice, const QString& def)
     {
-        m_profile.field(array(wholeNumber(get(k, def)))).setValue(1);
+        m_profile.field(choice.array()(wholeNumber(get(choice, def)))).setValue(1);
     }
 
     void masters()
     {
-        get(QStringLiteral("Master1"), kMaster1); // read and dropped: the first master is never kept
-        m_profile.setText(F::txtMaster2, get(QStringLiteral("Master2"), kMaster2));
-        m_profile.setText(F::txtMaster3, get(QStringLiteral("Master3"), kMaster3));
-        m_profile.setText(F::txtMaster4, get(QStringLiteral("Master4")));
-        m_profile.setText(F::txtMaster5, get(QStringLiteral("Master5")));
+        // The first master is never kept: the window begins every run with its own.
+        text(K::Master2, kMaster2);
+        text(K::Master3, kMaster3);
+        text(K::Master4, {});
+        text(K::Master5, {});
     }
+
+    // The stored text, or def when the key is missing.
+    void text(const StoredKey& one, const QString& def) { m_profile.setText(one.field, get(one, def)); }
 
     void singles()
     {
-        auto text = [this](FieldId field, const char* k, const QString& def) {
-            m_profile.setText(field, get(QString::fromLatin1(k), def));
-        };
-        text(F::txtLogFileName, "LogName", QStringLiteral("games.log"));
-        text(F::txtMapTimeOut, "MapTimeOut", QStringLiteral("300"));
-        m_profile.setText(F::txtMsg(0), get(QStringLiteral("Msg1"), defaultMsg1()));
-        m_profile.setText(F::txtMsg(1), get(QStringLiteral("Msg2"), defaultMsg2()));
-        text(F::txtMsgTimer, "MsgTime", QStringLiteral("5"));
-        m_profile.setValue(F::chkSendMessage, wholeNumber(get(QStringLiteral("MsgOn"), QStringLiteral("1"))));
+        text(K::LogName, QStringLiteral("games.log"));
+        text(K::MapTimeOut, QStringLiteral("300"));
+        text(K::Msg1, defaultMsg1());
+        text(K::Msg2, defaultMsg2());
+        text(K::MsgTime, QStringLiteral("5"));
+        m_profile.setValue(K::MsgOn.field, wholeNumber(get(K::MsgOn, QStringLiteral("1"))));
         // "0" and "1" as well as "True" and "False" are values of the box.
-        m_profile.setValue(F::chkUseINI,
-                           textToBool(get(QStringLiteral("SelectAdvMapCfg"), QStringLiteral("0"))) ? 1 : 0);
-        text(F::txtServerINI, "PathToMapsCFG", {});
-        text(F::txtWeaponEnhancer, "Quad", {});
-        text(F::txtKnockBack, "Knockback", {});
-        text(F::txtWeapRespawn, "WeapRespawn", QStringLiteral("0"));
-        text(F::txtMaxForceRank, "MaxForceRank", QStringLiteral("0"));
-        m_profile.setText(F::txtForceReGen(0), get(QStringLiteral("ForceRegen"), QStringLiteral("0")));
-        text(F::txtMaxHolocronCarry, "MaxHoloCarry", QStringLiteral("3"));
+        m_profile.setValue(K::SelectAdvMapCfg.field, textToBool(get(K::SelectAdvMapCfg, QStringLiteral("0"))) ? 1 : 0);
+        text(K::PathToMapsCFG, {});
+        text(K::Quad, {});
+        text(K::Knockback, {});
+        text(K::WeapRespawn, QStringLiteral("0"));
+        text(K::MaxForceRank, QStringLiteral("0"));
+        text(K::ForceRegen, QStringLiteral("0"));
+        text(K::MaxHoloCarry, QStringLiteral("3"));
         // The watcher's settings; a box that isn't "1" is clear.
-        m_profile.setValue(F::chkRestartServer, get(QStringLiteral("RestartServer"), QStringLiteral("0")) ==
-                                                        QLatin1String("1") ? 1 : 0);
-        text(F::txtRestartLimit, "RestartLimit", QStringLiteral("5"));
-        text(F::txtRestartWindow, "RestartWindow", QStringLiteral("10"));
+        m_profile.setValue(K::RestartServer.field,
+                           get(K::RestartServer, QStringLiteral("0")) == QLatin1String("1") ? 1 : 0);
+        text(K::RestartLimit, QStringLiteral("5"));
+        text(K::RestartWindow, QStringLiteral("10"));
     }
 
     AppContext& m_app;

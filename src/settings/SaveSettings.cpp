@@ -2,6 +2,7 @@
 
 #include "platform/Prompts.h"
 #include "settings/SettingsStore.h"
+#include "settings/StoredKeys.h"
 #include "support/AppContext.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
@@ -13,16 +14,12 @@ namespace steward {
 
 namespace {
 
-QString key(const QString& base, int index) { return base + QString::number(index); }
-
 // An empty text becomes one blank, then every comma a percent sign: no comma reaches
 // the store through these keys.
 QString cleanText(const QString& text)
 {
     return IsClean(text.isEmpty() ? QStringLiteral(" ") : text, QStringLiteral(","), QStringLiteral("%"));
 }
-
-constexpr FieldId kMasterFields[] = {F::txtMaster1, F::txtMaster2, F::txtMaster3, F::txtMaster4, F::txtMaster5};
 
 QString booleanText(const Field& box) { return box.isSet() ? QStringLiteral("True") : QStringLiteral("False"); }
 
@@ -32,51 +29,53 @@ public:
 
     void run()
     {
-        eachText(QStringLiteral("ServerInfo1"), F::txtServerConfig, true);
-        eachText(QStringLiteral("ServerInfo2"), F::txtServerConfigSpin, false);
-        eachBoolean(QStringLiteral("GameSpecificOptions"), F::chkQuake3Specific);
-        eachBoolean(QStringLiteral("DMFlags"), F::chkDMFlags);
-        save(QStringLiteral("BannedIPs"), listText(m_profile.field(F::lstBannedIPs).items()));
+        eachText(K::ServerInfo1, true);
+        eachText(K::ServerInfo2, false);
+        eachBoolean(K::GameSpecificOptions);
+        eachBoolean(K::DMFlags);
+        save(K::BannedIPs, listText(m_profile.field(K::BannedIPs.field).items()));
         rotation();
-        const Field& minimize = m_profile.field(F::optStartMinimize);
-        save(QStringLiteral("AppMinimize"),
-             minimize.isSet() ? minimize.name() : m_profile.field(F::optStartClose).name());
-        firstSelected(QStringLiteral("GameType"), F::optDefaultGameType);
-        firstSelected(QStringLiteral("LoggingType"), F::optLogging);
-        save(QStringLiteral("LogName"), text(F::txtLogFileName));
-        firstSelected(QStringLiteral("ServerType"), F::chkServerType);
-        eachText(QStringLiteral("GameLimts"), F::txtGameLimits, false);
-        eachText(QStringLiteral("CFG1"), F::cboConfig, false);
-        eachBoolean(QStringLiteral("WeaponFlags"), F::chkWeaponFlags);
-        eachBoolean(QStringLiteral("ForceFlags"), F::chkPowerUpFlags);
-        eachText(QStringLiteral("SpeedGravity"), F::txtSpeed, false);
-        eachBoolean(QStringLiteral("AdvSaber"), F::chkAdvancedSaber);
-        eachText(QStringLiteral("AdvSaberValues"), F::txtAdvancedSaber, false);
-        save(QStringLiteral("Msg1"), cleanText(m_profile.text(F::txtMsg(0))));
-        save(QStringLiteral("Msg2"), cleanText(m_profile.text(F::txtMsg(1))));
-        save(QStringLiteral("MsgTime"), text(F::txtMsgTimer));
-        save(QStringLiteral("MsgOn"), QString::number(m_profile.value(F::chkSendMessage)));
-        for (int i = 2; i <= 5; ++i) // the first master is never kept
-            save(QStringLiteral("Master%1").arg(i), cleanText(m_profile.text(kMasterFields[i - 1])));
-        save(QStringLiteral("SelectAdvMapCfg"), booleanText(m_profile.field(F::chkUseINI)));
-        save(QStringLiteral("PathToMapsCFG"), cleanText(text(F::txtServerINI)));
-        save(QStringLiteral("Quad"), cleanText(text(F::txtWeaponEnhancer)));
-        save(QStringLiteral("Knockback"), cleanText(text(F::txtKnockBack)));
-        save(QStringLiteral("WeapRespawn"), cleanText(text(F::txtWeapRespawn)));
-        save(QStringLiteral("MaxForceRank"), text(F::txtMaxForceRank));
-        save(QStringLiteral("ForceRegen"), m_profile.text(F::txtForceReGen(0)));
-        save(QStringLiteral("MaxHoloCarry"), text(F::txtMaxHolocronCarry));
-        save(QStringLiteral("MapTimeOut"), text(F::txtMapTimeOut));
-        save(QStringLiteral("RestartServer"), QString::number(m_profile.value(F::chkRestartServer)));
-        save(QStringLiteral("RestartLimit"), text(F::txtRestartLimit));
-        save(QStringLiteral("RestartWindow"), text(F::txtRestartWindow));
-        for (const Field* f : m_profile.array(F::chkBOTs))
-            save(key(QStringLiteral("BOTs"), f->index()), QString::number(f->value()));
+        const Field& minimize = m_profile.field(K::AppMinimize.field);
+        save(K::AppMinimize, minimize.isSet() ? minimize.name() : m_profile.field(F::optStartClose).name());
+        firstSelected(K::GameType);
+        firstSelected(K::LoggingType);
+        save(K::LogName, text(K::LogName));
+        firstSelected(K::ServerType);
+        eachText(K::GameLimts, false);
+        eachText(K::CFG1, false);
+        eachBoolean(K::WeaponFlags);
+        eachBoolean(K::ForceFlags);
+        eachText(K::SpeedGravity, false);
+        eachBoolean(K::AdvSaber);
+        eachText(K::AdvSaberValues, false);
+        save(K::Msg1, cleanText(text(K::Msg1)));
+        save(K::Msg2, cleanText(text(K::Msg2)));
+        save(K::MsgTime, text(K::MsgTime));
+        save(K::MsgOn, QString::number(m_profile.value(K::MsgOn.field)));
+        // The first master is never kept.
+        for (const StoredKey& master : {K::Master2, K::Master3, K::Master4, K::Master5})
+            save(master, cleanText(text(master)));
+        save(K::SelectAdvMapCfg, booleanText(m_profile.field(K::SelectAdvMapCfg.field)));
+        save(K::PathToMapsCFG, cleanText(text(K::PathToMapsCFG)));
+        save(K::Quad, cleanText(text(K::Quad)));
+        save(K::Knockback, cleanText(text(K::Knockback)));
+        save(K::WeapRespawn, cleanText(text(K::WeapRespawn)));
+        save(K::MaxForceRank, text(K::MaxForceRank));
+        save(K::ForceRegen, text(K::ForceRegen));
+        save(K::MaxHoloCarry, text(K::MaxHoloCarry));
+        save(K::MapTimeOut, text(K::MapTimeOut));
+        save(K::RestartServer, QString::number(m_profile.value(K::RestartServer.field)));
+        save(K::RestartLimit, text(K::RestartLimit));
+        save(K::RestartWindow, text(K::RestartWindow));
+        for (const Field* f : m_profile.array(K::BOTs.array()))
+            save(K::BOTs.text(f->index()), QString::number(f->value()));
     }
 
 private:
     void save(const QString& k, const QString& value) { m_store.SaveSetting(k, value); }
-    QString text(FieldId field) const { return m_profile.text(field); }
+    void save(const StoredKey& one, const QString& value) { m_store.SaveSetting(one.text(), value); }
+    // The text of a One key's field.
+    QString text(const StoredKey& one) const { return m_profile.text(one.field); }
 
     static QString listText(const QStringList& items)
     {
@@ -86,33 +85,33 @@ private:
         return all;
     }
 
-    void eachText(const QString& base, FieldArray array, bool clean)
+    void eachText(const StoredKey& each, bool clean)
     {
-        for (const Field* f : m_profile.array(array))
-            save(key(base, f->index()), clean ? cleanText(f->text()) : f->text());
+        for (const Field* f : m_profile.array(each.array()))
+            save(each.text(f->index()), clean ? cleanText(f->text()) : f->text());
     }
 
-    void eachBoolean(const QString& base, FieldArray array)
+    void eachBoolean(const StoredKey& each)
     {
-        for (const Field* f : m_profile.array(array))
-            save(key(base, f->index()), booleanText(*f));
+        for (const Field* f : m_profile.array(each.array()))
+            save(each.text(f->index()), booleanText(*f));
     }
 
     void rotation()
     {
-        const Field& grid = m_profile.field(F::lsvMapRotation);
+        const Field& grid = m_profile.field(K::MapListSaved.field);
         QStringList maps;
         for (int row = 0; row < grid.count(); ++row)
             maps << grid.cell(row, 0);
-        save(QStringLiteral("MapListSaved"), listText(maps));
+        save(K::MapListSaved, listText(maps));
     }
 
     // The first selected index from the lowest up; nothing is written when none is.
-    void firstSelected(const QString& k, FieldArray array)
+    void firstSelected(const StoredKey& choice)
     {
-        for (const Field* f : m_profile.array(array)) {
+        for (const Field* f : m_profile.array(choice.array())) {
             if (f->isSet()) {
-                save(k, QString::number(f->index()));
+                save(choice, QString::number(f->index()));
                 return;
             }
         }
@@ -129,7 +128,7 @@ void askSetAsDefault(AppContext& app, ServerProfile& profile, bool clearOnNo)
     const Answer answer = app.prompts().message(QStringLiteral("Configuration has changed, set as default?") + kTail,
                                                 kProductTitle, Icon::Question, Buttons::YesNo);
     if (answer == Answer::Yes)
-        cmdDefault_Click(app, profile);
+        saveAsDefaults(app, profile);
     if (clearOnNo)
         profile.setConfigurationChanged(false);
 }
@@ -148,7 +147,7 @@ void SaveMainSettings(AppContext& app, ServerProfile& profile)
     }
 }
 
-void cmdDefault_Click(AppContext& app, ServerProfile& profile)
+void saveAsDefaults(AppContext& app, ServerProfile& profile)
 {
     SaveMainSettings(app, profile);
     app.prompts().message(QStringLiteral("Settings have been saved") + kTail, kProductTitle, Icon::Information);
@@ -157,14 +156,8 @@ void cmdDefault_Click(AppContext& app, ServerProfile& profile)
 
 void noteKeyPress(ServerProfile& profile) { profile.setConfigurationChanged(true); }
 
-void askSaveChangedConfiguration_Ok(AppContext& app, ServerProfile& profile)
-{
-    askSetAsDefault(app, profile, true);
-}
+void askSaveChangedConfiguration_Ok(AppContext& app, ServerProfile& profile) { askSetAsDefault(app, profile, true); }
 
-void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile)
-{
-    askSetAsDefault(app, profile, false);
-}
+void askSaveChangedConfiguration_Save(AppContext& app, ServerProfile& profile) { askSetAsDefault(app, profile, false); }
 
 } // namespace steward

@@ -15,7 +15,6 @@ inline constexpr int SubscriptOutOfRange = 9;
 inline constexpr int TypeMismatch = 13;
 inline constexpr int BadFileName = 52;
 inline constexpr int FileNotFound = 53;
-inline constexpr int BadFileMode = 54;
 inline constexpr int InputPastEnd = 62;
 inline constexpr int PermissionDenied = 70;
 inline constexpr int PathFileAccess = 75;
@@ -25,9 +24,6 @@ inline constexpr int AddressInUse = 10048;
 inline constexpr int IndexOutOfBounds = 35600;
 } // namespace err
 
-/// The program's own short description of a standard error number.
-QString standardDescription(int number);
-
 class RuntimeError : public std::exception {
 public:
     explicit RuntimeError(int number, QString description = {}, QString source = {});
@@ -35,7 +31,6 @@ public:
     int number() const { return m_number; }
     const QString& description() const { return m_description; }
     const QString& source() const { return m_source; }
-    void setSource(const QString& source) { m_source = source; }
 
     const char* what() const noexcept override { return m_what.c_str(); }
 

@@ -6,13 +6,6 @@
 
 namespace steward {
 
-QString CFileDialog::systemFilter(const QString& filter)
-{
-    QString s = filter;
-    s.replace(QLatin1Char('|'), QChar(0));
-    return s + QChar(0) + QChar(0);
-}
-
 QString TrimNulls(const QString& text)
 {
     const QString pair = QString(2, QChar(0));

@@ -14,9 +14,6 @@ public:
     /// cancel FileName and FileTitle keep their old texts.
     bool Show(bool fOpen);
 
-    /// The filter as the system receives it: each "|" a NUL, then two more NULs.
-    static QString systemFilter(const QString& filter);
-
 private:
     AppContext& m_app;
 };

@@ -10,10 +10,7 @@
 
 namespace steward {
 
-WineEnvironment WineEnvironment::fromProcess()
-{
-    return {qEnvironmentVariable("WINEPREFIX"), QDir::homePath()};
-}
+WineEnvironment WineEnvironment::fromProcess() { return {qEnvironmentVariable("WINEPREFIX"), QDir::homePath()}; }
 
 QStringList WineEnvironment::prefixes() const
 {
@@ -30,6 +27,54 @@ QStringList WineEnvironment::prefixes() const
 
 namespace {
 
+// The character of a backslash escape whose letter e stands just before from; the
+// digits of a hex or octal escape are read on and from moves behind them.
+QChar escaped(QChar e, const QString& line, qsizetype& from)
+{
+    switch (e.unicode()) {
+    case 'n':
+        return QLatin1Char('\n');
+    case 'r':
+        return QLatin1Char('\r');
+    case 't':
+        return QLatin1Char('\t');
+    case 'a':
+        return QChar(7);
+    case 'b':
+        return QChar(8);
+    case 'e':
+        return QChar(27);
+    case 'f':
+        return QChar(12);
+    case 'v':
+        return QChar(11);
+    case 'x': {
+        int digits = 0;
+        uint code = 0;
+        bool ok = true;
+        while (digits < 4 && from < line.size()) {
+            const uint d = QString(line.at(from)).toUInt(&ok, 16);
+            if (!ok)
+                break;
+            code = code * 16 + d;
+            ++from;
+            ++digits;
+        }
+        return QChar(static_cast<char16_t>(code));
+    }
+    default:
+        if (e >= QLatin1Char('0') && e <= QLatin1Char('7')) {
+            uint code = static_cast<uint>(e.unicode() - '0');
+            for (int i = 0;
+                 i < 2 && from < line.size() && line.at(from) >= QLatin1Char('0') && line.at(from) <= QLatin1Char('7');
+                 ++i)
+                code = code * 8 + static_cast<uint>(line.at(from++).unicode() - '0');
+            return QChar(static_cast<char16_t>(code));
+        }
+        return e; // \\ and \" and anything else stand for themselves
+    }
+}
+
 // Reads the text of a quoted hive string starting at from (just behind the opening
 // quote) and moves from behind the closing quote. Wine writes backslash escapes.
 QString unquote(const QString& line, qsizetype& from)
@@ -44,42 +89,7 @@ QString unquote(const QString& line, qsizetype& from)
             continue;
         }
         const QChar e = line.at(from++);
-        switch (e.unicode()) {
-        case 'n': out += QLatin1Char('\n'); break;
-        case 'r': out += QLatin1Char('\r'); break;
-        case 't': out += QLatin1Char('\t'); break;
-        case 'a': out += QChar(7); break;
-        case 'b': out += QChar(8); break;
-        case 'e': out += QChar(27); break;
-        case 'f': out += QChar(12); break;
-        case 'v': out += QChar(11); break;
-        case 'x': {
-            int digits = 0;
-            uint code = 0;
-            bool ok = true;
-            while (digits < 4 && from < line.size()) {
-                const uint d = QString(line.at(from)).toUInt(&ok, 16);
-                if (!ok)
-                    break;
-                code = code * 16 + d;
-                ++from;
-                ++digits;
-            }
-            out += QChar(static_cast<char16_t>(code));
-            break;
-        }
-        default:
-            if (e >= QLatin1Char('0') && e <= QLatin1Char('7')) {
-                uint code = static_cast<uint>(e.unicode() - '0');
-                for (int i = 0; i < 2 && from < line.size() && line.at(from) >= QLatin1Char('0') &&
-                                line.at(from) <= QLatin1Char('7');
-                     ++i)
-                    code = code * 8 + static_cast<uint>(line.at(from++).unicode() - '0');
-                out += QChar(static_cast<char16_t>(code));
-            } else {
-                out += e; // \\ and \" and anything else stand for themselves
-            }
-        }
+        out += escaped(e, line, from);
     }
     return out;
 }
@@ -237,14 +247,6 @@ int QueryValueEx(const RegistryKey& key, const QString& valueName, QString& valu
     default:
         return reg::UnknownType;
     }
-}
-
-QString QueryValue(RegistryRoot root, const QString& subkey, const QString& valueName, const WineEnvironment& env)
-{
-    const RegistryKey key = RegistryKey::open(root, subkey, env);
-    QString value;
-    QueryValueEx(key, valueName, value);
-    return value;
 }
 
 QString mapWindowsPath(const QString& windowsPath, const QString& prefix)

@@ -33,8 +33,8 @@ inline constexpr int TypeDword = 4;
 
 /// One value of a key as the hive file holds it.
 struct RegistryValue {
-    int type = 0;   ///< 1 text, 2 expandable text, 3 binary, 4 double word, ...
-    QString text;   ///< the text of a text value, without its terminator
+    int type = 0; ///< 1 text, 2 expandable text, 3 binary, 4 double word, ...
+    QString text; ///< the text of a text value, without its terminator
     quint32 dword = 0;
 };
 
@@ -63,10 +63,6 @@ private:
 /// value or the key is missing (value emptied). A text value keeps its terminating
 /// NUL, since the size the system reports counts it.
 int QueryValueEx(const RegistryKey& key, const QString& valueName, QString& value);
-
-/// The text of a value, or an empty text.
-QString QueryValue(RegistryRoot root, const QString& subkey, const QString& valueName,
-                   const WineEnvironment& env = WineEnvironment::fromProcess());
 
 /// The install folder of the game from the prefix's machine hive, mapped onto the
 /// prefix's drives, or an empty text when no prefix holds it. The terminating NUL of

@@ -20,7 +20,6 @@
 #include "commands/ConfigurationCommands.h"
 #include "settings/ConfigurationFile.h"
 #include "commands/CancelCommand.h"
-#include "settings/SaveSettings.h"
 #include "support/AppContext.h"
 #include "commands/Commands.h"
 #include "model/OptionRules.h"
@@ -126,9 +125,7 @@ void CommandWiring::routeButtons()
 {
     UiRoutes& routes = m_host.routes();
     routes.onClick(QStringLiteral("cmdOk"), [this](frmMain& w) { cmdOk_Click(m_app, w.profile(), m_host); });
-    routes.onClick(QStringLiteral("cmdCancel"), [this](frmMain& w) {
-        cmdCancel_Click(m_app, w.profile(), m_host);
-    });
+    routes.onClick(QStringLiteral("cmdCancel"), [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
     routes.onClick(QStringLiteral("cmdDefault"), [this](frmMain& w) { cmdDefault_Click(m_app, w.profile()); });
     routes.onClick(QStringLiteral("cmdReset"), [this](frmMain&) { endIfAsked(cmdReset_Click(m_app, m_host)); });
     routes.onClick(QStringLiteral("cmdTrayIt"), [](frmMain&) {});
@@ -176,9 +173,7 @@ void CommandWiring::registerTools()
     auto on = [this](const char* id, std::function<void(frmMain&)> routine) {
         m_dispatcher.on(QString::fromLatin1(id), [this, routine] { withWindow(routine); });
     };
-    on("id_FileExit", [this](frmMain& w) {
-        cmdCancel_Click(m_app, w.profile(), m_host);
-    });
+    on("id_FileExit", [this](frmMain& w) { cmdCancel_Click(m_app, w.profile(), m_host); });
     on("id_UtilitiesConfigurationSave", [this](frmMain& w) { UtilitiesConfigurationSave(m_app, w.profile()); });
     on("id_UtilitiesConfigurationLoad", [this](frmMain&) { endIfAsked(LoadConfiguration(m_app, m_host)); });
     on("id_UtilitiesExportLinuxShellScript", [this](frmMain& w) { mnuLinux_Click(m_app, w.profile()); });

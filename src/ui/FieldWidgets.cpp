@@ -471,17 +471,12 @@ UpDown::UpDown(Field& buddy, QWidget* parent) : QWidget(parent), m_buddy(buddy)
     connect(m_down, &QToolButton::clicked, this, [this] { stepBy(-1); });
 }
 
-void UpDown::setRange(int minimum, int maximum)
-{
-    m_min = minimum;
-    m_max = std::max(minimum, maximum);
-}
-
 void UpDown::stepBy(int steps)
 {
+    constexpr double kLowest = 0;
+    constexpr double kHighest = 9999;
     const double current = std::floor(leadingNumber(m_buddy.text()));
-    const double next = std::clamp(current + static_cast<double>(steps) * m_step, static_cast<double>(m_min),
-                                   static_cast<double>(m_max));
+    const double next = std::clamp(current + static_cast<double>(steps), kLowest, kHighest);
     m_buddy.setText(QString::number(static_cast<qint64>(next)));
 }
 
@@ -490,14 +485,22 @@ void UpDown::stepBy(int steps)
 QWidget* createFieldWidget(Field& field, QWidget* parent)
 {
     switch (field.kind()) {
-    case FieldKind::Text: return new BoundLineEdit(field, parent);
-    case FieldKind::Check: return new BoundCheckBox(field, parent);
-    case FieldKind::Option: return new BoundRadioButton(field, parent);
-    case FieldKind::Combo: return new BoundComboBox(field, parent);
-    case FieldKind::List: return new BoundListWidget(field, parent);
-    case FieldKind::Grid: return new BoundTable(field, 1, false, parent);
-    case FieldKind::Label: return new BoundLabel(field, parent);
-    case FieldKind::State: break;
+    case FieldKind::Text:
+        return new BoundLineEdit(field, parent);
+    case FieldKind::Check:
+        return new BoundCheckBox(field, parent);
+    case FieldKind::Option:
+        return new BoundRadioButton(field, parent);
+    case FieldKind::Combo:
+        return new BoundComboBox(field, parent);
+    case FieldKind::List:
+        return new BoundListWidget(field, parent);
+    case FieldKind::Grid:
+        return new BoundTable(field, 1, false, parent);
+    case FieldKind::Label:
+        return new BoundLabel(field, parent);
+    case FieldKind::State:
+        break;
     }
     return nullptr;
 }

@@ -29,7 +29,6 @@ class FieldPresence : public QObject {
 public:
     FieldPresence(QWidget* widget, Field& field);
 
-    Field& field() const { return *m_field; }
     void addCompanion(QWidget* companion);
 
     /// The presence of a bound widget, or null for a widget without a field.
@@ -187,22 +186,13 @@ class UpDown : public QWidget {
 public:
     UpDown(Field& buddy, QWidget* parent = nullptr);
 
-    int minimum() const { return m_min; }
-    int maximum() const { return m_max; }
-    int increment() const { return m_step; }
-    void setRange(int minimum, int maximum);
-    void setIncrement(int step) { m_step = step; }
-
-    /// One step up (positive) or down (negative).
+    /// One step up (positive) or down (negative), within 0 to 9999.
     void stepBy(int steps);
 
 private:
     Field& m_buddy;
     QToolButton* m_up;
     QToolButton* m_down;
-    int m_min = 0;
-    int m_max = 9999;
-    int m_step = 1;
 };
 
 /// The widget for a field of any kind but State.

@@ -34,9 +34,7 @@ QList<QWidget*> loadedForms()
 
 QtWindowHost::QtWindowHost(AppContext& app, QtPrompts* prompts, QObject* parent)
     : QObject(parent), m_app(app), m_prompts(prompts)
-{
-    m_routes.onClick(QStringLiteral("cmdCancel"), [this](frmMain&) { closeAllForms(); });
-}
+{}
 
 QtWindowHost::~QtWindowHost()
 {
@@ -44,10 +42,7 @@ QtWindowHost::~QtWindowHost()
         delete m_window.data();
 }
 
-frmMain* QtWindowHost::mainWindow() const
-{
-    return m_window && !m_window->isUnloading() ? m_window.data() : nullptr;
-}
+frmMain* QtWindowHost::mainWindow() const { return m_window && !m_window->isUnloading() ? m_window.data() : nullptr; }
 
 void QtWindowHost::addWindowSetup(std::function<void(frmMain&)> setup) { m_setups.push_back(std::move(setup)); }
 

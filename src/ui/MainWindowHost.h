@@ -31,10 +31,8 @@ public:
 
     /// The main window while it is loaded and not on its way out, else null.
     frmMain* mainWindow() const;
-    /// True while a main window object exists, even one on its way out.
-    bool mainWindowAlive() const { return !m_window.isNull(); }
 
-    /// The routes of the main window's events. cmdCancel starts as closeAllForms.
+    /// The routes of the main window's events; the command wiring fills them.
     UiRoutes& routes() { return m_routes; }
     /// A step that runs on every new main window after it is built and before its load,
     /// such as putting up its menu bar.

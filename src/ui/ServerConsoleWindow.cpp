@@ -3,6 +3,7 @@
 #include "commands/ServerControlCommands.h"
 #include "console/ColourText.h"
 #include "console/ConsoleClient.h"
+#include "model/FieldIndexes.h"
 #include "support/AppContext.h"
 #include "model/ServerProfile.h"
 #include "platform/Clock.h"
@@ -63,56 +64,37 @@ QTableWidgetItem* cell(const QString& text, bool rich = false)
 } // namespace
 
 frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWidget* parent)
-    : QWidget(parent, Qt::Window), m_app(app), m_profile(profile), m_client(new ConsoleClient(this)),
-      m_historyFile(CommandHistory::fileIn(app.programFolder)), m_statusTimer(new QTimer(this))
+    : QWidget(parent, Qt::Window),
+      m_app(app),
+      m_profile(profile),
+      m_client(new ConsoleClient(this)),
+      m_historyFile(CommandHistory::fileIn(app.programFolder)),
+      m_statusTimer(new QTimer(this))
 {
     setObjectName(QStringLiteral("frmServerConsole"));
     setWindowTitle(QStringLiteral("Server Console"));
     setAttribute(Qt::WA_DeleteOnClose);
     m_history.load(m_historyFile);
 
-    // Status.
-    auto* status = new QGroupBox(QStringLiteral("Status"), this);
-    auto* form = new QFormLayout;
-    m_serverState = valueLabel("lblServerState", status);
-    m_serverState->setTextFormat(Qt::PlainText);
-    m_state = valueLabel("lblServerAnswer", status);
-    m_name = valueLabel("lblServerName", status);
-    m_map = valueLabel("lblServerMap", status);
-    m_gameType = valueLabel("lblServerGameType", status);
-    m_players = valueLabel("lblServerPlayers", status);
-    m_ping = valueLabel("lblServerPing", status);
-    auto* serverStop = button("cmdServerStop", QStringLiteral("S&top"), status);
-    auto* serverRestart = button("cmdServerRestart", QStringLiteral("Res&tart"), status);
-    serverStop->setToolTip(QStringLiteral("Stop the server that OK started"));
-    serverRestart->setToolTip(QStringLiteral("Stop the server and start it again"));
-    auto* process = new QHBoxLayout;
-    process->addWidget(m_serverState, 1);
-    process->addWidget(serverRestart);
-    process->addWidget(serverStop);
-    m_lastAnswer = valueLabel("lblLastAnswer", status);
-    m_lastAnswer->setTextFormat(Qt::PlainText);
-    form->addRow(QStringLiteral("Server:"), process);
-    form->addRow(QStringLiteral("Answer:"), m_state);
-    form->addRow(QString(), m_lastAnswer);
-    form->addRow(QStringLiteral("Name:"), m_name);
-    form->addRow(QStringLiteral("Map:"), m_map);
-    form->addRow(QStringLiteral("Game type:"), m_gameType);
-    form->addRow(QStringLiteral("Players:"), m_players);
-    form->addRow(QStringLiteral("Ping:"), m_ping);
+    QGroupBox* status = buildStatus();
+    QGroupBox* console = buildConsole();
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(status, 2);
+    layout->addWidget(console, 3);
+    resize(900, 520);
+    connectClient();
 
-    m_interval = new QSpinBox(status);
-    m_interval->setObjectName(QStringLiteral("spnStatusInterval"));
-    m_interval->setRange(2, 60);
-    m_interval->setValue(kDefaultInterval);
-    m_interval->setSuffix(QStringLiteral(" s"));
-    auto* refresh = button("cmdRefresh", QStringLiteral("&Refresh"), status);
-    auto* every = new QHBoxLayout;
-    every->addWidget(new QLabel(QStringLiteral("Every"), status));
-    every->addWidget(m_interval);
-    every->addWidget(refresh);
-    every->addStretch();
-    form->addRow(QStringLiteral("Update:"), every);
+    m_serverState->setText(serverStateText(m_app, m_profile));
+    m_state->setText(QStringLiteral("Asking..."));
+    m_statusTimer->setInterval(kDefaultInterval * 1000);
+    m_statusTimer->start();
+    QTimer::singleShot(0, this, &frmServerConsole::refresh);
+}
+
+QGroupBox* frmServerConsole::buildStatus()
+{
+    auto* status = new QGroupBox(QStringLiteral("Status"), this);
+    QFormLayout* form = statusForm(status);
 
     m_grid = new QTableWidget(0, 3, status);
     m_grid->setObjectName(QStringLiteral("grdPlayers"));
@@ -146,8 +128,80 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
     statusLayout->addWidget(m_grid, 1);
     statusLayout->addWidget(m_showCvars);
     statusLayout->addWidget(m_cvars, 1);
+    return status;
+}
 
-    // Remote console.
+QFormLayout* frmServerConsole::statusForm(QGroupBox* status)
+{
+    auto* form = new QFormLayout;
+    m_serverState = valueLabel("lblServerState", status);
+    m_serverState->setTextFormat(Qt::PlainText);
+    m_state = valueLabel("lblServerAnswer", status);
+    m_name = valueLabel("lblServerName", status);
+    m_map = valueLabel("lblServerMap", status);
+    m_gameType = valueLabel("lblServerGameType", status);
+    m_players = valueLabel("lblServerPlayers", status);
+    m_ping = valueLabel("lblServerPing", status);
+    QHBoxLayout* process = serverRow(status);
+    m_lastAnswer = valueLabel("lblLastAnswer", status);
+    m_lastAnswer->setTextFormat(Qt::PlainText);
+    form->addRow(QStringLiteral("Server:"), process);
+    form->addRow(QStringLiteral("Answer:"), m_state);
+    form->addRow(QString(), m_lastAnswer);
+    form->addRow(QStringLiteral("Name:"), m_name);
+    form->addRow(QStringLiteral("Map:"), m_map);
+    form->addRow(QStringLiteral("Game type:"), m_gameType);
+    form->addRow(QStringLiteral("Players:"), m_players);
+    form->addRow(QStringLiteral("Ping:"), m_ping);
+
+    m_interval = new QSpinBox(status);
+    m_interval->setObjectName(QStringLiteral("spnStatusInterval"));
+    m_interval->setRange(2, 60);
+    m_interval->setValue(kDefaultInterval);
+    m_interval->setSuffix(QStringLiteral(" s"));
+    auto* refresh = button("cmdRefresh", QStringLiteral("&Refresh"), status);
+    auto* every = new QHBoxLayout;
+    every->addWidget(new QLabel(QStringLiteral("Every"), status));
+    every->addWidget(m_interval);
+    every->addWidget(refresh);
+    every->addStretch();
+    form->addRow(QStringLiteral("Update:"), every);
+    connect(refresh, &QPushButton::clicked, this, &frmServerConsole::refresh);
+    connect(m_interval, &QSpinBox::valueChanged, this,
+            [this](int seconds) { m_statusTimer->setInterval(seconds * 1000); });
+    connect(m_statusTimer, &QTimer::timeout, this, &frmServerConsole::refresh);
+    return form;
+}
+
+QHBoxLayout* frmServerConsole::serverRow(QGroupBox* status)
+{
+    auto* serverStop = button("cmdServerStop", QStringLiteral("S&top"), status);
+    auto* serverRestart = button("cmdServerRestart", QStringLiteral("Res&tart"), status);
+    serverStop->setToolTip(QStringLiteral("Stop the server that OK started"));
+    serverRestart->setToolTip(QStringLiteral("Stop the server and start it again"));
+    auto* process = new QHBoxLayout;
+    process->addWidget(m_serverState, 1);
+    process->addWidget(serverRestart);
+    process->addWidget(serverStop);
+    connect(serverStop, &QPushButton::clicked, this, [this] {
+        {
+            const AskingWindow asking(this);
+            cmdServerStop_Click(m_app, m_profile);
+        }
+        this->refresh();
+    });
+    connect(serverRestart, &QPushButton::clicked, this, [this] {
+        {
+            const AskingWindow asking(this);
+            cmdServerRestart_Click(m_app, m_profile);
+        }
+        this->refresh();
+    });
+    return process;
+}
+
+QGroupBox* frmServerConsole::buildConsole()
+{
     auto* console = new QGroupBox(QStringLiteral("Remote console"), this);
     m_output = new QTextEdit(console);
     m_output->setObjectName(QStringLiteral("txtConsoleOutput"));
@@ -164,6 +218,17 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
     auto* line = new QHBoxLayout;
     line->addWidget(m_command, 1);
     line->addWidget(send);
+    auto* consoleLayout = new QVBoxLayout(console);
+    consoleLayout->addWidget(m_output, 1);
+    consoleLayout->addLayout(line);
+    consoleLayout->addLayout(quickCommands(console));
+    connect(m_command, &QLineEdit::returnPressed, this, &frmServerConsole::sendLine);
+    connect(send, &QPushButton::clicked, this, &frmServerConsole::sendLine);
+    return console;
+}
+
+QHBoxLayout* frmServerConsole::quickCommands(QGroupBox* console)
+{
     auto* quick = new QHBoxLayout;
     auto* say = button("cmdServerSay", QStringLiteral("Sa&y"), console);
     auto* kick = button("cmdServerKick", QStringLiteral("&Kick"), console);
@@ -174,18 +239,6 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
     for (QPushButton* b : {say, kick, nextMap, restart})
         quick->addWidget(b);
     quick->addStretch();
-    auto* consoleLayout = new QVBoxLayout(console);
-    consoleLayout->addWidget(m_output, 1);
-    consoleLayout->addLayout(line);
-    consoleLayout->addLayout(quick);
-
-    auto* layout = new QHBoxLayout(this);
-    layout->addWidget(status, 2);
-    layout->addWidget(console, 3);
-    resize(900, 520);
-
-    connect(m_command, &QLineEdit::returnPressed, this, &frmServerConsole::sendLine);
-    connect(send, &QPushButton::clicked, this, &frmServerConsole::sendLine);
     connect(say, &QPushButton::clicked, this, [this] {
         const QString text = m_command->text();
         if (text.trimmed().isEmpty())
@@ -198,24 +251,11 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
             [this] { sendMapCommand(QStringLiteral("Change to the next map?"), QStringLiteral("vstr nextmap")); });
     connect(restart, &QPushButton::clicked, this,
             [this] { sendMapCommand(QStringLiteral("Restart the map?"), QStringLiteral("map_restart")); });
-    connect(refresh, &QPushButton::clicked, this, &frmServerConsole::refresh);
-    connect(serverStop, &QPushButton::clicked, this, [this] {
-        {
-            const AskingWindow asking(this);
-            cmdServerStop_Click(m_app, m_profile);
-        }
-        this->refresh();
-    });
-    connect(serverRestart, &QPushButton::clicked, this, [this] {
-        {
-            const AskingWindow asking(this);
-            cmdServerRestart_Click(m_app, m_profile);
-        }
-        this->refresh();
-    });
-    connect(m_interval, &QSpinBox::valueChanged, this, [this](int seconds) { m_statusTimer->setInterval(seconds * 1000); });
-    connect(m_statusTimer, &QTimer::timeout, this, &frmServerConsole::refresh);
+    return quick;
+}
 
+void frmServerConsole::connectClient()
+{
     connect(m_client, &ConsoleClient::statusArrived, this, &frmServerConsole::showStatus);
     connect(m_client, &ConsoleClient::statusUnanswered, this, &frmServerConsole::showNoAnswer);
     connect(m_client, &ConsoleClient::unreadableReply, this, &frmServerConsole::showUnreadable);
@@ -226,25 +266,19 @@ frmServerConsole::frmServerConsole(AppContext& app, ServerProfile& profile, QWid
         m_state->setText(QStringLiteral("Unknown host ") + name.toHtmlEscaped());
         showAnswerCurrent(false);
     });
-
-    m_serverState->setText(serverStateText(m_app, m_profile));
-    m_state->setText(QStringLiteral("Asking..."));
-    m_statusTimer->setInterval(kDefaultInterval * 1000);
-    m_statusTimer->start();
-    QTimer::singleShot(0, this, &frmServerConsole::refresh);
 }
 
 frmServerConsole::~frmServerConsole() { stopTraffic(); }
 
-QString frmServerConsole::host() const { return trimBlanks(m_profile.text(kConfig(16))); }
+QString frmServerConsole::host() const { return trimBlanks(m_profile.text(kConfig(ServerBox::Address))); }
 
 quint16 frmServerConsole::port() const
 {
-    const double port = leadingNumber(m_profile.text(kConfig(12)));
+    const double port = leadingNumber(m_profile.text(kConfig(ServerBox::Port)));
     return port >= 1 && port <= 65535 ? static_cast<quint16>(port) : 28070;
 }
 
-QString frmServerConsole::password() const { return m_profile.text(kConfig(14)); }
+QString frmServerConsole::password() const { return m_profile.text(kConfig(ServerBox::RemotePassword)); }
 
 void frmServerConsole::refresh()
 {
@@ -368,7 +402,8 @@ void frmServerConsole::showAnswerCurrent(bool current)
         m_lastAnswer->clear();
         return;
     }
-    m_lastAnswer->setText(QStringLiteral("Last answer at ") + m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
+    m_lastAnswer->setText(QStringLiteral("Last answer at ") +
+                          m_lastAnswerAt.time().toString(QStringLiteral("HH:mm:ss")));
     // The name's colours would stay bright on a greyed label.
     m_name->setText(stripColourCodes(m_hostName).toHtmlEscaped());
 }
@@ -428,8 +463,8 @@ void frmServerConsole::closeEvent(QCloseEvent* event)
 
 frmServerConsole* showServerConsole(AppContext& app, ServerProfile& profile, QWidget* mainWindow)
 {
-    frmServerConsole* window = mainWindow ? mainWindow->findChild<frmServerConsole*>(
-                                                QStringLiteral("frmServerConsole"), Qt::FindDirectChildrenOnly)
+    frmServerConsole* window = mainWindow ? mainWindow->findChild<frmServerConsole*>(QStringLiteral("frmServerConsole"),
+                                                                                     Qt::FindDirectChildrenOnly)
                                           : nullptr;
     if (!window)
         window = new frmServerConsole(app, profile, mainWindow);

@@ -8,6 +8,9 @@
 #include <QDateTime>
 #include <QWidget>
 
+class QFormLayout;
+class QGroupBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -42,6 +45,17 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// The status side: the server's state and commands, the last answer, the players
+    /// and the server's settings.
+    QGroupBox* buildStatus();
+    QFormLayout* statusForm(QGroupBox* status);
+    /// The server's state with its Restart and Stop buttons.
+    QHBoxLayout* serverRow(QGroupBox* status);
+    /// The remote console side: the output, the command line and the quick commands.
+    QGroupBox* buildConsole();
+    QHBoxLayout* quickCommands(QGroupBox* console);
+    void connectClient();
+
     QString host() const;
     quint16 port() const;
     QString password() const;

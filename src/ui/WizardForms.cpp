@@ -27,7 +27,8 @@ namespace {
 /// 15 twips to a pixel.
 int pixels(int twips) { return twips / 15; }
 
-const char* const kTitles[] = {"Map Wizard - Select a Map", "Map Wizard - Game Type", "Map Wizard - Limits and Options"};
+const char* const kTitles[] = {"Map Wizard - Select a Map", "Map Wizard - Game Type",
+                               "Map Wizard - Limits and Options"};
 } // namespace
 
 WizardPage::WizardPage(AppContext& app, MapWizard& wizard, int number, QWidget* parent)
@@ -54,15 +55,12 @@ void WizardPage::asking(const std::function<void()>& work)
     work();
 }
 
-QWidget* WizardPage::fieldWidget(const QString& name, int index)
-{
-    return createFieldWidget(m_wizard.fields().field(name, index), this);
-}
+QWidget* WizardPage::fieldWidget(FieldId id) { return createFieldWidget(m_wizard.fields().field(id), this); }
 
-QPushButton* WizardPage::button(const QString& name, const QString& caption, const std::function<void()>& click)
+QPushButton* WizardPage::button(FieldId name, const QString& caption, const std::function<void()>& click)
 {
     auto* b = new QPushButton(caption, this);
-    b->setObjectName(name);
+    b->setObjectName(name.key());
     b->setAutoDefault(false);
     connect(b, &QPushButton::clicked, this, [this, click] { asking(click); });
     return b;
@@ -70,14 +68,14 @@ QPushButton* WizardPage::button(const QString& name, const QString& caption, con
 
 void WizardPage::buildPage1(QVBoxLayout* layout)
 {
-    auto* motd = static_cast<QLineEdit*>(fieldWidget(QStringLiteral("txtMOTD")));
+    auto* motd = static_cast<QLineEdit*>(fieldWidget(W::txtMOTD));
     motd->setReadOnly(true);
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("MOTD"), motd);
     layout->addLayout(form);
 
     layout->addWidget(new QLabel(QStringLiteral("Select a map to configure:"), this));
-    auto* grid = new RotationGrid(m_wizard.fields().field(QStringLiteral("grdMapList")), this);
+    auto* grid = new RotationGrid(m_wizard.fields().field(W::grdMapList), this);
     grid->header()->setStretchLastSection(false);
     grid->header()->setMinimumSectionSize(0);
     const int widths[] = {pixels(2205), pixels(50), 0, 0};
@@ -86,30 +84,28 @@ void WizardPage::buildPage1(QVBoxLayout* layout)
     grid->setSelectionMode(QAbstractItemView::SingleSelection);
     grid->setContextMenuPolicy(Qt::CustomContextMenu);
     grid->setMinimumHeight(200);
-    connect(grid, &QTreeWidget::itemClicked, this,
-            [this, grid](QTreeWidgetItem* item) { asking([&] { m_wizard.grdMapList_Click(grid->indexOfTopLevelItem(item)); }); });
+    connect(grid, &QTreeWidget::itemClicked, this, [this, grid](QTreeWidgetItem* item) {
+        asking([&] { m_wizard.grdMapList_Click(grid->indexOfTopLevelItem(item)); });
+    });
     connect(grid, &QWidget::customContextMenuRequested, this,
             [this, grid](const QPoint& at) { showWizardPopup(grid->viewport()->mapToGlobal(at)); });
     layout->addWidget(grid);
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(button(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"), [this] { m_wizard.cmdCancel_Click(); }));
-    QPushButton* next = button(QStringLiteral("cmdNext"), QStringLiteral("Next >"), [this] { m_wizard.cmdNext_Click(1); });
+    buttons->addWidget(button(W::cmdCancel, QStringLiteral("Cancel"), [this] { m_wizard.cmdCancel_Click(); }));
+    QPushButton* next = button(W::cmdNext, QStringLiteral("Next >"), [this] { m_wizard.cmdNext_Click(1); });
     // Next follows the flow's enabled state.
-    new FieldPresence(next, m_wizard.fields().field(QStringLiteral("cmdNext")));
+    new FieldPresence(next, m_wizard.fields().field(W::cmdNext));
     buttons->addWidget(next);
     layout->addLayout(buttons);
 
     // The pop-up ID_Wizard, found by its tool ids.
     auto* popup = new QMenu(this);
     popup->setObjectName(QStringLiteral("ID_Wizard"));
-    const char* entries[][2] = {{"ID_SetStartingMap", "Set Starting Map"},
-                                {nullptr, nullptr},
-                                {"ID_SortAscending", "Sort Ascending"},
-                                {"ID_SortDescending", "Sort Descending"},
-                                {nullptr, nullptr},
-                                {"ID_Cancel", "Cancel"}};
+    const char* entries[][2] = {
+        {"ID_SetStartingMap", "Set Starting Map"}, {nullptr, nullptr}, {"ID_SortAscending", "Sort Ascending"},
+        {"ID_SortDescending", "Sort Descending"},  {nullptr, nullptr}, {"ID_Cancel", "Cancel"}};
     for (const auto& entry : entries) {
         if (!entry[0]) {
             popup->addSeparator();
@@ -143,12 +139,13 @@ void WizardPage::buildPage2(QVBoxLayout* layout)
     auto* types = new QGroupBox(QStringLiteral("Game Type"), this);
     auto* typeLayout = new QVBoxLayout(types);
     for (int i = 0; i <= 6; ++i) {
-        auto* option = static_cast<QRadioButton*>(createFieldWidget(
-            m_wizard.fields().field(F::optDefaultGameType(i)), types));
-        connect(option, &QRadioButton::clicked, this, [this, i] { asking([&] { m_wizard.optDefaultGameType_Click(i); }); });
+        auto* option =
+            static_cast<QRadioButton*>(createFieldWidget(m_wizard.fields().field(F::optDefaultGameType(i)), types));
+        connect(option, &QRadioButton::clicked, this,
+                [this, i] { asking([&] { m_wizard.optDefaultGameType_Click(i); }); });
         typeLayout->addWidget(option);
     }
-    typeLayout->addWidget(createFieldWidget(m_wizard.fields().field(QStringLiteral("chkWizardDuelNoWeapons")), types));
+    typeLayout->addWidget(createFieldWidget(m_wizard.fields().field(W::chkWizardDuelNoWeapons), types));
     layout->addWidget(types);
 
     auto* flags = new QGroupBox(QStringLiteral("DM Flags"), this);
@@ -159,9 +156,9 @@ void WizardPage::buildPage2(QVBoxLayout* layout)
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(button(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"), [this] { m_wizard.cmdCancel_Click(); }));
-    buttons->addWidget(button(QStringLiteral("cmdBack"), QStringLiteral("< Back"), [this] { m_wizard.cmdBack_Click(2); }));
-    buttons->addWidget(button(QStringLiteral("cmdNext"), QStringLiteral("Next >"), [this] { m_wizard.cmdNext_Click(2); }));
+    buttons->addWidget(button(W::cmdCancel, QStringLiteral("Cancel"), [this] { m_wizard.cmdCancel_Click(); }));
+    buttons->addWidget(button(W::cmdBack, QStringLiteral("< Back"), [this] { m_wizard.cmdBack_Click(2); }));
+    buttons->addWidget(button(W::cmdNext, QStringLiteral("Next >"), [this] { m_wizard.cmdNext_Click(2); }));
     layout->addLayout(buttons);
 }
 
@@ -169,8 +166,8 @@ void WizardPage::buildPage3(QVBoxLayout* layout)
 {
     auto* keys = new KeyFilters(m_app.services.beeper, this);
     auto* form = new QFormLayout;
-    auto addText = [&](const QString& name, int index, bool filtered) {
-        Field& field = m_wizard.fields().field(name, index);
+    auto addText = [&](FieldId id, bool filtered) {
+        Field& field = m_wizard.fields().field(id);
         QWidget* box = createFieldWidget(field, this);
         TextBoxKeyRules rules;
         rules.selectOnFocus = true;
@@ -180,26 +177,24 @@ void WizardPage::buildPage3(QVBoxLayout* layout)
         form->addRow(field.caption(), box);
     };
     for (int i = 0; i <= 3; ++i)
-        addText(QStringLiteral("txtGameLimits"), i, false);
-    addText(QStringLiteral("txtSpeed"), 1, false);
-    addText(QStringLiteral("txtSpeed"), 0, false);
-    addText(QStringLiteral("txtWarmup"), 1, true);
+        addText(F::txtGameLimits(i), false);
+    addText(F::txtSpeed(1), false);
+    addText(F::txtSpeed(0), false);
+    addText(W::txtWarmup(1), true);
     layout->addLayout(form);
 
     auto* switches = new QGroupBox(QStringLiteral("Options"), this);
     auto* switchLayout = new QVBoxLayout(switches);
     for (int index : {5, 11, 15, 16, 0})
-        switchLayout->addWidget(
-            createFieldWidget(m_wizard.fields().field(F::chkQuake3Specific(index)), switches));
+        switchLayout->addWidget(createFieldWidget(m_wizard.fields().field(F::chkQuake3Specific(index)), switches));
     layout->addWidget(switches);
 
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    buttons->addWidget(button(QStringLiteral("cmdCancel"), QStringLiteral("Cancel"), [this] { m_wizard.cmdCancel_Click(); }));
-    buttons->addWidget(button(QStringLiteral("cmdBack"), QStringLiteral("< Back"), [this] { m_wizard.cmdBack_Click(3); }));
-    buttons->addWidget(
-        button(QStringLiteral("cmdNextMap"), QStringLiteral("Next Map >>"), [this] { m_wizard.cmdNextMap_Click(); }));
-    buttons->addWidget(button(QStringLiteral("cmdFinish"), QStringLiteral("Finish"), [this] { m_wizard.cmdFinish_Click(); }));
+    buttons->addWidget(button(W::cmdCancel, QStringLiteral("Cancel"), [this] { m_wizard.cmdCancel_Click(); }));
+    buttons->addWidget(button(W::cmdBack, QStringLiteral("< Back"), [this] { m_wizard.cmdBack_Click(3); }));
+    buttons->addWidget(button(W::cmdNextMap, QStringLiteral("Next Map >>"), [this] { m_wizard.cmdNextMap_Click(); }));
+    buttons->addWidget(button(W::cmdFinish, QStringLiteral("Finish"), [this] { m_wizard.cmdFinish_Click(); }));
     layout->addLayout(buttons);
 }
 
@@ -237,8 +232,7 @@ void QtWizardWindows::unloadPage(int page)
     form = nullptr;
 }
 
-MapWizardWindows::MapWizardWindows(AppContext& app, QtWindowHost& host)
-    : m_windows(app, host), m_wizard(app, m_windows)
+MapWizardWindows::MapWizardWindows(AppContext& app, QtWindowHost& host) : m_windows(app, host), m_wizard(app, m_windows)
 {
     m_windows.setWizard(&m_wizard);
 }

@@ -31,8 +31,8 @@ private:
     void buildPage1(QVBoxLayout* layout);
     void buildPage2(QVBoxLayout* layout);
     void buildPage3(QVBoxLayout* layout);
-    QPushButton* button(const QString& name, const QString& caption, const std::function<void()>& click);
-    QWidget* fieldWidget(const QString& name, int index = -1);
+    QPushButton* button(FieldId name, const QString& caption, const std::function<void()>& click);
+    QWidget* fieldWidget(FieldId id);
     /// Runs work of the flow with this page as the window that asks.
     void asking(const std::function<void()>& work);
     void showWizardPopup(const QPoint& where);

@@ -45,8 +45,7 @@ class PickerProgress final : public ScanProgress {
 public:
     PickerProgress(QWidget* form, QLabel* scanning, QLabel* activity, QProgressBar* bar)
         : m_form(form), m_scanning(scanning), m_activity(activity), m_bar(bar)
-    {
-    }
+    {}
     void show() override
     {
         setShown(true);
@@ -101,49 +100,9 @@ frmBOT::frmBOT(AppContext& app, ServerProfile& mainProfile, QWidget* parent)
     buildCustomTab(custom);
     m_tabs->addTab(standard, QStringLiteral("Standard"));
     m_tabs->addTab(custom, QStringLiteral("Custom"));
-
-    // The bot's own boxes.
-    m_name = new QLineEdit(QStringLiteral("Desann"), this);
-    m_name->setObjectName(QStringLiteral("txtBOTName"));
-    m_skill = new QComboBox(this);
-    m_skill->setObjectName(QStringLiteral("cboSkill"));
-    m_team = new QComboBox(this);
-    m_team->setObjectName(QStringLiteral("cboTeam"));
-    m_ping = new QLineEdit(QStringLiteral("0"), this);
-    m_ping->setObjectName(QStringLiteral("txtBOTPing"));
-    m_ping->setToolTip(QStringLiteral("Assign a msec delay to mimic player ping"));
-    auto* boxes = new QGridLayout;
-    boxes->addWidget(namedLabel(QStringLiteral("Label1(0)"), QStringLiteral("Name:"), this), 0, 0);
-    boxes->addWidget(m_name, 1, 0);
-    boxes->addWidget(namedLabel(QStringLiteral("Label1(2)"), QStringLiteral("Skill:"), this), 0, 1);
-    boxes->addWidget(m_skill, 1, 1);
-    boxes->addWidget(namedLabel(QStringLiteral("Label1(1)"), QStringLiteral("Team:"), this), 0, 2);
-    boxes->addWidget(m_team, 1, 2);
-    boxes->addWidget(namedLabel(QStringLiteral("lblTimeOut"), QStringLiteral("Ping:"), this), 0, 3);
-    boxes->addWidget(m_ping, 1, 3);
-    boxes->setColumnStretch(0, 2);
-    boxes->setColumnStretch(1, 2);
-
-    // The scan's progress, hidden while none runs.
-    m_scanning = namedLabel(QStringLiteral("lblScanning"), QStringLiteral("Current Progress:"), this);
-    m_activity = namedLabel(QStringLiteral("lblScannerShow"), QString(), this);
-    m_progress = new QProgressBar(this);
-    m_progress->setObjectName(QStringLiteral("pctCurrentProg"));
-    m_progress->setTextVisible(false);
-    m_progress->setRange(0, 1);
-    m_scanView = std::make_unique<PickerProgress>(this, m_scanning, m_activity, m_progress);
-    m_scanView->hide();
-
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    const char* captions[] = {"&OK", "&Cancel", "&Scan"};
-    for (int i = 0; i < 3; ++i) {
-        auto* button = new QPushButton(QString::fromLatin1(captions[i]), this);
-        button->setObjectName(QStringLiteral("cmdOk(%1)").arg(i));
-        button->setAutoDefault(false);
-        connect(button, &QPushButton::clicked, this, [this, i] { cmdOk_Click(i); });
-        buttons->addWidget(button);
-    }
+    QGridLayout* boxes = buildBotBoxes();
+    buildScanProgress();
+    QHBoxLayout* buttons = buildButtons();
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs, 1);
@@ -175,6 +134,59 @@ frmBOT::frmBOT(AppContext& app, ServerProfile& mainProfile, QWidget* parent)
     FormOnTop(app, this, true);
     CenterForm(app, this);
     DisableCloseMenu(app, this);
+}
+
+QGridLayout* frmBOT::buildBotBoxes()
+{
+    m_name = new QLineEdit(QStringLiteral("Desann"), this);
+    m_name->setObjectName(QStringLiteral("txtBOTName"));
+    m_skill = new QComboBox(this);
+    m_skill->setObjectName(QStringLiteral("cboSkill"));
+    m_team = new QComboBox(this);
+    m_team->setObjectName(QStringLiteral("cboTeam"));
+    m_ping = new QLineEdit(QStringLiteral("0"), this);
+    m_ping->setObjectName(QStringLiteral("txtBOTPing"));
+    m_ping->setToolTip(QStringLiteral("Assign a msec delay to mimic player ping"));
+    auto* boxes = new QGridLayout;
+    boxes->addWidget(namedLabel(QStringLiteral("Label1(0)"), QStringLiteral("Name:"), this), 0, 0);
+    boxes->addWidget(m_name, 1, 0);
+    boxes->addWidget(namedLabel(QStringLiteral("Label1(2)"), QStringLiteral("Skill:"), this), 0, 1);
+    boxes->addWidget(m_skill, 1, 1);
+    boxes->addWidget(namedLabel(QStringLiteral("Label1(1)"), QStringLiteral("Team:"), this), 0, 2);
+    boxes->addWidget(m_team, 1, 2);
+    boxes->addWidget(namedLabel(QStringLiteral("lblTimeOut"), QStringLiteral("Ping:"), this), 0, 3);
+    boxes->addWidget(m_ping, 1, 3);
+    boxes->setColumnStretch(0, 2);
+    boxes->setColumnStretch(1, 2);
+    return boxes;
+}
+
+void frmBOT::buildScanProgress()
+{
+    // Hidden while no scan runs.
+    m_scanning = namedLabel(QStringLiteral("lblScanning"), QStringLiteral("Current Progress:"), this);
+    m_activity = namedLabel(QStringLiteral("lblScannerShow"), QString(), this);
+    m_progress = new QProgressBar(this);
+    m_progress->setObjectName(QStringLiteral("pctCurrentProg"));
+    m_progress->setTextVisible(false);
+    m_progress->setRange(0, 1);
+    m_scanView = std::make_unique<PickerProgress>(this, m_scanning, m_activity, m_progress);
+    m_scanView->hide();
+}
+
+QHBoxLayout* frmBOT::buildButtons()
+{
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    const char* captions[] = {"&OK", "&Cancel", "&Scan"};
+    for (int i = 0; i < 3; ++i) {
+        auto* button = new QPushButton(QString::fromLatin1(captions[i]), this);
+        button->setObjectName(QStringLiteral("cmdOk(%1)").arg(i));
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, [this, i] { cmdOk_Click(i); });
+        buttons->addWidget(button);
+    }
+    return buttons;
 }
 
 void frmBOT::buildStandardTab(QWidget* page)
@@ -305,13 +317,18 @@ void frmBOT::cmdOk_Click(int index)
     const AskingWindow asking(this);
     try {
         switch (index) {
-        case 0: ok(); break;
-        case 1: unloadForm(this); break;
+        case 0:
+            ok();
+            break;
+        case 1:
+            unloadForm(this);
+            break;
         case 2:
             if (runBotScan(app, *m_scanView))
                 LoadBotList();
             break;
-        default: break;
+        default:
+            break;
         }
     } catch (const RuntimeError& e) {
         unloadForm(this);

@@ -11,6 +11,8 @@
 #include <memory>
 
 class QComboBox;
+class QGridLayout;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -46,6 +48,11 @@ protected:
 
 private:
     void buildStandardTab(QWidget* page);
+    /// The bot's own boxes: name, skill, team and ping.
+    QGridLayout* buildBotBoxes();
+    void buildScanProgress();
+    /// OK, Cancel and Scan.
+    QHBoxLayout* buildButtons();
     void buildCustomTab(QWidget* page);
     void LoadBotList();
     void fillInstalled(const QList<QStringList>& rows);

@@ -22,14 +22,6 @@ QString mapLine(const WizardMapRecord& r, int n, int count, const QString& fileT
 }
 } // namespace
 
-QStringList AdvancedMapCycle::mainLines() const
-{
-    QStringList lines;
-    for (const AdvancedCycleEntry& entry : entries)
-        lines << entry.line;
-    return lines + tail;
-}
-
 QList<WizardMapRecord> BuildCycleRecords(const QList<WizardMapRecord>& records, const QString& startingMap)
 {
     QList<WizardMapRecord> ordered{WizardMapRecord{}};

@@ -21,9 +21,6 @@ struct AdvancedMapCycle {
     QList<AdvancedCycleEntry> entries;
     /// The lines behind the maps: an empty line, "vstr m1", the warning and the marker.
     QStringList tail;
-
-    /// Every line of the main file in order.
-    QStringList mainLines() const;
 };
 
 /// The records in cycle order: the first whose MapName equals startingMap at the front,

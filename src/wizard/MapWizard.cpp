@@ -1,4 +1,5 @@
 #include "wizard/MapWizard.h"
+#include "model/FieldIndexes.h"
 #include "model/FieldNames.h"
 
 #include "maps/MapRotation.h"
@@ -25,7 +26,7 @@ QString limitText(const Field& box) { return kCell.arg(box.tag(), box.text()); }
 
 MapWizard::MapWizard(AppContext& app, WizardWindows& windows) : m_app(app), m_windows(windows) {}
 
-Field& MapWizard::grid() { return m_fields.field(QStringLiteral("grdMapList")); }
+Field& MapWizard::grid() { return m_fields.field(W::grdMapList); }
 
 void MapWizard::guarded(const std::function<void()>& handler)
 {
@@ -54,11 +55,10 @@ void MapWizard::show(int page)
         for (Field* field : m_fields.page(page))
             field->reset();
         if (page == 1) {
-            m_fields.field(QStringLiteral("cmdNext")).setEnabled(false);
+            m_fields.field(W::cmdNext).setEnabled(false);
             loadPage1();
         } else if (page == 2) {
-            m_fields.field(QStringLiteral("chkWizardDuelNoWeapons"))
-                .setVisible(m_fields.field(F::optDefaultGameType(3)).isSet());
+            m_fields.field(W::chkWizardDuelNoWeapons).setVisible(m_fields.field(F::optDefaultGameType(3)).isSet());
         }
     }
     m_windows.showPage(page);
@@ -69,12 +69,13 @@ void MapWizard::hide(int page) { m_windows.hidePage(page); }
 void MapWizard::loadPage1()
 {
     // The message of the day is shown for reading only: it isn't stored per map.
-    m_fields.field(QStringLiteral("txtMOTD")).setText(m_main ? m_main->text(F::txtServerConfig(0)) : QString());
+    m_fields.field(W::txtMOTD).setText(m_main ? m_main->text(F::txtServerConfig(ServerBox::Motd)) : QString());
     Field& maps = grid();
     maps.setTag(QString());
     QList<QStringList> rows;
     for (int row = 0; row <= m_state.upper; ++row)
-        rows << QStringList{m_state.records.at(row).MapName, QString::number(row), QString(), QString(), kMarkNotSelected};
+        rows << QStringList{m_state.records.at(row).MapName, QString::number(row), QString(), QString(),
+                            kMarkNotSelected};
     maps.setRows(rows);
 }
 
@@ -92,11 +93,11 @@ void MapWizard::grdMapList_Click(int row)
         setRotationMark(maps, row, kMarkSelected);
         maps.setCurrent(row);
         maps.setTag(QString::number(row));
-        m_fields.field(QStringLiteral("cmdNext")).setEnabled(true);
+        m_fields.field(W::cmdNext).setEnabled(true);
     });
 }
 
-bool MapWizard::popupOpens() const { return m_fields.field(QStringLiteral("grdMapList")).count() > 0; }
+bool MapWizard::popupOpens() const { return m_fields.field(W::grdMapList).count() > 0; }
 
 void MapWizard::runPopupTool(const QString& toolId)
 {
@@ -125,7 +126,7 @@ void MapWizard::runPopupTool(const QString& toolId)
 
 void MapWizard::optDefaultGameType_Click(int index)
 {
-    m_fields.field(QStringLiteral("chkWizardDuelNoWeapons")).setVisible(index == 3);
+    m_fields.field(W::chkWizardDuelNoWeapons).setVisible(index == 3);
 }
 
 void MapWizard::cmdNext_Click(int page)
@@ -141,7 +142,8 @@ void MapWizard::cmdNext_Click(int page)
                 raiseError(err::SubscriptOutOfRange);
             if (m_state.records.at(record).Configured) {
                 const QString question = QStringLiteral("This map has already been selected, continue?") + kTail +
-                                         kCrLf + QStringLiteral("WARNING - All previous settings will be removed") + kTail;
+                                         kCrLf + QStringLiteral("WARNING - All previous settings will be removed") +
+                                         kTail;
                 if (m_app.prompts().message(question, kProductTitle, Icon::Question, Buttons::YesNo) == Answer::No) {
                     setRotationMark(maps, row, kMarkNotSelected);
                     return;
@@ -157,7 +159,7 @@ void MapWizard::cmdNext_Click(int page)
                 const Field& option = m_fields.field(F::optDefaultGameType(i));
                 if (option.isSet()) {
                     r.GameType = QStringLiteral("g_gametype ") + option.tag();
-                    r.DuelNoWeapons = m_fields.field(QStringLiteral("chkWizardDuelNoWeapons")).isSet();
+                    r.DuelNoWeapons = m_fields.field(W::chkWizardDuelNoWeapons).isSet();
                     break;
                 }
             }
@@ -191,7 +193,7 @@ void MapWizard::storePage3()
     r.DuelFragLimit = limit(2);
     r.FragLimit = limit(0);
     r.FriendlyFire = switchText(m_fields.field(F::chkQuake3Specific(5)));
-    r.Warmup = QStringLiteral("g_warmup ") + m_fields.field(QStringLiteral("txtWarmup"), 1).text();
+    r.Warmup = QStringLiteral("g_warmup ") + m_fields.field(W::txtWarmup(1)).text();
     r.Gravity = limitText(m_fields.field(F::txtSpeed(1)));
     r.RunSpeed = limitText(m_fields.field(F::txtSpeed(0)));
     r.PrivateDuel = switchText(m_fields.field(F::chkQuake3Specific(11)));

@@ -13,6 +13,22 @@
 
 namespace steward {
 
+/// Typed names of the wizard pages' own controls. The fields that bear a main window
+/// field's name (optDefaultGameType, chkDMFlags, txtGameLimits, txtSpeed,
+/// chkQuake3Specific) are named by F::.
+namespace W {
+inline constexpr FieldId txtMOTD{"txtMOTD"};
+inline constexpr FieldId grdMapList{"grdMapList"};
+inline constexpr FieldId chkWizardDuelNoWeapons{"chkWizardDuelNoWeapons"};
+inline constexpr FieldArray txtWarmup{"txtWarmup"};
+/// The buttons. cmdNext is a field as well: the flow enables and disables it.
+inline constexpr FieldId cmdNext{"cmdNext"};
+inline constexpr FieldId cmdBack{"cmdBack"};
+inline constexpr FieldId cmdCancel{"cmdCancel"};
+inline constexpr FieldId cmdNextMap{"cmdNextMap"};
+inline constexpr FieldId cmdFinish{"cmdFinish"};
+} // namespace W
+
 class WizardPageFields : public QObject {
     Q_OBJECT
 public:

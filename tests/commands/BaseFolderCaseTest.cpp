@@ -5,6 +5,7 @@
 #include "commands/CreateJediConfiguration.h"
 #include "commands/MainFormLoad.h"
 #include "commands/MapCycleCommands.h"
+#include "commands/ProfileLoad.h"
 #include "commands/ServerLaunch.h"
 #include "maps/MapRotation.h"
 #include "maps/MapScanner.h"

@@ -8,6 +8,7 @@
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "platform/ProcessIdentity.h"
+#include "commands/ConfigurationCommands.h"
 #include "settings/SaveSettings.h"
 #include "settings/SettingsStore.h"
 #include "testkit/FakeWindows.h"

@@ -7,7 +7,7 @@
 #include <QTemporaryDir>
 #include <cstdlib>
 
-#ifdef STEWARD_TEST_GUI_ONLY
+#ifdef STEWARD_TEST_WITHOUT_WINDOWS
 #include <QGuiApplication>
 using TestApplication = QGuiApplication;
 #else

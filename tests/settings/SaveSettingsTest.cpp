@@ -2,6 +2,7 @@
 // and the change mark with its question.
 #include "settings/MainSettings.h"
 #include "commands/CancelCommand.h"
+#include "commands/ConfigurationCommands.h"
 #include "settings/SaveSettings.h"
 #include "model/Constants.h"
 #include "model/OptionRules.h"

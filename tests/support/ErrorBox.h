@@ -10,7 +10,7 @@ inline Box errorBox(int number, const QString& source, const QString& descriptio
 {
     return {QStringLiteral("arena-steward Error"), Icon::Critical,
             QStringLiteral("Following error occurred in this application:\r\n\r\n%1\r\nNumber: %2\r\nSource: %3")
-                .arg(description.isEmpty() ? standardDescription(number) : description)
+                .arg(description.isEmpty() ? RuntimeError(number).description() : description)
                 .arg(number)
                 .arg(source),
             Buttons::Ok};

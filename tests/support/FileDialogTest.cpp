@@ -11,16 +11,6 @@ namespace {
 const QChar kNul(0);
 }
 
-TEST(FileDialog, TheFilterReachesTheSystemWithNulSeparators)
-{
-    EXPECT_EQ(CFileDialog::systemFilter(QStringLiteral("BOT list (*.lst)|*.lst")),
-              QStringLiteral("BOT list (*.lst)") + kNul + QStringLiteral("*.lst") + kNul + kNul);
-    EXPECT_EQ(CFileDialog::systemFilter(QStringLiteral("A|*.a|All files (*)|*")),
-              QStringLiteral("A") + kNul + QStringLiteral("*.a") + kNul + QStringLiteral("All files (*)") + kNul +
-                  QStringLiteral("*") + kNul + kNul);
-    EXPECT_EQ(CFileDialog::systemFilter({}), QString(2, kNul));
-}
-
 TEST(FileDialog, ShowPassesEveryPropertyToTheDialog)
 {
     TestApp t;
