@@ -15,9 +15,9 @@
 //   --rounds N      rounds of window, chain and peer per size (3)
 //   --work DIR      where the work folder is made (/dev/shm, else the temporary folder)
 //   --window-only   only the window's rounds, for a profiler; no verdicts
+#include "platform/AddressLookup.h"
 #include "sides.h"
 #include "support/ProductText.h"
-#include "testkit/NoAddressLookup.h"
 #include "testkit/TestApp.h"
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
@@ -45,6 +45,13 @@ using namespace steward::bench;
 using namespace steward::testing;
 
 namespace {
+
+/// A host without a name: every address lookup fails quietly.
+class NoHostName : public AddressLookup {
+public:
+    bool hostName(QString&, int&) override { return false; }
+    QList<QByteArray> addresses(const QString&) override { return {}; }
+};
 
 const char* const kScanAction = "id_UtilitiesMapsScanfornewmaps";
 
@@ -172,7 +179,7 @@ WindowRun runWindow(const QString& gameFolder)
         BoxAnswers answers(clock);
         QtWindowHost host(*t.app, &prompts);
         host.addWindowSetup([&scanner](frmMain& window) { scanner.setOwner(&window); });
-        NoAddressLookup lookup;
+        NoHostName lookup;
         CommandWiring wiring(*t.app, host, lookup);
         host.loadMainWindow();
         host.showMainWindow();
