@@ -22,7 +22,7 @@
 #include "ui/CommandWiring.h"
 #include "ui/MainWindowHost.h"
 #include "ui/QtPrompts.h"
-#include "ui/ScannerWindow.h"
+#include "ui/frmScanner.h"
 #include "ui/frmMain.h"
 
 #include <QAbstractButton>
@@ -172,7 +172,7 @@ WindowRun runWindow(const QString& gameFolder)
     t.app->gameFolder = gameFolder;
     QtPrompts prompts;
     t.app->services.prompts = &prompts;
-    ScannerWindowProgress scanner;
+    frmScannerProgress scanner;
     t.app->services.scanProgress = &scanner;
     {
         QElapsedTimer clock;

@@ -17,7 +17,7 @@
 #include "ui/MainWindowHost.h"
 #include "ui/frmMain.h"
 #include "ui/QtPrompts.h"
-#include "ui/ScannerWindow.h"
+#include "ui/frmScanner.h"
 
 #include <QApplication>
 #include <QDir>
@@ -89,7 +89,7 @@ int runApplication(int argc, char** argv)
     if (QFileInfo(watcher).isExecutable())
         app.watcherProgram = watcher;
 
-    ScannerWindowProgress scanner;
+    frmScannerProgress scanner;
     app.services.scanProgress = &scanner;
 
     QtWindowHost host(app, &prompts);

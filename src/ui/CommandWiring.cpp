@@ -26,14 +26,14 @@
 #include "model/ServerProfile.h"
 #include "commands/ToolTable.h"
 #include "commands/AddressCommand.h"
-#include "ui/AboutWindow.h"
+#include "ui/frmAbout.h"
 #include "ui/BotPage.h"
 #include "ui/KeyFilters.h"
 #include "ui/MainWindowHost.h"
 #include "ui/MenuBuilder.h"
 #include "ui/WizardForms.h"
 #include "ui/frmBOT.h"
-#include "ui/ServerConsoleWindow.h"
+#include "ui/frmServerConsole.h"
 #include "ui/frmMain.h"
 
 #include <QAction>

@@ -9,8 +9,8 @@
 #include "testkit/Printers.h"
 #include "ui/FormServices.h"
 #include "ui/QtPrompts.h"
-#include "ui/ScannerWindow.h"
-#include "ui/ServerConsoleWindow.h"
+#include "ui/frmScanner.h"
+#include "ui/frmServerConsole.h"
 #include "ui/WiredMainWindow.h"
 #include "ui/frmBOT.h"
 
@@ -142,7 +142,7 @@ TEST_F(BoxOwner, TheServerConsolesQuestionsOpenAboveTheConsole)
 
 TEST_F(BoxOwner, WhileTheScannerShowsTheScansBoxesOpenAboveIt)
 {
-    ScannerWindowProgress scanner(window);
+    frmScannerProgress scanner(window);
     scanner.show();
     EXPECT_EQ(ownersDuring([&] { t.app->prompts().message(QStringLiteral("Cannot read maps.pk3"), {}, Icon::Exclamation); }),
               QStringList{QStringLiteral("frmScanner")});

@@ -1,7 +1,7 @@
 #include "commands/ToolTable.h"
 #include "model/Constants.h"
 #include "testkit/TestApp.h"
-#include "ui/AboutWindow.h"
+#include "ui/frmAbout.h"
 #include "ui/MenuBuilder.h"
 
 #include <QAction>
@@ -69,12 +69,12 @@ TEST(MenuBar, ThePopUpsEntriesCarryTheirIdsAndDispatchThem)
     }
 }
 
-TEST(AboutWindow, ShowsTheVersionAndClosesOnAKeyAndItsFlagFollowsIt)
+TEST(frmAbout, ShowsTheVersionAndClosesOnAKeyAndItsFlagFollowsIt)
 {
     steward::testing::TestApp t;
     {
-        AboutWindow about(*t.app);
-        EXPECT_TRUE(AboutWindow::isLoaded());
+        frmAbout about(*t.app);
+        EXPECT_TRUE(frmAbout::isLoaded());
         EXPECT_EQ(about.objectName(), QStringLiteral("frmAbout"));
         EXPECT_EQ(about.windowTitle(), QStringLiteral("About Arena Steward"));
         auto* marquee = about.findChild<QLabel*>(QStringLiteral("lblMarquee"));
@@ -90,10 +90,10 @@ TEST(AboutWindow, ShowsTheVersionAndClosesOnAKeyAndItsFlagFollowsIt)
         });
         EXPECT_EQ(about.exec(), QDialog::Accepted);
     }
-    EXPECT_FALSE(AboutWindow::isLoaded());
+    EXPECT_FALSE(frmAbout::isLoaded());
 }
 
-TEST(AboutWindow, TheMailLabelMailsAndEveryOtherClickCloses)
+TEST(frmAbout, TheMailLabelMailsAndEveryOtherClickCloses)
 {
     steward::testing::TestApp t;
     auto click = [](QWidget* target) {
@@ -101,14 +101,14 @@ TEST(AboutWindow, TheMailLabelMailsAndEveryOtherClickCloses)
                           Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(target, &press);
     };
-    AboutWindow about(*t.app);
+    frmAbout about(*t.app);
     click(about.findChild<QLabel*>(QStringLiteral("lblMailMe")));
     ASSERT_EQ(t.opener.opened.size(), 1u);
     EXPECT_EQ(t.opener.opened[0].scheme(), QStringLiteral("mailto"));
     EXPECT_NE(about.result(), QDialog::Accepted) << "the mail label leaves the window open";
 
     for (const char* name : {"lblMarquee", "Picture1"}) {
-        AboutWindow other(*t.app);
+        frmAbout other(*t.app);
         click(other.findChild<QLabel*>(QString::fromLatin1(name)));
         EXPECT_EQ(other.result(), QDialog::Accepted) << name;
     }

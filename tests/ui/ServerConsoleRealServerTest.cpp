@@ -5,7 +5,7 @@
 #include "console/ConsoleProtocol.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
-#include "ui/ServerConsoleWindow.h"
+#include "ui/frmServerConsole.h"
 
 #include <QApplication>
 #include <QFileInfo>

@@ -6,7 +6,7 @@
 #include "commands/MainFormLoad.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"
-#include "ui/ServerConsoleWindow.h"
+#include "ui/frmServerConsole.h"
 #include "ui/frmMain.h"
 
 #include <QApplication>

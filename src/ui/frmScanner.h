@@ -16,10 +16,10 @@ class QProgressBar;
 
 namespace steward {
 
-class ScannerWindow : public QDialog {
+class frmScanner : public QDialog {
     Q_OBJECT
 public:
-    explicit ScannerWindow(QWidget* parent = nullptr);
+    explicit frmScanner(QWidget* parent = nullptr);
 
     QLabel* scanningLabel() const { return m_scanning; }
     QLabel* activityLabel() const { return m_activity; }
@@ -39,20 +39,20 @@ private:
 /// on unload. Set it as AppContext::scanProgress. Its widgets always hold the newest
 /// text and value; they are painted when a frame has passed since the last paint, and
 /// when a phase ends.
-class ScannerWindowProgress final : public ScanProgress {
+class frmScannerProgress final : public ScanProgress {
 public:
-    explicit ScannerWindowProgress(QWidget* owner = nullptr, FramePacer::Clock clock = {})
+    explicit frmScannerProgress(QWidget* owner = nullptr, FramePacer::Clock clock = {})
         : m_owner(owner), m_pacer(std::move(clock))
     {
     }
-    ~ScannerWindowProgress() override;
-    ScannerWindowProgress(const ScannerWindowProgress&) = delete;
-    ScannerWindowProgress& operator=(const ScannerWindowProgress&) = delete;
+    ~frmScannerProgress() override;
+    frmScannerProgress(const frmScannerProgress&) = delete;
+    frmScannerProgress& operator=(const frmScannerProgress&) = delete;
 
     /// The window that owns frmScanner (frmMain once it exists).
     void setOwner(QWidget* owner) { m_owner = owner; }
     /// frmScanner while it is loaded, else nullptr.
-    ScannerWindow* window() const { return m_window.data(); }
+    frmScanner* window() const { return m_window.data(); }
 
     void show() override;
     void hide() override;
@@ -65,7 +65,7 @@ public:
     void phaseDone() override;
 
 private:
-    ScannerWindow& load();
+    frmScanner& load();
     /// Changes the bar without the repaint that QProgressBar makes at once.
     template <typename Change> void changeBar(Change change);
     void paintWhenDue();
@@ -73,7 +73,7 @@ private:
     void paint();
 
     QPointer<QWidget> m_owner;
-    QPointer<ScannerWindow> m_window;
+    QPointer<frmScanner> m_window;
     FramePacer m_pacer;
     /// The scan's boxes open above the window while it is loaded.
     std::unique_ptr<AskingWindow> m_asking;

@@ -10,7 +10,7 @@
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
 #include "testkit/BoxExpect.h"
-#include "ui/ServerConsoleWindow.h"
+#include "ui/frmServerConsole.h"
 #include "ui/WiredMainWindow.h"
 
 #include <QAction>

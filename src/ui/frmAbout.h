@@ -10,11 +10,11 @@ namespace steward {
 
 class AppContext;
 
-class AboutWindow : public QDialog {
+class frmAbout : public QDialog {
     Q_OBJECT
 public:
-    explicit AboutWindow(AppContext& app, QWidget* parent = nullptr);
-    ~AboutWindow() override;
+    explicit frmAbout(AppContext& app, QWidget* parent = nullptr);
+    ~frmAbout() override;
 
     /// True while an About window is loaded.
     static bool isLoaded();

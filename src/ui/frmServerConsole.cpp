@@ -1,4 +1,4 @@
-#include "ui/ServerConsoleWindow.h"
+#include "ui/frmServerConsole.h"
 
 #include "commands/ServerControlCommands.h"
 #include "console/ColourText.h"

@@ -7,7 +7,7 @@
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
 #include "ui/MainWindowHost.h"
-#include "ui/ScannerWindow.h"
+#include "ui/frmScanner.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -123,12 +123,12 @@ bool inOrderWithin(const QStringList& shown, const QStringList& reported)
 
 } // namespace
 
-TEST(ScannerWindow, ShowsTheScanAndGoesAwayWhenUnloaded)
+TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
 {
-    ScannerWindowProgress progress;
+    frmScannerProgress progress;
     EXPECT_EQ(progress.window(), nullptr);
     progress.show();
-    ScannerWindow* window = progress.window();
+    frmScanner* window = progress.window();
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(window->objectName(), QStringLiteral("frmScanner"));
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Map Scanner"));
@@ -155,10 +155,10 @@ TEST(ScannerWindow, ShowsTheScanAndGoesAwayWhenUnloaded)
     EXPECT_EQ(progress.window(), nullptr);
 }
 
-TEST(ScannerWindow, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
+TEST(frmScanner, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
 {
     TestApp t;
-    ScannerWindowProgress progress;
+    frmScannerProgress progress;
     t.app->services.scanProgress = &progress;
     ASSERT_TRUE(ZipBuilder()
                     .file(QStringLiteral("maps/duel_pit.bsp"))
@@ -185,9 +185,9 @@ struct ScanPace {
     qint64 stepMs;
 };
 
-class ScannerWindowPace : public ::testing::TestWithParam<ScanPace> {};
+class frmScannerPace : public ::testing::TestWithParam<ScanPace> {};
 
-TEST_P(ScannerWindowPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
+TEST_P(frmScannerPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
 {
     TestApp t;
     for (int n = 0; n < 40; ++n) {
@@ -200,7 +200,7 @@ TEST_P(ScannerWindowPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
                         .write(t.baseFolder() + QLatin1Char('/') + map + QStringLiteral(".pk3")));
     }
     qint64 now = 0;
-    ScannerWindowProgress window(nullptr, [&now] { return now; });
+    frmScannerProgress window(nullptr, [&now] { return now; });
     PaintedScanner painted;
     ReportedScan scan(window, painted, now, GetParam().stepMs);
     t.app->services.scanProgress = &scan;
@@ -230,5 +230,5 @@ TEST_P(ScannerWindowPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Steps, ScannerWindowPace,
+INSTANTIATE_TEST_SUITE_P(Steps, frmScannerPace,
                          ::testing::Values(ScanPace{0}, ScanPace{1}, ScanPace{7}, ScanPace{FramePacer::kFrameMs}));

@@ -1,4 +1,4 @@
-#include "ui/ScannerWindow.h"
+#include "ui/frmScanner.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -8,7 +8,7 @@
 
 namespace steward {
 
-ScannerWindow::ScannerWindow(QWidget* parent) : QDialog(parent)
+frmScanner::frmScanner(QWidget* parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmScanner"));
     setWindowTitle(QStringLiteral("Map Scanner"));
@@ -34,22 +34,22 @@ ScannerWindow::ScannerWindow(QWidget* parent) : QDialog(parent)
     setFixedSize(sizeHint().expandedTo(QSize(360, 110)));
 }
 
-void ScannerWindow::closeEvent(QCloseEvent* event) { event->ignore(); }
+void frmScanner::closeEvent(QCloseEvent* event) { event->ignore(); }
 
-ScannerWindowProgress::~ScannerWindowProgress() { unload(); }
+frmScannerProgress::~frmScannerProgress() { unload(); }
 
-ScannerWindow& ScannerWindowProgress::load()
+frmScanner& frmScannerProgress::load()
 {
     if (!m_window) {
-        m_window = new ScannerWindow(m_owner);
+        m_window = new frmScanner(m_owner);
         m_asking = std::make_unique<AskingWindow>(m_window);
     }
     return *m_window;
 }
 
-void ScannerWindowProgress::show()
+void frmScannerProgress::show()
 {
-    ScannerWindow& window = load();
+    frmScanner& window = load();
     window.show();
     window.raise();
     // The scan holds the event loop: let the new window come up and paint once.
@@ -57,57 +57,57 @@ void ScannerWindowProgress::show()
     m_pacer.painted();
 }
 
-void ScannerWindowProgress::hide()
+void frmScannerProgress::hide()
 {
     if (m_window)
         m_window->hide();
 }
 
-void ScannerWindowProgress::unload()
+void frmScannerProgress::unload()
 {
     m_asking.reset();
     delete m_window.data();
     m_window.clear();
 }
 
-void ScannerWindowProgress::setActivity(const QString& text)
+void frmScannerProgress::setActivity(const QString& text)
 {
     // A label only asks for a paint on a change; the paint itself is made here.
     load().activityLabel()->setText(text);
     paintWhenDue();
 }
 
-void ScannerWindowProgress::setActivityVisible(bool visible) { load().activityLabel()->setVisible(visible); }
+void frmScannerProgress::setActivityVisible(bool visible) { load().activityLabel()->setVisible(visible); }
 
-void ScannerWindowProgress::setMaximum(int maximum)
+void frmScannerProgress::setMaximum(int maximum)
 {
     // A range of 0 to 0 would make the bar a busy indicator.
     changeBar([maximum](QProgressBar& bar) { bar.setRange(0, std::max(maximum, 1)); });
     paintWhenDue();
 }
 
-void ScannerWindowProgress::setValue(int value)
+void frmScannerProgress::setValue(int value)
 {
     changeBar([value](QProgressBar& bar) { bar.setValue(std::clamp(value, bar.minimum(), bar.maximum())); });
     paintWhenDue();
 }
 
-void ScannerWindowProgress::setBusy(bool busy)
+void frmScannerProgress::setBusy(bool busy)
 {
-    ScannerWindow& window = load();
+    frmScanner& window = load();
     if (busy)
         window.setCursor(Qt::WaitCursor);
     else
         window.unsetCursor();
 }
 
-void ScannerWindowProgress::phaseDone()
+void frmScannerProgress::phaseDone()
 {
     if (m_window)
         paint();
 }
 
-template <typename Change> void ScannerWindowProgress::changeBar(Change change)
+template <typename Change> void frmScannerProgress::changeBar(Change change)
 {
     // QProgressBar repaints itself at once whenever its value moves by a chunk; held,
     // it only asks for a paint, which the next frame or the event loop makes.
@@ -117,15 +117,15 @@ template <typename Change> void ScannerWindowProgress::changeBar(Change change)
     bar.setUpdatesEnabled(true);
 }
 
-void ScannerWindowProgress::paintWhenDue()
+void frmScannerProgress::paintWhenDue()
 {
     if (m_pacer.frameDue())
         paint();
 }
 
-void ScannerWindowProgress::paint()
+void frmScannerProgress::paint()
 {
-    ScannerWindow& window = load();
+    frmScanner& window = load();
     if (!window.isVisible())
         return;
     QRect area = window.progressBar()->geometry();

@@ -1,4 +1,4 @@
-#include "ui/AboutWindow.h"
+#include "ui/frmAbout.h"
 
 #include "support/AppContext.h"
 #include "commands/Commands.h"
@@ -17,7 +17,7 @@ namespace {
 bool g_aboutLoaded = false;
 }
 
-AboutWindow::AboutWindow(AppContext& app, QWidget* parent)
+frmAbout::frmAbout(AppContext& app, QWidget* parent)
     : QDialog(parent), m_app(app), m_timer(new QTimer(this))
 {
     g_aboutLoaded = true;
@@ -56,15 +56,15 @@ AboutWindow::AboutWindow(AppContext& app, QWidget* parent)
     for (QWidget* w : std::initializer_list<QWidget*>{title, m_viewport, m_marquee, m_mail})
         w->installEventFilter(this);
 
-    connect(m_timer, &QTimer::timeout, this, &AboutWindow::scroll);
+    connect(m_timer, &QTimer::timeout, this, &frmAbout::scroll);
     m_timer->start(40);
 }
 
-AboutWindow::~AboutWindow() { g_aboutLoaded = false; }
+frmAbout::~frmAbout() { g_aboutLoaded = false; }
 
-bool AboutWindow::isLoaded() { return g_aboutLoaded; }
+bool frmAbout::isLoaded() { return g_aboutLoaded; }
 
-void AboutWindow::scroll()
+void frmAbout::scroll()
 {
     const int width = m_viewport->width();
     m_marquee->setFixedWidth(width);
@@ -74,19 +74,19 @@ void AboutWindow::scroll()
     m_marquee->move(0, m_viewport->height() - m_offset);
 }
 
-void AboutWindow::mousePressEvent(QMouseEvent* event)
+void frmAbout::mousePressEvent(QMouseEvent* event)
 {
     event->accept();
     accept();
 }
 
-void AboutWindow::keyPressEvent(QKeyEvent* event)
+void frmAbout::keyPressEvent(QKeyEvent* event)
 {
     event->accept();
     accept();
 }
 
-bool AboutWindow::eventFilter(QObject* watched, QEvent* event)
+bool frmAbout::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::MouseButtonPress) {
         if (watched == m_mail)
@@ -104,7 +104,7 @@ void showAbout(AppContext& app, QWidget* mainWindow)
         mainWindow->repaint();
     QApplication::processEvents();
     {
-        AboutWindow about(app, mainWindow);
+        frmAbout about(app, mainWindow);
         about.exec();
     }
     QApplication::processEvents();
