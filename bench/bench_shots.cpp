@@ -91,8 +91,9 @@ int main(int argc, char** argv)
         const double before = peakMb();
         const double time = pictures(t);
         const double peak = peakMb();
-        const int bmp = static_cast<int>(
-            QDir(t.programFolder() + QStringLiteral("/levelshots")).entryList({QStringLiteral("*.bmp")}, QDir::Files).size());
+        const int bmp = static_cast<int>(QDir(t.programFolder() + QStringLiteral("/levelshots"))
+                                             .entryList({QStringLiteral("*.bmp")}, QDir::Files)
+                                             .size());
         std::printf("%d level shots of %dx%d in one archive: %.2f s, %d bmp, peak memory %.1f MB (%.1f MB before)\n",
                     kShots, kSide, kSide, time, bmp, peak, before);
         const bool fits = peak < kPeakTargetMb && bmp == kShots + 1;

@@ -282,8 +282,8 @@ int main(int argc, char** argv)
             return 2;
         }
         sync();
-        std::printf("\n%d custom archives (setup %.1f s), %d rounds of window, chain, peer:\n", size,
-                    seconds(setup), o.rounds);
+        std::printf("\n%d custom archives (setup %.1f s), %d rounds of window, chain, peer:\n", size, seconds(setup),
+                    o.rounds);
         std::vector<double> windowTimes, chainTimes, peerTimes;
         for (int round = 1; round <= o.rounds; ++round) {
             const WindowRun w = runWindow(game);

@@ -30,9 +30,9 @@ std::uint32_t u32(const unsigned char* p)
 bool endsWithNoCase(std::string_view text, std::string_view end)
 {
     return text.size() >= end.size() &&
-           std::equal(end.begin(), end.end(), text.end() - static_cast<std::ptrdiff_t>(end.size()),
-                      [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) ==
-                                                  std::tolower(static_cast<unsigned char>(b)); });
+           std::equal(end.begin(), end.end(), text.end() - static_cast<std::ptrdiff_t>(end.size()), [](char a, char b) {
+               return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+           });
 }
 
 bool equalNoCase(std::string_view a, std::string_view b) { return a.size() == b.size() && endsWithNoCase(a, b); }
@@ -141,7 +141,8 @@ bool Reader::entry(int fd, const Entry& e, FloorCount& count)
     if (!readAt(fd, local, kLocalSize, e.local) || u32(local) != kLocalSignature)
         return false;
     m_packed.resize(e.packed);
-    if (!readAt(fd, m_packed.data(), e.packed, static_cast<off_t>(e.local + kLocalSize + u16(local + 26) + u16(local + 28))))
+    if (!readAt(fd, m_packed.data(), e.packed,
+                static_cast<off_t>(e.local + kLocalSize + u16(local + 26) + u16(local + 28))))
         return false;
     if (e.method == 0) {
         count.bytes += e.packed;

@@ -11,11 +11,11 @@ namespace steward {
 const std::vector<StockBotModel>& stockBotModels()
 {
     static const std::vector<StockBotModel> models = [] {
-        const char* dark[] = {"Desann", "Tavion", "Shadowtrooper", "Reborn", "Galak", "Reelo", "Chiss",
-                              "trandoshan", "Weequay", "Rodian", "Imperial", "Imperial_worker", "Swamptrooper",
-                              "Stormtrooper"};
-        const char* light[] = {"Luke", "Prisoner", "Monmothma", "Jan", "Jedi", "Morgan", "Jeditrainer",
-                               "Kyle", "Bespin_cop", "Gran", "Lando", "Ugnaught", "Rebel"};
+        const char* dark[] = {"Desann",   "Tavion",          "Shadowtrooper", "Reborn",      "Galak",
+                              "Reelo",    "Chiss",           "trandoshan",    "Weequay",     "Rodian",
+                              "Imperial", "Imperial_worker", "Swamptrooper",  "Stormtrooper"};
+        const char* light[] = {"Luke", "Prisoner",   "Monmothma", "Jan",   "Jedi",     "Morgan", "Jeditrainer",
+                               "Kyle", "Bespin_cop", "Gran",      "Lando", "Ugnaught", "Rebel"};
         std::vector<StockBotModel> all;
         for (const char* name : dark)
             all.push_back({QString::fromLatin1(name), true});

@@ -25,7 +25,7 @@ QStringList botTeams();
 
 /// What the picker's boxes hold when OK is pressed.
 struct PickerInput {
-    QString name;        ///< txtBOTName as it stands
+    QString name; ///< txtBOTName as it stands
     bool customTab = false;
     QString customModel; ///< the caption of lblTheSelectedBOT
     int stockIndex = -1; ///< the first selected chkBOT, -1 for none

@@ -22,10 +22,7 @@ QString fileField(const QString& cell, QChar separator)
 
 } // namespace
 
-QChar rosterSeparator(RosterForm form)
-{
-    return form == RosterForm::Tab ? QLatin1Char('\t') : QLatin1Char(',');
-}
+QChar rosterSeparator(RosterForm form) { return form == RosterForm::Tab ? QLatin1Char('\t') : QLatin1Char(','); }
 
 QString delimitedLine(const QStringList& cells, QChar separator)
 {

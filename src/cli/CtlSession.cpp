@@ -22,10 +22,12 @@
 namespace steward {
 
 CtlSession::CtlSession(CtlSystem& system, QString profile, QString configFile, QString rosterFile)
-    : m_system(system), m_profileName(profile == kDefaultProfile ? QString() : std::move(profile)),
-      m_configFile(std::move(configFile)), m_rosterFile(std::move(rosterFile)), m_prompts(*system.err)
-{
-}
+    : m_system(system),
+      m_profileName(profile == kDefaultProfile ? QString() : std::move(profile)),
+      m_configFile(std::move(configFile)),
+      m_rosterFile(std::move(rosterFile)),
+      m_prompts(*system.err)
+{}
 
 CtlSession::~CtlSession() = default;
 
@@ -123,14 +125,8 @@ bool CtlSession::readyToStart()
     return true;
 }
 
-QString CtlSession::sessionName() const
-{
-    return sessionFileName(m_profile);
-}
+QString CtlSession::sessionName() const { return sessionFileName(m_profile); }
 
-ServerFolder CtlSession::folder() const
-{
-    return serverFolderOf(*m_app, m_profile);
-}
+ServerFolder CtlSession::folder() const { return serverFolderOf(*m_app, m_profile); }
 
 } // namespace steward

@@ -51,10 +51,9 @@ QString serviceUnitText(const ServiceUnitFacts& facts)
 
 QStringList enableLines(const QString& userName, const QString& profile)
 {
-    const QString unit = profile.isEmpty() ? kServiceUnitName
-                                           : QStringLiteral("arena-steward@") + profile + QStringLiteral(".service");
-    return {QStringLiteral("systemctl --user daemon-reload"),
-            QStringLiteral("systemctl --user enable --now ") + unit,
+    const QString unit =
+        profile.isEmpty() ? kServiceUnitName : QStringLiteral("arena-steward@") + profile + QStringLiteral(".service");
+    return {QStringLiteral("systemctl --user daemon-reload"), QStringLiteral("systemctl --user enable --now ") + unit,
             QStringLiteral("loginctl enable-linger ") + userName};
 }
 

@@ -32,9 +32,8 @@ void cmdThreeWave_Click(AppContext& app, ServerProfile& profile, int index)
         break;
     }
     case 4:
-        if (list.count() > 0 &&
-            app.prompts().message(QStringLiteral("Clear list?"), kProductTitle, Icon::Question, Buttons::YesNo) ==
-                Answer::Yes)
+        if (list.count() > 0 && app.prompts().message(QStringLiteral("Clear list?"), kProductTitle, Icon::Question,
+                                                      Buttons::YesNo) == Answer::Yes)
             list.setItems({});
         break;
     default:

@@ -76,8 +76,12 @@ void viewFile(AppContext& app, ServerProfile& profile)
 void cmdBOTs_Click(AppContext& app, ServerProfile& profile, int index, const std::function<void()>& showPicker)
 {
     switch (index) {
-    case 0: saveList(app, profile); break;
-    case 1: loadList(app, profile); break;
+    case 0:
+        saveList(app, profile);
+        break;
+    case 1:
+        loadList(app, profile);
+        break;
     case 2:
         if (rosterBotCount(profile) > 0 && askClear(app))
             replaceRosterBots(profile, {});
@@ -86,8 +90,11 @@ void cmdBOTs_Click(AppContext& app, ServerProfile& profile, int index, const std
         if (showPicker)
             showPicker();
         break;
-    case 4: viewFile(app, profile); break;
-    default: break;
+    case 4:
+        viewFile(app, profile);
+        break;
+    default:
+        break;
     }
 }
 

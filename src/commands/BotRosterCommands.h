@@ -10,7 +10,6 @@ class ServerProfile;
 /// and clears it, 3 opens the picker through showPicker, 4 writes BOTFile.cfg and opens
 /// it in the desktop's editor. Save, Clear and View do nothing with an empty roster. A
 /// file that can't be written or read escapes as a RuntimeError to the event's report.
-void cmdBOTs_Click(AppContext& app, ServerProfile& profile, int index,
-                   const std::function<void()>& showPicker = {});
+void cmdBOTs_Click(AppContext& app, ServerProfile& profile, int index, const std::function<void()>& showPicker = {});
 
 } // namespace steward

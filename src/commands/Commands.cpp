@@ -21,20 +21,23 @@ namespace steward {
 QUrl linkAddress(Link link)
 {
     switch (link) {
-    case Link::OfficialSite: return QUrl(kOfficialGameSite);
-    case Link::ProductSite: return QUrl(kProductSite);
-    case Link::ProductForum: return QUrl(kProductForum);
-    case Link::ModCentral: return QUrl(kModSite);
-    case Link::ForumPlanet: return QUrl(kCommunityForum);
-    case Link::ModCentralForum: return QUrl(kModForum);
+    case Link::OfficialSite:
+        return QUrl(kOfficialGameSite);
+    case Link::ProductSite:
+        return QUrl(kProductSite);
+    case Link::ProductForum:
+        return QUrl(kProductForum);
+    case Link::ModCentral:
+        return QUrl(kModSite);
+    case Link::ForumPlanet:
+        return QUrl(kCommunityForum);
+    case Link::ModCentralForum:
+        return QUrl(kModForum);
     }
     return {};
 }
 
-void openLink(AppContext& app, Link link)
-{
-    openOnDesktop(app, linkAddress(link));
-}
+void openLink(AppContext& app, Link link) { openOnDesktop(app, linkAddress(link)); }
 
 QUrl mailAuthorAddress()
 {
@@ -45,10 +48,7 @@ QUrl mailAuthorAddress()
     return url;
 }
 
-void mailAuthor(AppContext& app)
-{
-    openOnDesktop(app, mailAuthorAddress());
-}
+void mailAuthor(AppContext& app) { openOnDesktop(app, mailAuthorAddress()); }
 
 bool installUserGuide(const QString& guideFile)
 {

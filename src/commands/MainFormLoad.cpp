@@ -16,7 +16,9 @@ void MainFormLoad(AppContext& app, ServerProfile& profile, FormLoadHost& host)
     runLoadSteps(app, profile,
                  {
                      [&] { LoadMapTree(app, profile, QStringLiteral("Jedi"), QStringLiteral("Jedi")); },
-                     [&] { host.setRotationColumns({2205, 50, 0, 0}); },
+                     [&] {
+                         host.setRotationColumns({2205, 50, 0, 0});
+                     },
                      [&] { host.setSizeTwips(7490, 9600); },
                      [&] { app.helpFile = app.programFile(kHelpFileName); },
                      [&] { GetMainSettings(app, profile); },

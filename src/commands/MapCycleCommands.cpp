@@ -19,10 +19,7 @@
 namespace steward {
 
 namespace {
-void showFile(AppContext& app, const QString& path)
-{
-    openOnDesktop(app, QUrl::fromLocalFile(path));
-}
+void showFile(AppContext& app, const QString& path) { openOnDesktop(app, QUrl::fromLocalFile(path)); }
 } // namespace
 
 void mnuExportMapCycle_Click(AppContext& app, ServerProfile& profile)
@@ -141,8 +138,9 @@ QString gbln_LoadMapCycle(AppContext& app, ServerProfile& profile, const QString
             return last.mid(2, 999);
         app.prompts().message(
             QStringLiteral("Arena Steward was unable to set a starting map from the selected configuration file") +
-                kTail + kCrLf + QStringLiteral("this is probably because an older configuration file has been selected.") +
                 kTail + kCrLf +
+                QStringLiteral("this is probably because an older configuration file has been selected.") + kTail +
+                kCrLf +
                 QStringLiteral("Please re-create a new map configuration file with Arena Steward and run again."),
             kProductTitle, Icon::Exclamation);
     } catch (const RuntimeError& e) {

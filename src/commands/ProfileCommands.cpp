@@ -96,8 +96,7 @@ StartupOutcome reopenOn(AppContext& app, WindowHost& windows, ProfileSet& profil
 
 } // namespace
 
-StartupOutcome mnuProfileNew_Click(AppContext& app, ServerProfile& profile, WindowHost& windows,
-                                   ProfileSet& profiles)
+StartupOutcome mnuProfileNew_Click(AppContext& app, ServerProfile& profile, WindowHost& windows, ProfileSet& profiles)
 {
     const auto name = askNewName(app, profiles, QStringLiteral("New Profile"), QString());
     if (!name)

@@ -14,8 +14,7 @@ class ServerProfile;
 
 /// Asks a name ("New Profile") and whether to start from the current settings, makes
 /// the profile and switches to it.
-StartupOutcome mnuProfileNew_Click(AppContext& app, ServerProfile& profile, WindowHost& windows,
-                                   ProfileSet& profiles);
+StartupOutcome mnuProfileNew_Click(AppContext& app, ServerProfile& profile, WindowHost& windows, ProfileSet& profiles);
 /// Asks a new name for the named profile in use and renames its settings and files.
 StartupOutcome mnuProfileRename_Click(AppContext& app, ServerProfile& profile, WindowHost& windows,
                                       ProfileSet& profiles);

@@ -19,7 +19,6 @@
 
 namespace steward {
 
-
 namespace {
 const QString kLoadTag = QStringLiteral("::frmMain.Form_Load(Sub)");
 constexpr int kRotationPage = 2;

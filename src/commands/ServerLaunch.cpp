@@ -31,8 +31,7 @@ void EnsureDefaultCfg(AppContext& app)
         TextFileWriter{path}.close();
 }
 
-ServerCommand launchCommand(AppContext& app, const ServerProfile& profile, const SessionValues& session,
-                            int serverType)
+ServerCommand launchCommand(AppContext& app, const ServerProfile& profile, const SessionValues& session, int serverType)
 {
     ServerCommandValues v;
     v.executable = app.serverExecutable;

@@ -104,8 +104,7 @@ bool refuseSecondInstance(AppContext& app, WindowHost& windows, const ServerProf
         return false;
     if (!profile.isSet(F::chkSendMessage))
         return false;
-    app.prompts().message(QStringLiteral("Arena Steward is already running") + kTail, kProductTitle,
-                          Icon::Information);
+    app.prompts().message(QStringLiteral("Arena Steward is already running") + kTail, kProductTitle, Icon::Information);
     windows.unloadMainWindow();
     return true;
 }

@@ -6,8 +6,8 @@ namespace {
 
 Tool entry(const char* id, const char* caption, const char* icon = "", const char* tip = "")
 {
-    return Tool{QString::fromLatin1(id), QString::fromLatin1(caption), QString::fromLatin1(icon),
-                QString::fromLatin1(tip), {}};
+    return Tool{
+        QString::fromLatin1(id), QString::fromLatin1(caption), QString::fromLatin1(icon), QString::fromLatin1(tip), {}};
 }
 
 Tool menu(const char* id, const char* caption, const char* icon, std::vector<Tool> children)
@@ -59,27 +59,19 @@ Tool buildStandards()
     return menu("ID_mnuStandards", "Standards", "",
                 {entry("ID_AllStandardMPMaps", "All Standard FFA Maps", "LOAD_MAPS"),
                  entry("ID_AllStandardSWMaps", "All Standard CTF Maps", "LOAD_MAPS"),
-                 entry("ID_AllStandardCPMaps", "All Standard DUEL Maps", "LOAD_MAPS"),
-                 entry("ID_Cancel", "Cancel")});
+                 entry("ID_AllStandardCPMaps", "All Standard DUEL Maps", "LOAD_MAPS"), entry("ID_Cancel", "Cancel")});
 }
 
 Tool buildAdvanced()
 {
-    return menu("ID_Advanced", "Advanced", "",
-                {entry("ID_MapWizard", "Map Wizard...", "ADVANCED_MAPS"),
-                 separator(),
-                 entry("ID_SetStartingMap", "Set Starting Map", "STARTING_MAP"),
-                 separator(),
-                 entry("ID_SortAscending", "Sort Ascending", "ASC"),
-                 entry("ID_SortDescending", "Sort Descending", "DESC"),
-                 separator(),
-                 entry("id_UtilitiesMapsScanfornewmaps", "Scan for Maps...", "SCAN"),
-                 entry("id_UtilitiesExportMapCycle", "Map Cycle", "SAVE"),
-                 entry("ID_RemoveMap", "Remove Map", "REMOVE"),
-                 separator(),
-                 entry("ID_ClearList", "Clear List", "CLEAR"),
-                 separator(),
-                 entry("ID_Cancel", "Cancel")});
+    return menu(
+        "ID_Advanced", "Advanced", "",
+        {entry("ID_MapWizard", "Map Wizard...", "ADVANCED_MAPS"), separator(),
+         entry("ID_SetStartingMap", "Set Starting Map", "STARTING_MAP"), separator(),
+         entry("ID_SortAscending", "Sort Ascending", "ASC"), entry("ID_SortDescending", "Sort Descending", "DESC"),
+         separator(), entry("id_UtilitiesMapsScanfornewmaps", "Scan for Maps...", "SCAN"),
+         entry("id_UtilitiesExportMapCycle", "Map Cycle", "SAVE"), entry("ID_RemoveMap", "Remove Map", "REMOVE"),
+         separator(), entry("ID_ClearList", "Clear List", "CLEAR"), separator(), entry("ID_Cancel", "Cancel")});
 }
 
 void collectIds(const Tool& tool, QStringList& ids)

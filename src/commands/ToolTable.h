@@ -8,9 +8,9 @@
 namespace steward {
 
 struct Tool {
-    QString id;       ///< the tool id; empty for a separator
-    QString caption;  ///< "&" marks the access key
-    QString iconKey;  ///< the image-list key of its icon, or empty
+    QString id;      ///< the tool id; empty for a separator
+    QString caption; ///< "&" marks the access key
+    QString iconKey; ///< the image-list key of its icon, or empty
     QString tooltip;
     std::vector<Tool> children; ///< a menu or sub-menu when not empty
 

@@ -8,10 +8,7 @@ namespace steward {
 namespace {
 
 // An IPv4 address and its IPv6-mapped form are the same sender.
-bool sameHost(const QHostAddress& a, const QHostAddress& b)
-{
-    return a.isEqual(b, QHostAddress::TolerantConversion);
-}
+bool sameHost(const QHostAddress& a, const QHostAddress& b) { return a.isEqual(b, QHostAddress::TolerantConversion); }
 
 } // namespace
 
@@ -71,8 +68,8 @@ void ConsoleClient::send(const QString& host, quint16 port, const Request& reque
         m_lookupId = -1;
         QHostAddress found;
         for (const QHostAddress& a : info.addresses())
-            if (found.isNull() || (a.protocol() == QAbstractSocket::IPv4Protocol &&
-                                   found.protocol() != QAbstractSocket::IPv4Protocol))
+            if (found.isNull() ||
+                (a.protocol() == QAbstractSocket::IPv4Protocol && found.protocol() != QAbstractSocket::IPv4Protocol))
                 found = a;
         if (found.isNull()) {
             emit hostNotFound(name);

@@ -199,16 +199,17 @@ QString rconNoteText(RconNote note)
         return QStringLiteral("The server refused the remote console password (Bad rconpassword.)");
     case RconNote::NoPassword:
         return QStringLiteral("The server has no remote console password set (No rconpassword set on the server.)");
-    case RconNote::None: break;
+    case RconNote::None:
+        break;
     }
     return {};
 }
 
 QString gameTypeName(const QString& number)
 {
-    static const char* const names[] = {"Free For All", "Holocron",      "Jedi Master",       "Duel",
-                                        "Single Player", "Team Free For All", "Saga",        "Capture the Flag",
-                                        "Capture the Ysalimari"};
+    static const char* const names[] = {"Free For All", "Holocron",         "Jedi Master",
+                                        "Duel",         "Single Player",    "Team Free For All",
+                                        "Saga",         "Capture the Flag", "Capture the Ysalimari"};
     bool ok = false;
     const int n = number.trimmed().toInt(&ok);
     if (ok && n >= 0 && n < static_cast<int>(std::size(names)))

@@ -12,8 +12,8 @@ class ServerProfile;
 
 /// What both scripts read from the profile at the moment of the command.
 struct ScriptValues {
-    QString port;  ///< txtServerConfig(12), "28070" when its leading number is 0
-    QString zone;  ///< the leading numbers of the memory fields as shortest decimal text
+    QString port; ///< txtServerConfig(12), "28070" when its leading number is 0
+    QString zone; ///< the leading numbers of the memory fields as shortest decimal text
     QString hunk;
     QString sound;
     QString ip;      ///< txtServerConfig(16); only the batch file writes it
@@ -31,6 +31,5 @@ QString batchFileLine(const QString& executable, const ScriptValues& values, con
 /// The lines of the shell script; fileTitle is the script's own name.
 QStringList shellScriptLines(AppContext& app, const ScriptValues& values, const QString& session,
                              const QString& fileTitle);
-
 
 } // namespace steward

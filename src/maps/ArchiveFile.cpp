@@ -124,8 +124,8 @@ qint64 ArchiveFile::read(char* data, qint64 length)
         m_window.resize(size);
         qint64 filled = 0;
         while (filled < size) {
-            const ssize_t got = ::pread(m_fd, m_window.data() + filled, static_cast<size_t>(size - filled),
-                                        m_position + filled);
+            const ssize_t got =
+                ::pread(m_fd, m_window.data() + filled, static_cast<size_t>(size - filled), m_position + filled);
             if (got < 0 && errno == EINTR)
                 continue;
             if (got < 0) {
@@ -209,9 +209,9 @@ qint64 ArchiveFile::command(void* self, void* data, quint64 length, int command)
     case ZIP_SOURCE_SEEK: {
         zip_error_t error;
         zip_error_init(&error);
-        const zip_int64_t position = zip_source_seek_compute_offset(
-            static_cast<zip_uint64_t>(file->m_position), static_cast<zip_uint64_t>(file->m_identity.size), data,
-            length, &error);
+        const zip_int64_t position =
+            zip_source_seek_compute_offset(static_cast<zip_uint64_t>(file->m_position),
+                                           static_cast<zip_uint64_t>(file->m_identity.size), data, length, &error);
         const int code = zip_error_code_zip(&error);
         zip_error_fini(&error);
         if (position < 0)

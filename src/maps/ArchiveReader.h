@@ -25,10 +25,10 @@ inline constexpr int UnsafeEntry = 31001;
 } // namespace err
 
 struct ArchiveEntry {
-    QString path;   ///< the entry's name with "/" between folders ("\" in a name counts as "/")
-    QString folder; ///< the folders in front of the name, without a trailing "/"; empty at the top
-    QString name;   ///< the file name without folders; empty for a folder entry
-    quint64 size = 0;           ///< the uncompressed size the directory claims
+    QString path;     ///< the entry's name with "/" between folders ("\" in a name counts as "/")
+    QString folder;   ///< the folders in front of the name, without a trailing "/"; empty at the top
+    QString name;     ///< the file name without folders; empty for a folder entry
+    quint64 size = 0; ///< the uncompressed size the directory claims
     quint64 compressedSize = 0;
     bool isFolder = false;
     bool isLink = false;   ///< a symbolic link or another special file: never extracted
@@ -41,8 +41,8 @@ struct ArchiveEntry {
 /// An entry's data as it lies in the archive, before it is unpacked.
 struct PackedEntry {
     QByteArray data;
-    int method = 0;     ///< 0 stored, 8 deflated
-    quint64 size = 0;   ///< the uncompressed size the directory claims
+    int method = 0;   ///< 0 stored, 8 deflated
+    quint64 size = 0; ///< the uncompressed size the directory claims
     quint32 crc = 0;
 };
 

@@ -71,7 +71,10 @@ bool isTga(const ArchiveEntry& entry) { return entry.name.endsWith(QLatin1String
 
 // The bmp that a tga entry becomes, without regard to case: two entries with the same
 // key may replace one another's file or picture.
-QString shotKey(const ArchiveEntry& entry) { return (entry.folder + QLatin1Char('/') + fileStem(entry.name)).toLower(); }
+QString shotKey(const ArchiveEntry& entry)
+{
+    return (entry.folder + QLatin1Char('/') + fileStem(entry.name)).toLower();
+}
 
 // Whether the conversion walks the folder that entries of a folder name land in.
 class ShotFolders {
@@ -86,8 +89,9 @@ public:
     {
         auto known = m_known.constFind(entryFolder);
         if (known == m_known.constEnd())
-            known = m_known.insert(entryFolder, QFileInfo(m_root + findChildFolder(m_root, entryFolder, entryFolder))
-                                                        .canonicalFilePath() == m_walked);
+            known = m_known.insert(
+                entryFolder,
+                QFileInfo(m_root + findChildFolder(m_root, entryFolder, entryFolder)).canonicalFilePath() == m_walked);
         return *known;
     }
 
@@ -294,8 +298,9 @@ bool ConvertTgaToBmp(AppContext& app, MapScanChain* chain)
             if (!name.toLower().endsWith(QLatin1String("tga")))
                 continue;
             progress.setActivity(QStringLiteral("Converting ") + name + QStringLiteral("...."));
-            noteConversion(app, name,
-                           convertTgaToBmpFile(path, folder + QLatin1Char('/') + fileStem(name) + QStringLiteral(".bmp")));
+            noteConversion(
+                app, name,
+                convertTgaToBmpFile(path, folder + QLatin1Char('/') + fileStem(name) + QStringLiteral(".bmp")));
 
             QFile tga(path);
             tga.setPermissions(tga.permissions() | QFile::WriteOwner);

@@ -109,10 +109,14 @@ MapTreeNode* MapTreeModel::findKey(const QString& key) const { return m_keys.val
 QString MapTreeModel::imageKey(int image)
 {
     switch (image) {
-    case kRootImage: return QStringLiteral("STEWARD");
-    case kArchiveImage: return QStringLiteral("PAK");
-    case kMapImage: return QStringLiteral("JEDI");
-    default: return {};
+    case kRootImage:
+        return QStringLiteral("STEWARD");
+    case kArchiveImage:
+        return QStringLiteral("PAK");
+    case kMapImage:
+        return QStringLiteral("JEDI");
+    default:
+        return {};
     }
 }
 
@@ -159,12 +163,18 @@ QVariant MapTreeModel::data(const QModelIndex& index, int role) const
     if (!node)
         return {};
     switch (role) {
-    case Qt::DisplayRole: return node->text;
-    case KeyRole: return node->key;
-    case TagRole: return node->tag;
-    case ImageRole: return node->image;
-    case ImageKeyRole: return imageKey(node->image);
-    default: return {};
+    case Qt::DisplayRole:
+        return node->text;
+    case KeyRole:
+        return node->key;
+    case TagRole:
+        return node->tag;
+    case ImageRole:
+        return node->image;
+    case ImageKeyRole:
+        return imageKey(node->image);
+    default:
+        return {};
     }
 }
 

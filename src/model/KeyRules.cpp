@@ -8,10 +8,12 @@ namespace steward {
 TextBoxKeyRules textBoxKeyRules(const QString& fieldName)
 {
     static const QStringList numeric = {
-        QStringLiteral("txtServerConfigSpin"), QStringLiteral("txtSpeed"),        QStringLiteral("txtGameLimits"),
-        QStringLiteral("txtForceReGen"),       QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
-        QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),   QStringLiteral("txtWeaponEnhancer"),
-        QStringLiteral("txtWeapRespawn"),      QStringLiteral("txtRestartLimit"), QStringLiteral("txtRestartWindow"),
+        QStringLiteral("txtServerConfigSpin"), QStringLiteral("txtSpeed"),
+        QStringLiteral("txtGameLimits"),       QStringLiteral("txtForceReGen"),
+        QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
+        QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),
+        QStringLiteral("txtWeaponEnhancer"),   QStringLiteral("txtWeapRespawn"),
+        QStringLiteral("txtRestartLimit"),     QStringLiteral("txtRestartWindow"),
     };
     static const QStringList plain = {
         QStringLiteral("txtServerConfig"), QStringLiteral("txtLogFileName"), QStringLiteral("txtMsg"),

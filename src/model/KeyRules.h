@@ -6,10 +6,10 @@
 namespace steward {
 
 struct TextBoxKeyRules {
-    bool selectOnFocus = false;  ///< the whole text is selected when the box gets the focus
-    bool keyDownFilter = false;  ///< keyDownPasses() decides on the key
+    bool selectOnFocus = false;   ///< the whole text is selected when the box gets the focus
+    bool keyDownFilter = false;   ///< keyDownPasses() decides on the key
     bool characterFilter = false; ///< characterPasses() decides on the character
-    bool selectOnChange = false; ///< the whole text is selected after every change
+    bool selectOnChange = false;  ///< the whole text is selected after every change
 };
 
 /// The rules of a text box by its field name (without index); none for other names.

@@ -80,8 +80,7 @@ void chkWeaponFlags_Click(ServerProfile& profile, int index)
     // One handler for both halves; the test for the lone saber looks at the loop index,
     // so it can only ever hold in the first half.
     if (index <= kLastWeapon)
-        profile.setText(F::txtWeaponFlags,
-                        maskText(profile, kWeapons, profile.lbound(kWeapons), kLastWeapon, true));
+        profile.setText(F::txtWeaponFlags, maskText(profile, kWeapons, profile.lbound(kWeapons), kLastWeapon, true));
     else
         profile.setText(F::txtDuelWeaponFlags,
                         maskText(profile, kWeapons, kLastWeapon + 1, profile.ubound(kWeapons), true));

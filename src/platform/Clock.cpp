@@ -6,10 +6,7 @@ namespace steward {
 
 QDateTime SystemClock::now() const { return QDateTime::currentDateTime(); }
 
-QString SystemClock::longDate(const QDate& date) const
-{
-    return QLocale::system().toString(date, QLocale::LongFormat);
-}
+QString SystemClock::longDate(const QDate& date) const { return QLocale::system().toString(date, QLocale::LongFormat); }
 
 QString SystemClock::timeText(const QTime& time) const
 {

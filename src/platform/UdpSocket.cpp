@@ -30,10 +30,10 @@ bool QtDatagramSocket::send(const QByteArray& datagram)
     const QHostAddress address = resolveHost(m_host);
     if (address.isNull())
         return false;
-    if (!isOpen() && !m_socket.bind(QHostAddress(address.protocol() == QAbstractSocket::IPv6Protocol
-                                                     ? QHostAddress::AnyIPv6
-                                                     : QHostAddress::AnyIPv4),
-                                    0))
+    if (!isOpen() &&
+        !m_socket.bind(QHostAddress(address.protocol() == QAbstractSocket::IPv6Protocol ? QHostAddress::AnyIPv6
+                                                                                        : QHostAddress::AnyIPv4),
+                       0))
         return false;
     return m_socket.writeDatagram(datagram, address, static_cast<quint16>(m_port)) == datagram.size();
 }

@@ -26,15 +26,9 @@ void setUpDialog(CFileDialog& dialog, const AppContext& app, const QString& titl
     dialog.InitialDir = app.gameFolder;
 }
 
-void warn(AppContext& app, const QString& text)
-{
-    app.prompts().message(text, kProductTitle, Icon::Exclamation);
-}
+void warn(AppContext& app, const QString& text) { app.prompts().message(text, kProductTitle, Icon::Exclamation); }
 
-void inform(AppContext& app, const QString& text)
-{
-    app.prompts().message(text, kProductTitle, Icon::Information);
-}
+void inform(AppContext& app, const QString& text) { app.prompts().message(text, kProductTitle, Icon::Information); }
 
 // The same error with a description that names what failed.
 RuntimeError fileError(const RuntimeError& e, const QString& action, const QString& path)

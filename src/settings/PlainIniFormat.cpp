@@ -52,10 +52,7 @@ QString normalisedKey(const QString& raw) { return encodeStoreKey(decodeStoreKey
 
 } // namespace
 
-QString encodeStoreKey(const QString& key)
-{
-    return QString::fromLatin1(key.toUtf8().toPercentEncoding());
-}
+QString encodeStoreKey(const QString& key) { return QString::fromLatin1(key.toUtf8().toPercentEncoding()); }
 
 QString decodeStoreKey(const QString& encoded)
 {
@@ -69,11 +66,21 @@ QString quotePlainIniValue(const QString& value)
     out += QLatin1Char('"');
     for (QChar c : value) {
         switch (c.unicode()) {
-        case u'\\': out += QStringLiteral("\\\\"); break;
-        case u'"': out += QStringLiteral("\\\""); break;
-        case u'\n': out += QStringLiteral("\\n"); break;
-        case u'\r': out += QStringLiteral("\\r"); break;
-        case u'\t': out += QStringLiteral("\\t"); break;
+        case u'\\':
+            out += QStringLiteral("\\\\");
+            break;
+        case u'"':
+            out += QStringLiteral("\\\"");
+            break;
+        case u'\n':
+            out += QStringLiteral("\\n");
+            break;
+        case u'\r':
+            out += QStringLiteral("\\r");
+            break;
+        case u'\t':
+            out += QStringLiteral("\\t");
+            break;
         default:
             if (c.unicode() < 0x20 || c.unicode() == 0x7f)
                 out += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
@@ -105,11 +112,21 @@ QString unquotePlainIniValue(const QString& raw)
             return raw; // the backslash would escape the closing quote
         const QChar e = raw.at(++i);
         switch (e.unicode()) {
-        case u'\\': out += QLatin1Char('\\'); break;
-        case u'"': out += QLatin1Char('"'); break;
-        case u'n': out += QLatin1Char('\n'); break;
-        case u'r': out += QLatin1Char('\r'); break;
-        case u't': out += QLatin1Char('\t'); break;
+        case u'\\':
+            out += QLatin1Char('\\');
+            break;
+        case u'"':
+            out += QLatin1Char('"');
+            break;
+        case u'n':
+            out += QLatin1Char('\n');
+            break;
+        case u'r':
+            out += QLatin1Char('\r');
+            break;
+        case u't':
+            out += QLatin1Char('\t');
+            break;
         case u'x': {
             const int hi = i + 2 < n - 1 ? hexValue(raw.at(i + 1)) : -1;
             const int lo = hi >= 0 ? hexValue(raw.at(i + 2)) : -1;

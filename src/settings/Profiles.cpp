@@ -13,10 +13,9 @@ bool validProfileName(const QString& name)
     if (name.isEmpty() || name.size() > 32 || name.compare(kDefaultProfile, Qt::CaseInsensitive) == 0)
         return false;
     for (const QChar c : name) {
-        const bool plain = (c >= QLatin1Char('a') && c <= QLatin1Char('z')) ||
-                           (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) ||
-                           (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char('-') ||
-                           c == QLatin1Char('_');
+        const bool plain =
+            (c >= QLatin1Char('a') && c <= QLatin1Char('z')) || (c >= QLatin1Char('A') && c <= QLatin1Char('Z')) ||
+            (c >= QLatin1Char('0') && c <= QLatin1Char('9')) || c == QLatin1Char('-') || c == QLatin1Char('_');
         if (!plain)
             return false;
     }
@@ -44,9 +43,8 @@ QString profileSettingsFile(const QString& folder, const QString& name)
 QStringList namedProfiles(const QString& folder)
 {
     QStringList names;
-    const QFileInfoList files =
-        QDir(QDir(folder).filePath(QStringLiteral("profiles"))).entryInfoList({QStringLiteral("*.conf")}, QDir::Files,
-                                                                             QDir::Name);
+    const QFileInfoList files = QDir(QDir(folder).filePath(QStringLiteral("profiles")))
+                                    .entryInfoList({QStringLiteral("*.conf")}, QDir::Files, QDir::Name);
     for (const QFileInfo& file : files)
         if (validProfileName(file.completeBaseName()))
             names << file.completeBaseName();

@@ -21,7 +21,7 @@ struct StartKey {
 const QString kExact = QStringLiteral("Exact ");
 
 const StartKey kStartKeys[] = {
-    {"RunAutoCycle", F::chkMapAutoCycle, Part::Value},    {"RunAutoCycleMap", F::cboStartingMap, Part::Text},
+    {"RunAutoCycle", F::chkMapAutoCycle, Part::Value},   {"RunAutoCycleMap", F::cboStartingMap, Part::Text},
     {"RunStartingMap", F::StartingMap, Part::Text},      {"RunMaster1", F::txtMaster1, Part::Text},
     {"RunBOTThinkTime", F::txtBOTThinkTime, Part::Text}, {"RunBOTSkill", F::cboBOT, Part::Text},
     {"RunStatsLogName", F::txtStatsLogName, Part::Text}, {"RunStatsLog", F::optLogging(4), Part::Value},
@@ -32,8 +32,8 @@ const StartKey kStartKeys[] = {
 void saveStartKeys(SettingsStore& store, const ServerProfile& profile)
 {
     for (const StartKey& k : kStartKeys)
-        store.SaveSetting(QString::fromLatin1(k.key), k.part == Part::Text ? profile.text(k.field)
-                                                                          : QString::number(profile.value(k.field)));
+        store.SaveSetting(QString::fromLatin1(k.key),
+                          k.part == Part::Text ? profile.text(k.field) : QString::number(profile.value(k.field)));
 }
 
 void restoreStartKeys(const SettingsStore& store, ServerProfile& profile)

@@ -12,8 +12,7 @@ namespace steward {
 
 AppContext::AppContext(Services s, QString folder, QString name)
     : services(s), programFolder(std::move(folder)), programName(std::move(name))
-{
-}
+{}
 
 QString findChildFolder(const QString& parent, const QString& name, const QString& fallback)
 {

@@ -13,13 +13,12 @@ namespace steward {
 
 QString logSeparator() { return QString(78, QLatin1Char('-')); }
 
-bool WriteLog(AppContext& app, const QString& text, const QString& logFile, bool stamp, bool separator,
-              bool overwrite)
+bool WriteLog(AppContext& app, const QString& text, const QString& logFile, bool stamp, bool separator, bool overwrite)
 {
     QString file = logFile;
     if (file.isEmpty())
         file = app.errorLog().lastFile().isEmpty() ? app.programFile(app.programName + QStringLiteral(".log"))
-                                                  : app.errorLog().lastFile();
+                                                   : app.errorLog().lastFile();
     app.errorLog().setLastFile(file);
 
     if (overwrite) {
@@ -40,8 +39,9 @@ void RaiseError(AppContext& app, QString description, QString source, int number
                 const RuntimeError* error, const QString& logFile)
 {
     if (error) {
-        description = description.isEmpty() ? error->description()
-                                            : description + QStringLiteral("(") + error->description() + QStringLiteral(")");
+        description = description.isEmpty()
+                          ? error->description()
+                          : description + QStringLiteral("(") + error->description() + QStringLiteral(")");
         // An error raised without a source of its own comes from the program itself.
         const QString origin = error->source().isEmpty() ? app.programName : error->source();
         source = source.isEmpty() ? origin : source + QStringLiteral(" (") + origin + QStringLiteral(")");
@@ -55,7 +55,8 @@ void RaiseError(AppContext& app, QString description, QString source, int number
         const QString text = QStringLiteral("Following error occurred in this application:") + kCrLf + kCrLf +
                              description + kCrLf + QStringLiteral("Number: %1").arg(number) + kCrLf +
                              QStringLiteral("Source: ") + source;
-        app.prompts().messageBox({text, app.programName + QStringLiteral(" Error"), Icon::Critical, Buttons::Ok, 0, true});
+        app.prompts().messageBox(
+            {text, app.programName + QStringLiteral(" Error"), Icon::Critical, Buttons::Ok, 0, true});
     }
     if (raise)
         throw RuntimeError(number, description, source);

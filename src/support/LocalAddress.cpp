@@ -38,7 +38,9 @@ QString GetIPAddress(AppContext& app, AddressLookup& lookup)
         return {};
     }
     QByteArray chosen = found.first();
-    const auto isLoopback = [](const QByteArray& bytes) { return !bytes.isEmpty() && static_cast<unsigned char>(bytes.at(0)) == 127; };
+    const auto isLoopback = [](const QByteArray& bytes) {
+        return !bytes.isEmpty() && static_cast<unsigned char>(bytes.at(0)) == 127;
+    };
     if (std::all_of(found.begin(), found.end(), isLoopback)) {
         const QList<QByteArray> cards = lookup.interfaceAddresses();
         if (!cards.isEmpty())

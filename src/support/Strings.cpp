@@ -60,8 +60,7 @@ double leadingNumber(const QString& text)
     for (QChar c : text)
         if (c != QLatin1Char(' ') && c != QLatin1Char('\t') && c != QLatin1Char('\n') && c != QLatin1Char('\r'))
             compact += c;
-    static const QRegularExpression number(
-        QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"));
+    static const QRegularExpression number(QStringLiteral("^[+-]?(\\d+\\.?\\d*|\\.\\d+)([eEdD][+-]?\\d+)?"));
     const auto match = number.match(compact);
     if (!match.hasMatch())
         return 0.0;
@@ -97,8 +96,7 @@ qint32 toInt32(double value)
 
 bool isNumeric(const QString& text)
 {
-    static const QRegularExpression number(
-        QStringLiteral("^\\s*[+-]?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?\\s*$"));
+    static const QRegularExpression number(QStringLiteral("^\\s*[+-]?(\\d+\\.?\\d*|\\.\\d+)([eE][+-]?\\d+)?\\s*$"));
     return number.match(text).hasMatch();
 }
 
@@ -122,10 +120,7 @@ bool textToBool(const QString& text)
 }
 
 namespace {
-bool hasWildcard(const QString& name)
-{
-    return name.contains(QLatin1Char('*')) || name.contains(QLatin1Char('?'));
-}
+bool hasWildcard(const QString& name) { return name.contains(QLatin1Char('*')) || name.contains(QLatin1Char('?')); }
 } // namespace
 
 QString firstMatchingFile(const QString& pattern)

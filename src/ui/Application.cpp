@@ -67,8 +67,8 @@ int runApplication(int argc, char** argv)
     QtDatagramSockets sockets;
     ThreadSleepWait blockingWait;
 
-    Services services{&prompts, &clock, &names, &launcher, &opener, &beeper, &instances, nullptr, nullptr, &sockets,
-                      &blockingWait};
+    Services services{&prompts,   &clock,  &names,  &launcher, &opener,      &beeper,
+                      &instances, nullptr, nullptr, &sockets,  &blockingWait};
     AppContext app(services, programFolder);
     QString profile;
     QStringList arguments;

@@ -6,10 +6,7 @@ static void initIconResources() { Q_INIT_RESOURCE(icons); }
 
 namespace steward {
 
-QString desktopId()
-{
-    return QStringLiteral("io.github.arena_steward.ArenaSteward");
-}
+QString desktopId() { return QStringLiteral("io.github.arena_steward.ArenaSteward"); }
 
 QIcon programIcon()
 {

@@ -30,8 +30,8 @@ PageLayout serverPage()
     PageLayout page;
     page.columnStretch = {4, 3, 2};
     // Clients; times; network and memory.
-    const QStringList spins = keys(QStringLiteral("txtServerConfigSpin"),
-                                   {0, 6, 1, 16, 17, 10, 3, 9, 14, 13, 15, 4, 2, 8, 7, 5, 11, 12});
+    const QStringList spins =
+        keys(QStringLiteral("txtServerConfigSpin"), {0, 6, 1, 16, 17, 10, 3, 9, 14, 13, 15, 4, 2, 8, 7, 5, 11, 12});
     page.blocks = {
         {{}, {}, {{1, range(QStringLiteral("txtServerConfig"), 0, 11), false, kRoomy}}, 0, 0, 2, 1},
         {{},
@@ -39,8 +39,14 @@ PageLayout serverPage()
          {{1, keys(QStringLiteral("txtServerConfig"), {15, 14, 13, 12, 16}) << QStringLiteral("cmdIP"), false, kRoomy}},
          0,
          1},
-        {QStringLiteral("fraGameType(4)"), QStringLiteral("Server Type"),
-         {{1, range(QStringLiteral("chkServerType"), 0, 2)}}, 0, 2, 1, 1, true},
+        {QStringLiteral("fraGameType(4)"),
+         QStringLiteral("Server Type"),
+         {{1, range(QStringLiteral("chkServerType"), 0, 2)}},
+         0,
+         2,
+         1,
+         1,
+         true},
         {{}, {}, {{3, spins, false, kRoomy}}, 1, 1, 1, 2},
     };
     return page;
@@ -52,21 +58,32 @@ PageLayout gameOptionsPage()
     page.columnStretch = {3, 1};
     // Grouped so that the long captions share a column.
     const QStringList texts = {
-        QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"), QStringLiteral("txtForceReGen(0)"),
+        QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),   QStringLiteral("txtForceReGen(0)"),
         QStringLiteral("txtWeapRespawn"),      QStringLiteral("txtWeaponEnhancer"), QStringLiteral("txtKnockBack"),
-        QStringLiteral("txtMapTimeOut"),       QStringLiteral("txtSpeed(2)"),     QStringLiteral("txtSpeed(0)"),
+        QStringLiteral("txtMapTimeOut"),       QStringLiteral("txtSpeed(2)"),       QStringLiteral("txtSpeed(0)"),
         QStringLiteral("txtSpeed(1)"),         QStringLiteral("txtSpeed(3)"),
     };
     // Teams, force and duels; what the server allows; the rules of play.
     const QStringList options =
         keys(QStringLiteral("chkQuake3Specific"), {6, 7, 10, 16, 11, 9, 17, 0, 1, 2, 4, 13, 12, 5, 3, 15, 18, 14, 8});
     page.blocks = {
-        {QStringLiteral("fraGameType(2)"), QStringLiteral("Jedi Knight 2 Options"),
-         {{3, texts}, {3, options}}, 0, 0, 2, 1},
-        {QStringLiteral("fraGameType(1)"), QStringLiteral("Game Limits"),
-         {{1, range(QStringLiteral("txtGameLimits"), 0, 3)}}, 0, 1},
-        {QStringLiteral("fraGameType(0)"), QStringLiteral("Game Type"),
-         {{1, range(QStringLiteral("optDefaultGameType"), 0, 6)}}, 1, 1},
+        {QStringLiteral("fraGameType(2)"),
+         QStringLiteral("Jedi Knight 2 Options"),
+         {{3, texts}, {3, options}},
+         0,
+         0,
+         2,
+         1},
+        {QStringLiteral("fraGameType(1)"),
+         QStringLiteral("Game Limits"),
+         {{1, range(QStringLiteral("txtGameLimits"), 0, 3)}},
+         0,
+         1},
+        {QStringLiteral("fraGameType(0)"),
+         QStringLiteral("Game Type"),
+         {{1, range(QStringLiteral("optDefaultGameType"), 0, 6)}},
+         1,
+         1},
     };
     return page;
 }
@@ -79,10 +96,16 @@ PageLayout weaponPage()
     const QStringList duel =
         keys(QStringLiteral("chkWeaponFlags"), {16, 24, 17, 18, 25, 19, 20, 26, 21, 22, 27, 23, 28, 29, 30, 31});
     page.blocks = {
-        {QStringLiteral("fraWeaponFlags(0)"), QStringLiteral("Weapons (check to disable)"),
-         {{2, range(QStringLiteral("chkWeaponFlags"), 0, 15)}, {1, {QStringLiteral("txtWeaponFlags")}}}, 0, 0},
-        {QStringLiteral("fraWeaponFlags(2)"), QStringLiteral("Duel Weapons (check to disable)"),
-         {{2, duel}, {1, {QStringLiteral("txtDuelWeaponFlags")}}}, 0, 1},
+        {QStringLiteral("fraWeaponFlags(0)"),
+         QStringLiteral("Weapons (check to disable)"),
+         {{2, range(QStringLiteral("chkWeaponFlags"), 0, 15)}, {1, {QStringLiteral("txtWeaponFlags")}}},
+         0,
+         0},
+        {QStringLiteral("fraWeaponFlags(2)"),
+         QStringLiteral("Duel Weapons (check to disable)"),
+         {{2, duel}, {1, {QStringLiteral("txtDuelWeaponFlags")}}},
+         0,
+         1},
         {{}, {}, {{1, {QStringLiteral("lblSaberModeDuel")}}}, 1, 0, 1, 2},
     };
     return page;
@@ -92,8 +115,11 @@ PageLayout forcePage()
 {
     PageLayout page;
     page.blocks = {
-        {QStringLiteral("fraWeaponFlags(1)"), QStringLiteral("Force Power (check to disable)"),
-         {{3, range(QStringLiteral("chkPowerUpFlags"), 0, 17)}, {1, {QStringLiteral("txtForceFlags")}}}, 0, 0},
+        {QStringLiteral("fraWeaponFlags(1)"),
+         QStringLiteral("Force Power (check to disable)"),
+         {{3, range(QStringLiteral("chkPowerUpFlags"), 0, 17)}, {1, {QStringLiteral("txtForceFlags")}}},
+         0,
+         0},
     };
     return page;
 }
@@ -103,8 +129,11 @@ PageLayout dmPage()
     PageLayout page;
     page.columnStretch = {1, 1};
     page.blocks = {
-        {QStringLiteral("fraDMFlags"), QStringLiteral("DM Flags"),
-         {{1, range(QStringLiteral("chkDMFlags"), 0, 2) << QStringLiteral("txtDMFlags")}}, 0, 0},
+        {QStringLiteral("fraDMFlags"),
+         QStringLiteral("DM Flags"),
+         {{1, range(QStringLiteral("chkDMFlags"), 0, 2) << QStringLiteral("txtDMFlags")}},
+         0,
+         0},
     };
     return page;
 }
@@ -114,9 +143,11 @@ PageLayout saberPage()
     PageLayout page;
     page.columnStretch = {1, 1};
     page.blocks = {
-        {QStringLiteral("Frame1"), QStringLiteral("Options"),
+        {QStringLiteral("Frame1"),
+         QStringLiteral("Options"),
          {{1, range(QStringLiteral("txtAdvancedSaber"), 0, 3)}, {1, range(QStringLiteral("chkAdvancedSaber"), 0, 2)}},
-         0, 0},
+         0,
+         0},
     };
     return page;
 }
@@ -180,31 +211,50 @@ PageLayout miscPage()
                                  QStringLiteral("txtMaster3"), QStringLiteral("txtMaster4"),
                                  QStringLiteral("txtMaster5")};
     page.blocks = {
-        {QStringLiteral("fraAdditionalCfg"), QStringLiteral("Additional configs to execute"),
-         {{1, range(QStringLiteral("cboConfig"), 0, 3)}}, 0, 0},
-        {QStringLiteral("Frame7(0)"), QStringLiteral("Game Logging"),
-         {{2, range(QStringLiteral("optLogging"), 0, 3)}, {1, {QStringLiteral("txtLogFileName")}}}, 1, 0},
-        {QStringLiteral("Frame7(1)"), QStringLiteral("Stats Logging"),
+        {QStringLiteral("fraAdditionalCfg"),
+         QStringLiteral("Additional configs to execute"),
+         {{1, range(QStringLiteral("cboConfig"), 0, 3)}},
+         0,
+         0},
+        {QStringLiteral("Frame7(0)"),
+         QStringLiteral("Game Logging"),
+         {{2, range(QStringLiteral("optLogging"), 0, 3)}, {1, {QStringLiteral("txtLogFileName")}}},
+         1,
+         0},
+        {QStringLiteral("Frame7(1)"),
+         QStringLiteral("Stats Logging"),
          {{1, {QStringLiteral("optLogging(4)"), QStringLiteral("optLogging(5)"), QStringLiteral("txtStatsLogName")}}},
-         2, 0},
-        {QStringLiteral("fraGameType(5)"), QStringLiteral("IP Banning"),
+         2,
+         0},
+        {QStringLiteral("fraGameType(5)"),
+         QStringLiteral("IP Banning"),
          {{1, {QStringLiteral("txtServerIP")}},
           {1, {QStringLiteral("lstBannedIPs")}},
           {1, range(QStringLiteral("cmdThreeWave"), 2, 4)}},
-         1, 1, 2, 1},
-        {QStringLiteral("fraMsg"), QStringLiteral("Messaging"),
+         1,
+         1,
+         2,
+         1},
+        {QStringLiteral("fraMsg"),
+         QStringLiteral("Messaging"),
          {{1,
            {QStringLiteral("txtMsg(0)"), QStringLiteral("txtMsg(1)"),
             QStringLiteral("chkSendMessage+txtMsgTimer+Label6(1)")}}},
-         0, 2},
+         0,
+         2},
         {QStringLiteral("Frame3"), QStringLiteral("Additional Master Servers"), {{1, masters}}, 1, 2},
-        {QStringLiteral("fraPurge"), QStringLiteral("On Startup"),
-         {{1, {QStringLiteral("optStartMinimize"), QStringLiteral("optStartClose")}}}, 0, 1},
-        {QStringLiteral("fraRestart"), QStringLiteral("Server Watch"),
+        {QStringLiteral("fraPurge"),
+         QStringLiteral("On Startup"),
+         {{1, {QStringLiteral("optStartMinimize"), QStringLiteral("optStartClose")}}},
+         0,
+         1},
+        {QStringLiteral("fraRestart"),
+         QStringLiteral("Server Watch"),
          {{1,
            {QStringLiteral("chkRestartServer"),
             QStringLiteral("lblRestartLimit+txtRestartLimit+lblRestartWindow+txtRestartWindow+lblRestartMinutes")}}},
-         2, 2},
+         2,
+         2},
     };
     return page;
 }
@@ -216,11 +266,12 @@ PageLayout informationPage()
     page.blocks = {
         {{},
          {},
-         {{1, QStringList{QStringLiteral("lblInfo(0)"), QStringLiteral("lblInfo(1)")} +
-                  range(QStringLiteral("lblInfo"), 2, 10) +
-                  QStringList{QStringLiteral("lblInfo(11)"), QStringLiteral("lblInfo(12)"), QStringLiteral("lblLink"),
-                              QStringLiteral("Picture1"), QStringLiteral("Picture3")},
-          false, 14}},
+         {{1,
+           QStringList{QStringLiteral("lblInfo(0)"), QStringLiteral("lblInfo(1)")} +
+               range(QStringLiteral("lblInfo"), 2, 10) +
+               QStringList{QStringLiteral("lblInfo(11)"), QStringLiteral("lblInfo(12)"), QStringLiteral("lblLink"),
+                           QStringLiteral("Picture1"), QStringLiteral("Picture3")},
+           false, 14}},
          0,
          0},
     };
@@ -240,7 +291,8 @@ QList<StaticControl> buildStaticControls()
 
     button(QStringLiteral("cmdOk"), QStringLiteral("&OK"));
     button(QStringLiteral("cmdCancel"), QStringLiteral("&Close"));
-    button(QStringLiteral("cmdDefault"), QStringLiteral("&Defaults"), QStringLiteral("Set current settings as default settings"));
+    button(QStringLiteral("cmdDefault"), QStringLiteral("&Defaults"),
+           QStringLiteral("Set current settings as default settings"));
     button(QStringLiteral("cmdReset"), QStringLiteral("&Reset"), QStringLiteral("Reset Arena Steward"));
     button(QStringLiteral("cmdTrayIt"), QStringLiteral("Send to Tray"));
 
@@ -279,8 +331,8 @@ QList<StaticControl> buildStaticControls()
     c.append({QStringLiteral("lblLink"), K::Link, QStringLiteral("Arena Steward Forums"), kProductForum, false, false});
     c.append({QStringLiteral("Picture1"), K::Link, QStringLiteral("Star Wars Jedi Knight II: Jedi Outcast"),
               kOfficialGameSite, false, false});
-    c.append({QStringLiteral("Picture3"), K::Link, QStringLiteral("Arena Steward on the web"), kProductSite, false,
-              false});
+    c.append(
+        {QStringLiteral("Picture3"), K::Link, QStringLiteral("Arena Steward on the web"), kProductSite, false, false});
     return c;
 }
 
@@ -304,8 +356,8 @@ QString gameTabCaptions() { return QStringLiteral("Game|Weapon Flags|Force Flags
 
 const QList<PageLayout>& mainPages()
 {
-    static const QList<PageLayout> pages = captioned(
-        {serverPage(), gamePage(), mapPage(), botPage(), miscPage(), informationPage()}, mainTabCaptions());
+    static const QList<PageLayout> pages =
+        captioned({serverPage(), gamePage(), mapPage(), botPage(), miscPage(), informationPage()}, mainTabCaptions());
     return pages;
 }
 
@@ -324,18 +376,22 @@ const QList<StaticControl>& staticControls()
 
 QStringList commandBarButtons()
 {
-    return {QStringLiteral("cmdTrayIt"), QString(), QStringLiteral("cmdDefault"), QStringLiteral("cmdReset"),
-            QStringLiteral("cmdOk"), QStringLiteral("cmdCancel")};
+    return {QStringLiteral("cmdTrayIt"),  QString(),
+            QStringLiteral("cmdDefault"), QStringLiteral("cmdReset"),
+            QStringLiteral("cmdOk"),      QStringLiteral("cmdCancel")};
 }
 
 bool isNarrowTextField(const QString& name)
 {
     static const QStringList narrow = {
-        QStringLiteral("txtServerConfigSpin"), QStringLiteral("txtSpeed"),          QStringLiteral("txtGameLimits"),
-        QStringLiteral("txtForceReGen"),       QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
-        QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),     QStringLiteral("txtWeaponEnhancer"),
-        QStringLiteral("txtWeapRespawn"),      QStringLiteral("txtAdvancedSaber"),  QStringLiteral("txtBOTThinkTime"),
-        QStringLiteral("txtMsgTimer"),         QStringLiteral("txtRestartLimit"),   QStringLiteral("txtRestartWindow"),
+        QStringLiteral("txtServerConfigSpin"), QStringLiteral("txtSpeed"),
+        QStringLiteral("txtGameLimits"),       QStringLiteral("txtForceReGen"),
+        QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
+        QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),
+        QStringLiteral("txtWeaponEnhancer"),   QStringLiteral("txtWeapRespawn"),
+        QStringLiteral("txtAdvancedSaber"),    QStringLiteral("txtBOTThinkTime"),
+        QStringLiteral("txtMsgTimer"),         QStringLiteral("txtRestartLimit"),
+        QStringLiteral("txtRestartWindow"),
     };
     return narrow.contains(name) || isMaskField(name);
 }

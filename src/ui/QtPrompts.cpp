@@ -18,11 +18,16 @@ constexpr int kOverwritePrompt = 2;
 QMessageBox::Icon toIcon(Icon icon)
 {
     switch (icon) {
-    case Icon::Information: return QMessageBox::Information;
-    case Icon::Exclamation: return QMessageBox::Warning;
-    case Icon::Critical: return QMessageBox::Critical;
-    case Icon::Question: return QMessageBox::Question;
-    case Icon::None: break;
+    case Icon::Information:
+        return QMessageBox::Information;
+    case Icon::Exclamation:
+        return QMessageBox::Warning;
+    case Icon::Critical:
+        return QMessageBox::Critical;
+    case Icon::Question:
+        return QMessageBox::Question;
+    case Icon::None:
+        break;
     }
     return QMessageBox::NoIcon;
 }
@@ -30,12 +35,18 @@ QMessageBox::Icon toIcon(Icon icon)
 QList<QMessageBox::StandardButton> toButtons(Buttons buttons)
 {
     switch (buttons) {
-    case Buttons::Ok: return {QMessageBox::Ok};
-    case Buttons::OkCancel: return {QMessageBox::Ok, QMessageBox::Cancel};
-    case Buttons::YesNo: return {QMessageBox::Yes, QMessageBox::No};
-    case Buttons::YesNoCancel: return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
-    case Buttons::RetryCancel: return {QMessageBox::Retry, QMessageBox::Cancel};
-    case Buttons::AbortRetryIgnore: return {QMessageBox::Abort, QMessageBox::Retry, QMessageBox::Ignore};
+    case Buttons::Ok:
+        return {QMessageBox::Ok};
+    case Buttons::OkCancel:
+        return {QMessageBox::Ok, QMessageBox::Cancel};
+    case Buttons::YesNo:
+        return {QMessageBox::Yes, QMessageBox::No};
+    case Buttons::YesNoCancel:
+        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
+    case Buttons::RetryCancel:
+        return {QMessageBox::Retry, QMessageBox::Cancel};
+    case Buttons::AbortRetryIgnore:
+        return {QMessageBox::Abort, QMessageBox::Retry, QMessageBox::Ignore};
     }
     return {QMessageBox::Ok};
 }
@@ -43,13 +54,20 @@ QList<QMessageBox::StandardButton> toButtons(Buttons buttons)
 Answer toAnswer(int button)
 {
     switch (button) {
-    case QMessageBox::Cancel: return Answer::Cancel;
-    case QMessageBox::Yes: return Answer::Yes;
-    case QMessageBox::No: return Answer::No;
-    case QMessageBox::Retry: return Answer::Retry;
-    case QMessageBox::Abort: return Answer::Abort;
-    case QMessageBox::Ignore: return Answer::Ignore;
-    default: return Answer::Ok;
+    case QMessageBox::Cancel:
+        return Answer::Cancel;
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    case QMessageBox::Retry:
+        return Answer::Retry;
+    case QMessageBox::Abort:
+        return Answer::Abort;
+    case QMessageBox::Ignore:
+        return Answer::Ignore;
+    default:
+        return Answer::Ok;
     }
 }
 
@@ -176,8 +194,8 @@ bool QtPrompts::fileDialog(FileDialogState& state, bool open)
         dialog.selectFile(state.FileName);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;
-    state.FileName = open ? openedFile(dialog.selectedFiles().first(), state.DefaultExt)
-                          : dialog.selectedFiles().first();
+    state.FileName =
+        open ? openedFile(dialog.selectedFiles().first(), state.DefaultExt) : dialog.selectedFiles().first();
     state.FileTitle = QFileInfo(state.FileName).fileName();
     state.FilterIndex = static_cast<int>(filters.indexOf(dialog.selectedNameFilter())) + 1;
     return true;

@@ -17,7 +17,8 @@ void UiRoutes::on(const QString& control, UiEventKind kind, Handler handler)
 
 void UiRoutes::onClick(const QString& control, std::function<void(frmMain& window)> handler)
 {
-    on(control, UiEventKind::Click, [handler = std::move(handler)](frmMain& window, const UiEvent&) { handler(window); });
+    on(control, UiEventKind::Click,
+       [handler = std::move(handler)](frmMain& window, const UiEvent&) { handler(window); });
 }
 
 void UiRoutes::remove(const QString& control, UiEventKind kind) { m_routes.remove(routeKey(control, kind)); }

@@ -17,8 +17,7 @@ namespace {
 bool g_aboutLoaded = false;
 }
 
-frmAbout::frmAbout(AppContext& app, QWidget* parent)
-    : QDialog(parent), m_app(app), m_timer(new QTimer(this))
+frmAbout::frmAbout(AppContext& app, QWidget* parent) : QDialog(parent), m_app(app), m_timer(new QTimer(this))
 {
     g_aboutLoaded = true;
     setObjectName(QStringLiteral("frmAbout"));

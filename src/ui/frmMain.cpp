@@ -72,10 +72,7 @@ int digitsWidth(const QLineEdit& box, int digits)
            kFrameAndPadding;
 }
 
-bool growsTall(const QWidget* widget)
-{
-    return widget->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag;
-}
+bool growsTall(const QWidget* widget) { return widget->sizePolicy().verticalPolicy() & QSizePolicy::ExpandFlag; }
 
 /// The keys of the controls that an item of a layout table puts side by side ("a+b").
 QStringList parts(const QString& item) { return item.split(QLatin1Char('+')); }
@@ -357,7 +354,12 @@ QWidget* frmMain::makeStaticControl(const QString& key, QWidget* parent)
             break;
         }
         case StaticControl::Kind::Link:
-            widget = new LinkLabel(entry.text, [this, key] { raiseEvent({key, UiEventKind::Click, {}}); }, parent);
+            widget = new LinkLabel(
+                entry.text,
+                [this, key] {
+                    raiseEvent({key, UiEventKind::Click, {}});
+                },
+                parent);
             break;
         }
         widget->setObjectName(key);
@@ -408,13 +410,27 @@ void frmMain::raiseEvent(const UiEvent& event)
 void frmMain::applyPointer()
 {
     switch (m_profile->formPointer()) {
-    case 0: unsetCursor(); break;
-    case 1: setCursor(Qt::ArrowCursor); break;
-    case 2: setCursor(Qt::CrossCursor); break;
-    case 3: setCursor(Qt::IBeamCursor); break;
-    case 11: setCursor(Qt::WaitCursor); break;
-    case 13: setCursor(Qt::BusyCursor); break;
-    default: unsetCursor(); break;
+    case 0:
+        unsetCursor();
+        break;
+    case 1:
+        setCursor(Qt::ArrowCursor);
+        break;
+    case 2:
+        setCursor(Qt::CrossCursor);
+        break;
+    case 3:
+        setCursor(Qt::IBeamCursor);
+        break;
+    case 11:
+        setCursor(Qt::WaitCursor);
+        break;
+    case 13:
+        setCursor(Qt::BusyCursor);
+        break;
+    default:
+        unsetCursor();
+        break;
     }
 }
 

@@ -107,7 +107,8 @@ void frmScannerProgress::phaseDone()
         paint();
 }
 
-template <typename Change> void frmScannerProgress::changeBar(Change change)
+template <typename Change>
+void frmScannerProgress::changeBar(Change change)
 {
     // QProgressBar repaints itself at once whenever its value moves by a chunk; held,
     // it only asks for a paint, which the next frame or the event loop makes.

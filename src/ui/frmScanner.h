@@ -43,8 +43,7 @@ class frmScannerProgress final : public ScanProgress {
 public:
     explicit frmScannerProgress(QWidget* owner = nullptr, FramePacer::Clock clock = {})
         : m_owner(owner), m_pacer(std::move(clock))
-    {
-    }
+    {}
     ~frmScannerProgress() override;
     frmScannerProgress(const frmScannerProgress&) = delete;
     frmScannerProgress& operator=(const frmScannerProgress&) = delete;
@@ -67,7 +66,8 @@ public:
 private:
     frmScanner& load();
     /// Changes the bar without the repaint that QProgressBar makes at once.
-    template <typename Change> void changeBar(Change change);
+    template <typename Change>
+    void changeBar(Change change);
     void paintWhenDue();
     /// Paints the activity text and the bar now, in one trip to the display.
     void paint();

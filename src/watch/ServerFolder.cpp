@@ -29,8 +29,7 @@ QString ServerFolder::idForSession(const QString& sessionName)
 
 ServerFolder::ServerFolder(const QString& programFolder, const QString& id)
     : m_id(id), m_path(programFolder + QStringLiteral("/servers/") + id)
-{
-}
+{}
 
 bool ServerFolder::make(QString* error) const { return makePrivateFolder(m_path, error); }
 
@@ -57,8 +56,9 @@ QStringList ServerFolder::crashLogs() const
     std::sort(sorted.begin(), sorted.end(), [](const QFileInfo& a, const QFileInfo& b) {
         const qint64 ta = a.lastModified().toMSecsSinceEpoch();
         const qint64 tb = b.lastModified().toMSecsSinceEpoch();
-        return ta != tb ? ta < tb : a.fileName().size() != b.fileName().size() ? a.fileName().size() < b.fileName().size()
-                                                                               : a.fileName() < b.fileName();
+        return ta != tb                                     ? ta < tb
+               : a.fileName().size() != b.fileName().size() ? a.fileName().size() < b.fileName().size()
+                                                            : a.fileName() < b.fileName();
     });
     for (const QFileInfo& info : sorted)
         logs << info.absoluteFilePath();

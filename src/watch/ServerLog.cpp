@@ -53,8 +53,8 @@ void ServerLog::append(const QByteArray& output)
 
 void ServerLog::note(const QString& text)
 {
-    const QByteArray line = "--- arena-stewardctl " +
-                            QDateTime::currentDateTime().toString(Qt::ISODate).toUtf8() + ": " + text.toUtf8() + '\n';
+    const QByteArray line = "--- arena-stewardctl " + QDateTime::currentDateTime().toString(Qt::ISODate).toUtf8() +
+                            ": " + text.toUtf8() + '\n';
     rotateIfFull(line.size());
     if (appendPrivateFile(m_fileName, line))
         m_size += line.size();

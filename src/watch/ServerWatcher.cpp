@@ -11,8 +11,12 @@ namespace steward {
 
 ServerWatcher::ServerWatcher(const ServerFolder& folder, const WatchState& session, const Options& options,
                              Clock& clock, QObject* parent)
-    : QObject(parent), m_folder(folder), m_options(options), m_clock(clock),
-      m_policy(options.restartLimit, options.windowMinutes), m_log(folder.serverLog(), options.logLimit)
+    : QObject(parent),
+      m_folder(folder),
+      m_options(options),
+      m_clock(clock),
+      m_policy(options.restartLimit, options.windowMinutes),
+      m_log(folder.serverLog(), options.logLimit)
 {
     m_state.session = session.session;
     m_state.profile = session.profile;
@@ -149,10 +153,10 @@ void ServerWatcher::crashed(const QString& cause)
     m_state.lastCrash = when;
     m_state.lastCrashCause = cause;
 
-    QByteArray report = "The server crashed: " + cause.toUtf8() + "\nTime: " +
-                        when.toString(Qt::ISODate).toUtf8() + "\nProgram: " + m_state.program.toUtf8() +
-                        "\nArguments: " + m_state.arguments.join(QLatin1Char(' ')).toUtf8() + "\nFolder: " +
-                        m_state.workingFolder.toUtf8() + "\n\nThe last lines of its output:\n";
+    QByteArray report = "The server crashed: " + cause.toUtf8() + "\nTime: " + when.toString(Qt::ISODate).toUtf8() +
+                        "\nProgram: " + m_state.program.toUtf8() +
+                        "\nArguments: " + m_state.arguments.join(QLatin1Char(' ')).toUtf8() +
+                        "\nFolder: " + m_state.workingFolder.toUtf8() + "\n\nThe last lines of its output:\n";
     for (const QString& line : m_log.lastLines())
         report += line.toUtf8() + '\n';
     writePrivateFile(m_folder.newCrashLog(when), report);

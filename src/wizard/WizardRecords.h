@@ -31,8 +31,8 @@ struct WizardMapRecord {
 
 struct WizardState {
     QList<WizardMapRecord> records;
-    int upper = -1;   ///< the row count minus one
-    int current = 0;  ///< the row being configured
+    int upper = -1;      ///< the row count minus one
+    int current = 0;     ///< the row being configured
     QString startingMap; ///< WizardStartingMap: set on page 1, kept from one start to the next
 };
 

@@ -62,7 +62,8 @@ TEST_F(CtlStart, WritesWhatOkWritesAndStartsWhatOkStarts)
     ASSERT_EQ(t.launcher.started.size(), 2u);
     const LaunchRequest byCtl = t.launcher.started.back();
     EXPECT_EQ(byCtl.program, byWindow.program);
-    EXPECT_EQ(byCtl.arguments.join(QLatin1Char('|')).toStdString(), byWindow.arguments.join(QLatin1Char('|')).toStdString());
+    EXPECT_EQ(byCtl.arguments.join(QLatin1Char('|')).toStdString(),
+              byWindow.arguments.join(QLatin1Char('|')).toStdString());
     EXPECT_EQ(byCtl.workingFolder, byWindow.workingFolder);
     const auto ctlFiles = baseFiles();
     EXPECT_EQ(ctlFiles.keys(), windowFiles.keys());
@@ -145,15 +146,35 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         {"unknown command", {}, {}, {QStringLiteral("begin")}, 64, "Unknown command: begin"},
         {"no command", {}, {}, {}, 64, "No command given."},
         {"two commands", {}, {}, {start, QStringLiteral("stop")}, 64, "One command at a time"},
-        {"bad delay", {}, {}, {QStringLiteral("run"), QStringLiteral("--restart-delay"), QStringLiteral("soon")}, 64,
+        {"bad delay",
+         {},
+         {},
+         {QStringLiteral("run"), QStringLiteral("--restart-delay"), QStringLiteral("soon")},
+         64,
          "--restart-delay"},
-        {"bad profile name", {}, {}, {start, QStringLiteral("--profile"), QStringLiteral("../x")}, 64,
+        {"bad profile name",
+         {},
+         {},
+         {start, QStringLiteral("--profile"), QStringLiteral("../x")},
+         64,
          "A profile name is 1 to 32 letters, digits, - and _"},
-        {"missing profile", {}, {}, {start, QStringLiteral("--profile"), QStringLiteral("ctf")}, 2,
+        {"missing profile",
+         {},
+         {},
+         {start, QStringLiteral("--profile"), QStringLiteral("ctf")},
+         2,
          "There is no profile named ctf"},
-        {"missing settings file", {}, [](CtlStart& f) { QFile::remove(f.t.storeFile()); }, {start}, 2,
+        {"missing settings file",
+         {},
+         [](CtlStart& f) { QFile::remove(f.t.storeFile()); },
+         {start},
+         2,
          "No settings in"},
-        {"missing configuration", {}, {}, {start, QStringLiteral("--config"), QStringLiteral("/nowhere/x.asc")}, 2,
+        {"missing configuration",
+         {},
+         {},
+         {start, QStringLiteral("--config"), QStringLiteral("/nowhere/x.asc")},
+         2,
          "Could not find /nowhere/x.asc"},
         {"configuration that doesn't parse",
          {},
@@ -186,7 +207,11 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
          {start},
          2,
          "No maps have been selected"},
-        {"a saved cycle that is gone", {}, [](CtlStart& f) { QFile::remove(f.savedCycle()); }, {start}, 2,
+        {"a saved cycle that is gone",
+         {},
+         [](CtlStart& f) { QFile::remove(f.savedCycle()); },
+         {start},
+         2,
          "Selected mapcycle file does not exist"},
         {"messages without a password",
          [](ServerProfile& p) {

@@ -98,8 +98,9 @@ const Road kRoads[] = {
     {"the list of configs to execute",
      [](TestApp& t, ServerProfile&) {
          writeFile(t.baseFolder() + QStringLiteral("/extra.cfg"), "set a 1\r\n");
-         return baseFolderConfigs(*t.app).contains(QStringLiteral("extra.cfg")) ? t.baseFolder() + QStringLiteral("/extra.cfg")
-                                                                                : QString();
+         return baseFolderConfigs(*t.app).contains(QStringLiteral("extra.cfg"))
+                    ? t.baseFolder() + QStringLiteral("/extra.cfg")
+                    : QString();
      }},
     {"the archives that the map and bot scans read",
      [](TestApp& t, ServerProfile&) {

@@ -34,8 +34,8 @@ TEST(CommandHistory, KeepsTheNewest200AndNeverThePassword)
     EXPECT_EQ(h.entries().first(), QStringLiteral("say 50"));
     EXPECT_EQ(h.entries().last(), QStringLiteral("say 249"));
 
-    for (const char* c : {"say my s3cret", "rconpassword other", "set rconPassword other", "seta rcon_password x",
-                          "", "   "})
+    for (const char* c :
+         {"say my s3cret", "rconpassword other", "set rconPassword other", "seta rcon_password x", "", "   "})
         h.add(QString::fromLatin1(c), QStringLiteral("s3cret"));
     EXPECT_EQ(h.entries().last(), QStringLiteral("say 249"));
 }

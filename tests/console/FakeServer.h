@@ -54,6 +54,9 @@ inline bool waitUntil(const std::function<bool()>& condition, int milliseconds =
 }
 
 /// Runs events for a while.
-inline void runEvents(int milliseconds) { waitUntil([] { return false; }, milliseconds); }
+inline void runEvents(int milliseconds)
+{
+    waitUntil([] { return false; }, milliseconds);
+}
 
 } // namespace steward::testing

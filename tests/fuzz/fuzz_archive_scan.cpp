@@ -94,8 +94,8 @@ Sandbox& sandbox()
     static char* argv[] = {name, nullptr};
     static QCoreApplication app(argc, argv);
     // A folder in memory where there is one: the scan writes its catalogue and pictures.
-    static const bool inMemory = QFileInfo(QStringLiteral("/dev/shm")).isWritable() &&
-                                 qputenv("TMPDIR", QByteArrayLiteral("/dev/shm"));
+    static const bool inMemory =
+        QFileInfo(QStringLiteral("/dev/shm")).isWritable() && qputenv("TMPDIR", QByteArrayLiteral("/dev/shm"));
     Q_UNUSED(inMemory);
     static Sandbox box;
     return box;

@@ -69,8 +69,8 @@ bool textSeeds()
                           "--- ----- ---- --------------- ------- ---------------------\n"
                           "  0     5    0 Gnubee^7              0 bot\n"));
     ok &= seed("console_replies", "bad_password", QByteArray("\xff\xff\xff\xffprint\nBad rconpassword.\n"));
-    ok &= seed("arena_script", "one_block", arenaScript(QStringLiteral("mymap"), QStringLiteral("My Map"),
-                                                        QStringLiteral("ffa duel")));
+    ok &= seed("arena_script", "one_block",
+               arenaScript(QStringLiteral("mymap"), QStringLiteral("My Map"), QStringLiteral("ffa duel")));
     ok &= seed("arena_script", "two_blocks",
                "{\r\nmap \"h\"\r\nlongname \"H One\"\r\ntype \"duel\"\r\n}\r\n{\r\nmap \"h2\"\r\n}\r\n");
     ok &= seed("arena_script", "one_line", "{ map \"e\" longname \"E\" type \"duel\" }\r");
@@ -91,9 +91,9 @@ bool archiveSeeds()
                                     .file(QStringLiteral("maps/s.bsp"), "x", true)
                                     .file(QStringLiteral("Scripts/s.arena"), script, true)
                                     .file(QStringLiteral("LevelShots/s.tga"), tgaPicture(2, 2, 9, 9, 9), true));
-    ok &= archive("readonly.pk3", ZipBuilder()
-                                      .file(QStringLiteral("maps/ro.bsp"))
-                                      .readOnlyFile(QStringLiteral("scripts/ro.arena"), script));
+    ok &= archive(
+        "readonly.pk3",
+        ZipBuilder().file(QStringLiteral("maps/ro.bsp")).readOnlyFile(QStringLiteral("scripts/ro.arena"), script));
     ok &= archive("hostile.pk3", ZipBuilder()
                                      .file(QStringLiteral("maps/h.bsp"))
                                      .folder(QStringLiteral("levelshots/"))
@@ -101,7 +101,8 @@ bool archiveSeeds()
                                      .file(QStringLiteral("levelshots/../escape.jpg"), "out")
                                      .file(QStringLiteral("levelshots/new\nline.tga"), tgaPicture(1, 1, 0, 0, 0))
                                      .file(QStringLiteral("scripts/h.arena"), script));
-    ok &= archive("no_script.pk3", ZipBuilder().file(QStringLiteral("maps/n.bsp")).file(QStringLiteral("n.arena"), "{"));
+    ok &=
+        archive("no_script.pk3", ZipBuilder().file(QStringLiteral("maps/n.bsp")).file(QStringLiteral("n.arena"), "{"));
     return ok;
 }
 

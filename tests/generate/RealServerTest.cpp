@@ -116,16 +116,19 @@ QByteArray awaitPlayers(quint16 port, int count, int seconds)
     return status;
 }
 
-bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir(); }
+bool haveServer()
+{
+    return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir();
+}
 
 // Skips a test without a Quake 3 engine dedicated server here. CI sets
 // STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
-#define STEWARD_NEED_REAL_SERVER()                                                                                  \
-    if (!haveServer()) {                                                                                            \
-        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)                                       \
-            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "     \
-                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";                     \
-        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";                     \
+#define STEWARD_NEED_REAL_SERVER()                                                                                     \
+    if (!haveServer()) {                                                                                               \
+        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)                                          \
+            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "        \
+                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";                        \
+        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";                         \
     }
 
 /// The start script in the game folder that stands in for the game's server.
@@ -243,7 +246,8 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
 
     steward::testing::FakeWindowHost host(*t.app);
     cmdOk_Click(*t.app, profile, host);
-    ASSERT_EQ(static_cast<int>(t.prompts.shown.size()), boxes) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    ASSERT_EQ(static_cast<int>(t.prompts.shown.size()), boxes)
+        << t.prompts.texts().join(QLatin1Char('|')).toStdString();
 
     const QByteArray first = awaitMap(port, "oa_dm1", 20);
     QByteArray second;
@@ -259,7 +263,8 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
     EXPECT_TRUE(second.contains("\\timelimit\\15\\")) << second.toStdString();
     // The game keeps g_gravity out of its server info, so the console is asked for it.
     EXPECT_TRUE(second.contains("\\g_gravity\\300\\") || gravity.contains("\"g_gravity\" is:\"300"))
-        << second.toStdString() << "\n" << gravity.toStdString();
+        << second.toStdString() << "\n"
+        << gravity.toStdString();
 }
 
 // The roster's Addbot lines reach the engine: OpenArena defines the bot "sarge", so two
@@ -341,7 +346,8 @@ TEST_F(RealServer, TheTimedMessagesReachItsRemoteConsole)
     if (up && messaging)
         messaging->tmrServerMessage_Timer();
     const bool first =
-        up && fileComesToHold(console, "Rcon from 127.0.0.1: say ^2This Server was configured by ^1Arena Steward\n", 10);
+        up &&
+        fileComesToHold(console, "Rcon from 127.0.0.1: say ^2This Server was configured by ^1Arena Steward\n", 10);
     const bool second = up && fileComesToHold(console, "Rcon from 127.0.0.1: say ^3second line\n", 10);
     stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
     ASSERT_TRUE(up) << "the server did not answer on port " << port;

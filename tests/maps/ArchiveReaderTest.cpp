@@ -20,7 +20,10 @@ class ArchiveReaderTest : public ::testing::Test {
 protected:
     QTemporaryDir dir;
     QString root() const { return dir.path(); }
-    QString archive(const QString& name = QStringLiteral("test.pk3")) const { return root() + QStringLiteral("/") + name; }
+    QString archive(const QString& name = QStringLiteral("test.pk3")) const
+    {
+        return root() + QStringLiteral("/") + name;
+    }
     QString target() const { return root() + QStringLiteral("/target"); }
 
     // Every file below the temporary folder other than the archives and the target.
@@ -102,7 +105,8 @@ TEST_F(ArchiveReaderTest, SelectionMatchesFoldersAndNamesWithoutRegardToCase)
     reader.selectFiles(QStringLiteral("levelshots/*.tga"));
     reader.extract(target());
     // The folder that exists takes the pictures whatever case the archive gives it.
-    EXPECT_EQ(filesIn(target()), (QStringList{QStringLiteral("levelshots/One.JPG"), QStringLiteral("levelshots/two.tga")}));
+    EXPECT_EQ(filesIn(target()),
+              (QStringList{QStringLiteral("levelshots/One.JPG"), QStringLiteral("levelshots/two.tga")}));
 
     ArchiveReader none(archive());
     none.selectFiles(QStringLiteral("Scripts\\missing.arena"));
@@ -145,10 +149,9 @@ TEST_F(ArchiveReaderTest, HostileNamesAreNeverWrittenOutsideTheTarget)
                                    QStringLiteral("levelshots/../../*.jpg"), QStringLiteral("../*.jpg")})
         reader.selectFiles(pattern);
     reader.extract(target());
-    EXPECT_EQ(reader.skippedEntries(), (QStringList{QStringLiteral("levelshots/../../escape1.jpg"),
-                                                    QStringLiteral("../escape2.jpg"),
-                                                    QStringLiteral("levelshots/../../escape4.jpg"),
-                                                    QStringLiteral("levelshots/link.jpg")}));
+    EXPECT_EQ(reader.skippedEntries(),
+              (QStringList{QStringLiteral("levelshots/../../escape1.jpg"), QStringLiteral("../escape2.jpg"),
+                           QStringLiteral("levelshots/../../escape4.jpg"), QStringLiteral("levelshots/link.jpg")}));
     EXPECT_EQ(filesIn(target()), QStringList{QStringLiteral("levelshots/good.jpg")});
     EXPECT_EQ(filesOutsideTarget(), QStringList{root() + QStringLiteral("/victim.txt")});
     EXPECT_EQ(fileBytes(root() + QStringLiteral("/victim.txt")), QByteArray("untouched"));

@@ -38,9 +38,15 @@ class HostileEntries : public ::testing::Test {
 protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
 
-    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name)); }
+    void pk3(const QString& name, const ZipBuilder& zip)
+    {
+        ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name));
+    }
     QString shots() const { return t.programFolder() + QStringLiteral("/levelshots"); }
-    QString log() const { return QString::fromUtf8(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log"))); }
+    QString log() const
+    {
+        return QString::fromUtf8(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
+    }
     bool pictures()
     {
         return ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()) && ConvertTgaToBmp(*t.app);
@@ -90,11 +96,13 @@ TEST(TgaLimits, AHeaderThatClaimsMoreThanItsDataCanFillIsDamaged)
     };
     const QByteArray fullRuns = runLengthPicture(2048, 2048);
     for (const Case& c : {
-             Case{"run-length, a few packets for 2048 by 2048", tgaHeader(10, 2048, 2048, 32) + QByteArray(1000, '\xff')},
+             Case{"run-length, a few packets for 2048 by 2048",
+                  tgaHeader(10, 2048, 2048, 32) + QByteArray(1000, '\xff')},
              Case{"run-length, one packet short", fullRuns.left(fullRuns.size() - 4)},
              Case{"grey runs, nothing at all", tgaHeader(11, 2048, 2048, 8)},
              Case{"uncompressed, one byte short", tgaHeader(2, 64, 64, 24) + QByteArray(64 * 64 * 3 - 1, '\0')},
-             Case{"an id field longer than the file", [] {
+             Case{"an id field longer than the file",
+                  [] {
                       QByteArray b = tgaHeader(2, 1, 1, 24) + QByteArray(3, '\0');
                       b[0] = '\xff';
                       return b;
@@ -118,7 +126,8 @@ TEST_F(HostileEntries, ARunLengthBombBecomesNoBitmapButALogEntryAndTheMapKeepsTh
     EXPECT_TRUE(pictures());
     EXPECT_EQ(QDir(shots()).entryList(QDir::Files, QDir::Name),
               (QStringList{QStringLiteral("fine.bmp"), QStringLiteral("unknown.bmp"), QStringLiteral("unknown.jpg")}));
-    EXPECT_TRUE(log().contains(QStringLiteral("The level shot bomb.tga was not converted: it is larger than 2048 by 2048")))
+    EXPECT_TRUE(
+        log().contains(QStringLiteral("The level shot bomb.tga was not converted: it is larger than 2048 by 2048")))
         << log().toStdString();
     EXPECT_TRUE(log().contains(QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)")));
     EXPECT_TRUE(t.prompts.shown.empty());
@@ -135,13 +144,14 @@ TEST_F(HostileEntries, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutW
                                          .file(QStringLiteral("levelshots/") + longest, "jpg")
                                          .file(QStringLiteral("levelshots/plain.tga"), tgaPicture(2, 2, 1, 2, 3)));
     EXPECT_TRUE(pictures());
-    EXPECT_EQ(programFiles(), (QStringList{QStringLiteral("Jedi.aml"), QStringLiteral("arena-steward.log"),
-                                           QStringLiteral("levelshots/") + longest,
-                                           QStringLiteral("levelshots/plain.bmp"), QStringLiteral("levelshots/unknown.bmp"),
-                                           QStringLiteral("levelshots/unknown.jpg")}));
+    EXPECT_EQ(programFiles(),
+              (QStringList{QStringLiteral("Jedi.aml"), QStringLiteral("arena-steward.log"),
+                           QStringLiteral("levelshots/") + longest, QStringLiteral("levelshots/plain.bmp"),
+                           QStringLiteral("levelshots/unknown.bmp"), QStringLiteral("levelshots/unknown.jpg")}));
     const QString text = log();
-    EXPECT_TRUE(text.contains(QStringLiteral("The level shot levelshots/new\\x0aline.tga of names.pk3 was left out: its "
-                                             "name holds a control character")))
+    EXPECT_TRUE(
+        text.contains(QStringLiteral("The level shot levelshots/new\\x0aline.tga of names.pk3 was left out: its "
+                                     "name holds a control character")))
         << text.toStdString();
     EXPECT_TRUE(text.contains(QStringLiteral("levelshots/tab\\x09bed.jpg")));
     EXPECT_TRUE(text.contains(QStringLiteral("longer than 255 bytes")));
@@ -150,15 +160,17 @@ TEST_F(HostileEntries, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutW
 
 TEST_F(HostileEntries, AScriptWithAControlCharacterInItsNameIsLeftOutAndTheMapIsUnknown)
 {
-    pk3(QStringLiteral("a.pk3"), ZipBuilder()
-                                     .file(QStringLiteral("maps/a.bsp"))
-                                     .file(QStringLiteral("scripts/a\nb.arena"),
-                                           arenaScript(QStringLiteral("a"), QStringLiteral("Never"), QStringLiteral("ffa"))));
-    pk3(QStringLiteral("b.pk3"), ZipBuilder()
-                                     .file(QStringLiteral("maps/b.bsp"))
-                                     .file(QString::fromLatin1("scripts/b\x7f.arena"), "{\r\n}\r\n")
-                                     .file(QStringLiteral("scripts/b.arena"),
-                                           arenaScript(QStringLiteral("b"), QStringLiteral("Bee"), QStringLiteral("ffa"))));
+    pk3(QStringLiteral("a.pk3"),
+        ZipBuilder()
+            .file(QStringLiteral("maps/a.bsp"))
+            .file(QStringLiteral("scripts/a\nb.arena"),
+                  arenaScript(QStringLiteral("a"), QStringLiteral("Never"), QStringLiteral("ffa"))));
+    pk3(QStringLiteral("b.pk3"),
+        ZipBuilder()
+            .file(QStringLiteral("maps/b.bsp"))
+            .file(QString::fromLatin1("scripts/b\x7f.arena"), "{\r\n}\r\n")
+            .file(QStringLiteral("scripts/b.arena"),
+                  arenaScript(QStringLiteral("b"), QStringLiteral("Bee"), QStringLiteral("ffa"))));
     ASSERT_TRUE(ScanForMaps(*t.app, QStringLiteral("Base"), QStringLiteral("Jedi"), t.gameFolder()));
     EXPECT_EQ(crlfLines(t.programFolder() + QStringLiteral("/Jedi.aml")),
               (QStringList{QStringLiteral("a.pk3,a,a,a,unknown"), QStringLiteral("b.pk3,b,b,Bee,FFA")}));

@@ -21,11 +21,17 @@ class LevelShotsTest : public ::testing::Test {
 protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
 
-    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name)); }
+    void pk3(const QString& name, const ZipBuilder& zip)
+    {
+        ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name));
+    }
     bool extract() { return ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()); }
     QString shots() const { return t.programFolder() + QStringLiteral("/levelshots"); }
     QStringList pictures() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
-    QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log"))); }
+    QString log() const
+    {
+        return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
+    }
 
     TestApp t;
     RecordingScanProgress progress;
@@ -36,12 +42,14 @@ protected:
 TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 {
     pk3(QStringLiteral("assets0.pk3"), ZipBuilder()
-                                            .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets0")
-                                            .file(QStringLiteral("maps/ffa_bespin.bsp")));
-    pk3(QStringLiteral("assets1.pk3"), ZipBuilder()
-                                            .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets1")
-                                            .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 2, 200, 10, 20)));
-    pk3(QStringLiteral("nopictures.pk3"), ZipBuilder().file(QStringLiteral("maps/x.bsp")).file(QStringLiteral("x.jpg")));
+                                           .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets0")
+                                           .file(QStringLiteral("maps/ffa_bespin.bsp")));
+    pk3(QStringLiteral("assets1.pk3"),
+        ZipBuilder()
+            .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets1")
+            .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 2, 200, 10, 20)));
+    pk3(QStringLiteral("nopictures.pk3"),
+        ZipBuilder().file(QStringLiteral("maps/x.bsp")).file(QStringLiteral("x.jpg")));
     pk3(QStringLiteral("zmap.pk3"), ZipBuilder()
                                         .file(QStringLiteral("LevelShots/zmap.tga"), tgaPicture(2, 2, 0, 0, 255))
                                         .file(QStringLiteral("levelshots/zmap.jpg"), "a jpg stays a jpg")
@@ -82,7 +90,8 @@ TEST_F(LevelShotsTest, ABrokenArchiveIsLoggedEndsThePhaseAndTheResultStaysTrue)
     EXPECT_TRUE(QFileInfo::exists(shots() + QStringLiteral("/a.jpg")));
     EXPECT_FALSE(QFileInfo::exists(shots() + QStringLiteral("/c.jpg")));
     EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(log().contains(QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)")))
+    EXPECT_TRUE(
+        log().contains(QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)")))
         << log().toStdString();
     EXPECT_EQ(progress.value, 0);
     EXPECT_EQ(progress.activity, QStringLiteral("Done"));

@@ -46,12 +46,14 @@ QStringList tree(const QString& root)
         const QString relative = path.mid(root.size() + 1);
         if (relative == QLatin1String("arena-steward.log"))
             continue;
-        QString line = relative + QStringLiteral(" %1 %2").arg(info.isSymLink() ? "link" : info.isDir() ? "dir" : "file")
+        QString line = relative + QStringLiteral(" %1 %2")
+                                      .arg(info.isSymLink() ? "link"
+                                           : info.isDir()   ? "dir"
+                                                            : "file")
                                       .arg(static_cast<int>(info.permissions()), 0, 16);
         if (info.isFile() && !info.isSymLink())
-            line += QLatin1Char(' ') + QString::fromLatin1(QCryptographicHash::hash(fileBytes(path),
-                                                                                     QCryptographicHash::Sha1)
-                                                               .toHex());
+            line += QLatin1Char(' ') +
+                    QString::fromLatin1(QCryptographicHash::hash(fileBytes(path), QCryptographicHash::Sha1).toHex());
         files << line;
     }
     files.sort();
@@ -77,8 +79,8 @@ Outcome run(const Setup& setup, bool asChain)
     outcome.files = tree(t.programFolder());
     for (const FakePrompts::Shown& shown : t.prompts.shown)
         outcome.messages << anonymous(shown.request.title + QStringLiteral(" | ") + shown.request.text);
-    for (const QString& line :
-         QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log"))).split(QLatin1Char('\n')))
+    for (const QString& line : QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")))
+                                   .split(QLatin1Char('\n')))
         outcome.log << anonymous(line);
     outcome.log.sort();
     outcome.activities = progress.activities;
@@ -126,7 +128,9 @@ std::vector<Case> cases()
              for (const char* map : {"alpha", "beta", "gamma"})
                  pk3(base, QString::fromLatin1(map) + QStringLiteral(".pk3"), customMap(QString::fromLatin1(map), red));
              pk3(base, QStringLiteral("assets0.pk3"),
-                 ZipBuilder().file(QStringLiteral("maps/ffa_bespin.bsp")).file(QStringLiteral("levelshots/ffa_bespin.jpg"), "jpg"));
+                 ZipBuilder()
+                     .file(QStringLiteral("maps/ffa_bespin.bsp"))
+                     .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "jpg"));
          },
          [](const Outcome& o) {
              EXPECT_TRUE(o.scanned);
@@ -137,7 +141,8 @@ std::vector<Case> cases()
         {"ALaterDuplicateThatCantBeReadLeavesNoPicture",
          [=](const QString& base, const QString&) {
              pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("twin"), red));
-             pk3(base, QStringLiteral("b.pk3"), ZipBuilder().file(QStringLiteral("levelshots/twin.tga"), "not a picture"));
+             pk3(base, QStringLiteral("b.pk3"),
+                 ZipBuilder().file(QStringLiteral("levelshots/twin.tga"), "not a picture"));
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral("twin.bmp")), 0); }},
         {"ALaterDuplicateReplacesTheEarlierPicture",
@@ -154,9 +159,13 @@ std::vector<Case> cases()
                      .file(QStringLiteral("levelshots/case.TGA"), largeShot())
                      .file(QStringLiteral("levelshots/Case.tga"), blue));
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".tga")) + count(o.files, QStringLiteral(".TGA")), 0); }},
+         [](const Outcome& o) {
+             EXPECT_EQ(count(o.files, QStringLiteral(".tga")) + count(o.files, QStringLiteral(".TGA")), 0);
+         }},
         {"ATooLargePictureIsLogged",
-         [=](const QString& base, const QString&) { pk3(base, QStringLiteral("big.pk3"), customMap(QStringLiteral("big"), largeShot())); },
+         [=](const QString& base, const QString&) {
+             pk3(base, QStringLiteral("big.pk3"), customMap(QStringLiteral("big"), largeShot()));
+         },
          [](const Outcome& o) {
              EXPECT_TRUE(o.log.join(QLatin1Char('\n')).contains(QStringLiteral("big.tga was not converted")));
          }},
@@ -165,7 +174,8 @@ std::vector<Case> cases()
              pk3(base, QStringLiteral("a.pk3"),
                  ZipBuilder()
                      .file(QStringLiteral("maps/kept.bsp"))
-                     .readOnlyFile(QStringLiteral("scripts/kept.arena"), arenaScript(QStringLiteral("kept"), QStringLiteral("Kept"), QStringLiteral("ctf"))));
+                     .readOnlyFile(QStringLiteral("scripts/kept.arena"),
+                                   arenaScript(QStringLiteral("kept"), QStringLiteral("Kept"), QStringLiteral("ctf"))));
              pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("there"), red));
              writeFile(program + QStringLiteral("/Scripts/there.arena"), "an old script");
          },
@@ -285,7 +295,8 @@ TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
     const QString base = QStringLiteral("Base");
     ASSERT_TRUE(ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), &chain));
     ASSERT_TRUE(QFile::remove(archive));
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/after.jpg"), "a longer picture than before").write(archive));
+    ASSERT_TRUE(
+        ZipBuilder().file(QStringLiteral("levelshots/after.jpg"), "a longer picture than before").write(archive));
     ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
     ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
     const QString shots = t.programFolder() + QStringLiteral("/levelshots");
@@ -296,14 +307,17 @@ TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
 TEST(ArchiveShelfFiles, KeptArchivesHoldNoFileOpen)
 {
     TestApp t;
-    auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(); };
+    auto openFiles = [] {
+        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size();
+    };
     const auto before = openFiles();
     ArchiveShelf shelf;
     for (int n = 0; n < 50; ++n) {
         const QString path = t.baseFolder() + QStringLiteral("/a%1.pk3").arg(n);
         ASSERT_TRUE(customMap(QStringLiteral("m%1").arg(n), tgaPicture(2, 2, 0, 0, 0)).write(path));
         ArchiveReader& reader = shelf.open(path);
-        EXPECT_EQ(reader.readEntry(1), arenaScript(QStringLiteral("m%1").arg(n), QStringLiteral("The m%1").arg(n), QStringLiteral("ffa duel")));
+        EXPECT_EQ(reader.readEntry(1), arenaScript(QStringLiteral("m%1").arg(n), QStringLiteral("The m%1").arg(n),
+                                                   QStringLiteral("ffa duel")));
         reader.park();
     }
     EXPECT_EQ(openFiles(), before);
@@ -321,7 +335,9 @@ TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
         QDir().mkpath(folder);
         LevelShotConverter converter(threads);
         for (int n = 0; n < 60; ++n) {
-            QByteArray tga = n % 7 == 3 ? largeShot() : n % 11 == 5 ? QByteArray("broken") : tgaPicture(16, 8, static_cast<quint8>(n), 1, 2);
+            QByteArray tga = n % 7 == 3    ? largeShot()
+                             : n % 11 == 5 ? QByteArray("broken")
+                                           : tgaPicture(16, 8, static_cast<quint8>(n), 1, 2);
             converter.add(QStringLiteral("p%1.tga").arg(n), tga, folder + QStringLiteral("/p%1.bmp").arg(n));
         }
         QStringList results;
@@ -335,7 +351,8 @@ TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
     EXPECT_EQ(one.at(3), QStringLiteral("p3.tga 2"));
     EXPECT_EQ(one.at(5), QStringLiteral("p5.tga 1"));
     EXPECT_EQ(tree(dir.path() + QStringLiteral("/two")), tree(dir.path() + QStringLiteral("/one")));
-    const auto pictures = std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(QLatin1String(" 0")); });
+    const auto pictures =
+        std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(QLatin1String(" 0")); });
     EXPECT_EQ(QDir(dir.path() + QStringLiteral("/one")).entryList(QDir::Files).size(), pictures);
     EXPECT_EQ(pictures, 60 - 9 - 4);
 }

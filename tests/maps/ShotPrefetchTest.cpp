@@ -69,7 +69,10 @@ TEST_F(ShotPrefetchTest, UnplannedPassedOverOrChangedShotsAreNotThere)
     EXPECT_FALSE(prefetch.take(shelf, plan[3].archive, 1).verified); // gone for good
     // An archive replaced before it is read ahead: its shot isn't taken from the new file.
     ASSERT_TRUE(QFile::remove(plan[25].archive));
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("x"), "y").file(QStringLiteral("levelshots/m.tga"), picture(99)).write(plan[25].archive));
+    ASSERT_TRUE(ZipBuilder()
+                    .file(QStringLiteral("x"), "y")
+                    .file(QStringLiteral("levelshots/m.tga"), picture(99))
+                    .write(plan[25].archive));
     EXPECT_FALSE(prefetch.take(shelf, plan[25].archive, 1).verified);
     EXPECT_TRUE(prefetch.take(shelf, plan[26].archive, 1).verified);
 }

@@ -9,7 +9,9 @@ using namespace steward::testing;
 TEST(TgaPicture, ReadsFilesWithoutTheVersionTwoFooterInTheirOrientation)
 {
     // Two pixels, one above the other; the file starts with the bottom row.
-    const QByteArray bottomUp = tgaHeader(2, 1, 2, 24, 0x00) + QByteArray("\x00\x00\xff" "\xff\x00\x00", 6);
+    const QByteArray bottomUp = tgaHeader(2, 1, 2, 24, 0x00) + QByteArray("\x00\x00\xff"
+                                                                          "\xff\x00\x00",
+                                                                          6);
     const QImage picture = readTgaPicture(bottomUp);
     ASSERT_FALSE(picture.isNull());
     EXPECT_EQ(picture.pixelColor(0, 0), QColor(0, 0, 255));
@@ -23,7 +25,9 @@ TEST(TgaPicture, ReadsFilesWithoutTheVersionTwoFooterInTheirOrientation)
 TEST(TgaPicture, ReadsRunLengthAndGreyFiles)
 {
     // A run of three red pixels, then one literal green pixel.
-    const QByteArray runs = tgaHeader(10, 4, 1, 24, 0x20) + QByteArray("\x82\x00\x00\xff" "\x00\x00\xff\x00", 8);
+    const QByteArray runs = tgaHeader(10, 4, 1, 24, 0x20) + QByteArray("\x82\x00\x00\xff"
+                                                                       "\x00\x00\xff\x00",
+                                                                       8);
     const QImage colour = readTgaPicture(runs);
     ASSERT_EQ(colour.size(), QSize(4, 1));
     EXPECT_EQ(colour.pixelColor(2, 0), QColor(255, 0, 0));

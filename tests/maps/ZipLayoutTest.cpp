@@ -119,7 +119,11 @@ TEST(ZipLayout, DamagedEntriesReadAsTheLibraryReadsThem)
         {"a flipped stored byte", true, [](QByteArray& b) { b[40] = static_cast<char>(b[40] ^ 0x20); }},
         {"a spoilt local header", false, [](QByteArray& b) { b[0] = 'X'; }},
         {"a longer local name", false, [](QByteArray& b) { b[26] = 9; }},
-        {"a local extra field past the data", true, [](QByteArray& b) { b[28] = char(0xff); b[29] = char(0x7f); }},
+        {"a local extra field past the data", true,
+         [](QByteArray& b) {
+             b[28] = char(0xff);
+             b[29] = char(0x7f);
+         }},
         {"a wrong checksum in the directory", false,
          [](QByteArray& b) {
              const qsizetype at = b.indexOf("PK\1\2");

@@ -32,8 +32,8 @@ TEST(SayDatagram, BothFormsByteForByte)
         {"a blank password is a password", QStringLiteral(" "), QStringLiteral("hi"), oob("rcon   say hi")},
         {"a character above 127 is its Latin-1 byte", QStringLiteral("p\u00e4ss"), QStringLiteral("caf\u00e9 \u00ff"),
          oob("rcon p\xe4ss say caf\xe9 \xff")},
-        {"a character outside Latin-1 becomes a question mark", QStringLiteral("pw"),
-         QStringLiteral("5 \u20ac"), oob("rcon pw say 5 ?")},
+        {"a character outside Latin-1 becomes a question mark", QStringLiteral("pw"), QStringLiteral("5 \u20ac"),
+         oob("rcon pw say 5 ?")},
         {"quotes, semicolons and a trailing blank go as they stand", QStringLiteral("pw"),
          QStringLiteral("a \"b\"; quit "), oob("rcon pw say a \"b\"; quit ")},
     };

@@ -21,12 +21,23 @@ TEST(SettingsStore, EveryTextComesBackAsItWasSaved)
 {
     TestApp t;
     const QString values[] = {
-        QStringLiteral("a,b"),          QStringLiteral(" "),           QStringLiteral("Welcome% all"),
-        QStringLiteral("  both ends  "), QString(),                     QStringLiteral("\"quoted\""),
-        QStringLiteral("back\\slash"),  QStringLiteral("1.2.3.4;;5.6.7.8;"), QStringLiteral("#hash"),
-        QStringLiteral("=x=y"),         QStringLiteral("tab\there"),   QStringLiteral("two\r\nlines"),
-        QStringLiteral("@Variant(x)"),  QStringLiteral("C:\\Program Files\\Lucas Arts\\x"),
-        QStringLiteral("\\x41 is not A"), QStringLiteral("ümlaut"),   QStringLiteral("\""),
+        QStringLiteral("a,b"),
+        QStringLiteral(" "),
+        QStringLiteral("Welcome% all"),
+        QStringLiteral("  both ends  "),
+        QString(),
+        QStringLiteral("\"quoted\""),
+        QStringLiteral("back\\slash"),
+        QStringLiteral("1.2.3.4;;5.6.7.8;"),
+        QStringLiteral("#hash"),
+        QStringLiteral("=x=y"),
+        QStringLiteral("tab\there"),
+        QStringLiteral("two\r\nlines"),
+        QStringLiteral("@Variant(x)"),
+        QStringLiteral("C:\\Program Files\\Lucas Arts\\x"),
+        QStringLiteral("\\x41 is not A"),
+        QStringLiteral("ümlaut"),
+        QStringLiteral("\""),
         QStringLiteral("\\"),
     };
     int i = 0;
@@ -46,9 +57,13 @@ TEST(SettingsStore, KeyNamesAreKeptAsTheyCame)
 {
     // A configuration file read one field out of step turns values into key names.
     TestApp t;
-    const QString keys[] = {QStringLiteral("b.log"), QStringLiteral("^2This server is configured by ^1Arena Steward"),
-                            QStringLiteral("C:\\Program Files\\x"), QStringLiteral("a/b"), QStringLiteral("100%"),
-                            QStringLiteral("x=y"), QStringLiteral("[section]")};
+    const QString keys[] = {QStringLiteral("b.log"),
+                            QStringLiteral("^2This server is configured by ^1Arena Steward"),
+                            QStringLiteral("C:\\Program Files\\x"),
+                            QStringLiteral("a/b"),
+                            QStringLiteral("100%"),
+                            QStringLiteral("x=y"),
+                            QStringLiteral("[section]")};
     for (const QString& k : keys)
         t.store->SaveSetting(k, k + QStringLiteral("!"));
     IniSettingsStore reopened(t.storeFile());
@@ -158,15 +173,19 @@ TEST(SettingsStore, TwoInstancesKeepEachOthersKeys)
         other.DeleteSetting(QStringLiteral("A"));
         batch.commit();
     }
-    EXPECT_EQ(t.store->GetAllSettings(), (QList<QPair<QString, QString>>{pair("B", QStringLiteral("2")),
-                                                                          pair("C", QStringLiteral("3"))}));
+    EXPECT_EQ(t.store->GetAllSettings(),
+              (QList<QPair<QString, QString>>{pair("B", QStringLiteral("2")), pair("C", QStringLiteral("3"))}));
 }
 
 TEST(SettingsStore, TheStockIniReaderReadsTheFileTheSame)
 {
     TestApp t;
-    const QString values[] = {QStringLiteral("a,b"), QStringLiteral(" "), QStringLiteral("1.2.3.4;;"),
-                              QStringLiteral("back\\slash \"q\""), QString(), QStringLiteral("#x")};
+    const QString values[] = {QStringLiteral("a,b"),
+                              QStringLiteral(" "),
+                              QStringLiteral("1.2.3.4;;"),
+                              QStringLiteral("back\\slash \"q\""),
+                              QString(),
+                              QStringLiteral("#x")};
     int i = 0;
     for (const QString& v : values)
         t.store->SaveSetting(QStringLiteral("K%1").arg(i++), v);
@@ -192,9 +211,11 @@ TEST(SettingsStore, DeleteRemovesOneKey)
 TEST(PlainIniValue, QuotedStringsAndTheTextAsItStands)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"\"a\\\\b\"", "a\\b"},   {"\"\\\"\"", "\""},      {"\"\\x41\"", "A"},     {"\"\\x4\"", "\\x4"},
-        {"\"\\q\"", "\\q"},       {"\"a\\\"", "\"a\\\""},  {"\"", "\""},           {"\"\"", ""},
-        {"a\\nb", "a\\nb"},       {"\"a\" \"b\"", "\"a\" \"b\""},
+        {"\"a\\\\b\"", "a\\b"}, {"\"\\\"\"", "\""},
+        {"\"\\x41\"", "A"},     {"\"\\x4\"", "\\x4"},
+        {"\"\\q\"", "\\q"},     {"\"a\\\"", "\"a\\\""},
+        {"\"", "\""},           {"\"\"", ""},
+        {"a\\nb", "a\\nb"},     {"\"a\" \"b\"", "\"a\" \"b\""},
     };
     for (const auto& [raw, expected] : cases)
         EXPECT_EQ(unquotePlainIniValue(QString::fromUtf8(raw)), QString::fromUtf8(expected)) << raw;

@@ -47,8 +47,8 @@ TEST(Strings, PathPartsSplitAtTheLastSlash)
 TEST(Strings, TheLeadingNumberIsTheLongestNumericBeginning)
 {
     const std::pair<const char*, double> cases[] = {
-        {"", 0},      {"abc", 0},      {"12abc", 12},  {" 3.5x", 3.5}, {"1 2", 12},   {"-7", -7},
-        {".5", 0.5},  {"1e3", 1000},   {"2e", 2},      {"+4", 4},      {"4-2", 4},    {"0x10", 0},
+        {"", 0},     {"abc", 0},    {"12abc", 12}, {" 3.5x", 3.5}, {"1 2", 12}, {"-7", -7},
+        {".5", 0.5}, {"1e3", 1000}, {"2e", 2},     {"+4", 4},      {"4-2", 4},  {"0x10", 0},
     };
     for (const auto& [text, value] : cases)
         EXPECT_EQ(leadingNumber(QString::fromLatin1(text)), value) << text;

@@ -6,9 +6,12 @@ namespace {
 Answer defaultAnswer(const MessageBoxRequest& r)
 {
     static const Answer sets[][3] = {
-        {Answer::Ok, Answer::Ok, Answer::Ok},          {Answer::Ok, Answer::Cancel, Answer::Cancel},
-        {Answer::Yes, Answer::No, Answer::No},         {Answer::Yes, Answer::No, Answer::Cancel},
-        {Answer::Retry, Answer::Cancel, Answer::Cancel}, {Answer::Abort, Answer::Retry, Answer::Ignore},
+        {Answer::Ok, Answer::Ok, Answer::Ok},
+        {Answer::Ok, Answer::Cancel, Answer::Cancel},
+        {Answer::Yes, Answer::No, Answer::No},
+        {Answer::Yes, Answer::No, Answer::Cancel},
+        {Answer::Retry, Answer::Cancel, Answer::Cancel},
+        {Answer::Abort, Answer::Retry, Answer::Ignore},
     };
     const int b = std::clamp(r.defaultButton, 0, 2);
     return sets[static_cast<int>(r.buttons)][b];

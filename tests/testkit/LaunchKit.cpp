@@ -11,13 +11,14 @@
 namespace steward::testing {
 
 StubServer::StubServer(const QString& gameFolder, const QString& name, const QString& recordFile, bool executable)
-    : m_path(QDir(gameFolder).filePath(name))
-    , m_record(recordFile)
+    : m_path(QDir(gameFolder).filePath(name)), m_record(recordFile)
 {
     QFile::remove(m_record);
     const QByteArray rec = m_record.toLocal8Bit();
     const QByteArray script = "#!/bin/sh\n"
-                              "rec='" + rec + "'\n"
+                              "rec='" +
+                              rec +
+                              "'\n"
                               "{ pwd -P; printf '%s\\n' \"$0\" \"$#\";"
                               " for a in \"$@\"; do printf '%s\\n' \"$a\"; done; }"
                               " > \"$rec.part\" && mv \"$rec.part\" \"$rec\"\n";

@@ -48,8 +48,8 @@ bool ZipBuilder::write(const QString& path) const
         if (item.kind == Kind::Folder) {
             index = zip_dir_add(archive, name.constData(), ZIP_FL_ENC_UTF_8);
         } else {
-            zip_source_t* source = zip_source_buffer(archive, item.data.constData(),
-                                                     static_cast<zip_uint64_t>(item.data.size()), 0);
+            zip_source_t* source =
+                zip_source_buffer(archive, item.data.constData(), static_cast<zip_uint64_t>(item.data.size()), 0);
             if (!source) {
                 ok = false;
                 break;
@@ -155,7 +155,9 @@ QByteArray tgaPicture(int width, int height, quint8 red, quint8 green, quint8 bl
 
 QByteArray arenaScript(const QString& map, const QString& longName, const QString& type)
 {
-    return QStringLiteral("{\r\nmap \"%1\"\r\nlongname \"%2\"\r\ntype \"%3\"\r\n}\r\n").arg(map, longName, type).toLatin1();
+    return QStringLiteral("{\r\nmap \"%1\"\r\nlongname \"%2\"\r\ntype \"%3\"\r\n}\r\n")
+        .arg(map, longName, type)
+        .toLatin1();
 }
 
 } // namespace steward::testing

@@ -124,7 +124,8 @@ TEST_F(BoxOwner, TheServerConsolesQuestionsOpenAboveTheConsole)
     steward::testing::FakeServer server;
     server.answer = [](const QByteArray& request) -> QList<QByteArray> {
         if (request == oob("getstatus"))
-            return {oob("statusResponse\n\\sv_hostname\\Arena\\mapname\\ffa_bespin\\sv_maxclients\\8\n3 40 \"Luke\"\n")};
+            return {
+                oob("statusResponse\n\\sv_hostname\\Arena\\mapname\\ffa_bespin\\sv_maxclients\\8\n3 40 \"Luke\"\n")};
         return {};
     };
     profile->setText(F::txtServerConfig(16), QStringLiteral("127.0.0.1"));
@@ -133,7 +134,8 @@ TEST_F(BoxOwner, TheServerConsolesQuestionsOpenAboveTheConsole)
     auto* players = console->findChild<QTableWidget*>(QStringLiteral("grdPlayers"));
     ASSERT_TRUE(waitUntil([&] { return players->rowCount() == 1; }));
     players->selectRow(0);
-    for (const char* button : {"cmdServerKick", "cmdServerNextMap", "cmdServerRestartMap", "cmdServerStop", "cmdServerRestart"}) {
+    for (const char* button :
+         {"cmdServerKick", "cmdServerNextMap", "cmdServerRestartMap", "cmdServerStop", "cmdServerRestart"}) {
         SCOPED_TRACE(button);
         EXPECT_EQ(ownersDuring([&] { click(QStringLiteral("frmServerConsole"), QString::fromLatin1(button)); }),
                   QStringList{QStringLiteral("frmServerConsole")});
@@ -144,10 +146,12 @@ TEST_F(BoxOwner, WhileTheScannerShowsTheScansBoxesOpenAboveIt)
 {
     frmScannerProgress scanner(window);
     scanner.show();
-    EXPECT_EQ(ownersDuring([&] { t.app->prompts().message(QStringLiteral("Cannot read maps.pk3"), {}, Icon::Exclamation); }),
-              QStringList{QStringLiteral("frmScanner")});
+    EXPECT_EQ(
+        ownersDuring([&] { t.app->prompts().message(QStringLiteral("Cannot read maps.pk3"), {}, Icon::Exclamation); }),
+        QStringList{QStringLiteral("frmScanner")});
     scanner.unload();
-    EXPECT_EQ(ownersDuring([&] { t.app->prompts().message(QStringLiteral("Map scan complete"), {}, Icon::Information); }),
-              QStringList{QStringLiteral("frmMain")})
+    EXPECT_EQ(
+        ownersDuring([&] { t.app->prompts().message(QStringLiteral("Map scan complete"), {}, Icon::Information); }),
+        QStringList{QStringLiteral("frmMain")})
         << "once it has gone, the main window owns them again";
 }

@@ -38,17 +38,38 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
     QProcess server;
     server.setWorkingDirectory(t.root());
     server.setProcessChannelMode(QProcess::MergedChannels);
-    server.start(kEngine, {QStringLiteral("+set"), QStringLiteral("com_basegame"), QStringLiteral("baseoa"),
-                           QStringLiteral("+set"), QStringLiteral("fs_basepath"), kGameData,
-                           QStringLiteral("+set"), QStringLiteral("fs_homepath"), t.root(),
-                           QStringLiteral("+set"), QStringLiteral("dedicated"), QStringLiteral("1"),
-                           QStringLiteral("+set"), QStringLiteral("net_port"), QString::number(port),
-                           QStringLiteral("+set"), QStringLiteral("sv_hostname"), QStringLiteral("^1Steward ^7Console"),
-                           QStringLiteral("+set"), QStringLiteral("sv_maxclients"), QStringLiteral("6"),
-                           QStringLiteral("+set"), QStringLiteral("rconpassword"), QStringLiteral("secret"),
-                           QStringLiteral("+set"), QStringLiteral("bot_enable"), QStringLiteral("1"),
-                           QStringLiteral("+map"), QStringLiteral("oa_dm2"),
-                           QStringLiteral("+addbot"), QStringLiteral("Angelyss"), QStringLiteral("1")});
+    server.start(kEngine, {QStringLiteral("+set"),
+                           QStringLiteral("com_basegame"),
+                           QStringLiteral("baseoa"),
+                           QStringLiteral("+set"),
+                           QStringLiteral("fs_basepath"),
+                           kGameData,
+                           QStringLiteral("+set"),
+                           QStringLiteral("fs_homepath"),
+                           t.root(),
+                           QStringLiteral("+set"),
+                           QStringLiteral("dedicated"),
+                           QStringLiteral("1"),
+                           QStringLiteral("+set"),
+                           QStringLiteral("net_port"),
+                           QString::number(port),
+                           QStringLiteral("+set"),
+                           QStringLiteral("sv_hostname"),
+                           QStringLiteral("^1Steward ^7Console"),
+                           QStringLiteral("+set"),
+                           QStringLiteral("sv_maxclients"),
+                           QStringLiteral("6"),
+                           QStringLiteral("+set"),
+                           QStringLiteral("rconpassword"),
+                           QStringLiteral("secret"),
+                           QStringLiteral("+set"),
+                           QStringLiteral("bot_enable"),
+                           QStringLiteral("1"),
+                           QStringLiteral("+map"),
+                           QStringLiteral("oa_dm2"),
+                           QStringLiteral("+addbot"),
+                           QStringLiteral("Angelyss"),
+                           QStringLiteral("1")});
     ASSERT_TRUE(server.waitForStarted(10000));
 
     ServerProfile profile;
@@ -68,8 +89,8 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
     line->setText(QStringLiteral("status"));
     QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
     QApplication::sendEvent(line, &enter);
-    const bool table = steward::testing::waitUntil(
-        [&] { return !parseStatusTable(window->outputText()).isEmpty(); }, 10000);
+    const bool table =
+        steward::testing::waitUntil([&] { return !parseStatusTable(window->outputText()).isEmpty(); }, 10000);
     const QString output = window->outputText();
     delete window;
     server.terminate();

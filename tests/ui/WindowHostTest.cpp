@@ -41,7 +41,10 @@ class QtHost : public ::testing::Test {
 protected:
     // The host routes nothing itself; here Close ends the forms, as the wired program's
     // Close does once it has asked about changes.
-    QtHost() { host.routes().onClick(QStringLiteral("cmdCancel"), [this](frmMain&) { host.closeAllForms(); }); }
+    QtHost()
+    {
+        host.routes().onClick(QStringLiteral("cmdCancel"), [this](frmMain&) { host.closeAllForms(); });
+    }
 
     void TearDown() override
     {

@@ -46,8 +46,8 @@ TEST(ServerFolderTest, EverySessionNameGivesOneFolderInsideServers)
         const char* session;
         const char* id;
     } cases[] = {
-        {"luke.cfg", "luke"},  {"Duel Arena.CFG", "duel_arena"}, {"..cfg", "_."},  {"...cfg", "_.."},
-        {".cfg", "_"},         {"a/b\\c.cfg", "a_b_c"},         {"ünï.cfg", "_n_"}, {"ctf-2_x.cfg", "ctf-2_x"},
+        {"luke.cfg", "luke"}, {"Duel Arena.CFG", "duel_arena"}, {"..cfg", "_."},    {"...cfg", "_.."},
+        {".cfg", "_"},        {"a/b\\c.cfg", "a_b_c"},          {"ünï.cfg", "_n_"}, {"ctf-2_x.cfg", "ctf-2_x"},
     };
     for (const auto& c : cases) {
         const QString id = ServerFolder::idForSession(QString::fromUtf8(c.session));
@@ -173,7 +173,8 @@ TEST(WatchStateTest, AnythingButAStateFileReadsAsNone)
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("state.json"));
-    for (const QByteArray& bytes : {QByteArray(), QByteArray("{"), QByteArray("[1,2]"), QByteArray("\xff\xfe\x00", 3)}) {
+    for (const QByteArray& bytes :
+         {QByteArray(), QByteArray("{"), QByteArray("[1,2]"), QByteArray("\xff\xfe\x00", 3)}) {
         steward::testing::writeFile(file, bytes);
         EXPECT_FALSE(readWatchState(file)) << bytes.toHex().toStdString();
     }
