@@ -2,6 +2,7 @@
 // several requests in flight, multi-packet prints, silence, hostile replies and stop.
 #include "FakeServer.h"
 #include "console/ConsoleClient.h"
+#include "console/ConsoleProtocol.h"
 
 #include <gtest/gtest.h>
 
@@ -158,4 +159,15 @@ TEST_F(Client, StopEndsAllTraffic)
     // The client works again afterwards.
     status();
     EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+}
+
+TEST_F(Client, AReplyOfTheLargestSizeIsStillRead)
+{
+    QByteArray reply = kStatus;
+    reply += QByteArray(kMaxReplyBytes - reply.size(), '\n'); // empty lines to the last byte
+    server.answer = [reply](const QByteArray&) { return QList<QByteArray>{reply}; };
+    status();
+    ASSERT_TRUE(waitUntil([&] { return !statuses.empty() || unreadable > 0; }));
+    EXPECT_EQ(statuses.size(), 1u);
+    EXPECT_EQ(unreadable, 0);
 }

@@ -145,6 +145,14 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
     ID_SortDescending(profile);
     EXPECT_EQ(names(),
               (QStringList{QStringLiteral("b"), QStringLiteral("a"), QStringLiteral("B"), QStringLiteral("A")}));
+
+    // A map that stands twice keeps the order of its rows either way.
+    grid().setRows({rotationRow(QStringLiteral("x"), QStringLiteral("first"), {}),
+                    rotationRow(QStringLiteral("x"), QStringLiteral("second"), {})});
+    for (auto sort : {ID_SortDescending, ID_SortAscending}) {
+        sort(profile);
+        EXPECT_EQ(grid().cell(0, 1), QStringLiteral("first"));
+    }
 }
 
 TEST_F(MapRotationTest, RemovingUsesItsOwnWordings)

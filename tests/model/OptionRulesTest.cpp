@@ -53,6 +53,7 @@ TEST_F(Rules, MasksFollowTheirBoxes)
         {F::chkPowerUpFlags, {2}, F::txtForceFlags, "4"},
         {F::chkDMFlags, {0, 1, 2}, F::txtDMFlags, "56"},
         {F::chkDMFlags, {1}, F::txtDMFlags, "16"},
+        {F::chkDMFlags, {2}, F::txtDMFlags, "32"}, // the lone saber rule is the weapons' only
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(std::string(c.maskBox.name) + " <- " + std::to_string(c.ticked.size()) + " boxes");

@@ -19,6 +19,10 @@ TEST(ServerProfile, AnUnknownFieldOrRowIsARunTimeError)
     EXPECT_THROW(rows.removeRow(-1), RuntimeError);
     rows.removeRow(1);
     EXPECT_EQ(rows.rows(), QList<QStringList>{QStringList{QStringLiteral("a")}});
+    Field& list = p.field(F::lstBannedIPs);
+    list.setItems({QStringLiteral("1.2.3.4")});
+    EXPECT_THROW(list.removeItem(1), RuntimeError) << "one past the last item";
+    EXPECT_EQ(list.items(), QStringList{QStringLiteral("1.2.3.4")});
 }
 
 TEST(ServerProfile, SelectingAnOptionClearsOnlyItsOwnGroup)

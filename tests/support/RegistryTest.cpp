@@ -56,7 +56,8 @@ TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
     prefix.hive(kKeyLine, {QStringLiteral("\"Install Path\"=\"C:\\\\PROGRAM FILES\\\\LucasArts\\\\Star Wars JK II Jedi "
                                           "Outcast\\\\GameData\\\\\""),
                            QStringLiteral("\"Version\"=dword:0000000a"), QStringLiteral("\"Blob\"=hex:01,02,\\"),
-                           QStringLiteral("  03,04"), QStringLiteral("\"Quoted\"=\"say \\\"hi\\\"\"")});
+                           QStringLiteral("  03,04"), QStringLiteral("\"Quoted\"=\"say \\\"hi\\\"\""),
+                           QStringLiteral("\"Octal\"=\"\\1011\""), QStringLiteral("\"NoEquals\" \"x\"")});
     const WineEnvironment env{prefix.path, t.root() + QStringLiteral("/nohome")};
 
     // The value ends in a backslash, so it comes back as folder, separator, NUL; the
@@ -75,6 +76,9 @@ TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
     EXPECT_EQ(value, QStringLiteral("10")); // an unknown type leaves the value alone
     EXPECT_EQ(QueryValueEx(key, QStringLiteral("Quoted"), value), 0);
     EXPECT_EQ(value, QStringLiteral("say \"hi\"") + QChar(0));
+    EXPECT_EQ(QueryValueEx(key, QStringLiteral("Octal"), value), 0);
+    EXPECT_EQ(value, QStringLiteral("A1") + QChar(0)) << "an escape takes at most three octal digits";
+    EXPECT_NE(QueryValueEx(key, QStringLiteral("NoEquals"), value), 0) << "a line without '=' is no value";
     EXPECT_NE(QueryValueEx(key, QStringLiteral("Missing"), value), 0);
     EXPECT_EQ(value, QString());
 }
