@@ -22,9 +22,7 @@ class CtlState : public CtlFixture {
 protected:
     void SetUp() override
     {
-        ServerProfile settings;
-        serverSettings(settings);
-        saveAsTheWindow(settings);
+        saveSettings();
         folder.make();
     }
     void TearDown() override

@@ -18,7 +18,6 @@
 #include "testkit/BoxExpect.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <gtest/gtest.h>

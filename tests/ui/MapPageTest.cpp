@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFileInfo>
-#include <QMenuBar>
 #include <QMouseEvent>
 #include <QTreeView>
 #include <QTreeWidget>

@@ -9,7 +9,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QMenuBar>
 
 using namespace steward;
 using namespace steward::testing;

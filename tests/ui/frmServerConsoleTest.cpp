@@ -18,13 +18,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QPointer>
 #include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
-#include <QTextEdit>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
