@@ -1,6 +1,4 @@
-// The windows as start-up sees them: the main window comes and goes, all forms close,
-// a fresh main window can follow (a restart), the close button does nothing, and the
-// controls' events reach their routes; and the file dialog behind the prompts.
+// The windows as start-up sees them, and the file dialog behind the prompts.
 #include "model/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
