@@ -82,4 +82,13 @@ void CtlFixture::clearBase()
     QDir().mkpath(t.baseFolder());
 }
 
+void CtlFixture::saveSettings(const std::function<void(ServerProfile&)>& more)
+{
+    ServerProfile settings;
+    serverSettings(settings);
+    if (more)
+        more(settings);
+    saveAsTheWindow(settings);
+}
+
 } // namespace steward::testing

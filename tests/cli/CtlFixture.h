@@ -10,6 +10,7 @@
 
 #include <QMap>
 #include <QTextStream>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace steward::testing {
@@ -25,6 +26,8 @@ protected:
     void serverSettings(ServerProfile& profile);
     /// Saves the profile as the window's Defaults do, with the game's folder and executable.
     void saveAsTheWindow(ServerProfile& profile);
+    /// serverSettings, changed by more, saved as the window's Defaults.
+    void saveSettings(const std::function<void(ServerProfile&)>& more = {});
     /// Every file of the base folder with its bytes.
     QMap<QString, QByteArray> baseFiles() const;
     void clearBase();

@@ -1,7 +1,4 @@
-// arena-stewardctl run as a service manager runs it, watching Debian's OpenArena server
-// (a Quake 3 engine dedicated server): a crash brings the server back on its port with
-// a new process and a crash log, the limit stops the watch and says why, and SIGTERM
-// leaves no server behind.
+// arena-stewardctl run as a service manager runs it, watching Debian's OpenArena server.
 #include "cli/CtlFixture.h"
 #include "commands/WatchedStart.h"
 #include "platform/ProcessIdentity.h"

@@ -25,13 +25,7 @@ protected:
     /// it), then OK.
     void okInTheWindow(const std::function<void(ServerProfile&)>& more = {})
     {
-        {
-            ServerProfile made;
-            serverSettings(made);
-            if (more)
-                more(made);
-            saveAsTheWindow(made);
-        }
+        saveSettings(more);
         ServerProfile profile;
         attachProfileRules(*t.app, profile);
         FakeFormLoadHost form;
@@ -111,10 +105,7 @@ TEST_F(CtlStart, TheWindowsSettingsAloneHoldNoStartingMapAndSaySoWithTheWayOut)
     // The window keeps the starting map only while it runs: its settings alone are
     // refused as OK refuses them after a restart of the window.
     const auto rotationAlone = [](ServerProfile& settings) { settings.setValue(F::chkUseINI, 0); };
-    ServerProfile settings;
-    serverSettings(settings);
-    rotationAlone(settings);
-    saveAsTheWindow(settings);
+    saveSettings(rotationAlone);
     EXPECT_EQ(ctl({QStringLiteral("start")}), 2);
     EXPECT_EQ(err, QStringLiteral("No Starting map has been selected\n"));
 
@@ -134,128 +125,110 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
     using Settings = std::function<void(ServerProfile&)>;
     using Place = std::function<void(CtlStart&)>;
     const QString start = QStringLiteral("start");
+    const QString profile = QStringLiteral("--profile");
+    const QString config = QStringLiteral("--config");
     const struct {
         const char* name;
-        Settings settings;
-        Place place;
         QStringList arguments;
         int exitCode;
         const char* says;
+        Settings settings = {};
+        Place place = {};
     } cases[] = {
-        {"unknown option", {}, {}, {QStringLiteral("--bogus"), start}, 64, "Unknown option 'bogus'"},
-        {"unknown command", {}, {}, {QStringLiteral("begin")}, 64, "Unknown command: begin"},
-        {"no command", {}, {}, {}, 64, "No command given."},
-        {"two commands", {}, {}, {start, QStringLiteral("stop")}, 64, "One command at a time"},
+        {"unknown option", {QStringLiteral("--bogus"), start}, 64, "Unknown option 'bogus'"},
+        {"unknown command", {QStringLiteral("begin")}, 64, "Unknown command: begin"},
+        {"no command", {}, 64, "No command given."},
+        {"two commands", {start, QStringLiteral("stop")}, 64, "One command at a time"},
         {"bad delay",
-         {},
-         {},
          {QStringLiteral("run"), QStringLiteral("--restart-delay"), QStringLiteral("soon")},
          64,
          "--restart-delay"},
         {"bad profile name",
-         {},
-         {},
-         {start, QStringLiteral("--profile"), QStringLiteral("../x")},
+         {start, profile, QStringLiteral("../x")},
          64,
          "A profile name is 1 to 32 letters, digits, - and _"},
-        {"missing profile",
-         {},
-         {},
-         {start, QStringLiteral("--profile"), QStringLiteral("ctf")},
-         2,
-         "There is no profile named ctf"},
+        {"missing profile", {start, profile, QStringLiteral("ctf")}, 2, "There is no profile named ctf"},
         {"missing settings file",
-         {},
-         [](CtlStart& f) { QFile::remove(f.t.storeFile()); },
          {start},
          2,
-         "No settings in"},
+         "No settings in",
+         {},
+         [](CtlStart& f) { QFile::remove(f.t.storeFile()); }},
         {"missing configuration",
-         {},
-         {},
-         {start, QStringLiteral("--config"), QStringLiteral("/nowhere/x.asc")},
+         {start, config, QStringLiteral("/nowhere/x.asc")},
          2,
          "Could not find /nowhere/x.asc"},
         {"configuration that doesn't parse",
-         {},
-         [](CtlStart& f) { writeFile(f.t.root() + QStringLiteral("/bad.asc"), "MsgOn,1\r\nLone"); },
-         {start, QStringLiteral("--config"), QStringLiteral("@/bad.asc")},
+         {start, config, QStringLiteral("@/bad.asc")},
          2,
-         "The configuration file ends in the middle of a setting"},
-        {"missing executable",
+         "The configuration file ends in the middle of a setting",
          {},
-         [](CtlStart& f) { f.t.store->SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("gone")); },
+         [](CtlStart& f) { writeFile(f.t.root() + QStringLiteral("/bad.asc"), "MsgOn,1\r\nLone"); }},
+        {"missing executable",
          {start},
          2,
-         "Could not find the server executable"},
+         "Could not find the server executable",
+         {},
+         [](CtlStart& f) { f.t.store->SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("gone")); }},
+        // /proc/self takes no new file from anyone, root included.
         {"unwritable base folder",
+         {start},
+         2,
+         "can't be written",
          {},
          [](CtlStart& f) {
-             // /proc/self takes no new file from anyone, root included.
              QDir(f.t.baseFolder()).removeRecursively();
              QFile::link(QStringLiteral("/proc/self"), f.t.baseFolder());
-         },
+         }},
+        {"no maps",
          {start},
          2,
-         "can't be written"},
-        {"no maps",
+         "No maps have been selected",
          [](ServerProfile& p) {
              p.setValue(F::chkUseINI, 0);
              p.field(F::lsvMapRotation).setRows({});
-         },
-         {},
-         {start},
-         2,
-         "No maps have been selected"},
+         }},
         {"a saved cycle that is gone",
-         {},
-         [](CtlStart& f) { QFile::remove(f.savedCycle()); },
          {start},
          2,
-         "Selected mapcycle file does not exist"},
+         "Selected mapcycle file does not exist",
+         {},
+         [](CtlStart& f) { QFile::remove(f.savedCycle()); }},
         {"messages without a password",
+         {start},
+         2,
+         "An rcon password is required to enable server messaging",
          [](ServerProfile& p) {
              p.setValue(F::chkSendMessage, 1);
              p.setText(F::txtServerConfig(14), QString());
-         },
-         {},
-         {start},
-         2,
-         "An rcon password is required to enable server messaging"},
+         }},
         {"bots on a server with a password",
-         [](ServerProfile& p) { p.setText(F::txtServerConfig(15), QStringLiteral("door")); },
-         {},
          {start},
          2,
-         "Arena Steward does not support adding BOT's to a password enabled server\neither uncheck"},
+         "Arena Steward does not support adding BOT's to a password enabled server\neither uncheck",
+         [](ServerProfile& p) { p.setText(F::txtServerConfig(15), QStringLiteral("door")); }},
         {"a restart limit of 0",
+         {start},
+         2,
+         "The restart limit must be a whole number from 1 to 1000",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);
              p.setText(F::txtRestartLimit, QStringLiteral("0"));
-         },
-         {},
-         {start},
-         2,
-         "The restart limit must be a whole number from 1 to 1000"},
+         }},
         {"a restart window of letters",
+         {QStringLiteral("run")},
+         2,
+         "The restart window must be a whole number of minutes from 1 to 1440",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);
              p.setText(F::txtRestartWindow, QStringLiteral("ten"));
-         },
-         {},
-         {QStringLiteral("run")},
-         2,
-         "The restart window must be a whole number of minutes from 1 to 1440"},
+         }},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         QFile::remove(t.baseFolder());
         clearBase();
-        ServerProfile settings;
-        serverSettings(settings);
-        if (c.settings)
-            c.settings(settings);
-        saveAsTheWindow(settings);
+        saveSettings(c.settings);
         if (c.place)
             c.place(*this);
         QStringList arguments = c.arguments;
@@ -274,9 +247,7 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
 
 TEST_F(CtlStart, ASecondWatcherOfTheSameSessionIsRefused)
 {
-    ServerProfile settings;
-    serverSettings(settings);
-    saveAsTheWindow(settings);
+    saveSettings();
     ASSERT_TRUE(folder().make());
     QLockFile held(folder().lockFile());
     ASSERT_TRUE(held.tryLock(0));

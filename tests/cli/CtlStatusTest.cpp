@@ -1,6 +1,3 @@
-// status, stop and unit on recorded state: a stale pid is never signalled, a server
-// that answers on its port is reported with its answer, and the service unit is one
-// that systemd accepts.
 #include "cli/CtlFixture.h"
 #include "cli/ServiceUnit.h"
 #include "platform/ProcessIdentity.h"
@@ -22,9 +19,7 @@ class CtlState : public CtlFixture {
 protected:
     void SetUp() override
     {
-        ServerProfile settings;
-        serverSettings(settings);
-        saveAsTheWindow(settings);
+        saveSettings();
         folder.make();
     }
     void TearDown() override

@@ -26,20 +26,26 @@ QStringList stockMaps()
     return maps;
 }
 
-} // namespace
+const QStringList kSteps{QStringLiteral("columns"), QStringLiteral("size"), QStringLiteral("center"),
+                         QStringLiteral("disableClose")};
 
-TEST(MainFormLoad, RunsItsStepsInOrderAndClearsTheLoadingFlag)
-{
+struct MainFormLoadTest : ::testing::Test {
+    void load() { MainFormLoad(*t.app, profile, host); }
     TestApp t;
     ServerProfile profile;
     FakeFormLoadHost host;
+};
+
+} // namespace
+
+TEST_F(MainFormLoadTest, RunsItsStepsInOrderAndClearsTheLoadingFlag)
+{
     QList<bool> loadingSeen;
     host.onCall = [&](const QString&) { loadingSeen << profile.isLoading(); };
 
-    MainFormLoad(*t.app, profile, host);
+    load();
 
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size"), QStringLiteral("center"),
-                                       QStringLiteral("disableClose")}));
+    EXPECT_EQ(host.calls, kSteps);
     EXPECT_EQ(loadingSeen, (QList<bool>{true, true, true, true}));
     EXPECT_FALSE(profile.isLoading());
     EXPECT_EQ(host.columns, (QList<int>{2205, 50, 0, 0}));
@@ -52,18 +58,14 @@ TEST(MainFormLoad, RunsItsStepsInOrderAndClearsTheLoadingFlag)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST(MainFormLoad, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
+TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
 {
-    TestApp t;
     const QString base = t.baseFolder() + QLatin1Char('/');
     for (const char* name :
          {"server.cfg", "FFA.CFG", "jediMaps.cfg", "readme.txt", "autoexeccfg", "cfg.txt", ".hidden.cfg", "ctf.Cfg"})
         writeFile(base + QString::fromLatin1(name), "x");
     QDir().mkpath(base + QStringLiteral("maps.cfg"));
-
-    ServerProfile profile;
-    FakeFormLoadHost host;
-    MainFormLoad(*t.app, profile, host);
+    load();
 
     // Every name whose lower case ends in "cfg", under its own spelling, by name.
     const QStringList expected{QStringLiteral("autoexeccfg"), QStringLiteral("ctf.Cfg"), QStringLiteral("FFA.CFG"),
@@ -74,7 +76,7 @@ TEST(MainFormLoad, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
     }
 }
 
-TEST(MainFormLoad, AMissingBaseFolderLeavesTheConfigListsEmpty)
+TEST(MainFormLoadFolder, AMissingBaseFolderLeavesTheConfigListsEmpty)
 {
     for (const QString& folder : {QStringLiteral("/nonexistent/jk2/"), QString()}) {
         SCOPED_TRACE(folder.toStdString());
@@ -90,20 +92,16 @@ TEST(MainFormLoad, AMissingBaseFolderLeavesTheConfigListsEmpty)
     }
 }
 
-TEST(MainFormLoad, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
+TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
 {
-    TestApp t;
     writeFile(t.baseFolder() + QStringLiteral("/server.cfg"), "x");
-    ServerProfile profile;
     profile.setValue(F::vsMainTab, 4);
-    FakeFormLoadHost host;
     host.failures.insert(QStringLiteral("columns"), 35600);
 
-    MainFormLoad(*t.app, profile, host);
+    load();
 
     EXPECT_EQ(profile.value(F::vsMainTab), 2);
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size"), QStringLiteral("center"),
-                                       QStringLiteral("disableClose")}));
+    EXPECT_EQ(host.calls, kSteps);
     EXPECT_EQ(host.height, 7490);
     EXPECT_FALSE(t.app->helpFile.isEmpty());
     EXPECT_EQ(configItems(profile, 3), QStringList{QStringLiteral("server.cfg")});
@@ -112,32 +110,24 @@ TEST(MainFormLoad, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
     EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
 }
 
-TEST(MainFormLoad, EveryOutOfRangeStepIsPassedOver)
+TEST_F(MainFormLoadTest, EveryOutOfRangeStepIsPassedOver)
 {
-    TestApp t;
-    ServerProfile profile;
-    FakeFormLoadHost host;
-    for (const char* call : {"columns", "size", "center", "disableClose"})
-        host.failures.insert(QString::fromLatin1(call), 35600);
+    for (const QString& call : kSteps)
+        host.failures.insert(call, 35600);
     int pageChanges = 0;
     QObject::connect(&profile.field(F::vsMainTab), &Field::changed, [&] { ++pageChanges; });
-
-    MainFormLoad(*t.app, profile, host);
+    load();
 
     EXPECT_EQ(host.calls.size(), 4);
     EXPECT_EQ(pageChanges, 1) << "turned once, then already on page 2";
     EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
 }
 
-TEST(MainFormLoad, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
+TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
 {
-    TestApp t;
     writeFile(t.baseFolder() + QStringLiteral("/server.cfg"), "x");
-    ServerProfile profile;
-    FakeFormLoadHost host;
     host.failures.insert(QStringLiteral("size"), 13);
-
-    MainFormLoad(*t.app, profile, host);
+    load();
 
     EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size")}));
     EXPECT_FALSE(profile.isLoading());
@@ -158,12 +148,9 @@ TEST(MainFormLoad, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
                            QStringLiteral("Type mismatch")}));
 }
 
-TEST(MainFormLoad, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
+TEST_F(MainFormLoadTest, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
 {
-    TestApp t;
-    ServerProfile profile;
-    FakeFormLoadHost host;
-    MainFormLoad(*t.app, profile, host);
+    load();
     profile.setValue(F::chkMapAutoCycle, 1);
 
     SessionFacts facts;

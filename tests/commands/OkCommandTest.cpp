@@ -128,14 +128,6 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
     EXPECT_EQ(windows.closed + windows.minimized, 0);
 }
 
-TEST_F(OkCommand, AutoCycleSkipsTheMapChecks)
-{
-    const StubServer server = stub();
-    ok();
-    ASSERT_TRUE(server.waitForRecord());
-    EXPECT_TRUE(t.prompts.shown.empty());
-}
-
 TEST_F(OkCommand, ASavedCycleThatExistsNeedsNoRotation)
 {
     const StubServer server = stub();

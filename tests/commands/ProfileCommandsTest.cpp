@@ -1,6 +1,4 @@
-// Named profiles through the Profile menu's routines, on real settings files: each
-// profile keeps its own fields, rotation and roster across switches, names are checked,
-// the default profile stays, and a port that another profile's server uses is refused.
+// Named profiles through the Profile menu's routines, on real settings files.
 #include "bots/BotRoster.h"
 #include "commands/OkCommand.h"
 #include "commands/ProfileCommands.h"
@@ -18,7 +16,6 @@
 #include "testkit/BoxExpect.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <gtest/gtest.h>

@@ -123,20 +123,16 @@ TEST_F(ServerLaunch, ABareNameIsLookedUpInTheGameFolderFirst)
     EXPECT_EQ(launcher.requests.at(0).workingFolder, t.gameFolder());
 }
 
-TEST_F(ServerLaunch, WithoutAServerTypeNothingStartsAndTheRunGoesOn)
+TEST_F(ServerLaunch, WithoutAServerTypeNothingStartsTheRunGoesOnAndDefaultCfgIsCreatedEmptyOnlyWhenMissing)
 {
     profile.setValue(F::chkServerType(2), 0);
     const int before = launchRetryCount();
     EXPECT_TRUE(startServerAfterConfiguration(*t.app, profile, session));
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_EQ(launchRetryCount(), before + 1) << "the messaging step runs all the same";
-}
 
-TEST_F(ServerLaunch, DefaultCfgIsCreatedEmptyOnlyWhenMissingInTheBaseFolderWhateverItsCase)
-{
-    profile.setValue(F::chkServerType(2), 0);
+    // Default.cfg, in the base folder whatever its case.
     const QString file = t.baseFolder() + QStringLiteral("/Default.cfg");
-    startServerAfterConfiguration(*t.app, profile, session);
     ASSERT_TRUE(QFileInfo(file).isFile());
     EXPECT_EQ(QFileInfo(file).size(), 0);
 

@@ -1,6 +1,4 @@
-// The BOT page and the picker frmBOT on the real windows, offscreen: the page's two
-// layouts, the roster's colours, Add through the picker with its rules, the scan, and
-// the roster carried over by "&Close".
+// The BOT page and the picker frmBOT on the real windows, offscreen.
 #include "bots/BotPicker.h"
 #include "bots/BotRoster.h"
 #include "generate/BotSkills.h"
@@ -13,7 +11,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
 #include <QHeaderView>
 #include <QStyle>
 #include <QKeyEvent>

@@ -8,7 +8,6 @@
 #include <QApplication>
 #include <QImage>
 #include <QKeyEvent>
-#include <QPointer>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

@@ -1,5 +1,3 @@
-// The main window as a view of the profile: every field has its control, with the
-// field's name, caption, Tag, tooltip and default, and every page fits the window.
 #include "commands/MainFormLoad.h"
 #include "model/ServerProfile.h"
 #include "testkit/TestApp.h"

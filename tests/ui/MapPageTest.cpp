@@ -1,6 +1,4 @@
-// The Map page on the real window: a scan of real archives fills the tree, a click
-// previews, a double click adds to the rotation, the pop-ups run the rotation's
-// commands, and OK starts the server on that rotation.
+// The Map page on the real window, with a scan of real archives.
 #include "maps/MapTreeModel.h"
 #include "model/ServerProfile.h"
 #include "commands/Startup.h"
@@ -11,7 +9,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QFileInfo>
-#include <QMenuBar>
 #include <QMouseEvent>
 #include <QTreeView>
 #include <QTreeWidget>

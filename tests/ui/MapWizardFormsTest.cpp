@@ -1,5 +1,3 @@
-// The map wizard on its real pages: "Map Wizard..." hides the main window and shows
-// frmWizard_1; the page rules are driven through the controls' object names.
 #include "maps/MapRotation.h"
 #include "model/FieldNames.h"
 #include "model/ServerProfile.h"

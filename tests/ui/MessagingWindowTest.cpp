@@ -1,5 +1,3 @@
-// The timed messages on the real main window: the first run's start option, the box's
-// click, and Close shutting the message socket.
 #include "messaging/ServerMessaging.h"
 #include "model/ServerProfile.h"
 #include "ui/WiredMainWindow.h"

@@ -1,6 +1,3 @@
-// The Profile menu of the wired main window: its entries by their names, the profile in
-// use checked, its name in the title bar, and a switch that opens the window again on
-// the other profile's settings.
 #include "commands/ProfileSet.h"
 #include "model/ServerProfile.h"
 #include "settings/SettingsStore.h"
@@ -9,7 +6,6 @@
 
 #include <QAction>
 #include <QMenu>
-#include <QMenuBar>
 
 using namespace steward;
 using namespace steward::testing;

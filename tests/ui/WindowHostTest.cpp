@@ -1,6 +1,4 @@
-// The windows as start-up sees them: the main window comes and goes, all forms close,
-// a fresh main window can follow (a restart), the close button does nothing, and the
-// controls' events reach their routes; and the file dialog behind the prompts.
+// The windows as start-up sees them, and the file dialog behind the prompts.
 #include "model/ServerProfile.h"
 #include "support/Errors.h"
 #include "testkit/TestApp.h"
@@ -35,6 +33,15 @@ void settle()
     QApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QApplication::processEvents();
+}
+
+/// The file dialog on screen, if any.
+QFileDialog* openDialog()
+{
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible())
+            return dialog;
+    return nullptr;
 }
 
 class QtHost : public ::testing::Test {
@@ -226,16 +233,10 @@ TEST_F(QtHost, RotationColumnsTakeTheirWidthsInTwips)
     EXPECT_EQ(rotation->columnWidth(3), 0);
 }
 
-TEST(FormServices, PlaceAndKeepForms)
+TEST(FormServices, KeepForms)
 {
     steward::testing::TestApp t;
     QWidget form;
-    form.resize(300, 200);
-    CenterForm(*t.app, &form);
-    const QRect screen = form.screen()->geometry();
-    EXPECT_EQ(form.pos(),
-              QPoint(screen.left() + (screen.width() - 300) / 2, screen.top() + (screen.height() - 200) / 2));
-
     form.show();
     const QRect before = form.geometry();
     FormOnTop(*t.app, &form, true);
@@ -324,11 +325,10 @@ TEST(QtFileDialog, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
         // Looks for the dialog until it is up, notes its setting and cancels it.
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, [&] {
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible()) {
-                    confirms = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
-                    dialog->reject();
-                }
+            if (QFileDialog* dialog = openDialog()) {
+                confirms = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+                dialog->reject();
+            }
         });
         poll.start(10);
         EXPECT_FALSE(prompts.fileDialog(state, false));
@@ -356,12 +356,6 @@ TEST(QtPromptsFileDialog, ATypedProgramNameIsTakenAsItStandsWhenItExists)
         state.Filter = QStringLiteral("Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*");
         state.InitialDir = folder;
         QObject scope;
-        auto openDialog = [] {
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible())
-                    return dialog;
-            return static_cast<QFileDialog*>(nullptr);
-        };
         QTimer::singleShot(0, &scope, [&] {
             if (QFileDialog* dialog = openDialog()) {
                 if (auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))

@@ -1,6 +1,4 @@
-// The server console window driven through its objectNames against fake servers on
-// real UDP sockets: status, silence, the console with its notes, history and quick
-// buttons, the menu entry and the end of traffic on close.
+// The server console window driven through its objectNames against fake servers on real UDP sockets.
 #include "../console/FakeServer.h"
 #include "console/CommandHistory.h"
 #include "console/ConsoleClient.h"
@@ -18,13 +16,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QPointer>
 #include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
-#include <QTextEdit>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
