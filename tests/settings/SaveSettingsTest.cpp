@@ -75,20 +75,15 @@ TEST_F(Save, TheDefaultsButtonSavesAndSaysSo)
 
 TEST_F(Save, TheOptionsOfTheWindowAreStoredByIndexAndName)
 {
+    // Every key's way back is in EveryKeyRoundTripTest; here, the forms stored.
     profile.setValue(F::optDefaultGameType(6), 1);
-    profile.setValue(F::optLogging(0), 1);
-    profile.setValue(F::chkServerType(1), 1);
     profile.setValue(F::optStartMinimize, 1);
     profile.setValue(F::chkUseINI, 1);
-    profile.setValue(F::chkSendMessage, 1);
-    profile.setValue(F::chkBOTs(3), 1);
     ServerProfile& after = saveAndRestart();
     EXPECT_EQ(stored("GameType"), QStringLiteral("6"));
     EXPECT_EQ(stored("AppMinimize"), QStringLiteral("optStartMinimize"));
     EXPECT_EQ(stored("SelectAdvMapCfg"), QStringLiteral("True"));
-    for (FieldId id : {F::optDefaultGameType(6), F::optLogging(0), F::chkServerType(1), F::optStartMinimize,
-                       F::chkUseINI, F::chkSendMessage, F::chkBOTs(3)})
-        EXPECT_TRUE(after.isSet(id)) << id.key().toStdString();
+    EXPECT_TRUE(after.isSet(F::optDefaultGameType(6))) << "the last option of its array";
 }
 
 TEST_F(Save, WithNoOptionSelectedTheOlderValueStands)
