@@ -175,8 +175,6 @@ TEST_F(ModelScanTest, TheScanButtonAsksFirst)
     EXPECT_EQ(LoadBotList(*t.app).value(1), (QStringList{QStringLiteral("Kyle2"), QStringLiteral("kyle2.pk3")}));
 }
 
-// --- the picker's rules --------------------------------------------------------------
-
 TEST(PickerRules, OkMakesTheRowOrNothing)
 {
     PickerInput input;

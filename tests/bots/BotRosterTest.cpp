@@ -53,15 +53,9 @@ TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheDefaultSkill)
     EXPECT_EQ(profile.field(F::cboBOT).text(), QStringLiteral("Hurt Me Plenty "));
 }
 
-// --- the files ------------------------------------------------------------------------
-
 TEST(RosterFile, LinesHoldTheFieldsInColumnOrder)
 {
-    EXPECT_EQ(rosterFileLine(kGnubee, RosterForm::Comma), QStringLiteral("Gnubee,Hardcore,RED,Desann,25"));
-    EXPECT_EQ(rosterFileLine(kBoss, RosterForm::Tab), QStringLiteral("Big_Boss\tHurt Me Plenty \tBLUE\tKyle2\t0"));
-    // A separator inside a field, or a quote in front, puts the field in quotes.
-    EXPECT_EQ(rosterFileLine(row("Boss, The", "Hardcore", "RED", "Desann", "25"), RosterForm::Comma),
-              QStringLiteral("\"Boss, The\",Hardcore,RED,Desann,25"));
+    // The whole lines are in the files below; a quote in front puts the field in quotes.
     EXPECT_EQ(rosterFileLine(row("\"Q\"", "Hardcore", "RED", "Desann", "25"), RosterForm::Comma),
               QStringLiteral("\"\"\"Q\"\"\",Hardcore,RED,Desann,25"));
     EXPECT_EQ(rosterFileLine(row("Boss, The", "Hardcore", "RED", "Desann", "25"), RosterForm::Tab),
@@ -162,8 +156,6 @@ TEST_F(RosterTest, LeavingIgnoresALastBotsThatCantBeWritten)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-// --- colours and layouts ------------------------------------------------------------------
-
 TEST(RosterColours, OnlyBlueInCapitalsIsBlue)
 {
     EXPECT_EQ(rosterRowColours(QStringLiteral("BLUE")).background, qRgb(0, 0, 255));
@@ -192,8 +184,6 @@ TEST_F(RosterTest, TheUserDefinedBoxSwitchesThePage)
     chkBOTs_Click(profile, 0);
     EXPECT_TRUE(visible(F::grdBOTList));
 }
-
-// --- the five buttons -------------------------------------------------------------------
 
 TEST_F(RosterTest, SaveClearAndViewDoNothingWithAnEmptyRoster)
 {

@@ -1,5 +1,6 @@
 // BOTFile.cfg: each mode checked byte for byte against the whole expected file, with
 // the fixed clock of the test kit, and the boxes and results that go with it.
+#include "bots/BotRoster.h"
 #include "generate/BotConfigLines.h"
 #include "commands/BotConfigWriter.h"
 #include "generate/BotSkills.h"
@@ -39,12 +40,6 @@ QStringList heading()
     };
 }
 
-QStringList rosterHeading()
-{
-    return {QStringLiteral("NAME"), QStringLiteral("SKILL"), QStringLiteral("TEAM"), QStringLiteral("MODEL"),
-            QStringLiteral("PING")};
-}
-
 class BotConfigTest : public ::testing::Test {
 protected:
     TestApp t;
@@ -54,7 +49,7 @@ protected:
     {
         profile.field(F::cboBOT).setItems(botSkillNames());
         profile.setText(F::cboBOT, QStringLiteral("Hurt Me Plenty "));
-        profile.field(F::grdBOTList).setRows({rosterHeading()});
+        profile.field(F::grdBOTList).setRows({rosterHeadings()});
     }
 
     void tick(int index, int value = 1) { profile.setValue(F::chkBOTs(index), value); }
@@ -85,7 +80,14 @@ QString seta(const char* key, const char* value)
     return QStringLiteral("seta %1 \"%2\"").arg(QString::fromLatin1(key), QString::fromLatin1(value));
 }
 
-// --- automatic bots --------------------------------------------------------------
+/// The file of automatic bots with the behaviour boxes clear, up to the think time.
+QStringList automatic(const char* players, const char* thinkTime = "100")
+{
+    return heading() + QStringList{seta("bot_enable", "1"),         seta("bot_minplayers", players),
+                                   seta("bot_nochat", "1"),         seta("bot_fastchat", "0"),
+                                   seta("bot_challenge", "0"),      seta("bot_groundonly", "0"),
+                                   seta("bot_thinktime", thinkTime)};
+}
 
 TEST_F(BotConfigTest, AutomaticBotsFillUpToTheNumberOfPlayers)
 {
@@ -94,10 +96,7 @@ TEST_F(BotConfigTest, AutomaticBotsFillUpToTheNumberOfPlayers)
     profile.setText(F::txtBOTThinkTime, QStringLiteral("150"));
 
     EXPECT_TRUE(run());
-    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "3x"), seta("bot_nochat", "1"),
-                                       seta("bot_fastchat", "0"), seta("bot_challenge", "0"),
-                                       seta("bot_groundonly", "0"), seta("bot_thinktime", "150"),
-                                       seta("g_spSkill", "3")});
+    expectFile(automatic("3x", "150") << seta("g_spSkill", "3"));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
@@ -159,13 +158,9 @@ TEST_F(BotConfigTest, ASkillNameWithoutItsTrailingBlankMatchesNothing)
     players(QStringLiteral("5"));
     profile.setText(F::cboBOT, QStringLiteral("Bring It On"));
     EXPECT_TRUE(run()) << "the file is used without a skill line";
-    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "5"), seta("bot_nochat", "1"),
-                                       seta("bot_fastchat", "0"), seta("bot_challenge", "0"),
-                                       seta("bot_groundonly", "0"), seta("bot_thinktime", "100")});
+    expectFile(automatic("5"));
     expectOneBox(QStringLiteral("Please select a BOT level         "), Icon::Information);
 }
-
-// --- the roster's bots -----------------------------------------------------------
 
 TEST_F(BotConfigTest, RosterBotsGiveOneAddbotLineEach)
 {
@@ -178,15 +173,16 @@ TEST_F(BotConfigTest, RosterBotsGiveOneAddbotLineEach)
     addBot("Big_Boss", "I Can Win", "BLUE", "Kyle2", "0");
     addBot("Odd", "Bring It On", "BLUE", "Luke", "40");  // unknown: the number of the row above
     addBot("Two Words", "Nightmare", "RED", "Jan", "5"); // a blank in a name is written as it stands
+    addBot("Mid", "Bring It On ", "RED", "Reborn", "5"); // the trailing blank belongs to the name
 
     EXPECT_TRUE(run());
-    expectFile(heading() + QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "0"), seta("bot_nochat", "0"),
-                                       seta("bot_fastchat", "0"), seta("bot_challenge", "0"),
-                                       seta("bot_groundonly", "0"), seta("bot_thinktime", "100"), QString(),
-                                       QStringLiteral("Addbot Desann 4 RED 25 Gnubee"),
-                                       QStringLiteral("Addbot Kyle2 1 BLUE 0 Big_Boss"),
-                                       QStringLiteral("Addbot Luke 1 BLUE 40 Odd"),
-                                       QStringLiteral("Addbot Jan 5 RED 5 Two Words")});
+    expectFile(heading() +
+               QStringList{seta("bot_enable", "1"), seta("bot_minplayers", "0"), seta("bot_nochat", "0"),
+                           seta("bot_fastchat", "0"), seta("bot_challenge", "0"), seta("bot_groundonly", "0"),
+                           seta("bot_thinktime", "100"), QString(), QStringLiteral("Addbot Desann 4 RED 25 Gnubee"),
+                           QStringLiteral("Addbot Kyle2 1 BLUE 0 Big_Boss"),
+                           QStringLiteral("Addbot Luke 1 BLUE 40 Odd"), QStringLiteral("Addbot Jan 5 RED 5 Two Words"),
+                           QStringLiteral("Addbot Reborn 2 RED 5 Mid")});
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
@@ -211,8 +207,6 @@ TEST_F(BotConfigTest, AnEmptyRosterWarnsAndIsUsedWithTheHeadingOnly)
     expectFile(heading());
     expectOneBox(QStringLiteral("No custom BOT's have been added         "), Icon::Exclamation);
 }
-
-// --- no bots ---------------------------------------------------------------------
 
 TEST_F(BotConfigTest, WithoutEnableBotTheFileSwitchesBotsOff)
 {
@@ -241,8 +235,6 @@ TEST_F(BotConfigTest, AFileThatCantBeWrittenIsShownAndNotUsed)
     EXPECT_FALSE(QDir(t.root() + QStringLiteral("/missing")).exists()) << "no folder is made";
 }
 
-// --- the pure lines ----------------------------------------------------------------
-
 TEST(BotConfigLines, TheHeadingTakesItsFactsAsTheyAre)
 {
     ServerProfile profile;
@@ -252,18 +244,6 @@ TEST(BotConfigLines, TheHeadingTakesItsFactsAsTheyAre)
     EXPECT_EQ(config.lines.value(7), QStringLiteral("// This file is automatically executed by linuxjk2ded"));
     EXPECT_EQ(config.notice, BotConfigNotice::None);
     EXPECT_TRUE(config.use);
-}
-
-TEST(BotSkills, NamesMatchExactlyWithTheirTrailingBlanks)
-{
-    EXPECT_EQ(botSkillNumber(QStringLiteral("I Can Win")), 1);
-    EXPECT_EQ(botSkillNumber(QStringLiteral("Bring It On ")), 2);
-    EXPECT_EQ(botSkillNumber(QStringLiteral("Hurt Me Plenty ")), 3);
-    EXPECT_EQ(botSkillNumber(QStringLiteral("Hardcore")), 4);
-    EXPECT_EQ(botSkillNumber(QStringLiteral("Nightmare")), 5);
-    for (const char* other : {"Hurt Me Plenty", "hardcore", "Nightmare ", "", "3"})
-        EXPECT_FALSE(botSkillNumber(QString::fromLatin1(other)).has_value()) << other;
-    EXPECT_EQ(defaultBotSkill(), QStringLiteral("Hurt Me Plenty "));
 }
 
 } // namespace

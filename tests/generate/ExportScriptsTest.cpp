@@ -46,22 +46,21 @@ struct ScriptCase {
     const char* shellLine;
 };
 
+const char kDefaultBatch[] =
+    "\"jk2ded.exe\" +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 0 +set dedicated 2 "
+    "+set net_port 28070 +exec My_Cfg.cfg";
+const char kDefaultShell[] =
+    "./jk2ded +set fs_basepath ./ +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 2 "
+    "+set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 28070 +exec my_cfg.cfg";
+
 const ScriptCase kScriptCases[] = {
-    {"defaults", "28070", "", "16", "32", "16", false,
-     "\"jk2ded.exe\" +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 0 +set dedicated 2 "
-     "+set net_port 28070 +exec My_Cfg.cfg",
-     "./jk2ded +set fs_basepath ./ +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 2 "
-     "+set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 28070 +exec my_cfg.cfg"},
+    {"defaults", "28070", "", "16", "32", "16", false, kDefaultBatch, kDefaultShell},
     {"port 0 and memory as leading numbers", "0", "", "016", "32.5", "", false,
      "\"jk2ded.exe\" +set com_zoneMegs 16 +set com_hunkMegs 32.5 +set com_soundmegs 0 +set vm_game 0 +set dedicated 2 "
      "+set net_port 28070 +exec My_Cfg.cfg",
      "./jk2ded +set fs_basepath ./ +set com_zoneMegs 16 +set com_hunkMegs 32.5 +set com_soundmegs 0 +set vm_game 2 "
      "+set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 28070 +exec my_cfg.cfg"},
-    {"port of letters", "abc", "", "16", "32", "16", false,
-     "\"jk2ded.exe\" +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 0 +set dedicated 2 "
-     "+set net_port 28070 +exec My_Cfg.cfg",
-     "./jk2ded +set fs_basepath ./ +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 2 "
-     "+set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 28070 +exec my_cfg.cfg"},
+    {"port of letters", "abc", "", "16", "32", "16", false, kDefaultBatch, kDefaultShell},
     {"port with a number ahead of letters, Merc and an address", "123abc", "10.1.2.3", "24", "64", "8", true,
      "\"jk2ded.exe\" +set g_jediVmerc 1 +set com_zoneMegs 24 +set com_hunkMegs 64 +set com_soundmegs 8 +set vm_game 0 "
      "+set dedicated 2 +set net_port 123abc +set net_ip 10.1.2.3 +exec My_Cfg.cfg",

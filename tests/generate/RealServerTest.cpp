@@ -21,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <functional>
 
 using namespace steward;
 
@@ -59,18 +60,24 @@ QByteArray rcon(quint16 port, const QByteArray& password, const QByteArray& comm
     return answer;
 }
 
-/// The status of the server once its map is the one named, or the last status seen.
-QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
+/// Asks the server until its status passes the test or the time is up; the last answer.
+QByteArray awaitStatus(quint16 port, int seconds, const std::function<bool(const QByteArray&)>& done)
 {
     const QDeadlineTimer deadline(seconds * 1000);
     QByteArray status;
     while (!deadline.hasExpired()) {
         status = askStatus(port, 2);
-        if (status.contains("\\mapname\\" + map + "\\"))
+        if (done(status))
             break;
         QThread::msleep(300);
     }
     return status;
+}
+
+/// The status of the server once its map is the one named, or the last status seen.
+QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
+{
+    return awaitStatus(port, seconds, [&](const QByteArray& s) { return s.contains("\\mapname\\" + map + "\\"); });
 }
 
 /// Stops the server of the pid file once: the file goes with it.
@@ -101,19 +108,10 @@ QStringList playerNames(const QByteArray& status)
     return names;
 }
 
-/// Asks the server until its status holds at least count players or the time is up;
-/// the last answer.
+/// The status once it holds at least count players, or the last status seen.
 QByteArray awaitPlayers(quint16 port, int count, int seconds)
 {
-    const QDeadlineTimer deadline(seconds * 1000);
-    QByteArray status;
-    while (!deadline.hasExpired()) {
-        status = askStatus(port, 2);
-        if (playerNames(status).size() >= count)
-            break;
-        QThread::msleep(500);
-    }
-    return status;
+    return awaitStatus(port, seconds, [&](const QByteArray& s) { return playerNames(s).size() >= count; });
 }
 
 bool haveServer()

@@ -6,6 +6,7 @@
 #include "model/ServerProfile.h"
 #include "support/ErrorBox.h"
 #include "support/ProductText.h"
+#include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 
 #include <gtest/gtest.h>
@@ -113,17 +114,7 @@ QStringList cutAt(const QStringList& lines, const QString& stop, bool keepStop)
 void expectFile(const QString& path, const QStringList& expected)
 {
     ASSERT_TRUE(QFile::exists(path)) << path.toStdString();
-    const QStringList actual = crlfLines(path);
-    const auto n = std::max(actual.size(), expected.size());
-    for (qsizetype i = 0; i < n; ++i) {
-        const QString a = actual.value(i, QStringLiteral("<end of file>"));
-        const QString e = expected.value(i, QStringLiteral("<end of file>"));
-        if (a != e) {
-            ADD_FAILURE() << "line " << i + 1 << "\n  written:  " << a.toStdString()
-                          << "\n  expected: " << e.toStdString();
-            return;
-        }
-    }
+    EXPECT_EQ(crlfLines(path), expected);
     EXPECT_TRUE(fileBytes(path) == crlfText(expected)) << "every line ends in CR LF, the last one too";
 }
 

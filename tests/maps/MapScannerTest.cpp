@@ -224,6 +224,9 @@ TEST_F(MapScanTest, ABaseFolderWithoutArchivesGivesAnEmptyCatalogue)
 }
 
 namespace {
+/// The archive b.pk3 with its map, for one entry more.
+ZipBuilder withMap() { return ZipBuilder().file(QStringLiteral("maps/b.bsp")); }
+
 struct Hostile {
     const char* name;
     std::function<void(const QString& path, const QString& victim)> make;
@@ -236,44 +239,29 @@ TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCata
     const Hostile cases[] = {
         {"zip slip",
          [](const QString& p, const QString&) {
-             ZipBuilder()
-                 .file(QStringLiteral("maps/b.bsp"))
-                 .file(QStringLiteral("scripts/../../../../evil.arena"), "{\r\n}\r\n")
-                 .write(p);
+             withMap().file(QStringLiteral("scripts/../../../../evil.arena"), "{\r\n}\r\n").write(p);
          },
          true},
         {"absolute",
          [](const QString& p, const QString& victim) {
-             ZipBuilder()
-                 .file(QStringLiteral("maps/b.bsp"))
-                 .file(victim + QStringLiteral(".arena"), "{\r\n}\r\n")
-                 .write(p);
+             withMap().file(victim + QStringLiteral(".arena"), "{\r\n}\r\n").write(p);
          },
          true},
         {"link",
          [](const QString& p, const QString& victim) {
-             ZipBuilder()
-                 .file(QStringLiteral("maps/b.bsp"))
-                 .symlink(QStringLiteral("scripts/b.arena"), victim)
-                 .write(p);
+             withMap().symlink(QStringLiteral("scripts/b.arena"), victim).write(p);
          },
          true},
         {"truncated",
          [](const QString& p, const QString&) {
-             ZipBuilder()
-                 .file(QStringLiteral("maps/b.bsp"))
-                 .file(QStringLiteral("scripts/b.arena"), QByteArray(3000, 'x'))
-                 .write(p);
+             withMap().file(QStringLiteral("scripts/b.arena"), QByteArray(3000, 'x')).write(p);
              truncateFile(p, QFileInfo(p).size() / 2);
          },
          false},
         {"not a zip", [](const QString& p, const QString&) { writeFile(p, QByteArray(5000, 'P')); }, false},
         {"huge claim",
          [](const QString& p, const QString&) {
-             ZipBuilder()
-                 .file(QStringLiteral("maps/b.bsp"))
-                 .file(QStringLiteral("scripts/b.arena"), QByteArray(3000, ' '))
-                 .write(p);
+             withMap().file(QStringLiteral("scripts/b.arena"), QByteArray(3000, ' ')).write(p);
              patchClaimedSize(p, QStringLiteral("scripts/b.arena"), 0xFFFFFF00u);
          },
          false},

@@ -27,9 +27,20 @@ protected:
     {
         return t.store->GetSetting(QString::fromLatin1(key), QStringLiteral("<absent>"));
     }
-    QString ascFile(const char* name = "mine.asc") const
+    QString ascFile() const { return t.root() + QStringLiteral("/mine.asc"); }
+    void saveToFile()
     {
-        return t.root() + QStringLiteral("/") + QString::fromLatin1(name);
+        t.prompts.chooseFile(ascFile());
+        SaveConfiguration(*t.app);
+    }
+    /// Loads the file; what the store holds when the restart closes the windows.
+    Rows loadAtRestart()
+    {
+        Rows atRestart;
+        host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+        t.prompts.chooseFile(ascFile());
+        LoadConfiguration(*t.app, host);
+        return atRestart;
     }
 
     TestApp t;
@@ -102,8 +113,7 @@ TEST_F(ConfigFile, SaveWritesEveryKeyAsALine)
     store("ServerInfo15", QStringLiteral(" "));
     store("PathToJedi", QStringLiteral("/games/jk2/"));
     store("Empty", QString());
-    t.prompts.chooseFile(ascFile());
-    SaveConfiguration(*t.app);
+    saveToFile();
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     expectDialog(t.prompts.dialogs[0], false, "Save Arena Steward configuration file", t.app->gameFolder);
@@ -122,17 +132,15 @@ TEST_F(ConfigFile, NoAtTheOverwriteQuestionWritesNothing)
 {
     store("MsgTime", QStringLiteral("5"));
     writeFile(ascFile(), "old\r\n");
-    t.prompts.chooseFile(ascFile());
     t.prompts.answerNext(Answer::No);
-    SaveConfiguration(*t.app);
+    saveToFile();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question,
                                          QStringLiteral("Over-write existing file?") + kTail, Buttons::YesNo}));
     EXPECT_EQ(fileBytes(ascFile()), QByteArray("old\r\n"));
 
-    t.prompts.chooseFile(ascFile());
     t.prompts.answerNext(Answer::Yes);
-    SaveConfiguration(*t.app);
+    saveToFile();
     EXPECT_EQ(fileBytes(ascFile()), QByteArray("MsgTime,5\r\n"));
 }
 
@@ -162,16 +170,11 @@ TEST_F(ConfigFile, SaveThenLoadEmptiesABlankValueAndRestarts)
 {
     store("ServerInfo15", QStringLiteral(" "));
     store("MsgTime", QStringLiteral("5"));
-    t.prompts.chooseFile(ascFile());
-    SaveConfiguration(*t.app);
+    saveToFile();
     store("MsgTime", QStringLiteral("9"));
     store("Other", QStringLiteral("kept"));
-
-    Rows atRestart;
-    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
-    t.prompts.chooseFile(ascFile());
     const QString gameFolder = t.app->gameFolder;
-    LoadConfiguration(*t.app, host);
+    const Rows atRestart = loadAtRestart();
 
     ASSERT_GE(t.prompts.dialogs.size(), 2u) << "the restart may ask for the executable again";
     expectDialog(t.prompts.dialogs[1], true, "Load Arena Steward configuration file", gameFolder);
@@ -190,20 +193,14 @@ TEST_F(ConfigFile, ARawValueWithACommaShiftsEveryLaterPair)
     store("LogName", QStringLiteral("a,b.log"));
     store("MsgTime", QStringLiteral("5"));
     store("ServerInfo20", QStringLiteral("1,2"));
-    t.prompts.chooseFile(ascFile());
-    SaveConfiguration(*t.app);
+    saveToFile();
     EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n"));
-
-    Rows atRestart;
-    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
-    t.prompts.chooseFile(ascFile());
-    LoadConfiguration(*t.app, host);
-    EXPECT_EQ(atRestart, (Rows{{QStringLiteral("1"), QStringLiteral("2")},
-                               {QStringLiteral("5"), QStringLiteral("ServerInfo20")},
-                               {QStringLiteral("LogName"), QStringLiteral("a")},
-                               {QStringLiteral("MsgTime"), QStringLiteral("5")},
-                               {QStringLiteral("ServerInfo20"), QStringLiteral("1,2")},
-                               {QStringLiteral("b.log"), QStringLiteral("MsgTime")}}));
+    EXPECT_EQ(loadAtRestart(), (Rows{{QStringLiteral("1"), QStringLiteral("2")},
+                                     {QStringLiteral("5"), QStringLiteral("ServerInfo20")},
+                                     {QStringLiteral("LogName"), QStringLiteral("a")},
+                                     {QStringLiteral("MsgTime"), QStringLiteral("5")},
+                                     {QStringLiteral("ServerInfo20"), QStringLiteral("1,2")},
+                                     {QStringLiteral("b.log"), QStringLiteral("MsgTime")}}));
 }
 
 TEST_F(ConfigFile, AFileThatFailsLeavesTheStoreUntouched)

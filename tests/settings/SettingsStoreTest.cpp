@@ -14,12 +14,15 @@ using namespace steward;
 using namespace steward::testing;
 
 namespace {
+class StoreFile : public ::testing::Test {
+protected:
+    TestApp t;
+};
 QPair<QString, QString> pair(const char* key, const QString& value) { return {QString::fromUtf8(key), value}; }
 } // namespace
 
-TEST(SettingsStore, EveryTextComesBackAsItWasSaved)
+TEST_F(StoreFile, EveryTextComesBackAsItWasSaved)
 {
-    TestApp t;
     const QString values[] = {
         QStringLiteral("a,b"),
         QStringLiteral(" "),
@@ -53,10 +56,9 @@ TEST(SettingsStore, EveryTextComesBackAsItWasSaved)
     }
 }
 
-TEST(SettingsStore, KeyNamesAreKeptAsTheyCame)
+TEST_F(StoreFile, KeyNamesAreKeptAsTheyCame)
 {
     // A configuration file read one field out of step turns values into key names.
-    TestApp t;
     const QString keys[] = {QStringLiteral("b.log"),
                             QStringLiteral("^2This server is configured by ^1Arena Steward"),
                             QStringLiteral("C:\\Program Files\\x"),
@@ -75,16 +77,14 @@ TEST(SettingsStore, KeyNamesAreKeptAsTheyCame)
     }
 }
 
-TEST(SettingsStore, AnEmptyKeyNameIsRefused)
+TEST_F(StoreFile, AnEmptyKeyNameIsRefused)
 {
-    TestApp t;
     EXPECT_THROW(t.store->SaveSetting(QString(), QStringLiteral("x")), RuntimeError);
     EXPECT_TRUE(t.store->GetAllSettings().isEmpty());
 }
 
-TEST(SettingsStore, AHandEditedFileIsReadAsItStands)
+TEST_F(StoreFile, AHandEditedFileIsReadAsItStands)
 {
-    TestApp t;
     writeFile(t.storeFile(), "; written by hand\r\n"
                              "[Other]\r\nLogName=elsewhere\r\n"
                              "[_Steward]\r\n"
@@ -124,9 +124,8 @@ TEST(SettingsStore, AHandEditedFileIsReadAsItStands)
     EXPECT_TRUE(fileBytes(t.storeFile()).contains("[Other]\nLogName=\"elsewhere\"\n"));
 }
 
-TEST(SettingsStore, TheFileIsReadableByItsOwnerOnly)
+TEST_F(StoreFile, TheFileIsReadableByItsOwnerOnly)
 {
-    TestApp t;
     t.store->SaveSetting(QStringLiteral("rconPassword"), QStringLiteral("secret"));
     const auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
     const auto others = QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ReadOther |
@@ -140,9 +139,8 @@ TEST(SettingsStore, TheFileIsReadableByItsOwnerOnly)
     EXPECT_EQ(QFile(t.storeFile()).permissions() & (ownerOnly | others), ownerOnly);
 }
 
-TEST(SettingsStore, AWriteThatFailsThrowsAndTheNextOneWorks)
+TEST_F(StoreFile, AWriteThatFailsThrowsAndTheNextOneWorks)
 {
-    TestApp t;
     t.store->SaveSetting(QStringLiteral("A"), QStringLiteral("1"));
     QFile::remove(t.storeFile());
     QDir().mkpath(t.storeFile()); // a folder where the file should be
@@ -161,9 +159,8 @@ TEST(SettingsStore, AWriteThatFailsThrowsAndTheNextOneWorks)
     EXPECT_FALSE(reopened.HasSetting(QStringLiteral("B"))) << "a failed change is dropped, not kept for later";
 }
 
-TEST(SettingsStore, TwoInstancesKeepEachOthersKeys)
+TEST_F(StoreFile, TwoInstancesKeepEachOthersKeys)
 {
-    TestApp t;
     IniSettingsStore other(t.storeFile());
     t.store->SaveSetting(QStringLiteral("A"), QStringLiteral("1"));
     other.SaveSetting(QStringLiteral("B"), QStringLiteral("2"));
@@ -177,9 +174,8 @@ TEST(SettingsStore, TwoInstancesKeepEachOthersKeys)
               (QList<QPair<QString, QString>>{pair("B", QStringLiteral("2")), pair("C", QStringLiteral("3"))}));
 }
 
-TEST(SettingsStore, TheStockIniReaderReadsTheFileTheSame)
+TEST_F(StoreFile, TheStockIniReaderReadsTheFileTheSame)
 {
-    TestApp t;
     const QString values[] = {QStringLiteral("a,b"),
                               QStringLiteral(" "),
                               QStringLiteral("1.2.3.4;;"),
@@ -198,9 +194,8 @@ TEST(SettingsStore, TheStockIniReaderReadsTheFileTheSame)
     EXPECT_EQ(stock.value(QStringLiteral("Key with blanks")).toString(), QStringLiteral("x"));
 }
 
-TEST(SettingsStore, DeleteRemovesOneKey)
+TEST_F(StoreFile, DeleteRemovesOneKey)
 {
-    TestApp t;
     t.store->SaveSetting(QStringLiteral("A"), QStringLiteral("1"));
     t.store->SaveSetting(QStringLiteral("B"), QStringLiteral("2"));
     t.store->DeleteSetting(QStringLiteral("A"));
@@ -222,9 +217,8 @@ TEST(PlainIniValue, QuotedStringsAndTheTextAsItStands)
     EXPECT_EQ(quotePlainIniValue(QStringLiteral("a\x01\"\\")), QStringLiteral("\"a\\x01\\\"\\\\\""));
 }
 
-TEST(SettingsStore, ABatchWritesOnceAtItsEnd)
+TEST_F(StoreFile, ABatchWritesOnceAtItsEnd)
 {
-    TestApp t;
     t.store->SaveSetting(QStringLiteral("Old"), QStringLiteral("1"));
     {
         SettingsBatch batch(*t.store);
@@ -240,9 +234,8 @@ TEST(SettingsStore, ABatchWritesOnceAtItsEnd)
     EXPECT_FALSE(reopened.HasSetting(QStringLiteral("Old")));
 }
 
-TEST(SettingsStore, ABatchLeftByAnErrorKeepsWhatWasDone)
+TEST_F(StoreFile, ABatchLeftByAnErrorKeepsWhatWasDone)
 {
-    TestApp t;
     try {
         SettingsBatch batch(*t.store);
         t.store->SaveSetting(QStringLiteral("A"), QStringLiteral("1"));
@@ -254,9 +247,8 @@ TEST(SettingsStore, ABatchLeftByAnErrorKeepsWhatWasDone)
     EXPECT_EQ(IniSettingsStore(t.storeFile()).GetSetting(QStringLiteral("A")), QStringLiteral("1"));
 }
 
-TEST(SettingsStore, ABatchThatCannotBeWrittenThrowsAtItsCommit)
+TEST_F(StoreFile, ABatchThatCannotBeWrittenThrowsAtItsCommit)
 {
-    TestApp t;
     SettingsBatch batch(*t.store);
     t.store->SaveSetting(QStringLiteral("A"), QStringLiteral("1"));
     QFile::remove(t.storeFile());

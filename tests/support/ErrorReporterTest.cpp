@@ -17,13 +17,16 @@ namespace {
 const QString kHyphens = QString(78, QLatin1Char('-'));
 const QString kStamp = QStringLiteral("---06/13/2002 21:05:33---");
 
-QString defaultLog(const TestApp& t) { return t.programFolder() + QStringLiteral("/arena-steward.log"); }
+class ErrorLogTest : public ::testing::Test {
+protected:
+    QString defaultLog() const { return t.programFolder() + QStringLiteral("/arena-steward.log"); }
+    TestApp t;
+};
 
 } // namespace
 
-TEST(ErrorLog, TwoErrorsGiveTwoEntriesInOneFile)
+TEST_F(ErrorLogTest, TwoErrorsGiveTwoEntriesInOneFile)
 {
-    TestApp t;
     const RuntimeError first(err::FileNotFound, {}, QStringLiteral("ReadCatalogue"));
     reportTagged(*t.app, first, QStringLiteral("::Code.gbln_LoadMapCycle(Function)"));
     t.clock.at = QDateTime(QDate(2002, 12, 1), QTime(20, 4, 9)); // a 24-hour clock
@@ -31,7 +34,7 @@ TEST(ErrorLog, TwoErrorsGiveTwoEntriesInOneFile)
                               QStringLiteral("Writer"));
     reportTagged(*t.app, second, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
 
-    EXPECT_EQ(crlfLines(defaultLog(t)),
+    EXPECT_EQ(crlfLines(defaultLog()),
               (QStringList{
                   kHyphens,
                   kStamp,
@@ -43,13 +46,12 @@ TEST(ErrorLog, TwoErrorsGiveTwoEntriesInOneFile)
                   QStringLiteral("Path/File access error"),
                   QStringLiteral("second line"),
               }));
-    EXPECT_EQ(t.app->errorLog().lastFile(), defaultLog(t));
+    EXPECT_EQ(t.app->errorLog().lastFile(), defaultLog());
     EXPECT_EQ(t.prompts.shown.size(), 2u);
 }
 
-TEST(ErrorLog, TheCriticalBoxNamesTheErrorAndIsSystemModal)
+TEST_F(ErrorLogTest, TheCriticalBoxNamesTheErrorAndIsSystemModal)
 {
-    TestApp t;
     const RuntimeError e(err::TypeMismatch, {}, QStringLiteral("frmMain"));
     reportTagged(*t.app, e, QStringLiteral("::frmMain.cmdOk_Click(Sub)"));
 
@@ -65,12 +67,11 @@ TEST(ErrorLog, TheCriticalBoxNamesTheErrorAndIsSystemModal)
     EXPECT_TRUE(box.systemModal);
 }
 
-TEST(ErrorLog, WithoutAnErrorObjectTheArgumentsAreUsedAsTheyCame)
+TEST_F(ErrorLogTest, WithoutAnErrorObjectTheArgumentsAreUsedAsTheyCame)
 {
-    TestApp t;
     RaiseError(*t.app, QStringLiteral("Plain words"), QStringLiteral("Somewhere"), -7, true, false, true, nullptr);
 
-    EXPECT_EQ(crlfLines(defaultLog(t)),
+    EXPECT_EQ(crlfLines(defaultLog()),
               (QStringList{kHyphens, kStamp, QStringLiteral("Error -7 in Somewhere:"), QStringLiteral("Plain words")}));
     EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("arena-steward Error"), Icon::Critical,
                                          QStringLiteral("Following error occurred in this application:\r\n\r\n"
@@ -78,25 +79,23 @@ TEST(ErrorLog, WithoutAnErrorObjectTheArgumentsAreUsedAsTheyCame)
                                          Buttons::Ok}));
 }
 
-TEST(ErrorLog, TheErrorObjectIsFoldedIntoNonEmptyArguments)
+TEST_F(ErrorLogTest, TheErrorObjectIsFoldedIntoNonEmptyArguments)
 {
-    TestApp t;
     const RuntimeError e(err::PathNotFound, {}, QStringLiteral("inner"));
     // A number of its own is kept; the texts get the object's in brackets.
     RaiseError(*t.app, QStringLiteral("Outer"), QStringLiteral("outer"), 1000, false, false, true, &e);
-    EXPECT_EQ(crlfLines(defaultLog(t)).mid(2),
+    EXPECT_EQ(crlfLines(defaultLog()).mid(2),
               (QStringList{QStringLiteral("Error 1000 in outer (inner):"), QStringLiteral("Outer(Path not found)")}));
 
     // Empty arguments take the object's fields whole.
     RaiseError(*t.app, {}, {}, 0, false, false, true, &e);
-    EXPECT_EQ(crlfLines(defaultLog(t)).mid(6),
+    EXPECT_EQ(crlfLines(defaultLog()).mid(6),
               (QStringList{QStringLiteral("Error 76 in inner:"), QStringLiteral("Path not found")}));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST(ErrorLog, ShowOffAndRaiseOnLogsShowsNothingAndThrowsToTheCaller)
+TEST_F(ErrorLogTest, ShowOffAndRaiseOnLogsShowsNothingAndThrowsToTheCaller)
 {
-    TestApp t;
     const RuntimeError e(err::FileNotFound, {}, QStringLiteral("unzip"));
     try {
         reportTagged(*t.app, e, QStringLiteral("::CMapScanner.ExtractLevelShots(Function)"), false, true);
@@ -107,13 +106,12 @@ TEST(ErrorLog, ShowOffAndRaiseOnLogsShowsNothingAndThrowsToTheCaller)
         EXPECT_EQ(passed.description(), QStringLiteral("File not found"));
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_EQ(crlfLines(defaultLog(t)).value(2),
+    EXPECT_EQ(crlfLines(defaultLog()).value(2),
               QStringLiteral("Error 53 in arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip):"));
 }
 
-TEST(ErrorLog, AnUnwritableProgramFolderCostsOnlyTheLogEntry)
+TEST_F(ErrorLogTest, AnUnwritableProgramFolderCostsOnlyTheLogEntry)
 {
-    TestApp t;
     // A folder below a plain file can never be created, whoever runs the test.
     writeFile(t.root() + QStringLiteral("/blocked"), "not a folder");
     t.app->programFolder = t.root() + QStringLiteral("/blocked/program");
@@ -130,34 +128,31 @@ TEST(ErrorLog, AnUnwritableProgramFolderCostsOnlyTheLogEntry)
     EXPECT_EQ(fileBytes(t.root() + QStringLiteral("/blocked")), QByteArray("not a folder"));
 }
 
-TEST(ErrorLog, AnEmptyLogFileTakesTheOneUsedLast)
+TEST_F(ErrorLogTest, AnEmptyLogFileTakesTheOneUsedLast)
 {
-    TestApp t;
     const QString own = t.root() + QStringLiteral("/own.log");
     ASSERT_TRUE(WriteLog(*t.app, QStringLiteral("first"), own, false, false, false));
     RaiseError(*t.app, QStringLiteral("d"), QStringLiteral("s"), 1, false, false, true, nullptr);
 
-    EXPECT_FALSE(QFileInfo::exists(defaultLog(t)));
+    EXPECT_FALSE(QFileInfo::exists(defaultLog()));
     EXPECT_EQ(crlfLines(own), (QStringList{QStringLiteral("first"), kHyphens, kStamp, QStringLiteral("Error 1 in s:"),
                                            QStringLiteral("d")}));
     EXPECT_EQ(t.app->errorLog().lastFile(), own);
 }
 
-TEST(ErrorLog, OverwriteEmptiesTheFileFirst)
+TEST_F(ErrorLogTest, OverwriteEmptiesTheFileFirst)
 {
-    TestApp t;
     const QString own = t.root() + QStringLiteral("/own.log");
     writeFile(own, "old entry\r\n");
     ASSERT_TRUE(WriteLog(*t.app, QStringLiteral("fresh"), own, true, false, true));
     EXPECT_EQ(fileBytes(own), crlfText({kStamp, QStringLiteral("fresh")}));
 }
 
-TEST(ErrorLog, AnErrorWithoutASourceComesFromTheProgram)
+TEST_F(ErrorLogTest, AnErrorWithoutASourceComesFromTheProgram)
 {
-    TestApp t;
     const RuntimeError overflow(err::Overflow);
     reportTagged(*t.app, overflow, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
-    EXPECT_EQ(crlfLines(defaultLog(t)).value(2),
+    EXPECT_EQ(crlfLines(defaultLog()).value(2),
               QStringLiteral("Error 6 in arena-steward::Code.CreateJediConfiguration(Function) (arena-steward):"));
 
     // The information box of an untagged routine takes the same source as its title.
