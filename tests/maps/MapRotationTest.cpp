@@ -134,6 +134,12 @@ TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
     setStart(0);
     EXPECT_EQ(marks(), QStringLiteral("*"));
     EXPECT_EQ(grid().tag(), QStringLiteral("0"));
+
+    rows({"b"});
+    grid().setTag(QStringLiteral("2")); // exactly one past the last row: skipped, no error
+    setStart(1);
+    EXPECT_EQ(marks(), QStringLiteral("**")) << "the first row's mark stays, as the Tag didn't name it";
+    EXPECT_TRUE(t.prompts.shown.back().request.text.startsWith(QStringLiteral("b has been set")));
 }
 
 TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)

@@ -115,6 +115,7 @@ TEST(Registry, NoPrefixOrNoRecordGivesAnEmptyTextAndNoBox)
     EXPECT_EQ(GetInstallPath(*t.app, {bare.path, QString()}), QString());
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(mapWindowsPath(QStringLiteral("\\\\server\\share"), bare.path), QString());
+    EXPECT_EQ(mapWindowsPath(QStringLiteral("C:"), bare.path), bare.drive()) << "a drive alone is its root";
 }
 
 TEST(Registry, AKeyLineEndingInABackslashKeepsItInTheKeysName)
