@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -64,6 +65,9 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_EQ(progress.activity, QStringLiteral("Done"));
     EXPECT_EQ(progress.value, 0);
     EXPECT_EQ(progress.maximum, 4);
+    std::vector<int> counted; // the bar moves one step for each archive
+    std::copy_if(progress.values.begin(), progress.values.end(), std::back_inserter(counted), [](int v) { return v; });
+    EXPECT_EQ(counted, (std::vector<int>{1, 2, 3, 4}));
 
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_EQ(pictures(), (QStringList{QStringLiteral("duel_pit.bmp"), QStringLiteral("ffa_bespin.jpg"),
