@@ -1,4 +1,5 @@
 #include "model/ServerProfile.h"
+#include "testkit/Printers.h"
 #include "support/Errors.h"
 
 #include <gtest/gtest.h>
@@ -67,4 +68,17 @@ TEST(ServerProfile, TheTypedNamesAndTheTableNameTheSameFields)
     EXPECT_EQ(F::txtServerConfig(12).key(), QStringLiteral("txtServerConfig(12)"));
     EXPECT_EQ(F::cboStartingMap.key(), QStringLiteral("cboStartingMap"));
     EXPECT_EQ(&p.field(F::txtServerConfig(12)), p.findByName(QStringLiteral("txtServerConfig"), 12));
+}
+
+// The five master boxes are numbered for the user from 1, as are the cvars in their Tags.
+TEST(ServerProfile, TheMasterBoxesAreNumberedFromOne)
+{
+    QStringList shown;
+    for (const FieldDefinition& d : profileFieldTable())
+        if (d.name.startsWith(QLatin1String("txtMaster")))
+            shown << d.name + QLatin1Char(' ') + d.caption + QLatin1Char(' ') + d.tag;
+    EXPECT_EQ(shown,
+              (QStringList{QStringLiteral("txtMaster1 &1. sv_master1"), QStringLiteral("txtMaster2 &2. sv_master2"),
+                           QStringLiteral("txtMaster3 &3. sv_master3"), QStringLiteral("txtMaster4 &4. sv_master4"),
+                           QStringLiteral("txtMaster5 &5. sv_master5")}));
 }
