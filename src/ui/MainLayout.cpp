@@ -1,6 +1,7 @@
 #include "ui/MainLayout.h"
 
 #include "model/Constants.h"
+#include "model/KeyRules.h"
 
 namespace steward {
 
@@ -383,17 +384,10 @@ QStringList commandBarButtons()
 
 bool isNarrowTextField(const QString& name)
 {
-    static const QStringList narrow = {
-        QStringLiteral("txtServerConfigSpin"), QStringLiteral("txtSpeed"),
-        QStringLiteral("txtGameLimits"),       QStringLiteral("txtForceReGen"),
-        QStringLiteral("txtMaxHolocronCarry"), QStringLiteral("txtMaxForceRank"),
-        QStringLiteral("txtKnockBack"),        QStringLiteral("txtMapTimeOut"),
-        QStringLiteral("txtWeaponEnhancer"),   QStringLiteral("txtWeapRespawn"),
-        QStringLiteral("txtAdvancedSaber"),    QStringLiteral("txtBOTThinkTime"),
-        QStringLiteral("txtMsgTimer"),         QStringLiteral("txtRestartLimit"),
-        QStringLiteral("txtRestartWindow"),
-    };
-    return narrow.contains(name) || isMaskField(name);
+    // The boxes that take digits only, and a few more that hold short numbers.
+    static const QStringList alsoNarrow = {QStringLiteral("txtAdvancedSaber"), QStringLiteral("txtBOTThinkTime"),
+                                           QStringLiteral("txtMsgTimer")};
+    return textBoxKeyRules(name).characterFilter || alsoNarrow.contains(name) || isMaskField(name);
 }
 
 bool isMaskField(const QString& name)
