@@ -6,6 +6,7 @@
 #include "model/ServerProfile.h"
 #include "support/ErrorBox.h"
 #include "support/ProductText.h"
+#include "testkit/Golden.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 
@@ -30,47 +31,7 @@ QString sets(const char* key, const char* value) { return QStringLiteral("sets \
 
 /// The file that a fresh profile gives as a Listen server whose rotation starts with
 /// ffa_bespin.
-QStringList defaultFile()
-{
-    const QString slashes(63, QLatin1Char('/'));
-    // clang-format off
-    return {L("// JK2 Server Configuration File"), slashes,
-            L("// File Created by: Arena Steward ver: JUNE 13 2002 beta 1.4"),
-            L("// File Created On: Thursday, June 13, 2002 at 9:05 PM"), L("// arena.steward@example.org"), slashes, {},
-            L("// This file is automatically executed by jk2mvded"), {}, {},
-            seta("g_motd", "Frag the weak, hurdle the dead..."), sets("Config File", "Luke"), seta("sv_hostname", ""),
-            sets("Admin E-Mail", "arena.steward@example.org"), sets("URL", "http://www.jk2files.com"),
-            sets("Hours", "Now and Then"), sets("IRC", "#JK2 @ irc.quakenet.org"), L("//seta net_port \"28070\""),
-            seta("sv_privatePassword", ""), seta("rconPassword", ""), seta("g_needpass", "0"), seta("g_password", ""),
-            sets(".Configured By", "Arena Steward: JUNE 13 2002 beta 1.4"), {},
-            seta("sv_maxclients", "12"), seta("sv_privateClients", "0"), seta("sv_maxPing", "0"),
-            seta("g_inactivity", "360"), seta("com_HunkMegs", "32"), seta("sv_minclients", "0"),
-            seta("sv_maxRate", "5000"), seta("sv_minPing", "0"), seta("g_forcerespawn", "3"), seta("sv_fps", "50"),
-            seta("com_zoneMegs", "16"), seta("com_SoundMegs", "16"), seta("sv_reconnectlimit", "3"),
-            seta("g_warmup", "20"), seta("sv_zombietime", "30"), seta("g_maxGameClients", "0"),
-            seta("g_minGameClients", "0"), L("//Advanced Saber Begin//"), seta("g_saberboxtracesize", "2"),
-            seta("g_saberdmgvelocityscale", "0"), seta("g_saberdmgdelay_idle", "350"),
-            seta("g_saberdmgdelay_wound", "0"), seta("g_saberghoul2collision", "1"),
-            seta("g_sabertracesaberfirst", "1"), seta("_saberalwaysboxtrace", "1"), L("//Advanced Saber End//"),
-            seta("g_gravity", "800"), seta("g_speed", "250"), seta("g_timeouttospec", "70"),
-            seta("g_maxForceRank", "0"), seta("g_ForceRegenTime", "200"), seta("sv_timeout", "300"),
-            seta("g_maxHolocronCarry", "3"), seta("g_weaponrespawn", "5"), seta("g_allowvote", "0"),
-            seta("sv_allowDownload", "0"), seta("sv_allowAnonymous", "0"), seta("g_doWarmup", "0"),
-            seta("sv_floodProtect", "0"), seta("g_friendlyfire", "0"), seta("g_teamForceBalance", "0"),
-            seta("g_forceBasedTeams", "0"), seta("sv_pure", "0"), seta("g_synchronousclients", "0"),
-            seta("g_teamAutoJoin", "0"), seta("g_privateDuel", "0"), seta("g_adaptrespawn", "0"),
-            seta("g_smoothClients", "0"), seta("sv_padPackets", "0"), seta("g_saberLocking", "0"),
-            seta("g_friendlySaber", "0"), seta("g_forcePowerDisable", "0"), seta("g_jediVmerc", "0"),
-            L("seta g_weaponDisable \"0\" // Weapons Disabled"),
-            L("seta g_forcePowerDisable \"0\" // Force Power Disabled"), seta("dmflags", "0"), seta("logfile", "3"),
-            seta("g_log", "games.log"), seta("g_statLog", "5"), seta("g_log", "games.log"), {},
-            seta("fraglimit", "0"), seta("timelimit", "20"), seta("capturelimit", "0"), seta("duel_fraglimit", "1"), {},
-            L("// ZoneMegs = 16"), L("// HunkMegs = 32"), L("// SoundMegs = 16"), L("// IP = "), L("// Port = 28070"), {},
-            L("//----------------"), L("//#### THE FOLLOWING KICKS THE SERVER INTO GEAR ####"), L("//----------------"), {},
-            L("g_autoMapCycle \"0\""), L("Map ffa_bespin"), L("exec \"jediMaps.cfg\""), L("//"),
-            L("writeconfig jk2mpconfig.cfg"), L("wait"), L("//EOF")};
-    // clang-format on
-}
+QStringList defaultFile() { return goldenLines(QStringLiteral("generate/luke.cfg")); }
 
 /// One line of the expected file exchanged for none, one or several.
 struct Change {
