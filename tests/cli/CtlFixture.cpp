@@ -17,7 +17,7 @@ CtlFixture::CtlFixture()
     system.blockingWait = &t.blockingWait;
     system.programFolder = t.programFolder();
     system.settingsFile = t.storeFile();
-    system.unitFolder = t.root() + QStringLiteral("/units");
+    system.unitFolder = t.root() + u"/units"_s;
     system.ownProgram = QStringLiteral(STEWARD_CTL_PROGRAM);
     system.out = &m_out;
     system.err = &m_err;
@@ -31,7 +31,7 @@ int CtlFixture::ctl(const QStringList& arguments)
 {
     out.clear();
     err.clear();
-    const int code = runCtl(QStringList{QStringLiteral("arena-stewardctl")} + arguments, system);
+    const int code = runCtl(QStringList{u"arena-stewardctl"_s} + arguments, system);
     m_out.flush();
     m_err.flush();
     return code;
@@ -40,31 +40,30 @@ int CtlFixture::ctl(const QStringList& arguments)
 void CtlFixture::serverSettings(ServerProfile& profile)
 {
     profile.setValue(F::chkServerType(1), 1);
-    profile.setText(F::txtServerConfig(1), QStringLiteral("Duel Arena"));
-    profile.setText(F::txtServerConfig(2), QStringLiteral("Steward Test Arena"));
-    profile.setText(F::txtServerConfig(12), QStringLiteral("28070"));
-    profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
-    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("ffa_bespin")}, {QStringLiteral("ffa_deathstar")}});
-    profile.setStartingMap(QStringLiteral("ffa_bespin"));
+    profile.setText(F::txtServerConfig(1), u"Duel Arena"_s);
+    profile.setText(F::txtServerConfig(2), u"Steward Test Arena"_s);
+    profile.setText(F::txtServerConfig(12), u"28070"_s);
+    profile.setText(F::txtServerConfig(14), u"secret"_s);
+    profile.field(F::lsvMapRotation).setRows({{u"ffa_bespin"_s}, {u"ffa_deathstar"_s}});
+    profile.setStartingMap(u"ffa_bespin"_s);
     // A saved cycle names its own starting map, which the settings file keeps.
     writeFile(savedCycle(), "set m1 \"map ffa_bespin\"\r\nvstr m1\r\n//ffa_bespin\r\n");
     profile.setValue(F::chkUseINI, 1);
     profile.setText(F::txtServerINI, savedCycle());
     profile.setValue(F::chkBOTs(0), 1);
     profile.setValue(F::chkBOTs(5), 1);
-    appendRosterBot(profile, {QStringLiteral("Kyle"), QStringLiteral("Hardcore"), QStringLiteral("RED"),
-                              QStringLiteral("kyle"), QStringLiteral("50")});
+    appendRosterBot(profile, {u"Kyle"_s, u"Hardcore"_s, u"RED"_s, u"kyle"_s, u"50"_s});
 }
 
-QString CtlFixture::savedCycle() const { return t.root() + QStringLiteral("/saved.cfg"); }
+QString CtlFixture::savedCycle() const { return t.root() + u"/saved.cfg"_s; }
 
 void CtlFixture::saveAsTheWindow(ServerProfile& profile)
 {
     SaveMainSettings(*t.app, profile);
     saveLastBots(*t.app, profile);
-    t.store->SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
-    t.store->SaveSetting(QStringLiteral("PathToServer"), t.app->serverExecutable);
-    t.store->SaveSetting(QStringLiteral("RunOnce"), QStringLiteral("1"));
+    t.store->SaveSetting(u"PathToJedi"_s, t.gameFolder());
+    t.store->SaveSetting(u"PathToServer"_s, t.app->serverExecutable);
+    t.store->SaveSetting(u"RunOnce"_s, u"1"_s);
 }
 
 QMap<QString, QByteArray> CtlFixture::baseFiles() const

@@ -23,16 +23,14 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kEngine = QStringLiteral("/usr/lib/ioquake3/ioq3ded");
-const QString kGameData = QStringLiteral("/usr/lib/openarena-server");
+const QString kEngine = u"/usr/lib/ioquake3/ioq3ded"_s;
+const QString kGameData = u"/usr/lib/openarena-server"_s;
 
-bool haveServer()
-{
-    return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir();
-}
+bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + u"/baseoa"_s).isDir(); }
 
 /// The server's status answer on the port, or an empty text when none comes in time.
 QByteArray askStatus(quint16 port, int ms)
@@ -61,8 +59,8 @@ protected:
         }
         // The stand-in for the game's server: the engine on the game folder, its output
         // left to the watcher.
-        t.app->serverExecutable = QStringLiteral("q3server");
-        const QString script = t.gameFolder() + QStringLiteral("q3server");
+        t.app->serverExecutable = u"q3server"_s;
+        const QString script = t.gameFolder() + u"q3server"_s;
         writeFile(script,
                   QStringLiteral("#!/bin/sh\n"
                                  "exec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
@@ -79,15 +77,15 @@ protected:
             run.kill();
             run.waitForFinished();
         }
-        for (const QString& id : {QStringLiteral("duel_arena"), QStringLiteral("ffa"), QStringLiteral("duel")})
+        for (const QString& id : {u"duel_arena"_s, u"ffa"_s, u"duel"_s})
             if (const auto state = readWatchState(folder(id).stateFile()))
                 signalProcess(state->server, SIGKILL);
     }
 
     /// The folder of a session's or a profile's server, where the child `run` keeps it.
-    ServerFolder folder(const QString& id = QStringLiteral("duel_arena")) const
+    ServerFolder folder(const QString& id = u"duel_arena"_s) const
     {
-        return ServerFolder(t.root() + QStringLiteral("/data/ArenaSteward"), id);
+        return ServerFolder(t.root() + u"/data/ArenaSteward"_s, id);
     }
 
     /// `run` with these options as a child, on the test's folders and without a display.
@@ -96,16 +94,15 @@ protected:
     {
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(program, QStringList{QStringLiteral("run")} + options +
-                                   QStringList{QStringLiteral("--restart-delay"), QStringLiteral("1")});
+        process.start(program, QStringList{u"run"_s} + options + QStringList{u"--restart-delay"_s, u"1"_s});
         ASSERT_TRUE(process.waitForStarted());
     }
 
     QProcessEnvironment childEnvironment() const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), t.root() + QStringLiteral("/data"));
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), t.root() + QStringLiteral("/config"));
+        environment.insert(u"XDG_DATA_HOME"_s, t.root() + u"/data"_s);
+        environment.insert(u"XDG_CONFIG_HOME"_s, t.root() + u"/config"_s);
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QString::fromLatin1(name));
         return environment;
@@ -119,13 +116,13 @@ protected:
         profile.setValue(F::chkBOTs(0), 0);
         profile.setValue(F::chkUseINI, 0);
         profile.setText(F::txtServerConfig(12), QString::number(port));
-        profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
-        profile.setStartingMap(QStringLiteral("oa_dm1"));
+        profile.field(F::lsvMapRotation).setRows({{u"oa_dm1"_s}, {u"oa_dm2"_s}});
+        profile.setStartingMap(u"oa_dm1"_s);
         profile.setValue(F::chkRestartServer, 1);
         profile.setText(F::txtRestartLimit, QString::number(limit));
-        config = t.root() + QStringLiteral("/watched.asc");
+        config = t.root() + u"/watched.asc"_s;
         writeConfigurationFile(config, profileSettings(*t.app, profile));
-        watch(run, system.ownProgram, {QStringLiteral("--config"), config}, childEnvironment());
+        watch(run, system.ownProgram, {u"--config"_s, config}, childEnvironment());
     }
 
     /// The server recorded in the folder once it runs with another process than before
@@ -152,7 +149,7 @@ protected:
 
     QStringList crashLogs() const
     {
-        return QDir(folder().path()).entryList({QStringLiteral("crash-*.log")}, QDir::Files, QDir::Name);
+        return QDir(folder().path()).entryList({u"crash-*.log"_s}, QDir::Files, QDir::Name);
     }
 
     quint16 port = 0;
@@ -179,7 +176,7 @@ TEST_F(WatchedRealServer, ACrashedServerAnswersAgainAndSigtermLeavesNoServer)
     EXPECT_TRUE(askStatus(port, 2000).contains("\\sv_hostname\\Steward Test Arena\\"));
 
     ASSERT_EQ(crashLogs().size(), 1);
-    const QByteArray log = fileBytes(folder().path() + QLatin1Char('/') + crashLogs().first());
+    const QByteArray log = fileBytes(folder().path() + u'/' + crashLogs().first());
     EXPECT_TRUE(log.startsWith("The server crashed: ")) << log.toStdString();
     EXPECT_TRUE(log.contains("signal 11")) << log.toStdString();
     const auto state = readWatchState(folder().stateFile());
@@ -190,7 +187,7 @@ TEST_F(WatchedRealServer, ACrashedServerAnswersAgainAndSigtermLeavesNoServer)
     ASSERT_TRUE(run.waitForFinished(5000));
     EXPECT_EQ(run.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(run.exitCode(), 0) << run.readAll().toStdString();
-    EXPECT_EQ(readWatchState(folder().stateFile())->stoppedReason, QStringLiteral("Stopped"));
+    EXPECT_EQ(readWatchState(folder().stateFile())->stoppedReason, u"Stopped"_s);
 }
 
 TEST_F(WatchedRealServer, TheCrashPastTheLimitLeavesItStoppedAndStatusSaysWhy)
@@ -209,9 +206,9 @@ TEST_F(WatchedRealServer, TheCrashPastTheLimitLeavesItStoppedAndStatusSaysWhy)
     EXPECT_TRUE(waitForEnd(server, 5000));
     EXPECT_EQ(crashLogs().size(), 3);
 
-    system.programFolder = t.root() + QStringLiteral("/data/ArenaSteward");
-    EXPECT_EQ(ctl({QStringLiteral("status"), QStringLiteral("--config"), config}), 3) << err.toStdString();
-    EXPECT_EQ(out, QStringLiteral("duel_arena.cfg: Stopped after 3 crashes in 10 minutes\n"));
+    system.programFolder = t.root() + u"/data/ArenaSteward"_s;
+    EXPECT_EQ(ctl({u"status"_s, u"--config"_s, config}), 3) << err.toStdString();
+    EXPECT_EQ(out, u"duel_arena.cfg: Stopped after 3 crashes in 10 minutes\n"_s);
 }
 
 namespace {
@@ -220,8 +217,8 @@ namespace {
 /// Defaults store them, in the profile's own settings file.
 void saveProfile(TestApp& t, const QString& name, quint16 port, const QString& host, const QStringList& maps)
 {
-    const QString cycle = name + QStringLiteral("_cycle.cfg");
-    writeFile(t.baseFolder() + QLatin1Char('/') + cycle,
+    const QString cycle = name + u"_cycle.cfg"_s;
+    writeFile(t.baseFolder() + u'/' + cycle,
               QStringLiteral("set m1 \"map %1;set nextmap vstr m2\"\r\nset m2 \"map %2;set nextmap vstr m1\"\r\n"
                              "vstr m1\r\n//%1\r\n")
                   .arg(maps.at(0), maps.at(1))
@@ -231,20 +228,19 @@ void saveProfile(TestApp& t, const QString& name, quint16 port, const QString& h
     profile.setText(F::txtServerConfig(1), name);
     profile.setText(F::txtServerConfig(2), host);
     profile.setText(F::txtServerConfig(12), QString::number(port));
-    profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
+    profile.setText(F::txtServerConfig(14), u"secret"_s);
     // The store gives an empty address box back as one blank, which the engine can't bind.
-    profile.setText(F::txtServerConfig(16), QStringLiteral("127.0.0.1"));
+    profile.setText(F::txtServerConfig(16), u"127.0.0.1"_s);
     profile.setValue(F::chkSendMessage, 0);
     profile.setValue(F::chkUseINI, 1);
-    profile.setText(F::txtServerINI, t.baseFolder() + QLatin1Char('/') + cycle);
+    profile.setText(F::txtServerINI, t.baseFolder() + u'/' + cycle);
     profile.setValue(F::chkRestartServer, 1);
     AppContext onFile = *t.app;
-    IniSettingsStore store(t.root() + QStringLiteral("/config/ArenaSteward/profiles/") + name +
-                           QStringLiteral(".conf"));
+    IniSettingsStore store(t.root() + u"/config/ArenaSteward/profiles/"_s + name + u".conf"_s);
     onFile.services.store = &store;
     SaveMainSettings(onFile, profile);
-    store.SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
-    store.SaveSetting(QStringLiteral("PathToServer"), t.app->serverExecutable);
+    store.SaveSetting(u"PathToJedi"_s, t.gameFolder());
+    store.SaveSetting(u"PathToServer"_s, t.app->serverExecutable);
 }
 
 /// What the server prints for an rcon command.
@@ -267,17 +263,15 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
 {
     const quint16 ffaPort = port;
     const quint16 duelPort = static_cast<quint16>(port + 1);
-    saveProfile(t, QStringLiteral("ffa"), ffaPort, QStringLiteral("Profile FFA"),
-                {QStringLiteral("oa_dm1"), QStringLiteral("oa_dm2")});
-    saveProfile(t, QStringLiteral("duel"), duelPort, QStringLiteral("Profile Duel"),
-                {QStringLiteral("oa_dm3"), QStringLiteral("oa_dm4")});
+    saveProfile(t, u"ffa"_s, ffaPort, u"Profile FFA"_s, {u"oa_dm1"_s, u"oa_dm2"_s});
+    saveProfile(t, u"duel"_s, duelPort, u"Profile Duel"_s, {u"oa_dm3"_s, u"oa_dm4"_s});
 
     QProcess duel;
-    watch(run, system.ownProgram, {QStringLiteral("--profile"), QStringLiteral("ffa")}, childEnvironment());
-    watch(duel, system.ownProgram, {QStringLiteral("--profile"), QStringLiteral("duel")}, childEnvironment());
-    const ServerFolder ffaFolder = folder(QStringLiteral("ffa"));
+    watch(run, system.ownProgram, {u"--profile"_s, u"ffa"_s}, childEnvironment());
+    watch(duel, system.ownProgram, {u"--profile"_s, u"duel"_s}, childEnvironment());
+    const ServerFolder ffaFolder = folder(u"ffa"_s);
     const ProcessIdentity ffaServer = answering(ffaFolder, ffaPort, {}, 30000, run);
-    const ProcessIdentity duelServer = answering(folder(QStringLiteral("duel")), duelPort, {}, 30000, duel);
+    const ProcessIdentity duelServer = answering(folder(u"duel"_s), duelPort, {}, 30000, duel);
     if (ffaServer.isNull() || duelServer.isNull()) {
         ::kill(static_cast<pid_t>(run.processId()), SIGTERM);
         ::kill(static_cast<pid_t>(duel.processId()), SIGTERM);
@@ -301,14 +295,14 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     EXPECT_TRUE(rcon(duelPort, "m2").contains("map oa_dm4"));
 
     // Listed one line a profile.
-    system.settingsFile = t.root() + QStringLiteral("/config/ArenaSteward/ArenaSteward.conf");
-    system.programFolder = t.root() + QStringLiteral("/data/ArenaSteward");
+    system.settingsFile = t.root() + u"/config/ArenaSteward/ArenaSteward.conf"_s;
+    system.programFolder = t.root() + u"/data/ArenaSteward"_s;
     writeFile(system.settingsFile, "[_Steward]\n");
-    EXPECT_EQ(ctl({QStringLiteral("status")}), 0) << err.toStdString();
-    EXPECT_TRUE(out.contains(QRegularExpression(QStringLiteral("^duel +%1 +Running since ").arg(duelPort),
-                                                QRegularExpression::MultilineOption)))
+    EXPECT_EQ(ctl({u"status"_s}), 0) << err.toStdString();
+    EXPECT_TRUE(out.contains(
+        QRegularExpression(u"^duel +%1 +Running since "_s.arg(duelPort), QRegularExpression::MultilineOption)))
         << out.toStdString();
-    EXPECT_TRUE(out.contains(QRegularExpression(QStringLiteral("^ffa +%1 +Running since .* 1 restart").arg(ffaPort),
+    EXPECT_TRUE(out.contains(QRegularExpression(u"^ffa +%1 +Running since .* 1 restart"_s.arg(ffaPort),
                                                 QRegularExpression::MultilineOption)))
         << out.toStdString();
 

@@ -15,6 +15,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,13 +32,13 @@ protected:
         FakeFormLoadHost form;
         MainFormLoad(*t.app, profile, form);
         if (!profile.isSet(F::chkUseINI))
-            profile.setStartingMap(QStringLiteral("ffa_bespin")); // as ID_SetStartingMap sets it
+            profile.setStartingMap(u"ffa_bespin"_s); // as ID_SetStartingMap sets it
         FakeWindowHost windows(*t.app);
         cmdOk_Click(*t.app, profile, windows);
-        ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+        ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(u'|').toStdString();
     }
 
-    ServerFolder folder() const { return ServerFolder(t.programFolder(), QStringLiteral("duel_arena")); }
+    ServerFolder folder() const { return ServerFolder(t.programFolder(), u"duel_arena"_s); }
 };
 
 } // namespace
@@ -48,16 +49,15 @@ TEST_F(CtlStart, WritesWhatOkWritesAndStartsWhatOkStarts)
     ASSERT_EQ(t.launcher.started.size(), 1u);
     const LaunchRequest byWindow = t.launcher.started.front();
     const auto windowFiles = baseFiles();
-    ASSERT_TRUE(windowFiles.contains(QStringLiteral("duel_arena.cfg")));
-    ASSERT_TRUE(windowFiles.contains(QStringLiteral("BOTFile.cfg")));
+    ASSERT_TRUE(windowFiles.contains(u"duel_arena.cfg"_s));
+    ASSERT_TRUE(windowFiles.contains(u"BOTFile.cfg"_s));
 
     clearBase();
-    ASSERT_EQ(ctl({QStringLiteral("start")}), 0) << err.toStdString();
+    ASSERT_EQ(ctl({u"start"_s}), 0) << err.toStdString();
     ASSERT_EQ(t.launcher.started.size(), 2u);
     const LaunchRequest byCtl = t.launcher.started.back();
     EXPECT_EQ(byCtl.program, byWindow.program);
-    EXPECT_EQ(byCtl.arguments.join(QLatin1Char('|')).toStdString(),
-              byWindow.arguments.join(QLatin1Char('|')).toStdString());
+    EXPECT_EQ(byCtl.arguments.join(u'|').toStdString(), byWindow.arguments.join(u'|').toStdString());
     EXPECT_EQ(byCtl.workingFolder, byWindow.workingFolder);
     const auto ctlFiles = baseFiles();
     EXPECT_EQ(ctlFiles.keys(), windowFiles.keys());
@@ -70,7 +70,7 @@ TEST_F(CtlStart, AWatchedOkStartsTheWatcherOnWhatItStarted)
 {
     okInTheWindow([](ServerProfile& settings) {
         settings.setValue(F::chkRestartServer, 1);
-        settings.setText(F::txtRestartLimit, QStringLiteral("3"));
+        settings.setText(F::txtRestartLimit, u"3"_s);
         settings.setValue(F::chkSendMessage, 1);
     });
     const auto windowFiles = baseFiles();
@@ -78,26 +78,23 @@ TEST_F(CtlStart, AWatchedOkStartsTheWatcherOnWhatItStarted)
     ASSERT_EQ(t.launcher.started.size(), 1u);
     const LaunchRequest watcher = t.launcher.started.front();
     EXPECT_EQ(watcher.program, system.ownProgram);
-    EXPECT_EQ(watcher.arguments,
-              QStringList({QStringLiteral("run"), QStringLiteral("--config"), folder().startedConfiguration(),
-                           QStringLiteral("--roster"), folder().startedRoster(), QStringLiteral("--no-messages")}));
+    EXPECT_EQ(watcher.arguments, QStringList({u"run"_s, u"--config"_s, folder().startedConfiguration(), u"--roster"_s,
+                                              folder().startedRoster(), u"--no-messages"_s}));
     // The settings it started with hold passwords.
     EXPECT_EQ(QFileInfo(folder().startedConfiguration()).permissions() & 0x0077, 0);
     const auto started = readConfigurationFile(folder().startedConfiguration());
-    EXPECT_TRUE(started.contains({QStringLiteral("RestartLimit"), QStringLiteral("3")}));
-    EXPECT_TRUE(started.contains({QStringLiteral("PathToJedi"), t.gameFolder()}));
+    EXPECT_TRUE(started.contains({u"RestartLimit"_s, u"3"_s}));
+    EXPECT_TRUE(started.contains({u"PathToJedi"_s, t.gameFolder()}));
 
     // What the watcher runs from that file is what OK wrote: the same files.
     QFile::remove(t.storeFile());
-    QFile::remove(t.programFolder() + QStringLiteral("/lastbots.csv"));
+    QFile::remove(t.programFolder() + u"/lastbots.csv"_s);
     clearBase();
-    ASSERT_EQ(ctl({QStringLiteral("start"), QStringLiteral("--config"), watcher.arguments.at(2),
-                   QStringLiteral("--roster"), watcher.arguments.at(4)}),
-              0)
+    ASSERT_EQ(ctl({u"start"_s, u"--config"_s, watcher.arguments.at(2), u"--roster"_s, watcher.arguments.at(4)}), 0)
         << err.toStdString();
     EXPECT_EQ(baseFiles(), windowFiles);
     // Here the watcher started by start sends the messages itself.
-    EXPECT_FALSE(t.launcher.started.back().arguments.contains(QStringLiteral("--no-messages")));
+    EXPECT_FALSE(t.launcher.started.back().arguments.contains(u"--no-messages"_s));
 }
 
 TEST_F(CtlStart, TheWindowsSettingsAloneHoldNoStartingMapAndSaySoWithTheWayOut)
@@ -106,27 +103,26 @@ TEST_F(CtlStart, TheWindowsSettingsAloneHoldNoStartingMapAndSaySoWithTheWayOut)
     // refused as OK refuses them after a restart of the window.
     const auto rotationAlone = [](ServerProfile& settings) { settings.setValue(F::chkUseINI, 0); };
     saveSettings(rotationAlone);
-    EXPECT_EQ(ctl({QStringLiteral("start")}), 2);
-    EXPECT_EQ(err, QStringLiteral("No Starting map has been selected\n"));
+    EXPECT_EQ(ctl({u"start"_s}), 2);
+    EXPECT_EQ(err, u"No Starting map has been selected\n"_s);
 
     // After a start from the window its settings are at hand.
     okInTheWindow(rotationAlone);
     clearBase();
-    EXPECT_EQ(ctl({QStringLiteral("start")}), 2);
-    EXPECT_TRUE(err.endsWith(QStringLiteral("are in %1: give them with --config to start that again\n")
-                                 .arg(folder().startedConfiguration())))
+    EXPECT_EQ(ctl({u"start"_s}), 2);
+    EXPECT_TRUE(err.endsWith(
+        u"are in %1: give them with --config to start that again\n"_s.arg(folder().startedConfiguration())))
         << err.toStdString();
-    EXPECT_EQ(ctl({QStringLiteral("start"), QStringLiteral("--config"), folder().startedConfiguration()}), 0)
-        << err.toStdString();
+    EXPECT_EQ(ctl({u"start"_s, u"--config"_s, folder().startedConfiguration()}), 0) << err.toStdString();
 }
 
 TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
 {
     using Settings = std::function<void(ServerProfile&)>;
     using Place = std::function<void(CtlStart&)>;
-    const QString start = QStringLiteral("start");
-    const QString profile = QStringLiteral("--profile");
-    const QString config = QStringLiteral("--config");
+    const QString start = u"start"_s;
+    const QString profile = u"--profile"_s;
+    const QString config = u"--config"_s;
     const struct {
         const char* name;
         QStringList arguments;
@@ -135,41 +131,32 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         Settings settings = {};
         Place place = {};
     } cases[] = {
-        {"unknown option", {QStringLiteral("--bogus"), start}, 64, "Unknown option 'bogus'"},
-        {"unknown command", {QStringLiteral("begin")}, 64, "Unknown command: begin"},
+        {"unknown option", {u"--bogus"_s, start}, 64, "Unknown option 'bogus'"},
+        {"unknown command", {u"begin"_s}, 64, "Unknown command: begin"},
         {"no command", {}, 64, "No command given."},
-        {"two commands", {start, QStringLiteral("stop")}, 64, "One command at a time"},
-        {"bad delay",
-         {QStringLiteral("run"), QStringLiteral("--restart-delay"), QStringLiteral("soon")},
-         64,
-         "--restart-delay"},
-        {"bad profile name",
-         {start, profile, QStringLiteral("../x")},
-         64,
-         "A profile name is 1 to 32 letters, digits, - and _"},
-        {"missing profile", {start, profile, QStringLiteral("ctf")}, 2, "There is no profile named ctf"},
+        {"two commands", {start, u"stop"_s}, 64, "One command at a time"},
+        {"bad delay", {u"run"_s, u"--restart-delay"_s, u"soon"_s}, 64, "--restart-delay"},
+        {"bad profile name", {start, profile, u"../x"_s}, 64, "A profile name is 1 to 32 letters, digits, - and _"},
+        {"missing profile", {start, profile, u"ctf"_s}, 2, "There is no profile named ctf"},
         {"missing settings file",
          {start},
          2,
          "No settings in",
          {},
          [](CtlStart& f) { QFile::remove(f.t.storeFile()); }},
-        {"missing configuration",
-         {start, config, QStringLiteral("/nowhere/x.asc")},
-         2,
-         "Could not find /nowhere/x.asc"},
+        {"missing configuration", {start, config, u"/nowhere/x.asc"_s}, 2, "Could not find /nowhere/x.asc"},
         {"configuration that doesn't parse",
-         {start, config, QStringLiteral("@/bad.asc")},
+         {start, config, u"@/bad.asc"_s},
          2,
          "The configuration file ends in the middle of a setting",
          {},
-         [](CtlStart& f) { writeFile(f.t.root() + QStringLiteral("/bad.asc"), "MsgOn,1\r\nLone"); }},
+         [](CtlStart& f) { writeFile(f.t.root() + u"/bad.asc"_s, "MsgOn,1\r\nLone"); }},
         {"missing executable",
          {start},
          2,
          "Could not find the server executable",
          {},
-         [](CtlStart& f) { f.t.store->SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("gone")); }},
+         [](CtlStart& f) { f.t.store->SaveSetting(u"PathToServer"_s, u"gone"_s); }},
         // /proc/self takes no new file from anyone, root included.
         {"unwritable base folder",
          {start},
@@ -178,7 +165,7 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
          {},
          [](CtlStart& f) {
              QDir(f.t.baseFolder()).removeRecursively();
-             QFile::link(QStringLiteral("/proc/self"), f.t.baseFolder());
+             QFile::link(u"/proc/self"_s, f.t.baseFolder());
          }},
         {"no maps",
          {start},
@@ -206,22 +193,22 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
          {start},
          2,
          "Arena Steward does not support adding BOT's to a password enabled server\neither uncheck",
-         [](ServerProfile& p) { p.setText(F::txtServerConfig(15), QStringLiteral("door")); }},
+         [](ServerProfile& p) { p.setText(F::txtServerConfig(15), u"door"_s); }},
         {"a restart limit of 0",
          {start},
          2,
          "The restart limit must be a whole number from 1 to 1000",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);
-             p.setText(F::txtRestartLimit, QStringLiteral("0"));
+             p.setText(F::txtRestartLimit, u"0"_s);
          }},
         {"a restart window of letters",
-         {QStringLiteral("run")},
+         {u"run"_s},
          2,
          "The restart window must be a whole number of minutes from 1 to 1440",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);
-             p.setText(F::txtRestartWindow, QStringLiteral("ten"));
+             p.setText(F::txtRestartWindow, u"ten"_s);
          }},
     };
     for (const auto& c : cases) {
@@ -232,7 +219,7 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         if (c.place)
             c.place(*this);
         QStringList arguments = c.arguments;
-        arguments.replaceInStrings(QStringLiteral("@"), t.root());
+        arguments.replaceInStrings(u"@"_s, t.root());
 
         EXPECT_EQ(ctl(arguments), c.exitCode);
         EXPECT_TRUE(err.contains(QString::fromUtf8(c.says))) << err.toStdString();
@@ -241,7 +228,7 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         if (QFileInfo(t.baseFolder()).isSymLink())
             QFile::remove(t.baseFolder());
         else
-            EXPECT_TRUE(baseFiles().isEmpty()) << QStringList(baseFiles().keys()).join(QLatin1Char(' ')).toStdString();
+            EXPECT_TRUE(baseFiles().isEmpty()) << QStringList(baseFiles().keys()).join(u' ').toStdString();
     }
 }
 
@@ -252,9 +239,9 @@ TEST_F(CtlStart, ASecondWatcherOfTheSameSessionIsRefused)
     QLockFile held(folder().lockFile());
     ASSERT_TRUE(held.tryLock(0));
 
-    EXPECT_EQ(ctl({QStringLiteral("run")}), 2);
-    EXPECT_TRUE(err.contains(QStringLiteral("The server of duel_arena.cfg is already watched by process %1")
-                                 .arg(QCoreApplication::applicationPid())))
+    EXPECT_EQ(ctl({u"run"_s}), 2);
+    EXPECT_TRUE(err.contains(
+        u"The server of duel_arena.cfg is already watched by process %1"_s.arg(QCoreApplication::applicationPid())))
         << err.toStdString();
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_TRUE(baseFiles().isEmpty());

@@ -12,6 +12,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,7 +34,7 @@ protected:
     /// A process that stands in for a running server.
     ProcessIdentity startSleeper()
     {
-        sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        sleeper.start(u"sleep"_s, {u"30"_s});
         sleeper.waitForStarted();
         return identifyProcess(sleeper.processId());
     }
@@ -41,8 +42,8 @@ protected:
     void record(const ProcessIdentity& server, quint16 port = 28070)
     {
         WatchState state;
-        state.session = QStringLiteral("duel_arena.cfg");
-        state.host = QStringLiteral("127.0.0.1");
+        state.session = u"duel_arena.cfg"_s;
+        state.host = u"127.0.0.1"_s;
         state.port = port;
         state.server = server;
         state.phase = WatchState::Phase::Running;
@@ -50,7 +51,7 @@ protected:
         ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
     }
 
-    ServerFolder folder{t.programFolder(), QStringLiteral("duel_arena")};
+    ServerFolder folder{t.programFolder(), u"duel_arena"_s};
     QProcess sleeper;
 };
 
@@ -61,15 +62,15 @@ TEST_F(CtlState, AStalePidIsLeftAlone)
     const ProcessIdentity live = startSleeper();
     // The recorded process began at another moment: the pid now belongs to another one.
     record({live.pid, live.startTicks + 7});
-    for (const QString& command : {QStringLiteral("status"), QStringLiteral("stop")}) {
+    for (const QString& command : {u"status"_s, u"stop"_s}) {
         EXPECT_EQ(ctl({command}), 3) << command.toStdString();
-        EXPECT_TRUE(out.contains(QStringLiteral("Not running"))) << out.toStdString();
+        EXPECT_TRUE(out.contains(u"Not running"_s)) << out.toStdString();
     }
     EXPECT_TRUE(stillRuns(live));
-    EXPECT_EQ(ctl({QStringLiteral("status"), QStringLiteral("--json")}), 3);
+    EXPECT_EQ(ctl({u"status"_s, u"--json"_s}), 3);
     const QJsonObject json = QJsonDocument::fromJson(out.toUtf8()).object();
-    EXPECT_FALSE(json.value(QStringLiteral("running")).toBool());
-    EXPECT_FALSE(json.contains(QStringLiteral("pid")));
+    EXPECT_FALSE(json.value(u"running"_s).toBool());
+    EXPECT_FALSE(json.contains(u"pid"_s));
 }
 
 TEST_F(CtlState, StatusTellsTheAnswerOrTheSilenceAndStopEndsTheServer)
@@ -92,28 +93,26 @@ TEST_F(CtlState, StatusTellsTheAnswerOrTheSilenceAndStopEndsTheServer)
     const ProcessIdentity server = startSleeper();
     record(server, fake.localPort());
 
-    EXPECT_EQ(ctl({QStringLiteral("status")}), 0) << err.toStdString();
-    EXPECT_TRUE(out.startsWith(QStringLiteral("duel_arena.cfg: Running since "))) << out.toStdString();
-    EXPECT_TRUE(out.contains(QStringLiteral("Process: %1\n").arg(server.pid))) << out.toStdString();
-    EXPECT_TRUE(out.contains(QStringLiteral("Answer: Steward Test Arena · ffa_bespin · 1 player")))
-        << out.toStdString();
+    EXPECT_EQ(ctl({u"status"_s}), 0) << err.toStdString();
+    EXPECT_TRUE(out.startsWith(u"duel_arena.cfg: Running since "_s)) << out.toStdString();
+    EXPECT_TRUE(out.contains(u"Process: %1\n"_s.arg(server.pid))) << out.toStdString();
+    EXPECT_TRUE(out.contains(u"Answer: Steward Test Arena · ffa_bespin · 1 player"_s)) << out.toStdString();
 
-    EXPECT_EQ(ctl({QStringLiteral("status"), QStringLiteral("--json")}), 0);
+    EXPECT_EQ(ctl({u"status"_s, u"--json"_s}), 0);
     const QJsonObject json = QJsonDocument::fromJson(out.toUtf8()).object();
-    EXPECT_TRUE(json.value(QStringLiteral("running")).toBool());
-    EXPECT_EQ(json.value(QStringLiteral("pid")).toInteger(), server.pid);
-    EXPECT_EQ(json.value(QStringLiteral("answer")).toObject().value(QStringLiteral("map")).toString(),
-              QStringLiteral("ffa_bespin"));
+    EXPECT_TRUE(json.value(u"running"_s).toBool());
+    EXPECT_EQ(json.value(u"pid"_s).toInteger(), server.pid);
+    EXPECT_EQ(json.value(u"answer"_s).toObject().value(u"map"_s).toString(), u"ffa_bespin"_s);
 
     fake.close();
-    EXPECT_EQ(ctl({QStringLiteral("status"), QStringLiteral("--timeout"), QStringLiteral("200")}), 1);
-    EXPECT_TRUE(out.contains(QStringLiteral("Answer: none on port"))) << out.toStdString();
+    EXPECT_EQ(ctl({u"status"_s, u"--timeout"_s, u"200"_s}), 1);
+    EXPECT_TRUE(out.contains(u"Answer: none on port"_s)) << out.toStdString();
 
-    EXPECT_EQ(ctl({QStringLiteral("stop")}), 0) << err.toStdString();
+    EXPECT_EQ(ctl({u"stop"_s}), 0) << err.toStdString();
     EXPECT_TRUE(sleeper.waitForFinished(5000));
     EXPECT_FALSE(stillRuns(server));
-    EXPECT_EQ(ctl({QStringLiteral("status")}), 3);
-    EXPECT_EQ(out, QStringLiteral("duel_arena.cfg: Stopped\n"));
+    EXPECT_EQ(ctl({u"status"_s}), 3);
+    EXPECT_EQ(out, u"duel_arena.cfg: Stopped\n"_s);
 }
 
 namespace {
@@ -122,7 +121,7 @@ QByteArray systemdSays(const QString& unit)
 {
     QProcess verify;
     verify.setProcessChannelMode(QProcess::MergedChannels);
-    verify.start(QStringLiteral("systemd-analyze"), {QStringLiteral("verify"), unit});
+    verify.start(u"systemd-analyze"_s, {u"verify"_s, unit});
     if (!verify.waitForFinished(30000))
         return "systemd-analyze (Debian's systemd) is needed";
     return verify.exitCode() == 0 ? verify.readAll() : "exit code " + QByteArray::number(verify.exitCode());
@@ -131,39 +130,35 @@ QByteArray systemdSays(const QString& unit)
 
 TEST_F(CtlState, TheServiceUnitIsOneThatSystemdAccepts)
 {
-    writeFile(t.root() + QStringLiteral("/my 50% $server.asc"), "MsgOn,0\r\n");
-    for (const QStringList& extra :
-         {QStringList{}, QStringList{QStringLiteral("--config"), t.root() + QStringLiteral("/my 50% $server.asc")}}) {
-        ASSERT_EQ(ctl(QStringList{QStringLiteral("unit")} + extra), 0) << err.toStdString();
-        const QString unit = t.root() + QStringLiteral("/arena-steward.service");
+    writeFile(t.root() + u"/my 50% $server.asc"_s, "MsgOn,0\r\n");
+    for (const QStringList& extra : {QStringList{}, QStringList{u"--config"_s, t.root() + u"/my 50% $server.asc"_s}}) {
+        ASSERT_EQ(ctl(QStringList{u"unit"_s} + extra), 0) << err.toStdString();
+        const QString unit = t.root() + u"/arena-steward.service"_s;
         writeFile(unit, out.toUtf8());
-        EXPECT_TRUE(out.contains(QStringLiteral("ExecStart=") + system.ownProgram + QStringLiteral(" run")));
-        EXPECT_TRUE(out.contains(QStringLiteral("Restart=on-failure\n")));
-        EXPECT_TRUE(out.contains(QStringLiteral("StartLimitBurst=")));
+        EXPECT_TRUE(out.contains(u"ExecStart="_s + system.ownProgram + u" run"_s));
+        EXPECT_TRUE(out.contains(u"Restart=on-failure\n"_s));
+        EXPECT_TRUE(out.contains(u"StartLimitBurst="_s));
 
         EXPECT_EQ(systemdSays(unit), QByteArray()) << out.toStdString();
     }
-    EXPECT_TRUE(out.contains(QStringLiteral(R"(--config "%1/my 50%% $$server.asc")").arg(t.root())))
-        << out.toStdString();
+    EXPECT_TRUE(out.contains(uR"(--config "%1/my 50%% $$server.asc")"_s.arg(t.root()))) << out.toStdString();
 
-    ASSERT_EQ(ctl({QStringLiteral("unit"), QStringLiteral("--install")}), 0);
-    const QString installed = system.unitFolder + QStringLiteral("/arena-steward.service");
-    EXPECT_TRUE(out.startsWith(QStringLiteral("Wrote ") + installed + QLatin1Char('\n')));
-    EXPECT_TRUE(out.contains(QStringLiteral("systemctl --user enable --now arena-steward.service\n")));
-    EXPECT_TRUE(out.contains(QStringLiteral("loginctl enable-linger ") + t.names.userName()));
+    ASSERT_EQ(ctl({u"unit"_s, u"--install"_s}), 0);
+    const QString installed = system.unitFolder + u"/arena-steward.service"_s;
+    EXPECT_TRUE(out.startsWith(u"Wrote "_s + installed + u'\n'));
+    EXPECT_TRUE(out.contains(u"systemctl --user enable --now arena-steward.service\n"_s));
+    EXPECT_TRUE(out.contains(u"loginctl enable-linger "_s + t.names.userName()));
     EXPECT_TRUE(fileBytes(installed).startsWith("[Unit]\n"));
 
-    EXPECT_EQ(ctl({QStringLiteral("unit"), QStringLiteral("--config"), QStringLiteral("/nowhere.asc")}), 2);
+    EXPECT_EQ(ctl({u"unit"_s, u"--config"_s, u"/nowhere.asc"_s}), 2);
 
     // A named profile's service is a template, run as arena-steward@<profile>.
-    ASSERT_EQ(ctl({QStringLiteral("unit"), QStringLiteral("--profile"), QStringLiteral("ctf")}), 0);
-    EXPECT_TRUE(out.contains(QStringLiteral("ExecStart=") + system.ownProgram + QStringLiteral(" run --profile %i\n")));
-    const QString instance = t.root() + QStringLiteral("/arena-steward@ctf.service");
+    ASSERT_EQ(ctl({u"unit"_s, u"--profile"_s, u"ctf"_s}), 0);
+    EXPECT_TRUE(out.contains(u"ExecStart="_s + system.ownProgram + u" run --profile %i\n"_s));
+    const QString instance = t.root() + u"/arena-steward@ctf.service"_s;
     writeFile(instance, out.toUtf8());
     EXPECT_EQ(systemdSays(instance), QByteArray()) << out.toStdString();
-    ASSERT_EQ(
-        ctl({QStringLiteral("unit"), QStringLiteral("--profile"), QStringLiteral("ctf"), QStringLiteral("--install")}),
-        0);
-    EXPECT_TRUE(QFileInfo(system.unitFolder + QStringLiteral("/arena-steward@.service")).isFile());
-    EXPECT_TRUE(out.contains(QStringLiteral("systemctl --user enable --now arena-steward@ctf.service\n")));
+    ASSERT_EQ(ctl({u"unit"_s, u"--profile"_s, u"ctf"_s, u"--install"_s}), 0);
+    EXPECT_TRUE(QFileInfo(system.unitFolder + u"/arena-steward@.service"_s).isFile());
+    EXPECT_TRUE(out.contains(u"systemctl --user enable --now arena-steward@ctf.service\n"_s));
 }

@@ -21,6 +21,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -28,12 +29,11 @@ namespace {
 void fillProfile(ServerProfile& profile)
 {
     for (const char* map : {"ffa_bespin", "duel_bay"})
-        profile.field(F::lsvMapRotation)
-            .addRow(rotationRow(QString::fromLatin1(map), QStringLiteral("Long"), QStringLiteral("ffa")));
-    profile.setStartingMap(QStringLiteral("ffa_bespin"));
+        profile.field(F::lsvMapRotation).addRow(rotationRow(QString::fromLatin1(map), u"Long"_s, u"ffa"_s));
+    profile.setStartingMap(u"ffa_bespin"_s);
     profile.setValue(F::optDefaultGameType(4), 1);
     profile.setValue(F::chkMapAutoCycle, 1);
-    profile.field(F::lstBannedIPs).addItem(QStringLiteral("10.0.0.7"));
+    profile.field(F::lstBannedIPs).addItem(u"10.0.0.7"_s);
 }
 
 /// Where a road went: the folder its dialog opened on, or the file it wrote or found.
@@ -72,43 +72,40 @@ const Road kRoads[] = {
      [](TestApp& t, ServerProfile& profile) {
          QString name;
          MakeMapCycle(*t.app, profile, name, false, false);
-         return t.baseFolder() + QLatin1Char('/') + name;
+         return t.baseFolder() + u'/' + name;
      }},
     {"the bot file",
      [](TestApp& t, ServerProfile& profile) {
          gbln_MakeBOTConfig(*t.app, profile);
-         return t.baseFolder() + QStringLiteral("/BOTFile.cfg");
+         return t.baseFolder() + u"/BOTFile.cfg"_s;
      }},
     {"the ban file",
      [](TestApp& t, ServerProfile& profile) {
          gbln_MakeBANList(*t.app, profile, 1);
-         return t.baseFolder() + QStringLiteral("/BAN.cfg");
+         return t.baseFolder() + u"/BAN.cfg"_s;
      }},
     {"the session file",
      [](TestApp& t, ServerProfile& profile) {
-         QString session = QStringLiteral("arena.cfg");
+         QString session = u"arena.cfg"_s;
          CreateJediConfiguration(*t.app, profile, true, false, session);
-         return t.baseFolder() + QStringLiteral("/arena.cfg");
+         return t.baseFolder() + u"/arena.cfg"_s;
      }},
     {"the empty Default.cfg",
      [](TestApp& t, ServerProfile&) {
          EnsureDefaultCfg(*t.app);
-         return t.baseFolder() + QStringLiteral("/Default.cfg");
+         return t.baseFolder() + u"/Default.cfg"_s;
      }},
     {"the list of configs to execute",
      [](TestApp& t, ServerProfile&) {
-         writeFile(t.baseFolder() + QStringLiteral("/extra.cfg"), "set a 1\r\n");
-         return baseFolderConfigs(*t.app).contains(QStringLiteral("extra.cfg"))
-                    ? t.baseFolder() + QStringLiteral("/extra.cfg")
-                    : QString();
+         writeFile(t.baseFolder() + u"/extra.cfg"_s, "set a 1\r\n");
+         return baseFolderConfigs(*t.app).contains(u"extra.cfg"_s) ? t.baseFolder() + u"/extra.cfg"_s : QString();
      }},
     {"the archives that the map and bot scans read",
      [](TestApp& t, ServerProfile&) {
-         writeFile(t.baseFolder() + QStringLiteral("/maps.pk3"), "PK");
+         writeFile(t.baseFolder() + u"/maps.pk3"_s, "PK");
          QString folder;
-         const QStringList files = baseFolderFiles(*t.app, t.gameFolder(), QStringLiteral("Base"), &folder);
-         return files.contains(QStringLiteral("maps.pk3")) ? QDir(folder).filePath(QStringLiteral("maps.pk3"))
-                                                           : QString();
+         const QStringList files = baseFolderFiles(*t.app, t.gameFolder(), u"Base"_s, &folder);
+         return files.contains(u"maps.pk3"_s) ? QDir(folder).filePath(u"maps.pk3"_s) : QString();
      }},
 };
 

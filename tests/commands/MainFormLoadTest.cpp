@@ -13,6 +13,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -26,8 +27,7 @@ QStringList stockMaps()
     return maps;
 }
 
-const QStringList kSteps{QStringLiteral("columns"), QStringLiteral("size"), QStringLiteral("center"),
-                         QStringLiteral("disableClose")};
+const QStringList kSteps{u"columns"_s, u"size"_s, u"center"_s, u"disableClose"_s};
 
 struct MainFormLoadTest : ::testing::Test {
     void load() { MainFormLoad(*t.app, profile, host); }
@@ -51,25 +51,24 @@ TEST_F(MainFormLoadTest, RunsItsStepsInOrderAndClearsTheLoadingFlag)
     EXPECT_EQ(host.columns, (QList<int>{2205, 50, 0, 0}));
     EXPECT_EQ(host.height, 7490);
     EXPECT_EQ(host.width, 9600);
-    EXPECT_EQ(t.app->helpFile, t.programFolder() + QStringLiteral("/arena-steward-guide.html"));
+    EXPECT_EQ(t.app->helpFile, t.programFolder() + u"/arena-steward-guide.html"_s);
     EXPECT_EQ(profile.field(F::cboStartingMap).items(), stockMaps());
-    EXPECT_EQ(profile.text(F::cboStartingMap), QStringLiteral("ctf_imperial")) << "entry 1 stands selected";
+    EXPECT_EQ(profile.text(F::cboStartingMap), u"ctf_imperial"_s) << "entry 1 stands selected";
     EXPECT_EQ(profile.value(F::vsMainTab), 0);
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
 {
-    const QString base = t.baseFolder() + QLatin1Char('/');
+    const QString base = t.baseFolder() + u'/';
     for (const char* name :
          {"server.cfg", "FFA.CFG", "jediMaps.cfg", "readme.txt", "autoexeccfg", "cfg.txt", ".hidden.cfg", "ctf.Cfg"})
         writeFile(base + QString::fromLatin1(name), "x");
-    QDir().mkpath(base + QStringLiteral("maps.cfg"));
+    QDir().mkpath(base + u"maps.cfg"_s);
     load();
 
     // Every name whose lower case ends in "cfg", under its own spelling, by name.
-    const QStringList expected{QStringLiteral("autoexeccfg"), QStringLiteral("ctf.Cfg"), QStringLiteral("FFA.CFG"),
-                               QStringLiteral("jediMaps.cfg"), QStringLiteral("server.cfg")};
+    const QStringList expected{u"autoexeccfg"_s, u"ctf.Cfg"_s, u"FFA.CFG"_s, u"jediMaps.cfg"_s, u"server.cfg"_s};
     for (int i = 0; i <= 3; ++i) {
         SCOPED_TRACE(i);
         EXPECT_EQ(configItems(profile, i), expected);
@@ -78,7 +77,7 @@ TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
 
 TEST(MainFormLoadFolder, AMissingBaseFolderLeavesTheConfigListsEmpty)
 {
-    for (const QString& folder : {QStringLiteral("/nonexistent/jk2/"), QString()}) {
+    for (const QString& folder : {u"/nonexistent/jk2/"_s, QString()}) {
         SCOPED_TRACE(folder.toStdString());
         TestApp t;
         t.app->gameFolder = folder;
@@ -94,9 +93,9 @@ TEST(MainFormLoadFolder, AMissingBaseFolderLeavesTheConfigListsEmpty)
 
 TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
 {
-    writeFile(t.baseFolder() + QStringLiteral("/server.cfg"), "x");
+    writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
     profile.setValue(F::vsMainTab, 4);
-    host.failures.insert(QStringLiteral("columns"), 35600);
+    host.failures.insert(u"columns"_s, 35600);
 
     load();
 
@@ -104,7 +103,7 @@ TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
     EXPECT_EQ(host.calls, kSteps);
     EXPECT_EQ(host.height, 7490);
     EXPECT_FALSE(t.app->helpFile.isEmpty());
-    EXPECT_EQ(configItems(profile, 3), QStringList{QStringLiteral("server.cfg")});
+    EXPECT_EQ(configItems(profile, 3), QStringList{u"server.cfg"_s});
     EXPECT_FALSE(profile.isLoading());
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
@@ -125,11 +124,11 @@ TEST_F(MainFormLoadTest, EveryOutOfRangeStepIsPassedOver)
 
 TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
 {
-    writeFile(t.baseFolder() + QStringLiteral("/server.cfg"), "x");
-    host.failures.insert(QStringLiteral("size"), 13);
+    writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
+    host.failures.insert(u"size"_s, 13);
     load();
 
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("columns"), QStringLiteral("size")}));
+    EXPECT_EQ(host.calls, (QStringList{u"columns"_s, u"size"_s}));
     EXPECT_FALSE(profile.isLoading());
     EXPECT_TRUE(t.app->helpFile.isEmpty());
     EXPECT_TRUE(configItems(profile, 0).isEmpty());
@@ -139,13 +138,12 @@ TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(
         isBox(t.prompts.last(),
-              {QStringLiteral("arena-steward Error"), Icon::Critical,
+              {u"arena-steward Error"_s, Icon::Critical,
                QStringLiteral("Following error occurred in this application:\r\n\r\nType mismatch\r\nNumber: 13\r\n"
                               "Source: arena-steward::frmMain.Form_Load(Sub) (frmMain)")}));
-    EXPECT_EQ(crlfLines(t.programFolder() + QStringLiteral("/arena-steward.log")),
-              (QStringList{QString(78, QLatin1Char('-')), QStringLiteral("---06/13/2002 21:05:33---"),
-                           QStringLiteral("Error 13 in arena-steward::frmMain.Form_Load(Sub) (frmMain):"),
-                           QStringLiteral("Type mismatch")}));
+    EXPECT_EQ(crlfLines(t.programFolder() + u"/arena-steward.log"_s),
+              (QStringList{QString(78, u'-'), u"---06/13/2002 21:05:33---"_s,
+                           u"Error 13 in arena-steward::frmMain.Form_Load(Sub) (frmMain):"_s, u"Type mismatch"_s}));
 }
 
 TEST_F(MainFormLoadTest, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
@@ -158,7 +156,6 @@ TEST_F(MainFormLoadTest, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
     SessionValues session;
     LineList out;
     writeSessionOpening(profile, facts, session, out);
-    EXPECT_TRUE(out.lines.contains(QStringLiteral("map ctf_imperial")))
-        << out.lines.join(QLatin1Char('|')).toStdString();
-    EXPECT_FALSE(out.lines.contains(QStringLiteral("map "))) << "never a map line without a name";
+    EXPECT_TRUE(out.lines.contains(u"map ctf_imperial"_s)) << out.lines.join(u'|').toStdString();
+    EXPECT_FALSE(out.lines.contains(u"map "_s)) << "never a map line without a name";
 }

@@ -18,6 +18,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -28,22 +29,21 @@ protected:
         attachClickRoutines(*t.app, profile);
         t.app->services.scanProgress = &progress;
         ASSERT_TRUE(ZipBuilder()
-                        .file(QStringLiteral("maps/mymap.bsp"))
-                        .file(QStringLiteral("scripts/mymap.arena"),
-                              arenaScript(QStringLiteral("mymap"), QStringLiteral("My Map"), QStringLiteral("ffa")))
-                        .file(QStringLiteral("levelshots/mymap.tga"), tgaPicture(8, 8, 9, 9, 9))
-                        .write(t.baseFolder() + QStringLiteral("/mymap.pk3")));
+                        .file(u"maps/mymap.bsp"_s)
+                        .file(u"scripts/mymap.arena"_s, arenaScript(u"mymap"_s, u"My Map"_s, u"ffa"_s))
+                        .file(u"levelshots/mymap.tga"_s, tgaPicture(8, 8, 9, 9, 9))
+                        .write(t.baseFolder() + u"/mymap.pk3"_s));
         // The window as the user left it.
-        profile.field(F::lsvMapRotation).addRow(rotationRow(QStringLiteral("old"), {}, {}));
+        profile.field(F::lsvMapRotation).addRow(rotationRow(u"old"_s, {}, {}));
         profile.setValue(F::chkUseINI, 1);
-        profile.setText(F::txtServerINI, QStringLiteral("/x/saved.cfg"));
+        profile.setText(F::txtServerINI, u"/x/saved.cfg"_s);
         for (FieldId label : {F::lblMapsSelected, F::lblLongMapName, F::lblMapType})
-            profile.setText(label, QStringLiteral("something"));
-        profile.setStartingMap(QStringLiteral("old"));
-        setFirstMapType(profile, QStringLiteral("FFA"));
+            profile.setText(label, u"something"_s);
+        profile.setStartingMap(u"old"_s);
+        setFirstMapType(profile, u"FFA"_s);
     }
     void run(const WineEnvironment& env = {}) { mnuMapScan_Click(*t.app, profile, env); }
-    QString catalogueFile() const { return t.programFolder() + QStringLiteral("/Jedi.aml"); }
+    QString catalogueFile() const { return t.programFolder() + u"/Jedi.aml"_s; }
 
     TestApp t;
     ServerProfile profile;
@@ -58,8 +58,8 @@ TEST_F(MapScanCommandTest, AnsweringNoScansNothing)
     t.prompts.answerNext(Answer::No);
     run();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Question, QStringLiteral("Scan for new maps?") + kTail, Buttons::YesNo}));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Scan for new maps?"_s + kTail, Buttons::YesNo}));
     EXPECT_FALSE(QFileInfo::exists(catalogueFile()));
     EXPECT_TRUE(progress.events.isEmpty());
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 1);
@@ -68,28 +68,27 @@ TEST_F(MapScanCommandTest, AnsweringNoScansNothing)
 TEST_F(MapScanCommandTest, TheWholeChainRewritesTheCatalogueReloadsTheTreeAndEmptiesTheRotation)
 {
     run();
-    EXPECT_EQ(crlfLines(catalogueFile()), QStringList{QStringLiteral("mymap.pk3,mymap,mymap,My Map,FFA")});
-    const QString shots = t.programFolder() + QStringLiteral("/levelshots");
-    EXPECT_TRUE(QFileInfo::exists(shots + QStringLiteral("/mymap.bmp")));
-    EXPECT_FALSE(QFileInfo::exists(shots + QStringLiteral("/mymap.tga")));
+    EXPECT_EQ(crlfLines(catalogueFile()), QStringList{u"mymap.pk3,mymap,mymap,My Map,FFA"_s});
+    const QString shots = t.programFolder() + u"/levelshots"_s;
+    EXPECT_TRUE(QFileInfo::exists(shots + u"/mymap.bmp"_s));
+    EXPECT_FALSE(QFileInfo::exists(shots + u"/mymap.tga"_s));
 
     MapTreeModel& tree = mapTreeOf(profile);
-    ASSERT_NE(tree.findKey(QStringLiteral("mymap.pk3\\mymap")), nullptr);
-    EXPECT_EQ(profile.text(F::lblNumberOfMapsAvailable), QStringLiteral("1 Maps available"));
+    ASSERT_NE(tree.findKey(u"mymap.pk3\\mymap"_s), nullptr);
+    EXPECT_EQ(profile.text(F::lblNumberOfMapsAvailable), u"1 Maps available"_s);
 
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.text(F::txtServerINI), QString());
     for (FieldId label : {F::lblMapsSelected, F::lblLongMapName, F::lblMapType})
         EXPECT_EQ(profile.text(label), QString()) << label.name;
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("old"));
-    EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
-    EXPECT_EQ(profile.text(F::picMap), shots + QStringLiteral("/unknown.bmp"));
+    EXPECT_EQ(profile.startingMap(), u"old"_s);
+    EXPECT_EQ(firstMapType(profile), u"FFA"_s);
+    EXPECT_EQ(profile.text(F::picMap), shots + u"/unknown.bmp"_s);
 
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Information, QStringLiteral("Map scan complete ") + kTail}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information, u"Map scan complete "_s + kTail}));
     EXPECT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_EQ(progress.events.last(), QStringLiteral("unload"));
+    EXPECT_EQ(progress.events.last(), u"unload"_s);
     EXPECT_FALSE(progress.loaded);
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{11, 0}));
     EXPECT_GE(t.prompts.eventRuns, 1);
@@ -97,29 +96,29 @@ TEST_F(MapScanCommandTest, TheWholeChainRewritesTheCatalogueReloadsTheTreeAndEmp
 
 TEST_F(MapScanCommandTest, WithoutAGameFolderTheWinePrefixNamesIt)
 {
-    const QString prefix = t.root() + QStringLiteral("/wine");
-    QDir().mkpath(prefix + QStringLiteral("/drive_c"));
-    ASSERT_TRUE(QFile::link(t.gameFolder(), prefix + QStringLiteral("/drive_c/JK2")));
-    writeFile(prefix + QStringLiteral("/system.reg"),
+    const QString prefix = t.root() + u"/wine"_s;
+    QDir().mkpath(prefix + u"/drive_c"_s);
+    ASSERT_TRUE(QFile::link(t.gameFolder(), prefix + u"/drive_c/JK2"_s));
+    writeFile(prefix + u"/system.reg"_s,
               "WINE REGISTRY Version 2\n\n[Software\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi "
               "Outcast\\\\1.0] 1\n\"Install Path\"=\"C:\\\\JK2\\\\\"\n");
     t.app->gameFolder.clear();
     run({prefix, QString()});
-    EXPECT_EQ(crlfLines(catalogueFile()), QStringList{QStringLiteral("mymap.pk3,mymap,mymap,My Map,FFA")});
+    EXPECT_EQ(crlfLines(catalogueFile()), QStringList{u"mymap.pk3,mymap,mymap,My Map,FFA"_s});
     EXPECT_TRUE(t.app->gameFolder.isEmpty());
-    EXPECT_EQ(cutFolderEnd(QStringLiteral("/games/jk2/") + QChar(0)), QStringLiteral("/games/jk2/"));
-    EXPECT_EQ(cutFolderEnd(QStringLiteral("/games/jk2/")), QStringLiteral("/games/jk2"));
+    EXPECT_EQ(cutFolderEnd(u"/games/jk2/"_s + QChar(0)), u"/games/jk2/"_s);
+    EXPECT_EQ(cutFolderEnd(u"/games/jk2/"_s), u"/games/jk2"_s);
 }
 
 TEST_F(MapScanCommandTest, AFailedScanEndsTheChainAndUnloadsTheWindow)
 {
-    t.app->gameFolder = t.root() + QStringLiteral("/nogame");
+    t.app->gameFolder = t.root() + u"/nogame"_s;
     run();
     const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_TRUE(box.text.startsWith(QStringLiteral("Arena Steward was unable to locate any pk3 files")));
+    EXPECT_TRUE(box.text.startsWith(u"Arena Steward was unable to locate any pk3 files"_s));
     EXPECT_TRUE(isBox(box, {kProductTitle, Icon::Critical, box.text}));
-    EXPECT_FALSE(t.prompts.texts().contains(QStringLiteral("Map scan complete ") + kTail));
-    EXPECT_EQ(progress.events.last(), QStringLiteral("unload"));
+    EXPECT_FALSE(t.prompts.texts().contains(u"Map scan complete "_s + kTail));
+    EXPECT_EQ(progress.events.last(), u"unload"_s);
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{11, 0}));
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 1);
     EXPECT_EQ(mapTreeOf(profile).nodeCount(), 0);
@@ -128,11 +127,10 @@ TEST_F(MapScanCommandTest, AFailedScanEndsTheChainAndUnloadsTheWindow)
 TEST_F(MapScanCommandTest, ABrokenPictureArchiveStillEndsInTheTreeAndTheClosingMessage)
 {
     // The map scan skips ASSETS1.PK3; the picture phase reads it and fails on it.
-    writeFile(t.baseFolder() + QStringLiteral("/assets1.pk3"), "broken");
+    writeFile(t.baseFolder() + u"/assets1.pk3"_s, "broken");
     run();
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information, u"Map scan complete "_s + kTail}));
+    EXPECT_NE(mapTreeOf(profile).findKey(u"mymap.pk3\\mymap"_s), nullptr);
     EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Information, QStringLiteral("Map scan complete ") + kTail}));
-    EXPECT_NE(mapTreeOf(profile).findKey(QStringLiteral("mymap.pk3\\mymap")), nullptr);
-    EXPECT_TRUE(QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")))
-                    .contains(QStringLiteral("ExtractLevelShots")));
+        QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)).contains(u"ExtractLevelShots"_s));
 }

@@ -15,6 +15,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,12 +26,12 @@ protected:
     OkCommand()
     {
         t.app->services.launcher = &launcher;
-        t.app->serverExecutable = QStringLiteral("jk2ded");
+        t.app->serverExecutable = u"jk2ded"_s;
         // The game cycles the maps itself unless a test wants the map checks.
         profile.setValue(F::chkMapAutoCycle, 1);
     }
-    StubServer stub() const { return StubServer(t.gameFolder(), QStringLiteral("jk2ded"), record()); }
-    QString record() const { return t.root() + QStringLiteral("/record.txt"); }
+    StubServer stub() const { return StubServer(t.gameFolder(), u"jk2ded"_s, record()); }
+    QString record() const { return t.root() + u"/record.txt"_s; }
     void ok() { cmdOk_Click(*t.app, profile, windows); }
 
     TestApp t;
@@ -44,15 +45,14 @@ protected:
 TEST(SessionName, ForbiddenCharactersRaiseOneBoxEach)
 {
     TestApp t;
-    for (const QChar c : QStringLiteral("\\/:*?<>|")) {
+    for (const QChar c : u"\\/:*?<>|"_s) {
         SCOPED_TRACE(QString(c).toStdString());
         t.prompts.shown.clear();
-        EXPECT_FALSE(ValidSessionName(*t.app, QStringLiteral("my") + c + QStringLiteral("server??")));
+        EXPECT_FALSE(ValidSessionName(*t.app, u"my"_s + c + u"server??"_s));
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_TRUE(
-            isBox(t.prompts.last(),
-                  {kProductTitle, Icon::Exclamation,
-                   QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name") + kTail}));
+            isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                     u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s + kTail}));
     }
     t.prompts.shown.clear();
     for (const char* fine : {"x y", "a\"b", "Luke.CFG", " ", "a;b"})
@@ -81,36 +81,35 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
     const auto manualCycle = [](ServerProfile& p) { p.setValue(F::chkMapAutoCycle, 0); };
     const auto oneMap = [&](ServerProfile& p) {
         manualCycle(p);
-        p.field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
+        p.field(F::lsvMapRotation).addRow({u"ffa_bespin"_s});
     };
     const Case cases[] = {
         {"saved cycle missing",
          [&](ServerProfile& p) {
              manualCycle(p);
              p.setValue(F::chkUseINI, 1);
-             p.setText(F::txtServerINI, t.root() + QStringLiteral("/gone.cfg"));
+             p.setText(F::txtServerINI, t.root() + u"/gone.cfg"_s);
          },
-         QStringLiteral("Selected mapcycle file does not exist"), 3},
-        {"empty rotation", manualCycle, QStringLiteral("No maps have been selected"), 2},
-        {"no starting map", oneMap, QStringLiteral("No Starting map has been selected"), 2},
-        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, QStringLiteral("A Session name is required"),
-         3},
-        {"forbidden character", [](ServerProfile& p) { p.setText(kCfg(1), QStringLiteral("a|b")); },
-         QStringLiteral("Invalid session name, you cannot use \\/:*?<>| in a session name"), 3},
+         u"Selected mapcycle file does not exist"_s, 3},
+        {"empty rotation", manualCycle, u"No maps have been selected"_s, 2},
+        {"no starting map", oneMap, u"No Starting map has been selected"_s, 2},
+        {"no session", [](ServerProfile& p) { p.setText(kCfg(1), {}); }, u"A Session name is required"_s, 3},
+        {"forbidden character", [](ServerProfile& p) { p.setText(kCfg(1), u"a|b"_s); },
+         u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s, 3},
         {"messages without password", [](ServerProfile& p) { p.setValue(F::chkSendMessage, 1); },
-         QStringLiteral("An rcon password is required to enable server messaging"), 3},
+         u"An rcon password is required to enable server messaging"_s, 3},
         {"watched with no restarts",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);
-             p.setText(F::txtRestartLimit, QStringLiteral("0"));
+             p.setText(F::txtRestartLimit, u"0"_s);
          },
-         QStringLiteral("The restart limit must be a whole number from 1 to 1000"), 3},
+         u"The restart limit must be a whole number from 1 to 1000"_s, 3},
         {"watched with an empty window",
          [](ServerProfile& p) {
              p.setValue(F::chkRestartServer, 1);
              p.setText(F::txtRestartWindow, QString());
          },
-         QStringLiteral("The restart window must be a whole number of minutes from 1 to 1440"), 3},
+         u"The restart window must be a whole number of minutes from 1 to 1440"_s, 3},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -131,14 +130,14 @@ TEST_F(OkCommand, EachRefusalShowsItsBoxAndStartsNothing)
 TEST_F(OkCommand, ASavedCycleThatExistsNeedsNoRotation)
 {
     const StubServer server = stub();
-    const QString cycle = t.baseFolder() + QStringLiteral("/mycycle.cfg");
+    const QString cycle = t.baseFolder() + u"/mycycle.cfg"_s;
     writeFile(cycle, "set a 1\r\n");
     profile.setValue(F::chkMapAutoCycle, 0);
     profile.setValue(F::chkUseINI, 1);
     profile.setText(F::txtServerINI, cycle);
     ok();
     EXPECT_TRUE(server.waitForRecord());
-    EXPECT_FALSE(t.prompts.texts().contains(QStringLiteral("No maps have been selected") + kTail));
+    EXPECT_FALSE(t.prompts.texts().contains(u"No maps have been selected"_s + kTail));
 }
 
 TEST_F(OkCommand, TheSessionNameReachesTheExecLineCompletedAndLowerCased)
@@ -154,7 +153,7 @@ TEST_F(OkCommand, TheSessionNameReachesTheExecLineCompletedAndLowerCased)
         const auto started = server.waitForRecord();
         ASSERT_TRUE(started);
         EXPECT_EQ(started->arguments.last(), QString::fromLatin1(exec));
-        EXPECT_EQ(started->arguments.at(started->arguments.size() - 2), QStringLiteral("+exec"));
+        EXPECT_EQ(started->arguments.at(started->arguments.size() - 2), u"+exec"_s);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
 }
@@ -166,13 +165,12 @@ TEST_F(OkCommand, TheQuestionComesBeforeTheRconRefusalAndClearsTheMark)
     t.prompts.answerNext(Answer::Yes);
     ok();
     ASSERT_GE(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(isBox(t.prompts.shown.front(),
-                      {kProductTitle, Icon::Question,
-                       QStringLiteral("Configuration has changed, set as default?") + kTail, Buttons::YesNo}));
-    // Yes has saved the defaults before the refusal, whatever that save says itself.
     EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
-                                 QStringLiteral("An rcon password is required to enable server messaging") + kTail}));
+        isBox(t.prompts.shown.front(), {kProductTitle, Icon::Question,
+                                        u"Configuration has changed, set as default?"_s + kTail, Buttons::YesNo}));
+    // Yes has saved the defaults before the refusal, whatever that save says itself.
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                         u"An rcon password is required to enable server messaging"_s + kTail}));
     EXPECT_FALSE(profile.configurationChanged());
     EXPECT_EQ(launcher.starts, 0);
 
@@ -210,7 +208,7 @@ TEST_F(OkCommand, AStartedServerClosesTheProgramOrMinimisesItAndMessagingOverrid
         ASSERT_TRUE(profile.isSet(F::optStartClose));
         profile.setValue(F::optStartMinimize, c.minimise);
         profile.setValue(F::chkSendMessage, c.messaging);
-        profile.setText(kCfg(14), QStringLiteral("secret"));
+        profile.setText(kCfg(14), u"secret"_s);
         const StubServer server = stub();
         cmdOk_Click(*t.app, profile, fresh);
         ASSERT_TRUE(server.waitForRecord());
@@ -231,16 +229,15 @@ TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
         QString culprit;
     };
     const Case cases[] = {
-        {"no server anywhere", [] {}, 53, QStringLiteral("(jk2ded)")},
-        {"server without execute permission",
-         [&] { StubServer(t.gameFolder(), QStringLiteral("jk2ded"), record(), false); }, 70,
-         t.gameFolder() + QStringLiteral("jk2ded")},
+        {"no server anywhere", [] {}, 53, u"(jk2ded)"_s},
+        {"server without execute permission", [&] { StubServer(t.gameFolder(), u"jk2ded"_s, record(), false); }, 70,
+         t.gameFolder() + u"jk2ded"_s},
         {"session file that cannot be written",
          [&] {
-             QFile::remove(t.baseFolder() + QStringLiteral("/luke.cfg"));
-             QDir(t.baseFolder()).mkdir(QStringLiteral("luke.cfg"));
+             QFile::remove(t.baseFolder() + u"/luke.cfg"_s);
+             QDir(t.baseFolder()).mkdir(u"luke.cfg"_s);
          },
-         75, t.baseFolder() + QStringLiteral("/luke.cfg")},
+         75, t.baseFolder() + u"/luke.cfg"_s},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -250,11 +247,10 @@ TEST_F(OkCommand, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
         ASSERT_EQ(t.prompts.shown.size(), 2u);
         const auto& report = t.prompts.shown.front().request;
         EXPECT_EQ(report.icon, Icon::Critical);
-        EXPECT_TRUE(report.text.contains(QStringLiteral("Number: %1").arg(c.number))) << report.text.toStdString();
-        EXPECT_TRUE(report.text.contains(QStringLiteral("::Code.CreateJediConfiguration(Function)")));
+        EXPECT_TRUE(report.text.contains(u"Number: %1"_s.arg(c.number))) << report.text.toStdString();
+        EXPECT_TRUE(report.text.contains(u"::Code.CreateJediConfiguration(Function)"_s));
         EXPECT_TRUE(report.text.contains(c.culprit)) << report.text.toStdString();
-        EXPECT_TRUE(isBox(t.prompts.last(),
-                          {kProductTitle, Icon::Critical, QStringLiteral("Could not start server!") + kTail}));
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Critical, u"Could not start server!"_s + kTail}));
         EXPECT_EQ(windows.closed + windows.minimized, 0);
         EXPECT_EQ(profile.formPointer(), pointer::Default);
     }

@@ -22,6 +22,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,7 +30,7 @@ class Profiles : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+        writeFile(t.gameFolder() + u"jk2mvded"_s, "#!/bin/sh\n");
         profiles.use(*t.app, QString());
         location();
         windows.loadMainWindow();
@@ -38,9 +39,9 @@ protected:
     /// The game's place, as start-up stores it.
     void location()
     {
-        t.app->store().SaveSetting(QStringLiteral("PathToJedi"), t.gameFolder());
-        t.app->store().SaveSetting(QStringLiteral("PathToServer"), QStringLiteral("jk2mvded"));
-        t.app->store().SaveSetting(QStringLiteral("RunOnce"), QStringLiteral("1"));
+        t.app->store().SaveSetting(u"PathToJedi"_s, t.gameFolder());
+        t.app->store().SaveSetting(u"PathToServer"_s, u"jk2mvded"_s);
+        t.app->store().SaveSetting(u"RunOnce"_s, u"1"_s);
     }
 
     ServerProfile& window() { return *windows.profile; }
@@ -53,7 +54,7 @@ protected:
         for (const QString& map : maps)
             rows << QStringList{map};
         window().field(F::lsvMapRotation).setRows(rows);
-        appendRosterBot(window(), {bot, QStringLiteral("Hardcore"), QStringLiteral("RED"), bot, QStringLiteral("50")});
+        appendRosterBot(window(), {bot, u"Hardcore"_s, u"RED"_s, bot, u"50"_s});
         cmdDefault_Click(*t.app, window());
     }
 
@@ -79,15 +80,15 @@ protected:
     /// A server of the profile ctf on this port, recorded as running: a real process.
     void ctfServerRuns(int port)
     {
-        sleeper.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+        sleeper.start(u"sleep"_s, {u"30"_s});
         ASSERT_TRUE(sleeper.waitForStarted());
         WatchState state;
-        state.session = QStringLiteral("ctf.cfg");
-        state.profile = QStringLiteral("ctf");
+        state.session = u"ctf.cfg"_s;
+        state.profile = u"ctf"_s;
         state.port = port;
         state.server = identifyProcess(sleeper.processId());
         state.phase = WatchState::Phase::Running;
-        const ServerFolder folder(t.programFolder(), QStringLiteral("ctf"));
+        const ServerFolder folder(t.programFolder(), u"ctf"_s);
         ASSERT_TRUE(folder.make());
         ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
     }
@@ -98,7 +99,7 @@ protected:
     }
 
     TestApp t;
-    ProfileSet profiles{t.root() + QStringLiteral("/config")};
+    ProfileSet profiles{t.root() + u"/config"_s};
     FakeWindowHost windows{*t.app};
     QProcess sleeper;
 };
@@ -107,60 +108,58 @@ protected:
 
 TEST_F(Profiles, EachProfileKeepsItsFieldsRotationAndRosterAcrossSwitches)
 {
-    fill(QStringLiteral("Free For All"), {QStringLiteral("ffa_bespin"), QStringLiteral("ffa_yavin")},
-         QStringLiteral("Kyle"));
-    newProfile(QStringLiteral("ctf"), Answer::No);
-    ASSERT_EQ(profiles.current(), QStringLiteral("ctf"));
-    EXPECT_EQ(t.prompts.asked.back().title, QStringLiteral("New Profile"));
+    fill(u"Free For All"_s, {u"ffa_bespin"_s, u"ffa_yavin"_s}, u"Kyle"_s);
+    newProfile(u"ctf"_s, Answer::No);
+    ASSERT_EQ(profiles.current(), u"ctf"_s);
+    EXPECT_EQ(t.prompts.asked.back().title, u"New Profile"_s);
     // A new profile from the defaults: nothing of the other profile but the game's place.
     EXPECT_EQ(window().text(F::txtServerConfig(2)), t.names.computer) << "a first run's host name";
     EXPECT_EQ(window().field(F::lsvMapRotation).count(), 0);
     EXPECT_EQ(rosterBots(window()).size(), 0);
     EXPECT_EQ(t.app->gameFolder, t.gameFolder());
-    fill(QStringLiteral("Capture the Flag"), {QStringLiteral("ctf_bespin")}, QStringLiteral("Jan"));
+    fill(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
 
     for (int round = 0; round < 2; ++round) {
-        mnuProfileSwitch_Click(*t.app, window(), windows, profiles, QStringLiteral("default"));
+        mnuProfileSwitch_Click(*t.app, window(), windows, profiles, u"default"_s);
         EXPECT_TRUE(profiles.current().isEmpty());
-        expectWindow(QStringLiteral("Free For All"), {QStringLiteral("ffa_bespin"), QStringLiteral("ffa_yavin")},
-                     QStringLiteral("Kyle"));
-        mnuProfileSwitch_Click(*t.app, window(), windows, profiles, QStringLiteral("ctf"));
-        EXPECT_EQ(profiles.current(), QStringLiteral("ctf"));
-        expectWindow(QStringLiteral("Capture the Flag"), {QStringLiteral("ctf_bespin")}, QStringLiteral("Jan"));
+        expectWindow(u"Free For All"_s, {u"ffa_bespin"_s, u"ffa_yavin"_s}, u"Kyle"_s);
+        mnuProfileSwitch_Click(*t.app, window(), windows, profiles, u"ctf"_s);
+        EXPECT_EQ(profiles.current(), u"ctf"_s);
+        expectWindow(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
     }
-    EXPECT_TRUE(QFileInfo(t.root() + QStringLiteral("/config/profiles/ctf.conf")).isFile());
-    EXPECT_TRUE(QFileInfo(t.programFolder() + QStringLiteral("/servers/ctf/lastbots.csv")).isFile());
-    EXPECT_EQ(fileBytes(t.programFolder() + QStringLiteral("/lastbots.csv")), "Kyle,Hardcore,RED,Kyle,50\r\n");
-    EXPECT_EQ(mainWindowTitle(profiles.current()), QStringLiteral("Arena Steward - ctf"));
-    EXPECT_EQ(mainWindowTitle(QString()), QStringLiteral("Arena Steward"));
-    EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf")}));
+    EXPECT_TRUE(QFileInfo(t.root() + u"/config/profiles/ctf.conf"_s).isFile());
+    EXPECT_TRUE(QFileInfo(t.programFolder() + u"/servers/ctf/lastbots.csv"_s).isFile());
+    EXPECT_EQ(fileBytes(t.programFolder() + u"/lastbots.csv"_s), "Kyle,Hardcore,RED,Kyle,50\r\n");
+    EXPECT_EQ(mainWindowTitle(profiles.current()), u"Arena Steward - ctf"_s);
+    EXPECT_EQ(mainWindowTitle(QString()), u"Arena Steward"_s);
+    EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf"_s}));
 }
 
 TEST_F(Profiles, ANewProfileFromTheCurrentSettingsCopiesWhatTheWindowHolds)
 {
-    fill(QStringLiteral("Duel"), {QStringLiteral("duel_bay")}, QStringLiteral("Luke"));
-    window().setText(F::txtServerConfig(2), QStringLiteral("Duel, typed and not saved"));
-    newProfile(QStringLiteral("duel-2"), Answer::Yes);
-    ASSERT_EQ(profiles.current(), QStringLiteral("duel-2"));
-    expectWindow(QStringLiteral("Duel, typed and not saved"), {QStringLiteral("duel_bay")}, QStringLiteral("Luke"));
+    fill(u"Duel"_s, {u"duel_bay"_s}, u"Luke"_s);
+    window().setText(F::txtServerConfig(2), u"Duel, typed and not saved"_s);
+    newProfile(u"duel-2"_s, Answer::Yes);
+    ASSERT_EQ(profiles.current(), u"duel-2"_s);
+    expectWindow(u"Duel, typed and not saved"_s, {u"duel_bay"_s}, u"Luke"_s);
 }
 
 TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
 {
-    newProfile(QStringLiteral("ctf"), Answer::No);
-    mnuProfileSwitch_Click(*t.app, window(), windows, profiles, QStringLiteral("default"));
-    const QString rule = QStringLiteral("A profile name is 1 to 32 letters, digits, - and _, and not \"default\"");
+    newProfile(u"ctf"_s, Answer::No);
+    mnuProfileSwitch_Click(*t.app, window(), windows, profiles, u"default"_s);
+    const QString rule = u"A profile name is 1 to 32 letters, digits, - and _, and not \"default\""_s;
     const struct {
         QString name;
         QString says;
     } cases[] = {
-        {QStringLiteral("a b"), rule},
-        {QStringLiteral("../x"), rule},
-        {QStringLiteral("ünï"), rule},
-        {QString(33, QLatin1Char('a')), rule},
-        {QStringLiteral("DEFAULT"), rule},
-        {QStringLiteral(" "), rule},
-        {QStringLiteral("ctf"), QStringLiteral("A profile named ctf already exists")},
+        {u"a b"_s, rule},
+        {u"../x"_s, rule},
+        {u"ünï"_s, rule},
+        {QString(33, u'a'), rule},
+        {u"DEFAULT"_s, rule},
+        {u" "_s, rule},
+        {u"ctf"_s, u"A profile named ctf already exists"_s},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name.toStdString());
@@ -170,9 +169,9 @@ TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.says + kTail}));
         EXPECT_TRUE(profiles.current().isEmpty());
-        EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf")}));
+        EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf"_s}));
     }
-    EXPECT_FALSE(QFileInfo::exists(t.root() + QStringLiteral("/x.conf")));
+    EXPECT_FALSE(QFileInfo::exists(t.root() + u"/x.conf"_s));
     // A cancelled dialog asks nothing more.
     t.prompts.shown.clear();
     mnuProfileNew_Click(*t.app, window(), windows, profiles);
@@ -186,29 +185,29 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
         routine(*t.app, window(), windows, profiles);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
     }
-    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("The default profile can't be deleted") + kTail});
+    EXPECT_EQ(t.prompts.texts(), QStringList{u"The default profile can't be deleted"_s + kTail});
 
-    newProfile(QStringLiteral("ctf"), Answer::No);
-    fill(QStringLiteral("Capture the Flag"), {QStringLiteral("ctf_bespin")}, QStringLiteral("Jan"));
-    t.prompts.typed << QStringLiteral("ctf_night");
+    newProfile(u"ctf"_s, Answer::No);
+    fill(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
+    t.prompts.typed << u"ctf_night"_s;
     mnuProfileRename_Click(*t.app, window(), windows, profiles);
-    EXPECT_EQ(t.prompts.asked.back().title, QStringLiteral("Rename Profile"));
-    EXPECT_EQ(t.prompts.asked.back().text, QStringLiteral("ctf"));
-    EXPECT_EQ(profiles.current(), QStringLiteral("ctf_night"));
-    expectWindow(QStringLiteral("Capture the Flag"), {QStringLiteral("ctf_bespin")}, QStringLiteral("Jan"));
-    EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf_night")}));
+    EXPECT_EQ(t.prompts.asked.back().title, u"Rename Profile"_s);
+    EXPECT_EQ(t.prompts.asked.back().text, u"ctf"_s);
+    EXPECT_EQ(profiles.current(), u"ctf_night"_s);
+    expectWindow(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
+    EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf_night"_s}));
 
     t.prompts.answerNext(Answer::No);
     mnuProfileDelete_Click(*t.app, window(), windows, profiles);
-    EXPECT_EQ(profiles.current(), QStringLiteral("ctf_night"));
+    EXPECT_EQ(profiles.current(), u"ctf_night"_s);
     t.prompts.answerNext(Answer::Yes);
     mnuProfileDelete_Click(*t.app, window(), windows, profiles);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Question,
-                       QStringLiteral("Delete the profile ctf_night with its settings?") + kTail, Buttons::YesNo}));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Question,
+                                 u"Delete the profile ctf_night with its settings?"_s + kTail, Buttons::YesNo}));
     EXPECT_TRUE(profiles.current().isEmpty());
-    EXPECT_EQ(profiles.names(), QStringList{QStringLiteral("default")});
-    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + QStringLiteral("/servers/ctf_night")));
+    EXPECT_EQ(profiles.names(), QStringList{u"default"_s});
+    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/servers/ctf_night"_s));
 }
 
 TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
@@ -219,51 +218,48 @@ TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
     window().setValue(F::chkSendMessage, 0);
     cmdOk_Click(*t.app, window(), windows);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
-                                 QStringLiteral("The port 28070 is in use by the server of the profile ctf") + kTail}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                         u"The port 28070 is in use by the server of the profile ctf"_s + kTail}));
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_TRUE(QDir(t.baseFolder()).entryList(QDir::Files).isEmpty());
 
     // Another port starts; the profile's own server never stands in its way.
     t.prompts.shown.clear();
-    window().setText(F::txtServerConfig(12), QStringLiteral("28071"));
+    window().setText(F::txtServerConfig(12), u"28071"_s);
     cmdOk_Click(*t.app, window(), windows);
-    EXPECT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    EXPECT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(u'|').toStdString();
 }
 
 TEST_F(Profiles, AWatchedStartOfANamedProfileKeepsItsFilesInItsOwnFolder)
 {
-    newProfile(QStringLiteral("ctf"), Answer::No);
+    newProfile(u"ctf"_s, Answer::No);
     window().setValue(F::chkMapAutoCycle, 1);
     window().setValue(F::chkSendMessage, 0);
     window().setValue(F::chkRestartServer, 1);
-    t.app->watcherProgram = QStringLiteral("/opt/arena-stewardctl");
+    t.app->watcherProgram = u"/opt/arena-stewardctl"_s;
     cmdOk_Click(*t.app, window(), windows);
-    ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    const QString folder = t.programFolder() + QStringLiteral("/servers/ctf");
+    ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(u'|').toStdString();
+    const QString folder = t.programFolder() + u"/servers/ctf"_s;
     EXPECT_EQ(t.launcher.started.back().arguments,
-              QStringList({QStringLiteral("run"), QStringLiteral("--config"), folder + QStringLiteral("/started.asc"),
-                           QStringLiteral("--roster"), folder + QStringLiteral("/started-bots.csv"),
-                           QStringLiteral("--profile"), QStringLiteral("ctf")}));
-    EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/started.asc")).isFile());
+              QStringList({u"run"_s, u"--config"_s, folder + u"/started.asc"_s, u"--roster"_s,
+                           folder + u"/started-bots.csv"_s, u"--profile"_s, u"ctf"_s}));
+    EXPECT_TRUE(QFileInfo(folder + u"/started.asc"_s).isFile());
 }
 
 TEST_F(Profiles, AProfileWhoseServerRunsIsNeitherRenamedNorDeleted)
 {
-    newProfile(QStringLiteral("ctf"), Answer::No);
+    newProfile(u"ctf"_s, Answer::No);
     ctfServerRuns(0);
 
     for (auto routine : {mnuProfileRename_Click, mnuProfileDelete_Click}) {
         t.prompts.shown.clear();
-        t.prompts.typed << QStringLiteral("other");
+        t.prompts.typed << u"other"_s;
         t.prompts.answerNext(Answer::Yes);
         routine(*t.app, window(), windows, profiles);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(),
-                          {kProductTitle, Icon::Exclamation,
-                           QStringLiteral("The server of the profile ctf is running: stop it first") + kTail}));
-        EXPECT_EQ(profiles.current(), QStringLiteral("ctf"));
-        EXPECT_EQ(profiles.names(), QStringList({QStringLiteral("default"), QStringLiteral("ctf")}));
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                             u"The server of the profile ctf is running: stop it first"_s + kTail}));
+        EXPECT_EQ(profiles.current(), u"ctf"_s);
+        EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf"_s}));
     }
 }

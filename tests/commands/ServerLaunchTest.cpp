@@ -14,6 +14,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,15 +23,15 @@ protected:
     ServerLaunch()
     {
         t.app->services.launcher = &launcher;
-        t.app->serverExecutable = QStringLiteral("jk2ded");
-        session.sessionName = QStringLiteral("luke.cfg");
-        session.fileName = t.baseFolder() + QStringLiteral("/luke.cfg");
+        t.app->serverExecutable = u"jk2ded"_s;
+        session.sessionName = u"luke.cfg"_s;
+        session.fileName = t.baseFolder() + u"/luke.cfg"_s;
         session.hunk = 32;
         session.zone = 16;
         session.port = 28070;
     }
-    QString record() const { return t.root() + QStringLiteral("/record.txt"); }
-    StubServer stub(const QString& name = QStringLiteral("jk2ded"), bool executable = true) const
+    QString record() const { return t.root() + u"/record.txt"_s; }
+    StubServer stub(const QString& name = u"jk2ded"_s, bool executable = true) const
     {
         return StubServer(t.gameFolder(), name, record(), executable);
     }
@@ -70,8 +71,8 @@ TEST_F(ServerLaunch, TheServerGetsEachShapeAsArgumentsInTheGameFolder)
         EXPECT_EQ(started->workingFolder, canonical(t.gameFolder()));
         EXPECT_EQ(started->program, server.path());
         EXPECT_EQ(started->arguments, launchCommand(*t.app, profile, session, c.serverType).arguments);
-        EXPECT_EQ(started->arguments.first(), QStringLiteral("+set"));
-        EXPECT_EQ(started->arguments.last(), QStringLiteral("luke.cfg"));
+        EXPECT_EQ(started->arguments.first(), u"+set"_s);
+        EXPECT_EQ(started->arguments.last(), u"luke.cfg"_s);
     }
     EXPECT_EQ(launcher.starts, 5);
 }
@@ -86,36 +87,36 @@ TEST_F(ServerLaunch, TheEmptyAddressOfInternetWithMercArrivesAsAnEmptyArgumentAn
     ASSERT_TRUE(started);
     EXPECT_EQ(started->arguments.mid(0, 9),
               QStringList({"+set", "dedicated", "2", "+set", "g_jediVmerc", "1", "+set", "net_ip", ""}));
-    EXPECT_FALSE(started->arguments.contains(QStringLiteral("net_port")));
+    EXPECT_FALSE(started->arguments.contains(u"net_port"_s));
     EXPECT_EQ(started->arguments.mid(started->arguments.size() - 5),
               QStringList({"+set", "g_gametype", "3", "+exec", "luke.cfg"}));
 }
 
 TEST_F(ServerLaunch, FieldTextReachesTheServerAsPlainArgumentsAndRunsNothing)
 {
-    const QString payload = QStringLiteral("1.2.3.4; touch pwned1 $(touch pwned2) `touch pwned3` | touch pwned4 & \"'");
-    const QString name = QStringLiteral("jk2 ded; touch pwned5 $(touch pwned6)");
+    const QString payload = u"1.2.3.4; touch pwned1 $(touch pwned2) `touch pwned3` | touch pwned4 & \"'"_s;
+    const QString name = u"jk2 ded; touch pwned5 $(touch pwned6)"_s;
     t.app->serverExecutable = name;
     const StubServer server = stub(name);
     session.ip = payload;
-    session.sessionName = QStringLiteral("a b;c.cfg");
+    session.sessionName = u"a b;c.cfg"_s;
 
     EXPECT_TRUE(startServerAfterConfiguration(*t.app, profile, session));
     const auto started = server.waitForRecord();
     ASSERT_TRUE(started);
     EXPECT_EQ(started->program, server.path());
     EXPECT_EQ(started->arguments.at(5), payload);
-    EXPECT_EQ(started->arguments.last(), QStringLiteral("a b;c.cfg"));
+    EXPECT_EQ(started->arguments.last(), u"a b;c.cfg"_s);
     QThread::msleep(200);
     for (const QString& folder : {t.gameFolder(), t.root(), QDir::currentPath()})
-        EXPECT_TRUE(QDir(folder).entryList({QStringLiteral("pwned*")}).isEmpty()) << folder.toStdString();
+        EXPECT_TRUE(QDir(folder).entryList({u"pwned*"_s}).isEmpty()) << folder.toStdString();
 }
 
 TEST_F(ServerLaunch, ABareNameIsLookedUpInTheGameFolderFirst)
 {
     // "true" also lies on the path, where it would record nothing.
-    t.app->serverExecutable = QStringLiteral("true");
-    const StubServer server = stub(QStringLiteral("true"));
+    t.app->serverExecutable = u"true"_s;
+    const StubServer server = stub(u"true"_s);
     startServerAfterConfiguration(*t.app, profile, session);
     const auto started = server.waitForRecord();
     ASSERT_TRUE(started);
@@ -132,7 +133,7 @@ TEST_F(ServerLaunch, WithoutAServerTypeNothingStartsTheRunGoesOnAndDefaultCfgIsC
     EXPECT_EQ(launchRetryCount(), before + 1) << "the messaging step runs all the same";
 
     // Default.cfg, in the base folder whatever its case.
-    const QString file = t.baseFolder() + QStringLiteral("/Default.cfg");
+    const QString file = t.baseFolder() + u"/Default.cfg"_s;
     ASSERT_TRUE(QFileInfo(file).isFile());
     EXPECT_EQ(QFileInfo(file).size(), 0);
 
@@ -141,10 +142,10 @@ TEST_F(ServerLaunch, WithoutAServerTypeNothingStartsTheRunGoesOnAndDefaultCfgIsC
     EXPECT_EQ(fileBytes(file), QByteArray("set a 1\r\n"));
 
     QFile::remove(file);
-    QDir(t.gameFolder()).rename(QStringLiteral("base"), QStringLiteral("BASE"));
+    QDir(t.gameFolder()).rename(u"base"_s, u"BASE"_s);
     EnsureDefaultCfg(*t.app);
-    EXPECT_TRUE(QFileInfo::exists(t.gameFolder() + QStringLiteral("BASE/Default.cfg")));
-    EXPECT_FALSE(QFileInfo::exists(t.gameFolder() + QStringLiteral("Base")));
+    EXPECT_TRUE(QFileInfo::exists(t.gameFolder() + u"BASE/Default.cfg"_s));
+    EXPECT_FALSE(QFileInfo::exists(t.gameFolder() + u"Base"_s));
 }
 
 namespace {

@@ -10,6 +10,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,17 +26,17 @@ struct RecordingScan {
     {
         return {
             [this](AppContext&, const QString& base, const QString& catalogue, const QString& game) {
-                calls << QStringLiteral("maps %1 %2 %3").arg(base, catalogue, game);
+                calls << u"maps %1 %2 %3"_s.arg(base, catalogue, game);
                 return maps;
             },
             [this](AppContext&, const QString& base, const QString& game) {
-                calls << QStringLiteral("shots %1 %2").arg(base, game);
+                calls << u"shots %1 %2"_s.arg(base, game);
                 if (errorInShots)
-                    raiseError(errorInShots, QStringLiteral("Level shots failed"), QStringLiteral("scanner"));
+                    raiseError(errorInShots, u"Level shots failed"_s, u"scanner"_s);
                 return shots;
             },
             [this](AppContext&) {
-                calls << QStringLiteral("convert");
+                calls << u"convert"_s;
                 return convert;
             },
         };
@@ -55,7 +56,7 @@ struct Process {
     }
 
     SettingsStore& store() { return *t.store; }
-    QString stored(const QString& key) { return store().GetSetting(key, QStringLiteral("<absent>")); }
+    QString stored(const QString& key) { return store().GetSetting(key, u"<absent>"_s); }
     StartupOutcome start(const QString& commandLine = {})
     {
         return runStartup(*t.app, host, commandLine, scan.steps());
@@ -64,16 +65,16 @@ struct Process {
     // A store that needs nothing: the game found, the first scan done.
     void storeReadyGame()
     {
-        writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+        writeFile(t.gameFolder() + u"jk2mvded"_s, "#!/bin/sh\n");
         store().SaveSetting(kKeyPathToJedi, t.gameFolder());
-        store().SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
-        store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+        store().SaveSetting(kKeyPathToServer, u"jk2mvded"_s);
+        store().SaveSetting(kKeyRunOnce, u"1"_s);
     }
 };
 
 struct Startup : ::testing::Test, Process {};
 
-const QStringList kOpened{QStringLiteral("load"), QStringLiteral("show")};
+const QStringList kOpened{u"load"_s, u"show"_s};
 
 } // namespace
 
@@ -84,7 +85,7 @@ TEST_F(Startup, AReadyStoreOpensTheMainWindowWithoutAQuestion)
 
     EXPECT_EQ(host.calls, kOpened);
     EXPECT_EQ(t.app->gameFolder, t.gameFolder());
-    EXPECT_EQ(t.app->serverExecutable, QStringLiteral("jk2mvded"));
+    EXPECT_EQ(t.app->serverExecutable, u"jk2mvded"_s);
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_TRUE(t.prompts.dialogs.empty());
     EXPECT_TRUE(scan.calls.isEmpty());
@@ -100,21 +101,21 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
     EXPECT_EQ(start(), StartupOutcome::EndProcess);
 
     EXPECT_EQ(stored(kKeyPathToJedi), kDefaultGameFolder);
-    EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("<absent>"));
-    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("<absent>"));
+    EXPECT_EQ(stored(kKeyPathToServer), u"<absent>"_s);
+    EXPECT_EQ(stored(kKeyRunOnce), u"<absent>"_s);
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     const FakePrompts::Dialog& dialog = t.prompts.dialogs.front();
     EXPECT_TRUE(dialog.open);
-    EXPECT_EQ(dialog.state.DialogTitle, QStringLiteral("Select Star Wars JK II Jedi Outcast"));
-    EXPECT_EQ(dialog.state.DefaultExt, QStringLiteral("exe"));
-    EXPECT_EQ(dialog.state.Filter, QStringLiteral("Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*"));
+    EXPECT_EQ(dialog.state.DialogTitle, u"Select Star Wars JK II Jedi Outcast"_s);
+    EXPECT_EQ(dialog.state.DefaultExt, u"exe"_s);
+    EXPECT_EQ(dialog.state.Filter, u"Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*"_s);
     EXPECT_EQ(dialog.state.Flags, 0);
-    EXPECT_EQ(dialog.state.InitialDir, kDefaultGameFolder + QLatin1Char('/'));
+    EXPECT_EQ(dialog.state.InitialDir, kDefaultGameFolder + u'/');
     EXPECT_TRUE(dialog.state.FileName.isEmpty());
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, QStringLiteral("User cancelled!") + kTail}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"User cancelled!"_s + kTail}));
 
     EXPECT_TRUE(host.calls.isEmpty()) << "no window, not even the scanner's";
     EXPECT_TRUE(t.prompts.pointerHistory.empty());
@@ -122,15 +123,15 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
 
 TEST_F(Startup, AFolderWithAnyFileNeedsNoExecutableName)
 {
-    writeFile(t.gameFolder() + QStringLiteral("whatever.txt"), "x");
-    store().SaveSetting(kKeyPathToJedi, t.root() + QStringLiteral("/game")); // no trailing slash
-    store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+    writeFile(t.gameFolder() + u"whatever.txt"_s, "x");
+    store().SaveSetting(kKeyPathToJedi, t.root() + u"/game"_s); // no trailing slash
+    store().SaveSetting(kKeyRunOnce, u"1"_s);
 
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
 
     EXPECT_TRUE(t.prompts.dialogs.empty());
     EXPECT_TRUE(t.app->serverExecutable.isEmpty());
-    EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("<absent>"));
+    EXPECT_EQ(stored(kKeyPathToServer), u"<absent>"_s);
     EXPECT_EQ(t.app->gameFolder, t.gameFolder()) << "the slash is added to the global itself";
     EXPECT_EQ(host.calls, kOpened);
 }
@@ -139,7 +140,7 @@ TEST_F(Startup, AFolderWithOnlySubfoldersCountsAsEmpty)
 {
     // The game folder holds only its base folder.
     store().SaveSetting(kKeyPathToJedi, t.gameFolder());
-    store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
+    store().SaveSetting(kKeyRunOnce, u"1"_s);
     t.prompts.cancelNextDialog();
 
     EXPECT_EQ(start(), StartupOutcome::EndProcess);
@@ -150,20 +151,20 @@ TEST_F(Startup, AFolderWithOnlySubfoldersCountsAsEmpty)
 TEST_F(Startup, AMissingExecutableIsAskedForAndTheChoiceIsStored)
 {
     store().SaveSetting(kKeyPathToJedi, t.gameFolder());
-    store().SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
-    store().SaveSetting(kKeyRunOnce, QStringLiteral("1"));
-    writeFile(t.gameFolder() + QStringLiteral("readme.txt"), "not the server");
-    const QString chosen = t.root() + QStringLiteral("/other/linuxjk2ded");
+    store().SaveSetting(kKeyPathToServer, u"jk2mvded"_s);
+    store().SaveSetting(kKeyRunOnce, u"1"_s);
+    writeFile(t.gameFolder() + u"readme.txt"_s, "not the server");
+    const QString chosen = t.root() + u"/other/linuxjk2ded"_s;
     t.prompts.chooseFile(chosen);
 
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     EXPECT_EQ(t.prompts.dialogs.front().state.InitialDir, t.gameFolder());
-    EXPECT_EQ(t.app->gameFolder, t.root() + QStringLiteral("/other/"));
-    EXPECT_EQ(t.app->serverExecutable, QStringLiteral("linuxjk2ded"));
-    EXPECT_EQ(stored(kKeyPathToJedi), t.root() + QStringLiteral("/other/"));
-    EXPECT_EQ(stored(kKeyPathToServer), QStringLiteral("linuxjk2ded"));
+    EXPECT_EQ(t.app->gameFolder, t.root() + u"/other/"_s);
+    EXPECT_EQ(t.app->serverExecutable, u"linuxjk2ded"_s);
+    EXPECT_EQ(stored(kKeyPathToJedi), t.root() + u"/other/"_s);
+    EXPECT_EQ(stored(kKeyPathToServer), u"linuxjk2ded"_s);
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(host.calls, kOpened);
 }
@@ -175,22 +176,22 @@ TEST_F(Startup, TheStoredFolderLosesItsBlanksAndOneTrailingNul)
         QString stored;
         QString folder;
     } cases[] = {
-        {QStringLiteral("   "), QStringLiteral("/")},
-        {QStringLiteral("  /srv/jk2  "), QStringLiteral("/srv/jk2/")},
-        {QStringLiteral("/srv/jk2/") + nul, QStringLiteral("/srv/jk2/")},
-        {QStringLiteral("/srv/jk2") + nul + QStringLiteral("  "), QStringLiteral("/srv/jk2/")},
+        {u"   "_s, u"/"_s},
+        {u"  /srv/jk2  "_s, u"/srv/jk2/"_s},
+        {u"/srv/jk2/"_s + nul, u"/srv/jk2/"_s},
+        {u"/srv/jk2"_s + nul + u"  "_s, u"/srv/jk2/"_s},
         // The NUL is cut after the trim, so a blank before it stays.
-        {QStringLiteral("/srv/jk2 ") + nul, QStringLiteral("/srv/jk2 /")},
-        {QStringLiteral("/srv/jk2") + nul + nul, QStringLiteral("/srv/jk2") + nul + QStringLiteral("/")},
+        {u"/srv/jk2 "_s + nul, u"/srv/jk2 /"_s},
+        {u"/srv/jk2"_s + nul + nul, u"/srv/jk2"_s + nul + u"/"_s},
         // Only blanks are trimmed.
-        {QStringLiteral("\t/srv/jk2\t"), QStringLiteral("\t/srv/jk2\t/")},
+        {u"\t/srv/jk2\t"_s, u"\t/srv/jk2\t/"_s},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.stored.toUtf8().toHex().toStdString());
         Process fresh;
         fresh.store().SaveSetting(kKeyPathToJedi, c.stored);
         ASSERT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "the store keeps the text";
-        fresh.store().SaveSetting(kKeyPathToServer, QStringLiteral("jk2ded-not-here"));
+        fresh.store().SaveSetting(kKeyPathToServer, u"jk2ded-not-here"_s);
         fresh.t.prompts.cancelNextDialog();
 
         EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
@@ -219,7 +220,7 @@ TEST_F(Startup, AnyRunOnceButZeroCountsAsDone)
 
         EXPECT_EQ(fresh.start(), StartupOutcome::MainWindowOpen);
         EXPECT_EQ(fresh.scan.calls.size(), c.firstRun ? 3 : 0);
-        EXPECT_EQ(fresh.stored(kKeyRunOnce), c.firstRun ? QStringLiteral("1") : QString::fromLatin1(c.value));
+        EXPECT_EQ(fresh.stored(kKeyRunOnce), c.firstRun ? u"1"_s : QString::fromLatin1(c.value));
     }
 }
 
@@ -230,9 +231,9 @@ TEST_F(Startup, TheFirstRunScansThenOpensTheWindow)
 
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
 
-    EXPECT_EQ(scan.calls, (QStringList{QStringLiteral("maps Base Jedi ") + t.gameFolder(),
-                                       QStringLiteral("shots Base ") + t.gameFolder(), QStringLiteral("convert")}));
-    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("1"));
+    EXPECT_EQ(scan.calls,
+              (QStringList{u"maps Base Jedi "_s + t.gameFolder(), u"shots Base "_s + t.gameFolder(), u"convert"_s}));
+    EXPECT_EQ(stored(kKeyRunOnce), u"1"_s);
 
     ASSERT_EQ(t.prompts.shown.size(), 2u);
     EXPECT_TRUE(
@@ -240,11 +241,9 @@ TEST_F(Startup, TheFirstRunScansThenOpensTheWindow)
               {kProductTitle, Icon::Information,
                QStringLiteral("As this is the first time you have run Arena Steward, a scan of your         \r\n"
                               "Jedi base folder for installed maps will be required, please be patient         ")}));
-    EXPECT_TRUE(
-        isBox(t.prompts.shown[1], {kProductTitle, Icon::Information, QStringLiteral("Map Scan complete.") + kTail}));
+    EXPECT_TRUE(isBox(t.prompts.shown[1], {kProductTitle, Icon::Information, u"Map Scan complete."_s + kTail}));
 
-    EXPECT_EQ(host.calls,
-              (QStringList{QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
+    EXPECT_EQ(host.calls, (QStringList{u"unloadScanner"_s, u"load"_s, u"show"_s}));
     // The hourglass during the scan, restored after it and again at the end.
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default, pointer::Default}));
 }
@@ -262,12 +261,12 @@ TEST_F(Startup, AFailedScanStepEndsTheProcessAndTheNextStartScansAgain)
         fresh.scan.shots = c.shots;
         fresh.scan.convert = c.convert;
         fresh.storeReadyGame();
-        fresh.store().SaveSetting(kKeyRunOnce, QStringLiteral("0"));
+        fresh.store().SaveSetting(kKeyRunOnce, u"0"_s);
 
         EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
         EXPECT_EQ(fresh.scan.calls.size(), c.steps);
-        EXPECT_EQ(fresh.stored(kKeyRunOnce), QStringLiteral("0"));
-        EXPECT_EQ(fresh.host.calls, QStringList{QStringLiteral("unloadScanner")});
+        EXPECT_EQ(fresh.stored(kKeyRunOnce), u"0"_s);
+        EXPECT_EQ(fresh.host.calls, QStringList{u"unloadScanner"_s});
         EXPECT_EQ(fresh.t.prompts.texts(), QStringList{firstRunText()}) << "the failing step told the user";
     }
 }
@@ -280,10 +279,10 @@ TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
 
     EXPECT_EQ(start(), StartupOutcome::Returned);
 
-    EXPECT_EQ(host.calls, QStringList{QStringLiteral("unloadScanner")});
+    EXPECT_EQ(host.calls, QStringList{u"unloadScanner"_s});
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, QStringLiteral("Level shots failed")}));
-    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("<absent>"));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"Level shots failed"_s}));
+    EXPECT_EQ(stored(kKeyRunOnce), u"<absent>"_s);
     // The clean-up restores the cursor.
     EXPECT_EQ(t.prompts.pointer, pointer::Default);
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default}));
@@ -295,9 +294,8 @@ TEST_F(Startup, AnErrorWhileTheWindowComesUpUnloadsIt)
     host.afterLoad = [](ServerProfile&) { raiseError(err::PathNotFound); };
 
     EXPECT_EQ(start(), StartupOutcome::Returned);
-    EXPECT_EQ(host.calls,
-              (QStringList{QStringLiteral("load"), QStringLiteral("unloadScanner"), QStringLiteral("unloadMain")}));
-    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("Path not found")});
+    EXPECT_EQ(host.calls, (QStringList{u"load"_s, u"unloadScanner"_s, u"unloadMain"_s}));
+    EXPECT_EQ(t.prompts.texts(), QStringList{u"Path not found"_s});
 }
 
 TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
@@ -326,7 +324,7 @@ TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
             EXPECT_TRUE(fresh.scan.calls.isEmpty());
             EXPECT_TRUE(fresh.t.prompts.pointerHistory.empty()) << "no cursor object";
             // The load sees a base folder under a lone slash.
-            EXPECT_EQ(fresh.t.app->baseFolder(), QStringLiteral("/Base"));
+            EXPECT_EQ(fresh.t.app->baseFolder(), u"/Base"_s);
         } else {
             EXPECT_EQ(outcome, StartupOutcome::EndProcess);
             EXPECT_EQ(fresh.stored(kKeyPathToJedi), kDefaultGameFolder);
@@ -354,14 +352,14 @@ TEST_F(Startup, ASecondInstanceIsRefusedOnlyWithMessagingOn)
         // The value that the load restores from the settings.
         fresh.host.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, c.sendMessage); };
 
-        const StartupOutcome outcome = fresh.start(QStringLiteral("-check"));
+        const StartupOutcome outcome = fresh.start(u"-check"_s);
 
         if (c.refused) {
             EXPECT_EQ(outcome, StartupOutcome::EndProcess);
-            EXPECT_EQ(fresh.host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("unloadMain")}));
+            EXPECT_EQ(fresh.host.calls, (QStringList{u"load"_s, u"unloadMain"_s}));
             ASSERT_EQ(fresh.t.prompts.shown.size(), 1u);
-            EXPECT_TRUE(isBox(fresh.t.prompts.last(), {kProductTitle, Icon::Information,
-                                                       QStringLiteral("Arena Steward is already running") + kTail}));
+            EXPECT_TRUE(isBox(fresh.t.prompts.last(),
+                              {kProductTitle, Icon::Information, u"Arena Steward is already running"_s + kTail}));
         } else {
             EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
             EXPECT_EQ(fresh.host.calls, kOpened);
@@ -379,36 +377,33 @@ TEST_F(Startup, ARestartRunsStartUpAgainAndScansAfterTheSettingsWereCleared)
 
     EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
 
-    EXPECT_EQ(host.calls,
-              (QStringList{QStringLiteral("load"), QStringLiteral("show"), QStringLiteral("closeAll"),
-                           QStringLiteral("unloadScanner"), QStringLiteral("load"), QStringLiteral("show")}));
+    EXPECT_EQ(host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"unloadScanner"_s, u"load"_s, u"show"_s}));
     EXPECT_EQ(host.loads, 2);
     EXPECT_EQ(scan.calls.size(), 3);
-    EXPECT_EQ(stored(kKeyRunOnce), QStringLiteral("1"));
-    EXPECT_EQ(t.prompts.texts(), (QStringList{firstRunText(), QStringLiteral("Map Scan complete.") + kTail}));
+    EXPECT_EQ(stored(kKeyRunOnce), u"1"_s);
+    EXPECT_EQ(t.prompts.texts(), (QStringList{firstRunText(), u"Map Scan complete."_s + kTail}));
     // One run of pending events at the first start; before, inside and after the restart.
     EXPECT_EQ(t.prompts.eventRuns, 4);
 }
 
 TEST_F(Startup, ARestartReadsTheSameCommandLineAgain)
 {
-    ASSERT_EQ(start(QStringLiteral("-Check")), StartupOutcome::MainWindowOpen);
+    ASSERT_EQ(start(u"-Check"_s), StartupOutcome::MainWindowOpen);
     EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
 
     EXPECT_FALSE(store().HasSetting(kKeyPathToJedi));
     EXPECT_TRUE(t.prompts.dialogs.empty());
-    EXPECT_EQ(host.calls, (QStringList{QStringLiteral("load"), QStringLiteral("show"), QStringLiteral("closeAll"),
-                                       QStringLiteral("load"), QStringLiteral("show")}));
+    EXPECT_EQ(host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"load"_s, u"show"_s}));
 }
 
 TEST_F(Startup, ARestartThatEndsTheProcessRunsNothingAfterIt)
 {
     storeReadyGame();
     ASSERT_EQ(start(), StartupOutcome::MainWindowOpen);
-    store().SaveSetting(kKeyPathToServer, QStringLiteral("gone"));
+    store().SaveSetting(kKeyPathToServer, u"gone"_s);
     t.prompts.cancelNextDialog();
 
     EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::EndProcess);
     EXPECT_EQ(t.prompts.eventRuns, 2) << "the first start's and the one before the restart";
-    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("User cancelled!") + kTail});
+    EXPECT_EQ(t.prompts.texts(), QStringList{u"User cancelled!"_s + kTail});
 }

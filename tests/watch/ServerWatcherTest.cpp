@@ -18,6 +18,7 @@
 using namespace steward;
 using steward::testing::fileBytes;
 using steward::testing::writeFile;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,7 +38,7 @@ class WatchedStub : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        script = dir.filePath(QStringLiteral("stub"));
+        script = dir.filePath(u"stub"_s);
         writeFile(script, "#!/bin/sh\n"
                           "echo \"stub $$ started\"\n"
                           "case \"$(cat \"$(dirname \"$0\")/mode\")\" in\n"
@@ -51,14 +52,14 @@ protected:
     }
     void TearDown() override { watcher.reset(); }
 
-    void mode(const char* m) { writeFile(dir.filePath(QStringLiteral("mode")), m); }
+    void mode(const char* m) { writeFile(dir.filePath(u"mode"_s), m); }
 
     void watch(ServerWatcher::Options options)
     {
         options.restartDelayMs = 50;
         options.stopGraceMs = 2000;
         WatchState session;
-        session.session = QStringLiteral("luke.cfg");
+        session.session = u"luke.cfg"_s;
         session.port = 28070;
         watcher = std::make_unique<ServerWatcher>(folder, session, options, clock);
         watcher->setRelaunch([this](QString* why) {
@@ -72,15 +73,12 @@ protected:
         ASSERT_TRUE(watcher->start(request(), &error)) << error.toStdString();
     }
 
-    LaunchRequest request() const { return {script, {QStringLiteral("+set"), QStringLiteral("x")}, dir.path()}; }
+    LaunchRequest request() const { return {script, {u"+set"_s, u"x"_s}, dir.path()}; }
 
-    QStringList crashLogs() const
-    {
-        return QDir(folder.path()).entryList({QStringLiteral("crash-*.log")}, QDir::Files);
-    }
+    QStringList crashLogs() const { return QDir(folder.path()).entryList({u"crash-*.log"_s}, QDir::Files); }
 
     QTemporaryDir dir;
-    ServerFolder folder{dir.path() + QStringLiteral("/program"), QStringLiteral("luke")};
+    ServerFolder folder{dir.path() + u"/program"_s, u"luke"_s};
     QString script;
     steward::testing::FixedClock clock;
     std::unique_ptr<ServerWatcher> watcher;
@@ -110,11 +108,11 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     EXPECT_EQ(state.restarts, 2);
     EXPECT_NE(state.server.pid, first.pid);
     EXPECT_TRUE(stillRuns(state.server));
-    EXPECT_EQ(state.lastCrashCause, QStringLiteral("signal 11 (SIGSEGV)"));
+    EXPECT_EQ(state.lastCrashCause, u"signal 11 (SIGSEGV)"_s);
     EXPECT_EQ(state.arguments, request().arguments);
 
     ASSERT_FALSE(crashLogs().isEmpty());
-    const QByteArray log = fileBytes(folder.path() + QLatin1Char('/') + crashLogs().first());
+    const QByteArray log = fileBytes(folder.path() + u'/' + crashLogs().first());
     EXPECT_TRUE(log.startsWith("The server crashed: signal 11 (SIGSEGV)\n")) << log.toStdString();
     EXPECT_TRUE(log.contains("going down\n"));
     EXPECT_TRUE(fileBytes(folder.serverLog()).contains("going down\n"));
@@ -125,7 +123,7 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     watcher->stop();
     ASSERT_TRUE(eventually([&] { return exitCode == 0; }));
     EXPECT_FALSE(stillRuns(server));
-    EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, QStringLiteral("Stopped"));
+    EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, u"Stopped"_s);
 }
 
 TEST_F(WatchedStub, TheCrashPastTheLimitEndsTheWatch)
@@ -139,9 +137,9 @@ TEST_F(WatchedStub, TheCrashPastTheLimitEndsTheWatch)
     EXPECT_EQ(exitCode, 1);
     EXPECT_EQ(relaunches, 2);
     const WatchState state = *readWatchState(folder.stateFile());
-    EXPECT_EQ(state.stoppedReason, QStringLiteral("Stopped after 3 crashes in 10 minutes"));
-    EXPECT_EQ(state.lastCrashCause, QStringLiteral("exit status 3"));
-    EXPECT_EQ(watchSummary(state), QStringLiteral("Stopped after 3 crashes in 10 minutes"));
+    EXPECT_EQ(state.stoppedReason, u"Stopped after 3 crashes in 10 minutes"_s);
+    EXPECT_EQ(state.lastCrashCause, u"exit status 3"_s);
+    EXPECT_EQ(watchSummary(state), u"Stopped after 3 crashes in 10 minutes"_s);
 }
 
 TEST_F(WatchedStub, EachEndHasItsOwnOutcome)
@@ -159,7 +157,7 @@ TEST_F(WatchedStub, EachEndHasItsOwnOutcome)
     };
     for (const auto& c : cases) {
         for (const QString& log : crashLogs())
-            QFile::remove(folder.path() + QLatin1Char('/') + log);
+            QFile::remove(folder.path() + u'/' + log);
         exitCode = -1;
         relaunches = 0;
         mode(c.mode);
@@ -193,7 +191,7 @@ TEST_F(WatchedStub, AProgramThatCannotStartSaysWhy)
     WatchState session;
     ServerWatcher lone(folder, session, options, clock);
     QString error;
-    EXPECT_FALSE(lone.start({dir.filePath(QStringLiteral("missing")), {}, dir.path()}, &error));
+    EXPECT_FALSE(lone.start({dir.filePath(u"missing"_s), {}, dir.path()}, &error));
     EXPECT_FALSE(error.isEmpty());
     EXPECT_FALSE(lone.serverRunning());
 }

@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -31,7 +32,7 @@ bool ownerOnly(const QString& path)
 ProcessIdentity endedProcess()
 {
     QProcess child;
-    child.start(QStringLiteral("/bin/true"));
+    child.start(u"/bin/true"_s);
     child.waitForStarted();
     const ProcessIdentity identity = identifyProcess(child.processId());
     child.waitForFinished();
@@ -52,8 +53,8 @@ TEST(ServerFolderTest, EverySessionNameGivesOneFolderInsideServers)
     for (const auto& c : cases) {
         const QString id = ServerFolder::idForSession(QString::fromUtf8(c.session));
         EXPECT_EQ(id, QString::fromUtf8(c.id)) << c.session;
-        const ServerFolder folder(QStringLiteral("/p"), id);
-        EXPECT_EQ(QFileInfo(folder.path()).absolutePath(), QStringLiteral("/p/servers")) << c.session;
+        const ServerFolder folder(u"/p"_s, id);
+        EXPECT_EQ(QFileInfo(folder.path()).absolutePath(), u"/p/servers"_s) << c.session;
     }
 }
 
@@ -82,7 +83,7 @@ TEST(RestartPolicyTest, CountsCrashesInASlidingWindow)
 TEST(ServerLogTest, KeepsTheLastLinesAndMovesAFullLogAside)
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("server.log"));
+    const QString file = dir.filePath(u"server.log"_s);
     ServerLog log(file, 1000);
     for (int i = 0; i < 300; ++i)
         log.append(QByteArray("line ") + QByteArray::number(i) + (i % 2 ? "\n" : "\r\n"));
@@ -91,14 +92,14 @@ TEST(ServerLogTest, KeepsTheLastLinesAndMovesAFullLogAside)
 
     const QStringList last = log.lastLines();
     ASSERT_EQ(last.size(), ServerLog::kKeptLines);
-    EXPECT_EQ(last.first(), QStringLiteral("line 101"));
-    EXPECT_EQ(last.at(last.size() - 2), QStringLiteral("line 299"));
-    EXPECT_EQ(last.last(), QStringLiteral("half a line"));
+    EXPECT_EQ(last.first(), u"line 101"_s);
+    EXPECT_EQ(last.at(last.size() - 2), u"line 299"_s);
+    EXPECT_EQ(last.last(), u"half a line"_s);
 
     EXPECT_LE(QFileInfo(file).size(), 1000);
-    EXPECT_LE(QFileInfo(file + QStringLiteral(".1")).size(), 1000);
-    EXPECT_GT(QFileInfo(file + QStringLiteral(".1")).size(), 900);
-    EXPECT_FALSE(QFileInfo::exists(file + QStringLiteral(".2")));
+    EXPECT_LE(QFileInfo(file + u".1"_s).size(), 1000);
+    EXPECT_GT(QFileInfo(file + u".1"_s).size(), 900);
+    EXPECT_FALSE(QFileInfo::exists(file + u".2"_s));
     EXPECT_TRUE(ownerOnly(file));
     EXPECT_TRUE(steward::testing::fileBytes(file).endsWith("half a line"));
 }
@@ -119,23 +120,23 @@ TEST(ProcessIdentityTest, OnlyTheRecordedProcessCountsAsRunning)
 TEST(WatchStateTest, SurvivesTheFileAndReadsAsOneLine)
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("state.json"));
+    const QString file = dir.filePath(u"state.json"_s);
     const QDateTime crash(QDate(2026, 11, 25), QTime(13, 58), Qt::LocalTime);
     const QDateTime since(QDate(2026, 11, 25), QTime(14, 2), Qt::LocalTime);
 
     WatchState running;
-    running.session = QStringLiteral("luke.cfg");
+    running.session = u"luke.cfg"_s;
     running.port = 28070;
     running.watched = true;
     running.watcher = identifyProcess(::getpid());
     running.server = identifyProcess(::getpid());
-    running.program = QStringLiteral("/games/jk2/jk2ded");
-    running.arguments = {QStringLiteral("+set"), QStringLiteral("dedicated 2")};
+    running.program = u"/games/jk2/jk2ded"_s;
+    running.arguments = {u"+set"_s, u"dedicated 2"_s};
     running.phase = WatchState::Phase::Running;
     running.since = since;
     running.restarts = 2;
     running.lastCrash = crash;
-    running.lastCrashCause = QStringLiteral("signal 11");
+    running.lastCrashCause = u"signal 11"_s;
     ASSERT_TRUE(writeWatchState(file, running));
     EXPECT_TRUE(ownerOnly(file));
     const auto back = readWatchState(file);
@@ -152,7 +153,7 @@ TEST(WatchStateTest, SurvivesTheFileAndReadsAsOneLine)
     gone.watcher = endedProcess();
     WatchState stopped = gone;
     stopped.phase = WatchState::Phase::Stopped;
-    stopped.stoppedReason = QStringLiteral("Stopped after 3 crashes in 10 minutes");
+    stopped.stoppedReason = u"Stopped after 3 crashes in 10 minutes"_s;
 
     const struct {
         std::optional<WatchState> state;
@@ -172,31 +173,31 @@ TEST(WatchStateTest, SurvivesTheFileAndReadsAsOneLine)
 TEST(WatchStateTest, AnythingButAStateFileReadsAsNone)
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("state.json"));
+    const QString file = dir.filePath(u"state.json"_s);
     for (const QByteArray& bytes :
          {QByteArray(), QByteArray("{"), QByteArray("[1,2]"), QByteArray("\xff\xfe\x00", 3)}) {
         steward::testing::writeFile(file, bytes);
         EXPECT_FALSE(readWatchState(file)) << bytes.toHex().toStdString();
     }
-    EXPECT_FALSE(readWatchState(dir.filePath(QStringLiteral("missing.json"))));
+    EXPECT_FALSE(readWatchState(dir.filePath(u"missing.json"_s)));
     // Fields of the wrong kind read as empty ones: nothing runs.
     steward::testing::writeFile(file, R"({"phase":"running","server":{"pid":"x"},"restarts":"many"})");
     const auto odd = readWatchState(file);
     ASSERT_TRUE(odd);
-    EXPECT_EQ(watchSummary(odd), QStringLiteral("Not running"));
+    EXPECT_EQ(watchSummary(odd), u"Not running"_s);
 }
 
 TEST(PrivateFileTest, AFileThatCannotBeReplacedKeepsItsOldText)
 {
     QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("state.json"));
+    const QString file = dir.filePath(u"state.json"_s);
     ASSERT_TRUE(writePrivateFile(file, "old"));
     QString reason;
-    EXPECT_FALSE(writePrivateFile(dir.filePath(QStringLiteral("no/such/folder/x")), "new", &reason));
+    EXPECT_FALSE(writePrivateFile(dir.filePath(u"no/such/folder/x"_s), "new", &reason));
     EXPECT_FALSE(reason.isEmpty());
     // The new text goes to a file beside the old one first; where that can't be made,
     // whoever runs the test, the old text stays.
-    ASSERT_TRUE(QDir().mkpath(file + QStringLiteral(".new.%1").arg(QCoreApplication::applicationPid())));
+    ASSERT_TRUE(QDir().mkpath(file + u".new.%1"_s.arg(QCoreApplication::applicationPid())));
     EXPECT_FALSE(writePrivateFile(file, "new"));
     EXPECT_EQ(steward::testing::fileBytes(file), QByteArray("old"));
 }
@@ -204,7 +205,7 @@ TEST(PrivateFileTest, AFileThatCannotBeReplacedKeepsItsOldText)
 TEST(ServerFolderTest, CrashLogsOfOneSecondStayApartAndTheOldestGo)
 {
     QTemporaryDir dir;
-    const ServerFolder folder(dir.path(), QStringLiteral("luke"));
+    const ServerFolder folder(dir.path(), u"luke"_s);
     ASSERT_TRUE(folder.make());
     const QDateTime when(QDate(2026, 11, 25), QTime(13, 58, 7));
     for (int i = 1; i <= 25; ++i)
@@ -213,6 +214,6 @@ TEST(ServerFolderTest, CrashLogsOfOneSecondStayApartAndTheOldestGo)
     const QStringList kept = folder.crashLogs();
     ASSERT_EQ(kept.size(), 20);
     EXPECT_EQ(steward::testing::fileBytes(kept.first()), QByteArray("6"));
-    EXPECT_TRUE(kept.last().endsWith(QStringLiteral("/crash-20261125-135807-25.log")));
+    EXPECT_TRUE(kept.last().endsWith(u"/crash-20261125-135807-25.log"_s));
     EXPECT_EQ(steward::testing::fileBytes(kept.last()), QByteArray("25"));
 }
