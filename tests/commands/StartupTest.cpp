@@ -1,10 +1,11 @@
+// Start-up: finding the game, the first run's scan, the -check switch, a second instance and a restart.
+#include "commands/Startup.h"
 #include "model/Constants.h"
 #include "model/FieldNames.h"
-#include "commands/Startup.h"
 #include "support/Errors.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
-#include "testkit/BoxExpect.h"
 
 #include <gtest/gtest.h>
 
@@ -14,67 +15,63 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The three first-run steps, recorded, each with the result it is told to give.
-struct RecordingScan {
-    QStringList calls;
-    bool maps = true;
-    bool shots = true;
-    bool convert = true;
-    int errorInShots = 0;
+const QString kAbsent = u"<absent>"_s;
+const QStringList kOpened{u"load"_s, u"show"_s};
 
-    FirstRunScan steps()
-    {
-        return {
-            [this](AppContext&, const QString& base, const QString& catalogue, const QString& game) {
-                calls << u"maps %1 %2 %3"_s.arg(base, catalogue, game);
-                return maps;
-            },
-            [this](AppContext&, const QString& base, const QString& game) {
-                calls << u"shots %1 %2"_s.arg(base, game);
-                if (errorInShots)
-                    raiseError(errorInShots, u"Level shots failed"_s, u"scanner"_s);
-                return shots;
-            },
-            [this](AppContext&) {
-                calls << u"convert"_s;
-                return convert;
-            },
-        };
-    }
-};
-
-// A fresh process: the globals start empty. A test of many cases starts one per case.
+// A fresh process: the globals start empty; the three first-run steps are recorded, each with the
+// result it is told to give. A test of many cases starts one per case.
 struct Process {
     TestApp t;
     FakeWindowHost host{*t.app};
-    RecordingScan scan;
+    QStringList scans;
+    bool maps = true, shots = true, convert = true;
+    int errorInShots = 0;
 
     Process()
     {
         t.app->gameFolder.clear();
         t.app->serverExecutable.clear();
     }
-
-    SettingsStore& store() { return *t.store; }
-    QString stored(const QString& key) { return store().GetSetting(key, u"<absent>"_s); }
-    StartupOutcome start(const QString& commandLine = {})
+    FirstRunScan steps()
     {
-        return runStartup(*t.app, host, commandLine, scan.steps());
+        return {
+            [this](AppContext&, const QString& base, const QString& catalogue, const QString& game) {
+                scans << u"maps %1 %2 %3"_s.arg(base, catalogue, game);
+                return maps;
+            },
+            [this](AppContext&, const QString& base, const QString& game) {
+                scans << u"shots %1 %2"_s.arg(base, game);
+                if (errorInShots)
+                    raiseError(errorInShots, u"Level shots failed"_s, u"scanner"_s);
+                return shots;
+            },
+            [this](AppContext&) {
+                scans << u"convert"_s;
+                return convert;
+            },
+        };
     }
-
+    SettingsStore& store() { return *t.store; }
+    QString stored(const QString& key) { return store().GetSetting(key, kAbsent); }
+    void save(const QString& key, const QString& value) { store().SaveSetting(key, value); }
+    StartupOutcome start(const QString& commandLine = {}) { return runStartup(*t.app, host, commandLine, steps()); }
+    StartupOutcome restart() { return RestartProgram(*t.app, host, steps()); }
+    const FakePrompts::Dialog& onlyDialog()
+    {
+        EXPECT_EQ(t.prompts.dialogs.size(), 1u);
+        return t.prompts.dialogs.front();
+    }
     // A store that needs nothing: the game found, the first scan done.
     void storeReadyGame()
     {
         writeFile(t.gameFolder() + u"jk2mvded"_s, "#!/bin/sh\n");
-        store().SaveSetting(kKeyPathToJedi, t.gameFolder());
-        store().SaveSetting(kKeyPathToServer, u"jk2mvded"_s);
-        store().SaveSetting(kKeyRunOnce, u"1"_s);
+        save(kKeyPathToJedi, t.gameFolder());
+        save(kKeyPathToServer, u"jk2mvded"_s);
+        save(kKeyRunOnce, u"1"_s);
     }
 };
 
 struct Startup : ::testing::Test, Process {};
-
-const QStringList kOpened{u"load"_s, u"show"_s};
 
 } // namespace
 
@@ -82,13 +79,12 @@ TEST_F(Startup, AReadyStoreOpensTheMainWindowWithoutAQuestion)
 {
     storeReadyGame();
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
-
     EXPECT_EQ(host.calls, kOpened);
     EXPECT_EQ(t.app->gameFolder, t.gameFolder());
     EXPECT_EQ(t.app->serverExecutable, u"jk2mvded"_s);
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_TRUE(t.prompts.dialogs.empty());
-    EXPECT_TRUE(scan.calls.isEmpty());
+    EXPECT_TRUE(scans.isEmpty());
     EXPECT_EQ(t.prompts.eventRuns, 1);
     // The cursor object is made and restored at the end.
     EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>{pointer::Default});
@@ -99,13 +95,11 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
 {
     t.prompts.cancelNextDialog();
     EXPECT_EQ(start(), StartupOutcome::EndProcess);
-
     EXPECT_EQ(stored(kKeyPathToJedi), kDefaultGameFolder);
-    EXPECT_EQ(stored(kKeyPathToServer), u"<absent>"_s);
-    EXPECT_EQ(stored(kKeyRunOnce), u"<absent>"_s);
+    EXPECT_EQ(stored(kKeyPathToServer), kAbsent);
+    EXPECT_EQ(stored(kKeyRunOnce), kAbsent);
 
-    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
-    const FakePrompts::Dialog& dialog = t.prompts.dialogs.front();
+    const FakePrompts::Dialog& dialog = onlyDialog();
     EXPECT_TRUE(dialog.open);
     EXPECT_EQ(dialog.state.DialogTitle, u"Select Star Wars JK II Jedi Outcast"_s);
     EXPECT_EQ(dialog.state.DefaultExt, u"exe"_s);
@@ -116,51 +110,40 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"User cancelled!"_s + kTail}));
-
     EXPECT_TRUE(host.calls.isEmpty()) << "no window, not even the scanner's";
     EXPECT_TRUE(t.prompts.pointerHistory.empty());
 }
 
-TEST_F(Startup, AFolderWithAnyFileNeedsNoExecutableName)
-{
-    writeFile(t.gameFolder() + u"whatever.txt"_s, "x");
-    store().SaveSetting(kKeyPathToJedi, t.root() + u"/game"_s); // no trailing slash
-    store().SaveSetting(kKeyRunOnce, u"1"_s);
-
-    EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
-
-    EXPECT_TRUE(t.prompts.dialogs.empty());
-    EXPECT_TRUE(t.app->serverExecutable.isEmpty());
-    EXPECT_EQ(stored(kKeyPathToServer), u"<absent>"_s);
-    EXPECT_EQ(t.app->gameFolder, t.gameFolder()) << "the slash is added to the global itself";
-    EXPECT_EQ(host.calls, kOpened);
-}
-
-TEST_F(Startup, AFolderWithOnlySubfoldersCountsAsEmpty)
+TEST_F(Startup, AFolderWithAnyFileNeedsNoExecutableNameButOneWithOnlySubfoldersCountsAsEmpty)
 {
     // The game folder holds only its base folder.
-    store().SaveSetting(kKeyPathToJedi, t.gameFolder());
-    store().SaveSetting(kKeyRunOnce, u"1"_s);
+    save(kKeyPathToJedi, t.gameFolder());
+    save(kKeyRunOnce, u"1"_s);
     t.prompts.cancelNextDialog();
-
     EXPECT_EQ(start(), StartupOutcome::EndProcess);
-    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
-    EXPECT_EQ(t.prompts.dialogs.front().state.InitialDir, t.gameFolder());
+    EXPECT_EQ(onlyDialog().state.InitialDir, t.gameFolder());
+
+    Process fresh;
+    writeFile(fresh.t.gameFolder() + u"whatever.txt"_s, "x");
+    fresh.save(kKeyPathToJedi, fresh.t.root() + u"/game"_s); // no trailing slash
+    fresh.save(kKeyRunOnce, u"1"_s);
+    EXPECT_EQ(fresh.start(), StartupOutcome::MainWindowOpen);
+    EXPECT_TRUE(fresh.t.prompts.dialogs.empty());
+    EXPECT_TRUE(fresh.t.app->serverExecutable.isEmpty());
+    EXPECT_EQ(fresh.stored(kKeyPathToServer), kAbsent);
+    EXPECT_EQ(fresh.t.app->gameFolder, fresh.t.gameFolder()) << "the slash is added to the global itself";
+    EXPECT_EQ(fresh.host.calls, kOpened);
 }
 
 TEST_F(Startup, AMissingExecutableIsAskedForAndTheChoiceIsStored)
 {
-    store().SaveSetting(kKeyPathToJedi, t.gameFolder());
-    store().SaveSetting(kKeyPathToServer, u"jk2mvded"_s);
-    store().SaveSetting(kKeyRunOnce, u"1"_s);
+    storeReadyGame();
+    QFile::remove(t.gameFolder() + u"jk2mvded"_s);
     writeFile(t.gameFolder() + u"readme.txt"_s, "not the server");
-    const QString chosen = t.root() + u"/other/linuxjk2ded"_s;
-    t.prompts.chooseFile(chosen);
+    t.prompts.chooseFile(t.root() + u"/other/linuxjk2ded"_s);
 
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
-
-    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
-    EXPECT_EQ(t.prompts.dialogs.front().state.InitialDir, t.gameFolder());
+    EXPECT_EQ(onlyDialog().state.InitialDir, t.gameFolder());
     EXPECT_EQ(t.app->gameFolder, t.root() + u"/other/"_s);
     EXPECT_EQ(t.app->serverExecutable, u"linuxjk2ded"_s);
     EXPECT_EQ(stored(kKeyPathToJedi), t.root() + u"/other/"_s);
@@ -173,30 +156,26 @@ TEST_F(Startup, TheStoredFolderLosesItsBlanksAndOneTrailingNul)
 {
     const QChar nul(0);
     const struct {
-        QString stored;
-        QString folder;
+        QString stored, folder;
     } cases[] = {
         {u"   "_s, u"/"_s},
         {u"  /srv/jk2  "_s, u"/srv/jk2/"_s},
         {u"/srv/jk2/"_s + nul, u"/srv/jk2/"_s},
         {u"/srv/jk2"_s + nul + u"  "_s, u"/srv/jk2/"_s},
-        // The NUL is cut after the trim, so a blank before it stays.
+        // The NUL is cut after the trim, so a blank before it stays; only blanks are trimmed.
         {u"/srv/jk2 "_s + nul, u"/srv/jk2 /"_s},
         {u"/srv/jk2"_s + nul + nul, u"/srv/jk2"_s + nul + u"/"_s},
-        // Only blanks are trimmed.
         {u"\t/srv/jk2\t"_s, u"\t/srv/jk2\t/"_s},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.stored.toUtf8().toHex().toStdString());
         Process fresh;
-        fresh.store().SaveSetting(kKeyPathToJedi, c.stored);
+        fresh.save(kKeyPathToJedi, c.stored);
         ASSERT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "the store keeps the text";
-        fresh.store().SaveSetting(kKeyPathToServer, u"jk2ded-not-here"_s);
+        fresh.save(kKeyPathToServer, u"jk2ded-not-here"_s);
         fresh.t.prompts.cancelNextDialog();
-
         EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
-        ASSERT_EQ(fresh.t.prompts.dialogs.size(), 1u);
-        EXPECT_EQ(fresh.t.prompts.dialogs.front().state.InitialDir, c.folder);
+        EXPECT_EQ(fresh.onlyDialog().state.InitialDir, c.folder);
         EXPECT_EQ(fresh.t.app->gameFolder, c.folder);
         EXPECT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "nothing written back";
     }
@@ -207,19 +186,16 @@ TEST_F(Startup, AnyRunOnceButZeroCountsAsDone)
     const struct {
         const char* value; // nullptr: the key is absent
         bool firstRun;
-    } cases[] = {
-        {"1", false}, {"2", false}, {"", false}, {" 0", false}, {"0", true}, {nullptr, true},
-    };
+    } cases[] = {{"1", false}, {"2", false}, {"", false}, {" 0", false}, {"0", true}, {nullptr, true}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.value ? c.value : "absent");
         Process fresh;
         fresh.storeReadyGame();
         fresh.store().DeleteSetting(kKeyRunOnce);
         if (c.value)
-            fresh.store().SaveSetting(kKeyRunOnce, QString::fromLatin1(c.value));
-
+            fresh.save(kKeyRunOnce, QString::fromLatin1(c.value));
         EXPECT_EQ(fresh.start(), StartupOutcome::MainWindowOpen);
-        EXPECT_EQ(fresh.scan.calls.size(), c.firstRun ? 3 : 0);
+        EXPECT_EQ(fresh.scans.size(), c.firstRun ? 3 : 0);
         EXPECT_EQ(fresh.stored(kKeyRunOnce), c.firstRun ? u"1"_s : QString::fromLatin1(c.value));
     }
 }
@@ -228,21 +204,16 @@ TEST_F(Startup, TheFirstRunScansThenOpensTheWindow)
 {
     storeReadyGame();
     store().DeleteSetting(kKeyRunOnce);
-
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
-
-    EXPECT_EQ(scan.calls,
+    EXPECT_EQ(scans,
               (QStringList{u"maps Base Jedi "_s + t.gameFolder(), u"shots Base "_s + t.gameFolder(), u"convert"_s}));
     EXPECT_EQ(stored(kKeyRunOnce), u"1"_s);
-
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(
-        isBox(t.prompts.shown[0],
-              {kProductTitle, Icon::Information,
-               QStringLiteral("As this is the first time you have run Arena Steward, a scan of your         \r\n"
-                              "Jedi base folder for installed maps will be required, please be patient         ")}));
+    EXPECT_TRUE(isBox(t.prompts.shown[0],
+                      {kProductTitle, Icon::Information,
+                       u"As this is the first time you have run Arena Steward, a scan of your         \r\n"
+                       "Jedi base folder for installed maps will be required, please be patient         "_s}));
     EXPECT_TRUE(isBox(t.prompts.shown[1], {kProductTitle, Icon::Information, u"Map Scan complete."_s + kTail}));
-
     EXPECT_EQ(host.calls, (QStringList{u"unloadScanner"_s, u"load"_s, u"show"_s}));
     // The hourglass during the scan, restored after it and again at the end.
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default, pointer::Default}));
@@ -250,21 +221,16 @@ TEST_F(Startup, TheFirstRunScansThenOpensTheWindow)
 
 TEST_F(Startup, AFailedScanStepEndsTheProcessAndTheNextStartScansAgain)
 {
-    const struct {
-        bool maps, shots, convert;
-        int steps;
-    } cases[] = {{false, true, true, 1}, {true, false, true, 2}, {true, true, false, 3}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.steps);
+    for (int failing = 1; failing <= 3; ++failing) {
+        SCOPED_TRACE(failing);
         Process fresh;
-        fresh.scan.maps = c.maps;
-        fresh.scan.shots = c.shots;
-        fresh.scan.convert = c.convert;
+        fresh.maps = failing != 1;
+        fresh.shots = failing != 2;
+        fresh.convert = failing != 3;
         fresh.storeReadyGame();
-        fresh.store().SaveSetting(kKeyRunOnce, u"0"_s);
-
+        fresh.save(kKeyRunOnce, u"0"_s);
         EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
-        EXPECT_EQ(fresh.scan.calls.size(), c.steps);
+        EXPECT_EQ(fresh.scans.size(), failing);
         EXPECT_EQ(fresh.stored(kKeyRunOnce), u"0"_s);
         EXPECT_EQ(fresh.host.calls, QStringList{u"unloadScanner"_s});
         EXPECT_EQ(fresh.t.prompts.texts(), QStringList{firstRunText()}) << "the failing step told the user";
@@ -275,27 +241,22 @@ TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
 {
     storeReadyGame();
     store().DeleteSetting(kKeyRunOnce);
-    scan.errorInShots = err::FileNotFound;
-
+    errorInShots = err::FileNotFound;
     EXPECT_EQ(start(), StartupOutcome::Returned);
-
     EXPECT_EQ(host.calls, QStringList{u"unloadScanner"_s});
     ASSERT_EQ(t.prompts.shown.size(), 2u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"Level shots failed"_s}));
-    EXPECT_EQ(stored(kKeyRunOnce), u"<absent>"_s);
+    EXPECT_EQ(stored(kKeyRunOnce), kAbsent);
     // The clean-up restores the cursor.
     EXPECT_EQ(t.prompts.pointer, pointer::Default);
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default}));
-}
 
-TEST_F(Startup, AnErrorWhileTheWindowComesUpUnloadsIt)
-{
-    storeReadyGame();
-    host.afterLoad = [](ServerProfile&) { raiseError(err::PathNotFound); };
-
-    EXPECT_EQ(start(), StartupOutcome::Returned);
-    EXPECT_EQ(host.calls, (QStringList{u"load"_s, u"unloadScanner"_s, u"unloadMain"_s}));
-    EXPECT_EQ(t.prompts.texts(), QStringList{u"Path not found"_s});
+    Process fresh; // an error while the window comes up unloads it
+    fresh.storeReadyGame();
+    fresh.host.afterLoad = [](ServerProfile&) { raiseError(err::PathNotFound); };
+    EXPECT_EQ(fresh.start(), StartupOutcome::Returned);
+    EXPECT_EQ(fresh.host.calls, (QStringList{u"load"_s, u"unloadScanner"_s, u"unloadMain"_s}));
+    EXPECT_EQ(fresh.t.prompts.texts(), QStringList{u"Path not found"_s});
 }
 
 TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
@@ -303,17 +264,13 @@ TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
     const struct {
         const char* commandLine;
         bool check;
-    } cases[] = {
-        {"-check", true},   {"-CHECK", true},    {"-ChEcK", true}, {" -check", false},
-        {"-check ", false}, {"-check x", false}, {"check", false}, {"", false},
-    };
+    } cases[] = {{"-check", true},   {"-CHECK", true},    {"-ChEcK", true}, {" -check", false},
+                 {"-check ", false}, {"-check x", false}, {"check", false}, {"", false}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.commandLine);
         Process fresh;
         fresh.t.prompts.cancelNextDialog();
-
         const StartupOutcome outcome = fresh.start(QString::fromLatin1(c.commandLine));
-
         if (c.check) {
             EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
             EXPECT_EQ(fresh.host.calls, kOpened);
@@ -321,10 +278,9 @@ TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
             EXPECT_TRUE(fresh.t.app->gameFolder.isEmpty());
             EXPECT_TRUE(fresh.t.app->serverExecutable.isEmpty());
             EXPECT_TRUE(fresh.t.prompts.dialogs.empty());
-            EXPECT_TRUE(fresh.scan.calls.isEmpty());
+            EXPECT_TRUE(fresh.scans.isEmpty());
             EXPECT_TRUE(fresh.t.prompts.pointerHistory.empty()) << "no cursor object";
-            // The load sees a base folder under a lone slash.
-            EXPECT_EQ(fresh.t.app->baseFolder(), u"/Base"_s);
+            EXPECT_EQ(fresh.t.app->baseFolder(), u"/Base"_s) << "the load sees a base folder under a lone slash";
         } else {
             EXPECT_EQ(outcome, StartupOutcome::EndProcess);
             EXPECT_EQ(fresh.stored(kKeyPathToJedi), kDefaultGameFolder);
@@ -335,75 +291,56 @@ TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
 
 TEST_F(Startup, ASecondInstanceIsRefusedOnlyWithMessagingOn)
 {
-    const struct {
-        bool otherRunning;
-        bool sendMessage;
-        bool refused;
-    } cases[] = {
-        {true, true, true},
-        {true, false, false},
-        {false, true, false},
-        {false, false, false},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(::testing::Message() << c.otherRunning << c.sendMessage);
-        Process fresh;
-        fresh.t.instances.otherRunning = c.otherRunning;
-        // The value that the load restores from the settings.
-        fresh.host.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, c.sendMessage); };
-
-        const StartupOutcome outcome = fresh.start(u"-check"_s);
-
-        if (c.refused) {
-            EXPECT_EQ(outcome, StartupOutcome::EndProcess);
-            EXPECT_EQ(fresh.host.calls, (QStringList{u"load"_s, u"unloadMain"_s}));
-            ASSERT_EQ(fresh.t.prompts.shown.size(), 1u);
-            EXPECT_TRUE(isBox(fresh.t.prompts.last(),
-                              {kProductTitle, Icon::Information, u"Arena Steward is already running"_s + kTail}));
-        } else {
-            EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
-            EXPECT_EQ(fresh.host.calls, kOpened);
-            EXPECT_TRUE(fresh.t.prompts.shown.empty());
+    for (const bool otherRunning : {true, false})
+        for (const bool sendMessage : {true, false}) {
+            SCOPED_TRACE(::testing::Message() << otherRunning << sendMessage);
+            Process fresh;
+            fresh.t.instances.otherRunning = otherRunning;
+            // The value that the load restores from the settings.
+            fresh.host.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, sendMessage); };
+            const StartupOutcome outcome = fresh.start(u"-check"_s);
+            if (otherRunning && sendMessage) {
+                EXPECT_EQ(outcome, StartupOutcome::EndProcess);
+                EXPECT_EQ(fresh.host.calls, (QStringList{u"load"_s, u"unloadMain"_s}));
+                EXPECT_EQ(fresh.t.prompts.shown.size(), 1u);
+                EXPECT_TRUE(isBox(fresh.t.prompts.last(),
+                                  {kProductTitle, Icon::Information, u"Arena Steward is already running"_s + kTail}));
+            } else {
+                EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
+                EXPECT_EQ(fresh.host.calls, kOpened);
+                EXPECT_TRUE(fresh.t.prompts.shown.empty());
+            }
         }
-    }
 }
 
-TEST_F(Startup, ARestartRunsStartUpAgainAndScansAfterTheSettingsWereCleared)
+TEST_F(Startup, ARestartRunsStartUpAgainWithTheSameCommandLine)
 {
     storeReadyGame();
     ASSERT_EQ(start(), StartupOutcome::MainWindowOpen);
-    ASSERT_TRUE(scan.calls.isEmpty());
-    store().DeleteSetting(kKeyRunOnce);
-
-    EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
-
+    ASSERT_TRUE(scans.isEmpty());
+    store().DeleteSetting(kKeyRunOnce); // the settings were cleared: it scans again
+    EXPECT_EQ(restart(), StartupOutcome::MainWindowOpen);
     EXPECT_EQ(host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"unloadScanner"_s, u"load"_s, u"show"_s}));
     EXPECT_EQ(host.loads, 2);
-    EXPECT_EQ(scan.calls.size(), 3);
+    EXPECT_EQ(scans.size(), 3);
     EXPECT_EQ(stored(kKeyRunOnce), u"1"_s);
     EXPECT_EQ(t.prompts.texts(), (QStringList{firstRunText(), u"Map Scan complete."_s + kTail}));
     // One run of pending events at the first start; before, inside and after the restart.
     EXPECT_EQ(t.prompts.eventRuns, 4);
-}
 
-TEST_F(Startup, ARestartReadsTheSameCommandLineAgain)
-{
-    ASSERT_EQ(start(u"-Check"_s), StartupOutcome::MainWindowOpen);
-    EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::MainWindowOpen);
+    Process checked;
+    ASSERT_EQ(checked.start(u"-Check"_s), StartupOutcome::MainWindowOpen);
+    EXPECT_EQ(checked.restart(), StartupOutcome::MainWindowOpen);
+    EXPECT_FALSE(checked.store().HasSetting(kKeyPathToJedi));
+    EXPECT_TRUE(checked.t.prompts.dialogs.empty());
+    EXPECT_EQ(checked.host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"load"_s, u"show"_s}));
 
-    EXPECT_FALSE(store().HasSetting(kKeyPathToJedi));
-    EXPECT_TRUE(t.prompts.dialogs.empty());
-    EXPECT_EQ(host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"load"_s, u"show"_s}));
-}
-
-TEST_F(Startup, ARestartThatEndsTheProcessRunsNothingAfterIt)
-{
-    storeReadyGame();
-    ASSERT_EQ(start(), StartupOutcome::MainWindowOpen);
-    store().SaveSetting(kKeyPathToServer, u"gone"_s);
-    t.prompts.cancelNextDialog();
-
-    EXPECT_EQ(RestartProgram(*t.app, host, scan.steps()), StartupOutcome::EndProcess);
-    EXPECT_EQ(t.prompts.eventRuns, 2) << "the first start's and the one before the restart";
-    EXPECT_EQ(t.prompts.texts(), QStringList{u"User cancelled!"_s + kTail});
+    Process ending; // a restart that ends the process runs nothing after it
+    ending.storeReadyGame();
+    ASSERT_EQ(ending.start(), StartupOutcome::MainWindowOpen);
+    ending.save(kKeyPathToServer, u"gone"_s);
+    ending.t.prompts.cancelNextDialog();
+    EXPECT_EQ(ending.restart(), StartupOutcome::EndProcess);
+    EXPECT_EQ(ending.t.prompts.eventRuns, 2) << "the first start's and the one before the restart";
+    EXPECT_EQ(ending.t.prompts.texts(), QStringList{u"User cancelled!"_s + kTail});
 }
