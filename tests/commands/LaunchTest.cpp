@@ -1,0 +1,398 @@
+// OK and the launch behind it: the refusals, the session name, the question about the defaults, what
+// the window does after a start, and the server started as a real child with plain arguments.
+#include "commands/CreateJediConfiguration.h"
+#include "commands/OkCommand.h"
+#include "commands/ServerLaunch.h"
+#include "commands/SessionName.h"
+#include "generate/ServerConfigWriter.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
+#include "support/Errors.h"
+#include "testkit/BoxExpect.h"
+#include "testkit/LaunchKit.h"
+#include "testkit/TestApp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace steward;
+using namespace steward::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto kCfg = F::txtServerConfig;
+
+class Launch : public ::testing::Test {
+protected:
+    Launch()
+    {
+        t.app->services.launcher = &launcher;
+        t.app->serverExecutable = u"jk2ded"_s;
+        // The game cycles the maps itself unless a test wants the map checks.
+        profile.setValue(F::chkMapAutoCycle, 1);
+        session.sessionName = u"luke.cfg"_s;
+        session.fileName = t.baseFolder() + u"/luke.cfg"_s;
+        session.hunk = 32;
+        session.zone = 16;
+        session.port = 28070;
+    }
+    QString record() const { return t.root() + u"/record.txt"_s; }
+    StubServer stub(const QString& name = u"jk2ded"_s) const { return StubServer(t.gameFolder(), name, record()); }
+    void ok() { cmdOk_Click(*t.app, profile, windows); }
+    std::optional<StartRecord> launch()
+    {
+        const StubServer server = stub(t.app->serverExecutable);
+        EXPECT_TRUE(startServerAfterConfiguration(*t.app, profile, session));
+        auto started = server.waitForRecord();
+        EXPECT_TRUE(started);
+        EXPECT_EQ(started ? started->program : QString(), server.path());
+        return started;
+    }
+
+    TestApp t;
+    CountingLauncher launcher;
+    RecordingWindows windows;
+    ServerProfile profile;
+    SessionValues session;
+};
+
+/// Keeps the process-wide retry counter of a test to itself.
+struct RetryCounterScope {
+    explicit RetryCounterScope(int start) { setLaunchRetryCount(start); }
+    ~RetryCounterScope() { setLaunchRetryCount(saved); }
+    int saved = launchRetryCount();
+};
+
+} // namespace
+
+TEST(SessionName, ForbiddenCharactersRaiseOneBoxEachAndCfgIsAppendedUnlessTheNameEndsInIt)
+{
+    TestApp t;
+    for (const QChar c : u"\\/:*?<>|"_s) {
+        SCOPED_TRACE(QString(c).toStdString());
+        t.prompts.shown.clear();
+        EXPECT_FALSE(ValidSessionName(*t.app, u"my"_s + c + u"server??"_s));
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_TRUE(
+            isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                     u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s + kTail}));
+    }
+    t.prompts.shown.clear();
+    for (const char* fine : {"x y", "a\"b", "Luke.CFG", " ", "a;b"})
+        EXPECT_TRUE(ValidSessionName(*t.app, QString::fromLatin1(fine))) << fine;
+    EXPECT_TRUE(t.prompts.shown.empty());
+
+    const std::pair<const char*, const char*> cases[] = {
+        {"abc", "abc.cfg"}, {".cfg", ".cfg"},   {"A.CFG", "A.CFG"},       {"x y", "x y.cfg"},
+        {"x ", "x .cfg"},   {"cfg", "cfg.cfg"}, {"a.cfgx", "a.cfgx.cfg"}, {"a.Cfg", "a.Cfg"},
+    };
+    for (const auto& [in, out] : cases)
+        EXPECT_EQ(completeSessionName(QString::fromLatin1(in)), QString::fromLatin1(out)) << in;
+}
+
+TEST_F(Launch, EachRefusalOfOkShowsItsBoxAndStartsNothing)
+{
+    const auto manualCycle = [](ServerProfile& p) { p.setValue(F::chkMapAutoCycle, 0); };
+    const auto oneMap = [&](ServerProfile& p) {
+        manualCycle(p);
+        p.field(F::lsvMapRotation).addRow({u"ffa_bespin"_s});
+    };
+    const auto cycleGone = [&](ServerProfile& p) {
+        manualCycle(p);
+        p.setValue(F::chkUseINI, 1);
+        p.setText(F::txtServerINI, t.root() + u"/gone.cfg"_s);
+    };
+    const auto watched = [](const char* limit, const char* window) {
+        return [=](ServerProfile& p) {
+            p.setValue(F::chkRestartServer, 1);
+            if (limit)
+                p.setText(F::txtRestartLimit, QString::fromLatin1(limit));
+            if (window)
+                p.setText(F::txtRestartWindow, QString::fromLatin1(window));
+        };
+    };
+    const struct {
+        std::function<void(ServerProfile&)> setup;
+        QString text;
+        int page;
+    } cases[] = {
+        {cycleGone, u"Selected mapcycle file does not exist"_s, 3},
+        {manualCycle, u"No maps have been selected"_s, 2},
+        {oneMap, u"No Starting map has been selected"_s, 2},
+        {[](ServerProfile& p) { p.setText(kCfg(1), {}); }, u"A Session name is required"_s, 3},
+        {[](ServerProfile& p) { p.setText(kCfg(1), u"a|b"_s); },
+         u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s, 3},
+        {[](ServerProfile& p) { p.setValue(F::chkSendMessage, 1); },
+         u"An rcon password is required to enable server messaging"_s, 3},
+        {watched("0", nullptr), u"The restart limit must be a whole number from 1 to 1000"_s, 3},
+        {watched(nullptr, ""), u"The restart window must be a whole number of minutes from 1 to 1440"_s, 3},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text.toStdString());
+        profile.resetAll();
+        profile.setValue(F::chkMapAutoCycle, 1);
+        profile.setValue(F::vsMainTab, 3);
+        t.prompts.shown.clear();
+        c.setup(profile);
+        ok();
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.text + kTail}));
+        EXPECT_EQ(profile.value(F::vsMainTab), c.page);
+    }
+    EXPECT_EQ(launcher.starts, 0);
+    EXPECT_EQ(windows.closed + windows.minimized, 0);
+
+    // A saved cycle that exists needs no rotation.
+    const StubServer server = stub();
+    const QString cycle = t.baseFolder() + u"/mycycle.cfg"_s;
+    writeFile(cycle, "set a 1\r\n");
+    profile.resetAll();
+    profile.setValue(F::chkUseINI, 1);
+    profile.setText(F::txtServerINI, cycle);
+    t.prompts.shown.clear();
+    ok();
+    EXPECT_TRUE(server.waitForRecord());
+    EXPECT_FALSE(t.prompts.texts().contains(u"No maps have been selected"_s + kTail));
+}
+
+TEST_F(Launch, TheSessionNameReachesTheExecLineCompletedAndLowerCased)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"abc", "abc.cfg"}, {".cfg", ".cfg"}, {"A.CFG", "a.cfg"}, {"x y", "x_y.cfg"}, {"x ", "x_.cfg"},
+    };
+    for (const auto& [typed, exec] : cases) {
+        SCOPED_TRACE(typed);
+        const StubServer server = stub();
+        profile.setText(kCfg(1), QString::fromLatin1(typed));
+        ok();
+        const auto started = server.waitForRecord();
+        ASSERT_TRUE(started);
+        EXPECT_EQ(started->arguments.mid(started->arguments.size() - 2),
+                  (QStringList{u"+exec"_s, QString::fromLatin1(exec)}));
+    }
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(Launch, TheQuestionAboutTheDefaultsComesFirstAndClearsTheMark)
+{
+    // No leaves the store alone but clears the mark, and the launch goes on.
+    const StubServer server = stub();
+    profile.setConfigurationChanged(true);
+    t.prompts.answerNext(Answer::No);
+    ok();
+    ASSERT_TRUE(server.waitForRecord());
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "No saves nothing";
+
+    profile.setConfigurationChanged(true);
+    profile.setValue(F::chkSendMessage, 1);
+    t.prompts.shown.clear();
+    t.prompts.answerNext(Answer::Yes);
+    ok();
+    ASSERT_GE(t.prompts.shown.size(), 2u);
+    EXPECT_TRUE(
+        isBox(t.prompts.shown.front(), {kProductTitle, Icon::Question,
+                                        u"Configuration has changed, set as default?"_s + kTail, Buttons::YesNo}));
+    // Yes has saved the defaults before the refusal, whatever that save says itself.
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                         u"An rcon password is required to enable server messaging"_s + kTail}));
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_EQ(launcher.starts, 1);
+    t.prompts.shown.clear();
+    ok();
+    ASSERT_EQ(t.prompts.shown.size(), 1u) << "the mark stays clear, so no second question";
+}
+
+TEST_F(Launch, AStartedServerClosesTheProgramOrMinimisesItAndMessagingOverridesClose)
+{
+    const struct {
+        bool minimise, messaging;
+        int closed, minimised;
+    } cases[] = {{false, false, 1, 0}, {true, false, 0, 1}, {false, true, 0, 1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::Message() << c.minimise << c.messaging);
+        RecordingWindows fresh;
+        profile.resetAll();
+        profile.setValue(F::chkMapAutoCycle, 1);
+        ASSERT_TRUE(profile.isSet(F::optStartClose));
+        profile.setValue(F::optStartMinimize, c.minimise);
+        profile.setValue(F::chkSendMessage, c.messaging);
+        profile.setText(kCfg(14), u"secret"_s);
+        const StubServer server = stub();
+        cmdOk_Click(*t.app, profile, fresh);
+        ASSERT_TRUE(server.waitForRecord());
+        EXPECT_EQ(fresh.closed, c.closed);
+        EXPECT_EQ(fresh.minimized, c.minimised);
+        EXPECT_EQ(profile.isSet(F::optStartMinimize), c.minimise || c.messaging)
+            << "messaging leaves minimise selected";
+        EXPECT_EQ(profile.isSet(F::optStartClose), !c.minimise && !c.messaging);
+    }
+}
+
+TEST_F(Launch, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
+{
+    const struct {
+        std::function<void()> setup;
+        int number;
+        QString culprit;
+    } cases[] = {
+        {[] {}, 53, u"(jk2ded)"_s}, // no server anywhere
+        {[&] { StubServer(t.gameFolder(), u"jk2ded"_s, record(), false); }, 70, t.gameFolder() + u"jk2ded"_s},
+        {[&] {
+             QFile::remove(t.baseFolder() + u"/luke.cfg"_s);
+             QDir(t.baseFolder()).mkdir(u"luke.cfg"_s);
+         },
+         75, t.baseFolder() + u"/luke.cfg"_s},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.number);
+        t.prompts.shown.clear();
+        c.setup();
+        ok();
+        ASSERT_EQ(t.prompts.shown.size(), 2u);
+        const auto& report = t.prompts.shown.front().request;
+        EXPECT_EQ(report.icon, Icon::Critical);
+        EXPECT_TRUE(report.text.contains(u"Number: %1"_s.arg(c.number))) << report.text.toStdString();
+        EXPECT_TRUE(report.text.contains(u"::Code.CreateJediConfiguration(Function)"_s));
+        EXPECT_TRUE(report.text.contains(c.culprit)) << report.text.toStdString();
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Critical, u"Could not start server!"_s + kTail}));
+        EXPECT_EQ(windows.closed + windows.minimized, 0);
+        EXPECT_EQ(profile.formPointer(), pointer::Default);
+    }
+}
+
+TEST_F(Launch, TheServerGetsEachShapeAsArgumentsInTheGameFolder)
+{
+    const struct {
+        int serverType;
+        bool merc;
+        const char* ip;
+        int port;
+    } cases[] = {{0, false, "192.168.0.2", 28070},
+                 {1, true, "192.168.0.2", 0},
+                 {2, false, "", 27960},
+                 {1, false, "", 0},
+                 {2, true, "", 28070}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.serverType * 100 + c.merc * 10 + c.port);
+        profile.setValue(F::chkServerType(c.serverType), 1);
+        session.merc = c.merc;
+        session.ip = QString::fromLatin1(c.ip);
+        session.port = c.port;
+        const auto started = launch();
+        ASSERT_TRUE(started);
+        EXPECT_EQ(started->workingFolder, canonical(t.gameFolder()));
+        EXPECT_EQ(started->arguments, launchCommand(*t.app, profile, session, c.serverType).arguments);
+        EXPECT_EQ(started->arguments.first(), u"+set"_s);
+        EXPECT_EQ(started->arguments.last(), u"luke.cfg"_s);
+    }
+    EXPECT_EQ(launcher.starts, 5);
+
+    // The empty address of Internet with Merc arrives as an empty argument; the game type comes last.
+    profile.resetAll();
+    session.merc = true;
+    session.ip.clear();
+    session.port = 28070;
+    profile.setValue(F::optDefaultGameType(3), 1);
+    const auto started = launch();
+    ASSERT_TRUE(started);
+    EXPECT_EQ(started->arguments.mid(0, 9),
+              QStringList({"+set", "dedicated", "2", "+set", "g_jediVmerc", "1", "+set", "net_ip", ""}));
+    EXPECT_FALSE(started->arguments.contains(u"net_port"_s));
+    EXPECT_EQ(started->arguments.mid(started->arguments.size() - 5),
+              QStringList({"+set", "g_gametype", "3", "+exec", "luke.cfg"}));
+}
+
+TEST_F(Launch, FieldTextReachesTheServerAsPlainArgumentsAndRunsNothing)
+{
+    const QString payload = u"1.2.3.4; touch pwned1 $(touch pwned2) `touch pwned3` | touch pwned4 & \"'"_s;
+    t.app->serverExecutable = u"jk2 ded; touch pwned5 $(touch pwned6)"_s;
+    session.ip = payload;
+    session.sessionName = u"a b;c.cfg"_s;
+    const auto started = launch();
+    ASSERT_TRUE(started);
+    EXPECT_EQ(started->arguments.at(5), payload);
+    EXPECT_EQ(started->arguments.last(), u"a b;c.cfg"_s);
+    QThread::msleep(200);
+    for (const QString& folder : {t.gameFolder(), t.root(), QDir::currentPath()})
+        EXPECT_TRUE(QDir(folder).entryList({u"pwned*"_s}).isEmpty()) << folder.toStdString();
+
+    // A bare name is looked up in the game folder first: "true" also lies on the path, where it would record nothing.
+    t.app->serverExecutable = u"true"_s;
+    ASSERT_TRUE(launch());
+    EXPECT_EQ(launcher.requests.back().workingFolder, t.gameFolder());
+}
+
+TEST_F(Launch, WithoutAServerTypeNothingStartsTheRunGoesOnAndDefaultCfgIsCreatedEmptyOnlyWhenMissing)
+{
+    profile.setValue(F::chkServerType(2), 0);
+    const int before = launchRetryCount();
+    EXPECT_TRUE(startServerAfterConfiguration(*t.app, profile, session));
+    EXPECT_EQ(launcher.starts, 0);
+    EXPECT_EQ(launchRetryCount(), before + 1) << "the messaging step runs all the same";
+
+    // Default.cfg, in the base folder whatever its case.
+    const QString file = t.baseFolder() + u"/Default.cfg"_s;
+    ASSERT_TRUE(QFileInfo(file).isFile());
+    EXPECT_EQ(QFileInfo(file).size(), 0);
+    writeFile(file, "set a 1\r\n");
+    EnsureDefaultCfg(*t.app);
+    EXPECT_EQ(fileBytes(file), QByteArray("set a 1\r\n"));
+    QFile::remove(file);
+    QDir(t.gameFolder()).rename(u"base"_s, u"BASE"_s);
+    EnsureDefaultCfg(*t.app);
+    EXPECT_TRUE(QFileInfo::exists(t.gameFolder() + u"BASE/Default.cfg"_s));
+    EXPECT_FALSE(QFileInfo::exists(t.gameFolder() + u"Base"_s));
+}
+
+TEST_F(Launch, MessagingIsArmedWhenTheBoxIsOneAndAnAddressInUseIsTriedUntilTheCounterPassesOneThousand)
+{
+    int arms = 0;
+    const auto arm = [&](AppContext&, ServerProfile&) { ++arms; };
+    const auto busy = [&](int times) {
+        return [&arms, times](AppContext&, ServerProfile&) {
+            if (++arms <= times)
+                raiseError(err::AddressInUse);
+        };
+    };
+    {
+        RetryCounterScope scope(0);
+        runMessagingStep(*t.app, profile, arm);
+        EXPECT_EQ(arms, 0);
+        profile.setValue(F::chkSendMessage, 1);
+        runMessagingStep(*t.app, profile, arm);
+        EXPECT_EQ(arms, 1);
+        EXPECT_EQ(launchRetryCount(), 2) << "every pass counts, armed or not";
+        arms = 0;
+        runMessagingStep(*t.app, profile, busy(2));
+        EXPECT_EQ(arms, 3);
+        EXPECT_EQ(launchRetryCount(), 5);
+    }
+    {
+        RetryCounterScope scope(995);
+        arms = 0;
+        EXPECT_NO_THROW(runMessagingStep(*t.app, profile, busy(100)));
+        EXPECT_EQ(arms, 6) << "passes 996 to 1001; above 1000 it gives up silently";
+        EXPECT_EQ(launchRetryCount(), 1001);
+        arms = 0;
+        runMessagingStep(*t.app, profile, busy(100));
+        EXPECT_EQ(arms, 1) << "the counter is never reset, so a later launch gives up at once";
+    }
+    // Other errors and the counter's overflow go to the caller.
+    RetryCounterScope scope(0);
+    EXPECT_THROW(runMessagingStep(*t.app, profile, [](AppContext&, ServerProfile&) { raiseError(err::TypeMismatch); }),
+                 RuntimeError);
+    setLaunchRetryCount(32767);
+    try {
+        runMessagingStep(*t.app, profile, arm);
+        FAIL() << "a 16-bit counter overflows";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), err::Overflow);
+    }
+}
