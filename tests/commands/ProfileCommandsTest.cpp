@@ -7,8 +7,6 @@
 #include "model/ServerProfile.h"
 #include "platform/ProcessIdentity.h"
 #include "commands/ConfigurationCommands.h"
-#include "settings/SaveSettings.h"
-#include "settings/SettingsStore.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 #include "watch/ServerFolder.h"
@@ -32,19 +30,25 @@ protected:
     {
         writeFile(t.gameFolder() + u"jk2mvded"_s, "#!/bin/sh\n");
         profiles.use(*t.app, QString());
-        location();
-        windows.loadMainWindow();
-    }
-
-    /// The game's place, as start-up stores it.
-    void location()
-    {
+        // The game's place, as start-up stores it.
         t.app->store().SaveSetting(u"PathToJedi"_s, t.gameFolder());
         t.app->store().SaveSetting(u"PathToServer"_s, u"jk2mvded"_s);
         t.app->store().SaveSetting(u"RunOnce"_s, u"1"_s);
+        windows.loadMainWindow();
+    }
+    void TearDown() override
+    {
+        sleeper.kill();
+        sleeper.waitForFinished();
     }
 
     ServerProfile& window() { return *windows.profile; }
+    void switchTo(const QString& name) { mnuProfileSwitch_Click(*t.app, window(), windows, profiles, name); }
+    void startable()
+    {
+        window().setValue(F::chkMapAutoCycle, 1);
+        window().setValue(F::chkSendMessage, 0);
+    }
 
     /// The window's fields as the user makes them, saved with Defaults.
     void fill(const QString& host, const QStringList& maps, const QString& bot)
@@ -57,7 +61,6 @@ protected:
         appendRosterBot(window(), {bot, u"Hardcore"_s, u"RED"_s, bot, u"50"_s});
         cmdDefault_Click(*t.app, window());
     }
-
     void expectWindow(const QString& host, const QStringList& maps, const QString& bot)
     {
         EXPECT_EQ(window().text(F::txtServerConfig(2)), host);
@@ -92,11 +95,6 @@ protected:
         ASSERT_TRUE(folder.make());
         ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
     }
-    void TearDown() override
-    {
-        sleeper.kill();
-        sleeper.waitForFinished();
-    }
 
     TestApp t;
     ProfileSet profiles{t.root() + u"/config"_s};
@@ -120,10 +118,10 @@ TEST_F(Profiles, EachProfileKeepsItsFieldsRotationAndRosterAcrossSwitches)
     fill(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
 
     for (int round = 0; round < 2; ++round) {
-        mnuProfileSwitch_Click(*t.app, window(), windows, profiles, u"default"_s);
+        switchTo(u"default"_s);
         EXPECT_TRUE(profiles.current().isEmpty());
         expectWindow(u"Free For All"_s, {u"ffa_bespin"_s, u"ffa_yavin"_s}, u"Kyle"_s);
-        mnuProfileSwitch_Click(*t.app, window(), windows, profiles, u"ctf"_s);
+        switchTo(u"ctf"_s);
         EXPECT_EQ(profiles.current(), u"ctf"_s);
         expectWindow(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
     }
@@ -132,26 +130,22 @@ TEST_F(Profiles, EachProfileKeepsItsFieldsRotationAndRosterAcrossSwitches)
     EXPECT_EQ(fileBytes(t.programFolder() + u"/lastbots.csv"_s), "Kyle,Hardcore,RED,Kyle,50\r\n");
     EXPECT_EQ(mainWindowTitle(profiles.current()), u"Arena Steward - ctf"_s);
     EXPECT_EQ(mainWindowTitle(QString()), u"Arena Steward"_s);
-    EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf"_s}));
-}
+    EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf"_s}));
 
-TEST_F(Profiles, ANewProfileFromTheCurrentSettingsCopiesWhatTheWindowHolds)
-{
-    fill(u"Duel"_s, {u"duel_bay"_s}, u"Luke"_s);
-    window().setText(F::txtServerConfig(2), u"Duel, typed and not saved"_s);
-    newProfile(u"duel-2"_s, Answer::Yes);
-    ASSERT_EQ(profiles.current(), u"duel-2"_s);
-    expectWindow(u"Duel, typed and not saved"_s, {u"duel_bay"_s}, u"Luke"_s);
+    // A new profile from the current settings copies what the window holds, saved or not.
+    window().setText(F::txtServerConfig(2), u"CTF, typed and not saved"_s);
+    newProfile(u"ctf-2"_s, Answer::Yes);
+    ASSERT_EQ(profiles.current(), u"ctf-2"_s);
+    expectWindow(u"CTF, typed and not saved"_s, {u"ctf_bespin"_s}, u"Jan"_s);
 }
 
 TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
 {
     newProfile(u"ctf"_s, Answer::No);
-    mnuProfileSwitch_Click(*t.app, window(), windows, profiles, u"default"_s);
+    switchTo(u"default"_s);
     const QString rule = u"A profile name is 1 to 32 letters, digits, - and _, and not \"default\""_s;
     const struct {
-        QString name;
-        QString says;
+        QString name, says;
     } cases[] = {
         {u"a b"_s, rule},
         {u"../x"_s, rule},
@@ -169,13 +163,12 @@ TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.says + kTail}));
         EXPECT_TRUE(profiles.current().isEmpty());
-        EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf"_s}));
+        EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf"_s}));
     }
     EXPECT_FALSE(QFileInfo::exists(t.root() + u"/x.conf"_s));
-    // A cancelled dialog asks nothing more.
     t.prompts.shown.clear();
     mnuProfileNew_Click(*t.app, window(), windows, profiles);
-    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(t.prompts.shown.empty()) << "a cancelled dialog asks nothing more";
 }
 
 TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
@@ -195,7 +188,7 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
     EXPECT_EQ(t.prompts.asked.back().text, u"ctf"_s);
     EXPECT_EQ(profiles.current(), u"ctf_night"_s);
     expectWindow(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
-    EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf_night"_s}));
+    EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf_night"_s}));
 
     t.prompts.answerNext(Answer::No);
     mnuProfileDelete_Click(*t.app, window(), windows, profiles);
@@ -213,9 +206,7 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
 TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
 {
     ctfServerRuns(28070);
-
-    window().setValue(F::chkMapAutoCycle, 1);
-    window().setValue(F::chkSendMessage, 0);
+    startable();
     cmdOk_Click(*t.app, window(), windows);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
@@ -233,15 +224,14 @@ TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
 TEST_F(Profiles, AWatchedStartOfANamedProfileKeepsItsFilesInItsOwnFolder)
 {
     newProfile(u"ctf"_s, Answer::No);
-    window().setValue(F::chkMapAutoCycle, 1);
-    window().setValue(F::chkSendMessage, 0);
+    startable();
     window().setValue(F::chkRestartServer, 1);
     t.app->watcherProgram = u"/opt/arena-stewardctl"_s;
     cmdOk_Click(*t.app, window(), windows);
     ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(u'|').toStdString();
     const QString folder = t.programFolder() + u"/servers/ctf"_s;
     EXPECT_EQ(t.launcher.started.back().arguments,
-              QStringList({u"run"_s, u"--config"_s, folder + u"/started.asc"_s, u"--roster"_s,
+              (QStringList{u"run"_s, u"--config"_s, folder + u"/started.asc"_s, u"--roster"_s,
                            folder + u"/started-bots.csv"_s, u"--profile"_s, u"ctf"_s}));
     EXPECT_TRUE(QFileInfo(folder + u"/started.asc"_s).isFile());
 }
@@ -250,7 +240,6 @@ TEST_F(Profiles, AProfileWhoseServerRunsIsNeitherRenamedNorDeleted)
 {
     newProfile(u"ctf"_s, Answer::No);
     ctfServerRuns(0);
-
     for (auto routine : {mnuProfileRename_Click, mnuProfileDelete_Click}) {
         t.prompts.shown.clear();
         t.prompts.typed << u"other"_s;
@@ -260,6 +249,6 @@ TEST_F(Profiles, AProfileWhoseServerRunsIsNeitherRenamedNorDeleted)
         EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
                                              u"The server of the profile ctf is running: stop it first"_s + kTail}));
         EXPECT_EQ(profiles.current(), u"ctf"_s);
-        EXPECT_EQ(profiles.names(), QStringList({u"default"_s, u"ctf"_s}));
+        EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf"_s}));
     }
 }
