@@ -1,3 +1,4 @@
+// The main window's load: its steps in order, the lists it fills and how it passes over or reports an error.
 #include "model/Constants.h"
 #include "commands/MainFormLoad.h"
 #include "generate/ServerConfigWriter.h"
@@ -29,12 +30,14 @@ QStringList stockMaps()
 
 const QStringList kSteps{u"columns"_s, u"size"_s, u"center"_s, u"disableClose"_s};
 
-struct MainFormLoadTest : ::testing::Test {
+struct Form {
     void load() { MainFormLoad(*t.app, profile, host); }
     TestApp t;
     ServerProfile profile;
     FakeFormLoadHost host;
 };
+
+struct MainFormLoadTest : ::testing::Test, Form {};
 
 } // namespace
 
@@ -58,7 +61,7 @@ TEST_F(MainFormLoadTest, RunsItsStepsInOrderAndClearsTheLoadingFlag)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
+TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolderOrNoneWithoutIt)
 {
     const QString base = t.baseFolder() + u'/';
     for (const char* name :
@@ -66,28 +69,20 @@ TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolder)
         writeFile(base + QString::fromLatin1(name), "x");
     QDir().mkpath(base + u"maps.cfg"_s);
     load();
-
     // Every name whose lower case ends in "cfg", under its own spelling, by name.
     const QStringList expected{u"autoexeccfg"_s, u"ctf.Cfg"_s, u"FFA.CFG"_s, u"jediMaps.cfg"_s, u"server.cfg"_s};
-    for (int i = 0; i <= 3; ++i) {
-        SCOPED_TRACE(i);
-        EXPECT_EQ(configItems(profile, i), expected);
-    }
-}
+    for (int i = 0; i <= 3; ++i)
+        EXPECT_EQ(configItems(profile, i), expected) << i;
 
-TEST(MainFormLoadFolder, AMissingBaseFolderLeavesTheConfigListsEmpty)
-{
     for (const QString& folder : {u"/nonexistent/jk2/"_s, QString()}) {
         SCOPED_TRACE(folder.toStdString());
-        TestApp t;
-        t.app->gameFolder = folder;
-        ServerProfile profile;
-        FakeFormLoadHost host;
-        MainFormLoad(*t.app, profile, host);
+        Form fresh;
+        fresh.t.app->gameFolder = folder;
+        fresh.load();
         for (int i = 0; i <= 3; ++i)
-            EXPECT_TRUE(configItems(profile, i).isEmpty());
-        EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
-        EXPECT_EQ(host.calls.size(), 4);
+            EXPECT_TRUE(configItems(fresh.profile, i).isEmpty());
+        EXPECT_EQ(fresh.profile.field(F::cboStartingMap).items().size(), 15);
+        EXPECT_EQ(fresh.host.calls.size(), 4);
     }
 }
 
@@ -96,9 +91,7 @@ TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
     writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
     profile.setValue(F::vsMainTab, 4);
     host.failures.insert(u"columns"_s, 35600);
-
     load();
-
     EXPECT_EQ(profile.value(F::vsMainTab), 2);
     EXPECT_EQ(host.calls, kSteps);
     EXPECT_EQ(host.height, 7490);
@@ -107,19 +100,17 @@ TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
     EXPECT_FALSE(profile.isLoading());
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
-}
 
-TEST_F(MainFormLoadTest, EveryOutOfRangeStepIsPassedOver)
-{
+    // Every out-of-range step is passed over.
+    Form all;
     for (const QString& call : kSteps)
-        host.failures.insert(call, 35600);
+        all.host.failures.insert(call, 35600);
     int pageChanges = 0;
-    QObject::connect(&profile.field(F::vsMainTab), &Field::changed, [&] { ++pageChanges; });
-    load();
-
-    EXPECT_EQ(host.calls.size(), 4);
+    QObject::connect(&all.profile.field(F::vsMainTab), &Field::changed, [&] { ++pageChanges; });
+    all.load();
+    EXPECT_EQ(all.host.calls.size(), 4);
     EXPECT_EQ(pageChanges, 1) << "turned once, then already on page 2";
-    EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
+    EXPECT_EQ(all.profile.field(F::cboStartingMap).items().size(), 15);
 }
 
 TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
