@@ -67,7 +67,6 @@ protected:
         writeFile(executable, "#!/bin/sh\n");
         QFile::setPermissions(executable, QFile::permissions(executable) | QFileDevice::ExeOwner);
     }
-
     /// Runs arena-stewardctl with these arguments; its output lands in out and err.
     int ctl(const QStringList& arguments)
     {
@@ -78,7 +77,6 @@ protected:
         m_err.flush();
         return code;
     }
-
     /// A LAN server on port 28070 with a rotation of two maps, a saved cycle that starts on the
     /// first, a host name and a bot.
     void serverSettings(ServerProfile& profile)
@@ -98,7 +96,6 @@ protected:
         profile.setValue(F::chkBOTs(5), 1);
         appendRosterBot(profile, {u"Kyle"_s, u"Hardcore"_s, u"RED"_s, u"kyle"_s, u"50"_s});
     }
-
     /// serverSettings, changed by more, saved as the window's Defaults save them, with the game's
     /// folder and executable.
     void saveSettings(const Settings& more = {})
@@ -113,7 +110,6 @@ protected:
         t.store->SaveSetting(u"PathToServer"_s, t.app->serverExecutable);
         t.store->SaveSetting(u"RunOnce"_s, u"1"_s);
     }
-
     /// Every file of the base folder with its bytes.
     QMap<QString, QByteArray> baseFiles() const
     {
@@ -130,7 +126,6 @@ protected:
     }
     QString savedCycle() const { return t.root() + u"/saved.cfg"_s; }
     ServerFolder folder(const QString& id = u"duel_arena"_s) const { return ServerFolder(system.programFolder, id); }
-
     /// The user's road in the window: the settings were saved as the defaults; the window opens on
     /// them, the starting map is set again (the window never keeps it), then OK.
     void okInTheWindow(const Settings& more = {})
@@ -146,7 +141,6 @@ protected:
         cmdOk_Click(*t.app, profile, windows);
         ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(u'|').toStdString();
     }
-
     TestApp t;
     QString out;
     QString err;
@@ -169,7 +163,6 @@ TEST_F(CtlStart, WritesWhatOkWritesAndStartsWhatOkStarts)
     const auto windowFiles = baseFiles();
     ASSERT_TRUE(windowFiles.contains(u"duel_arena.cfg"_s));
     ASSERT_TRUE(windowFiles.contains(u"BOTFile.cfg"_s));
-
     clearBase();
     ASSERT_EQ(ctl({u"start"_s}), 0) << err.toStdString();
     ASSERT_EQ(t.launcher.started.size(), 2u);
@@ -192,7 +185,6 @@ TEST_F(CtlStart, AWatchedOkStartsTheWatcherOnWhatItStarted)
         settings.setValue(F::chkSendMessage, 1);
     });
     const auto windowFiles = baseFiles();
-
     ASSERT_EQ(t.launcher.started.size(), 1u);
     const LaunchRequest watcher = t.launcher.started.front();
     EXPECT_EQ(watcher.program, system.ownProgram);
@@ -203,7 +195,6 @@ TEST_F(CtlStart, AWatchedOkStartsTheWatcherOnWhatItStarted)
     const auto started = readConfigurationFile(folder().startedConfiguration());
     EXPECT_TRUE(started.contains({u"RestartLimit"_s, u"3"_s}));
     EXPECT_TRUE(started.contains({u"PathToJedi"_s, t.gameFolder()}));
-
     // What the watcher runs from that file is what OK wrote: the same files.
     QFile::remove(t.storeFile());
     QFile::remove(t.programFolder() + u"/lastbots.csv"_s);
@@ -223,7 +214,6 @@ TEST_F(CtlStart, TheWindowsSettingsAloneHoldNoStartingMapAndSaySoWithTheWayOut)
     saveSettings(rotationAlone);
     EXPECT_EQ(ctl({u"start"_s}), 2);
     EXPECT_EQ(err, u"No Starting map has been selected\n"_s);
-
     // After a start from the window its settings are at hand.
     okInTheWindow(rotationAlone);
     clearBase();
@@ -300,7 +290,6 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
             c.place();
         QStringList arguments = c.arguments;
         arguments.replaceInStrings(u"@"_s, t.root());
-
         EXPECT_EQ(ctl(arguments), c.exitCode);
         EXPECT_TRUE(err.contains(QString::fromUtf8(c.says))) << err.toStdString();
         EXPECT_TRUE(out.isEmpty()) << out.toStdString();
@@ -318,7 +307,6 @@ TEST_F(CtlStart, ASecondWatcherOfTheSameSessionIsRefused)
     ASSERT_TRUE(folder().make());
     QLockFile held(folder().lockFile());
     ASSERT_TRUE(held.tryLock(0));
-
     EXPECT_EQ(ctl({u"run"_s}), 2);
     EXPECT_TRUE(err.contains(
         u"The server of duel_arena.cfg is already watched by process %1"_s.arg(QCoreApplication::applicationPid())))
@@ -360,7 +348,6 @@ protected:
         ASSERT_TRUE(writeWatchState(folder().stateFile(), state));
     }
     QJsonObject json() const { return QJsonDocument::fromJson(out.toUtf8()).object(); }
-
     QProcess sleeper;
 };
 
@@ -410,21 +397,17 @@ TEST_F(CtlState, StatusTellsTheAnswerOrTheSilenceAndStopEndsTheServer)
     });
     const ProcessIdentity server = startSleeper();
     record(server, fake.localPort());
-
     EXPECT_EQ(ctl({u"status"_s}), 0) << err.toStdString();
     EXPECT_TRUE(out.startsWith(u"duel_arena.cfg: Running since "_s)) << out.toStdString();
     EXPECT_TRUE(out.contains(u"Process: %1\n"_s.arg(server.pid))) << out.toStdString();
     EXPECT_TRUE(out.contains(u"Answer: Steward Test Arena · ffa_bespin · 1 player"_s)) << out.toStdString();
-
     EXPECT_EQ(ctl({u"status"_s, u"--json"_s}), 0);
     EXPECT_TRUE(json().value(u"running"_s).toBool());
     EXPECT_EQ(json().value(u"pid"_s).toInteger(), server.pid);
     EXPECT_EQ(json().value(u"answer"_s).toObject().value(u"map"_s).toString(), u"ffa_bespin"_s);
-
     fake.close();
     EXPECT_EQ(ctl({u"status"_s, u"--timeout"_s, u"200"_s}), 1);
     EXPECT_TRUE(out.contains(u"Answer: none on port"_s)) << out.toStdString();
-
     EXPECT_EQ(ctl({u"stop"_s}), 0) << err.toStdString();
     EXPECT_TRUE(sleeper.waitForFinished(5000));
     EXPECT_FALSE(stillRuns(server));
@@ -446,16 +429,13 @@ TEST_F(CtlState, TheServiceUnitIsOneThatSystemdAccepts)
         EXPECT_EQ(systemdSays(unit), QByteArray()) << out.toStdString();
     }
     EXPECT_TRUE(out.contains(uR"(--config "%1/my 50%% $$server.asc")"_s.arg(t.root()))) << out.toStdString();
-
     ASSERT_EQ(ctl({u"unit"_s, u"--install"_s}), 0);
     const QString installed = system.unitFolder + u"/arena-steward.service"_s;
     EXPECT_TRUE(out.startsWith(u"Wrote "_s + installed + u'\n'));
     EXPECT_TRUE(out.contains(u"systemctl --user enable --now arena-steward.service\n"_s));
     EXPECT_TRUE(out.contains(u"loginctl enable-linger "_s + t.names.userName()));
     EXPECT_TRUE(fileBytes(installed).startsWith("[Unit]\n"));
-
     EXPECT_EQ(ctl({u"unit"_s, u"--config"_s, u"/nowhere.asc"_s}), 2);
-
     // A named profile's service is a template, run as arena-steward@<profile>.
     ASSERT_EQ(ctl({u"unit"_s, u"--profile"_s, u"ctf"_s}), 0);
     EXPECT_TRUE(out.contains(u"ExecStart="_s + system.ownProgram + u" run --profile %i\n"_s));
@@ -531,7 +511,6 @@ protected:
             if (const auto state = readWatchState(folder(id).stateFile()))
                 signalProcess(state->server, SIGKILL);
     }
-
     void watch(QProcess& process, const QStringList& options) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -544,7 +523,6 @@ protected:
         process.start(system.ownProgram, QStringList{u"run"_s} + options + QStringList{u"--restart-delay"_s, u"1"_s});
         ASSERT_TRUE(process.waitForStarted());
     }
-
     /// Saves a watched server's settings as a configuration and starts `run` on it.
     void startWatching(int limit)
     {
@@ -561,7 +539,6 @@ protected:
         writeConfigurationFile(config, profileSettings(*t.app, profile));
         watch(run, {u"--config"_s, config});
     }
-
     /// The settings of a watched profile with a saved cycle of two maps, as the window's Defaults
     /// store them, in the profile's own settings file.
     void saveProfile(const QString& name, quint16 on, const QString& host, const QString& map1, const QString& map2)
@@ -589,7 +566,6 @@ protected:
         store.SaveSetting(u"PathToJedi"_s, t.gameFolder());
         store.SaveSetting(u"PathToServer"_s, t.app->serverExecutable);
     }
-
     /// The server recorded in the folder once it runs with another process than before and answers
     /// on the port; none once its watcher has ended.
     static ProcessIdentity answering(const ServerFolder& folder, quint16 on, const ProcessIdentity& before, int ms,
@@ -615,7 +591,6 @@ protected:
     {
         return QDir(folder().path()).entryList({u"crash-*.log"_s}, QDir::Files, QDir::Name);
     }
-
     quint16 port = 0;
     QString config;
     QProcess run;
@@ -629,7 +604,6 @@ TEST_F(WatchedRealServer, ACrashedServerAnswersAgainAndSigtermLeavesNoServer)
     const ProcessIdentity first = answeringServer({}, 30000);
     ASSERT_FALSE(first.isNull()) << run.readAll().toStdString();
     EXPECT_TRUE(askStatus(port, 2000).contains("\\mapname\\oa_dm1\\"));
-
     ASSERT_TRUE(signalProcess(first, SIGSEGV));
     QElapsedTimer back;
     back.start();
@@ -638,13 +612,11 @@ TEST_F(WatchedRealServer, ACrashedServerAnswersAgainAndSigtermLeavesNoServer)
     EXPECT_LT(back.elapsed(), 15000);
     EXPECT_NE(second.pid, first.pid);
     EXPECT_TRUE(askStatus(port, 2000).contains("\\sv_hostname\\Steward Test Arena\\"));
-
     ASSERT_EQ(crashLogs().size(), 1);
     const QByteArray log = fileBytes(folder().path() + u'/' + crashLogs().first());
     EXPECT_TRUE(log.startsWith("The server crashed: ")) << log.toStdString();
     EXPECT_TRUE(log.contains("signal 11")) << log.toStdString();
     EXPECT_EQ(readWatchState(folder().stateFile())->restarts, 1);
-
     ::kill(static_cast<pid_t>(run.processId()), SIGTERM);
     EXPECT_TRUE(waitForEnd(second, 5000)) << "the server still runs 5 s after SIGTERM to run";
     ASSERT_TRUE(run.waitForFinished(5000));
@@ -668,7 +640,6 @@ TEST_F(WatchedRealServer, TheCrashPastTheLimitLeavesItStoppedAndStatusSaysWhy)
     EXPECT_NE(run.exitCode(), 0);
     EXPECT_TRUE(waitForEnd(server, 5000));
     EXPECT_EQ(crashLogs().size(), 3);
-
     EXPECT_EQ(ctl({u"status"_s, u"--config"_s, config}), 3) << err.toStdString();
     EXPECT_EQ(out, u"duel_arena.cfg: Stopped after 3 crashes in 10 minutes\n"_s);
 }
@@ -679,7 +650,6 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     const quint16 duelPort = static_cast<quint16>(port + 1);
     saveProfile(u"ffa"_s, ffaPort, u"Profile FFA"_s, u"oa_dm1"_s, u"oa_dm2"_s);
     saveProfile(u"duel"_s, duelPort, u"Profile Duel"_s, u"oa_dm3"_s, u"oa_dm4"_s);
-
     QProcess duel;
     watch(run, {u"--profile"_s, u"ffa"_s});
     watch(duel, {u"--profile"_s, u"duel"_s});
@@ -698,7 +668,6 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\mapname\\oa_dm1\\"));
     EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\sv_hostname\\Profile Duel\\"));
     EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\mapname\\oa_dm3\\"));
-
     ASSERT_TRUE(signalProcess(ffaServer, SIGSEGV));
     const ProcessIdentity back = answering(ffaFolder, ffaPort, ffaServer, 15000, run);
     ASSERT_FALSE(back.isNull()) << "the ffa profile's server did not come back";
@@ -707,7 +676,6 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     EXPECT_TRUE(rcon(ffaPort, "m2").contains("map oa_dm2")) << rcon(ffaPort, "m2").toStdString();
     EXPECT_TRUE(stillRuns(duelServer)) << "the other profile's server keeps running";
     EXPECT_TRUE(rcon(duelPort, "m2").contains("map oa_dm4"));
-
     // Listed one line a profile.
     system.settingsFile = t.root() + u"/config/ArenaSteward/ArenaSteward.conf"_s;
     writeFile(system.settingsFile, "[_Steward]\n");
@@ -717,7 +685,6 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     };
     EXPECT_TRUE(listed(u"^duel +%1 +Running since "_s.arg(duelPort))) << out.toStdString();
     EXPECT_TRUE(listed(u"^ffa +%1 +Running since .* 1 restart"_s.arg(ffaPort))) << out.toStdString();
-
     ::kill(static_cast<pid_t>(duel.processId()), SIGTERM);
     EXPECT_TRUE(duel.waitForFinished(10000));
     EXPECT_TRUE(waitForEnd(duelServer, 5000));

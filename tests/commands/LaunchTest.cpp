@@ -53,7 +53,6 @@ protected:
         EXPECT_EQ(started ? started->program : QString(), server.path());
         return started;
     }
-
     TestApp t;
     CountingLauncher launcher;
     RecordingWindows windows;
@@ -86,7 +85,6 @@ TEST(SessionName, ForbiddenCharactersRaiseOneBoxEachAndCfgIsAppendedUnlessTheNam
     for (const char* fine : {"x y", "a\"b", "Luke.CFG", " ", "a;b"})
         EXPECT_TRUE(ValidSessionName(*t.app, QString::fromLatin1(fine))) << fine;
     EXPECT_TRUE(t.prompts.shown.empty());
-
     const std::pair<const char*, const char*> cases[] = {
         {"abc", "abc.cfg"}, {".cfg", ".cfg"},   {"A.CFG", "A.CFG"},       {"x y", "x y.cfg"},
         {"x ", "x .cfg"},   {"cfg", "cfg.cfg"}, {"a.cfgx", "a.cfgx.cfg"}, {"a.Cfg", "a.Cfg"},
@@ -146,7 +144,6 @@ TEST_F(Launch, EachRefusalOfOkShowsItsBoxAndStartsNothing)
     }
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_EQ(windows.closed + windows.minimized, 0);
-
     // A saved cycle that exists needs no rotation.
     const StubServer server = stub();
     const QString cycle = t.baseFolder() + u"/mycycle.cfg"_s;
@@ -189,7 +186,6 @@ TEST_F(Launch, TheQuestionAboutTheDefaultsComesFirstAndClearsTheMark)
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_FALSE(profile.configurationChanged());
     EXPECT_TRUE(t.store->GetAllSettings().isEmpty()) << "No saves nothing";
-
     profile.setConfigurationChanged(true);
     profile.setValue(F::chkSendMessage, 1);
     t.prompts.shown.clear();
@@ -293,7 +289,6 @@ TEST_F(Launch, TheServerGetsEachShapeAsArgumentsInTheGameFolder)
         EXPECT_EQ(started->arguments.last(), u"luke.cfg"_s);
     }
     EXPECT_EQ(launcher.starts, 5);
-
     // The empty address of Internet with Merc arrives as an empty argument; the game type comes last.
     profile.resetAll();
     session.merc = true;
@@ -322,7 +317,6 @@ TEST_F(Launch, FieldTextReachesTheServerAsPlainArgumentsAndRunsNothing)
     QThread::msleep(200);
     for (const QString& folder : {t.gameFolder(), t.root(), QDir::currentPath()})
         EXPECT_TRUE(QDir(folder).entryList({u"pwned*"_s}).isEmpty()) << folder.toStdString();
-
     // A bare name is looked up in the game folder first: "true" also lies on the path, where it would record nothing.
     t.app->serverExecutable = u"true"_s;
     ASSERT_TRUE(launch());
@@ -336,7 +330,6 @@ TEST_F(Launch, WithoutAServerTypeNothingStartsTheRunGoesOnAndDefaultCfgIsCreated
     EXPECT_TRUE(startServerAfterConfiguration(*t.app, profile, session));
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_EQ(launchRetryCount(), before + 1) << "the messaging step runs all the same";
-
     // Default.cfg, in the base folder whatever its case.
     const QString file = t.baseFolder() + u"/Default.cfg"_s;
     ASSERT_TRUE(QFileInfo(file).isFile());

@@ -45,9 +45,7 @@ TEST_F(MainFormLoadTest, RunsItsStepsInOrderAndClearsTheLoadingFlag)
 {
     QList<bool> loadingSeen;
     host.onCall = [&](const QString&) { loadingSeen << profile.isLoading(); };
-
     load();
-
     EXPECT_EQ(host.calls, kSteps);
     EXPECT_EQ(loadingSeen, (QList<bool>{true, true, true, true}));
     EXPECT_FALSE(profile.isLoading());
@@ -73,7 +71,6 @@ TEST_F(MainFormLoadTest, ConfigListsHoldTheCfgFilesOfTheBaseFolderOrNoneWithoutI
     const QStringList expected{u"autoexeccfg"_s, u"ctf.Cfg"_s, u"FFA.CFG"_s, u"jediMaps.cfg"_s, u"server.cfg"_s};
     for (int i = 0; i <= 3; ++i)
         EXPECT_EQ(configItems(profile, i), expected) << i;
-
     for (const QString& folder : {u"/nonexistent/jk2/"_s, QString()}) {
         SCOPED_TRACE(folder.toStdString());
         Form fresh;
@@ -100,7 +97,6 @@ TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
     EXPECT_FALSE(profile.isLoading());
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
-
     // Every out-of-range step is passed over.
     Form all;
     for (const QString& call : kSteps)
@@ -118,14 +114,12 @@ TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
     writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
     host.failures.insert(u"size"_s, 13);
     load();
-
     EXPECT_EQ(host.calls, (QStringList{u"columns"_s, u"size"_s}));
     EXPECT_FALSE(profile.isLoading());
     EXPECT_TRUE(t.app->helpFile.isEmpty());
     EXPECT_TRUE(configItems(profile, 0).isEmpty());
     EXPECT_TRUE(profile.field(F::cboStartingMap).items().isEmpty());
     EXPECT_EQ(profile.value(F::vsMainTab), 0);
-
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(
         isBox(t.prompts.last(),
@@ -141,7 +135,6 @@ TEST_F(MainFormLoadTest, AnAutoCycleWithAnEmptyRotationStartsOnTheListsEntryOne)
 {
     load();
     profile.setValue(F::chkMapAutoCycle, 1);
-
     SessionFacts facts;
     facts.clock = &t.clock;
     SessionValues session;

@@ -44,7 +44,6 @@ protected:
     }
     void run(const WineEnvironment& env = {}) { mnuMapScan_Click(*t.app, profile, env); }
     QString catalogueFile() const { return t.programFolder() + u"/Jedi.aml"_s; }
-
     TestApp t;
     ServerProfile profile;
     RecordingScanProgress progress;
@@ -72,11 +71,9 @@ TEST_F(MapScanCommandTest, TheWholeChainRewritesTheCatalogueReloadsTheTreeAndEmp
     const QString shots = t.programFolder() + u"/levelshots"_s;
     EXPECT_TRUE(QFileInfo::exists(shots + u"/mymap.bmp"_s));
     EXPECT_FALSE(QFileInfo::exists(shots + u"/mymap.tga"_s));
-
     MapTreeModel& tree = mapTreeOf(profile);
     ASSERT_NE(tree.findKey(u"mymap.pk3\\mymap"_s), nullptr);
     EXPECT_EQ(profile.text(F::lblNumberOfMapsAvailable), u"1 Maps available"_s);
-
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.text(F::txtServerINI), QString());
@@ -85,7 +82,6 @@ TEST_F(MapScanCommandTest, TheWholeChainRewritesTheCatalogueReloadsTheTreeAndEmp
     EXPECT_EQ(profile.startingMap(), u"old"_s);
     EXPECT_EQ(firstMapType(profile), u"FFA"_s);
     EXPECT_EQ(profile.text(F::picMap), shots + u"/unknown.bmp"_s);
-
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information, u"Map scan complete "_s + kTail}));
     EXPECT_EQ(t.prompts.shown.size(), 2u);
     EXPECT_EQ(progress.events.last(), u"unload"_s);

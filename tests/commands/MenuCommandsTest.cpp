@@ -52,21 +52,18 @@ TEST(DesktopOpen, LinksMailAndHelpGoThroughTheOpenAction)
     EXPECT_EQ(mail.path(), kContactAddress);
     EXPECT_EQ(QUrlQuery(mail).queryItemValue(u"subject"_s, QUrl::FullyDecoded),
               u"Arena Steward JUNE 13 2002 beta 1.4"_s);
-
     TestApp t;
     openLink(*t.app, Link::ProductForum);
     mailAuthor(*t.app);
     ASSERT_EQ(t.opener.opened.size(), 2u);
     EXPECT_EQ(t.opener.opened[0], QUrl(kProductForum));
     EXPECT_EQ(t.opener.opened[1].scheme(), u"mailto"_s);
-
     t.app->helpFile = t.programFolder() + u"/guide/arena-steward-guide.html"_s;
     openHelpContents(*t.app);
     EXPECT_TRUE(t.prompts.shown.empty());
     ASSERT_EQ(t.opener.opened.size(), 3u);
     EXPECT_EQ(t.opener.opened[2], QUrl::fromLocalFile(t.app->helpFile));
     EXPECT_TRUE(fileBytes(t.app->helpFile).contains("Starting the server")) << "the guide is written out";
-
     t.app->helpFile = u"/proc/no-such-folder/guide.html"_s;
     openHelpContents(*t.app);
     ASSERT_EQ(t.prompts.shown.size(), 1u) << "a guide that can't be written is reported";
@@ -74,7 +71,6 @@ TEST(DesktopOpen, LinksMailAndHelpGoThroughTheOpenAction)
     EXPECT_TRUE(box.text.contains(u"File not found\r\nNumber: 53"_s)) << box.text.toStdString();
     EXPECT_TRUE(isBox(box, {u"arena-steward Error"_s, Icon::Critical, box.text}));
     EXPECT_EQ(t.opener.opened.size(), 3u);
-
     // The box names the file or address and the opener's package.
     const QString file = openFailedText(QUrl::fromLocalFile(u"/home/me/My Guide.html"_s));
     EXPECT_TRUE(file.startsWith(u"Could not open /home/me/My Guide.html"_s)) << file.toStdString();

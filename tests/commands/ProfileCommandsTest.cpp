@@ -41,7 +41,6 @@ protected:
         sleeper.kill();
         sleeper.waitForFinished();
     }
-
     ServerProfile& window() { return *windows.profile; }
     void switchTo(const QString& name) { mnuProfileSwitch_Click(*t.app, window(), windows, profiles, name); }
     void startable()
@@ -49,7 +48,6 @@ protected:
         window().setValue(F::chkMapAutoCycle, 1);
         window().setValue(F::chkSendMessage, 0);
     }
-
     /// The window's fields as the user makes them, saved with Defaults.
     void fill(const QString& host, const QStringList& maps, const QString& bot)
     {
@@ -71,7 +69,6 @@ protected:
         ASSERT_EQ(rosterBots(window()).size(), 1);
         EXPECT_EQ(rosterBots(window()).first().value(0), bot);
     }
-
     /// Close's part of a switch keeps the roster: the roster is the window's own.
     void newProfile(const QString& name, Answer fromCurrent)
     {
@@ -79,7 +76,6 @@ protected:
         t.prompts.answerNext(fromCurrent);
         mnuProfileNew_Click(*t.app, window(), windows, profiles);
     }
-
     /// A server of the profile ctf on this port, recorded as running: a real process.
     void ctfServerRuns(int port)
     {
@@ -95,7 +91,6 @@ protected:
         ASSERT_TRUE(folder.make());
         ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
     }
-
     TestApp t;
     ProfileSet profiles{t.root() + u"/config"_s};
     FakeWindowHost windows{*t.app};
@@ -116,7 +111,6 @@ TEST_F(Profiles, EachProfileKeepsItsFieldsRotationAndRosterAcrossSwitches)
     EXPECT_EQ(rosterBots(window()).size(), 0);
     EXPECT_EQ(t.app->gameFolder, t.gameFolder());
     fill(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
-
     for (int round = 0; round < 2; ++round) {
         switchTo(u"default"_s);
         EXPECT_TRUE(profiles.current().isEmpty());
@@ -131,7 +125,6 @@ TEST_F(Profiles, EachProfileKeepsItsFieldsRotationAndRosterAcrossSwitches)
     EXPECT_EQ(mainWindowTitle(profiles.current()), u"Arena Steward - ctf"_s);
     EXPECT_EQ(mainWindowTitle(QString()), u"Arena Steward"_s);
     EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf"_s}));
-
     // A new profile from the current settings copies what the window holds, saved or not.
     window().setText(F::txtServerConfig(2), u"CTF, typed and not saved"_s);
     newProfile(u"ctf-2"_s, Answer::Yes);
@@ -179,7 +172,6 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
         ASSERT_EQ(t.prompts.shown.size(), 1u);
     }
     EXPECT_EQ(t.prompts.texts(), QStringList{u"The default profile can't be deleted"_s + kTail});
-
     newProfile(u"ctf"_s, Answer::No);
     fill(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
     t.prompts.typed << u"ctf_night"_s;
@@ -189,7 +181,6 @@ TEST_F(Profiles, TheDefaultProfileStaysAndANamedOneRenamesAndGoes)
     EXPECT_EQ(profiles.current(), u"ctf_night"_s);
     expectWindow(u"Capture the Flag"_s, {u"ctf_bespin"_s}, u"Jan"_s);
     EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf_night"_s}));
-
     t.prompts.answerNext(Answer::No);
     mnuProfileDelete_Click(*t.app, window(), windows, profiles);
     EXPECT_EQ(profiles.current(), u"ctf_night"_s);
@@ -213,7 +204,6 @@ TEST_F(Profiles, APortThatAnotherProfilesServerUsesIsRefused)
                                          u"The port 28070 is in use by the server of the profile ctf"_s + kTail}));
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_TRUE(QDir(t.baseFolder()).entryList(QDir::Files).isEmpty());
-
     // Another port starts; the profile's own server never stands in its way.
     t.prompts.shown.clear();
     window().setText(F::txtServerConfig(12), u"28071"_s);

@@ -26,7 +26,6 @@ struct Process {
     QStringList scans;
     bool maps = true, shots = true, convert = true;
     int errorInShots = 0;
-
     Process()
     {
         t.app->gameFolder.clear();
@@ -98,7 +97,6 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
     EXPECT_EQ(stored(kKeyPathToJedi), kDefaultGameFolder);
     EXPECT_EQ(stored(kKeyPathToServer), kAbsent);
     EXPECT_EQ(stored(kKeyRunOnce), kAbsent);
-
     const FakePrompts::Dialog& dialog = onlyDialog();
     EXPECT_TRUE(dialog.open);
     EXPECT_EQ(dialog.state.DialogTitle, u"Select Star Wars JK II Jedi Outcast"_s);
@@ -107,7 +105,6 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
     EXPECT_EQ(dialog.state.Flags, 0);
     EXPECT_EQ(dialog.state.InitialDir, kDefaultGameFolder + u'/');
     EXPECT_TRUE(dialog.state.FileName.isEmpty());
-
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"User cancelled!"_s + kTail}));
     EXPECT_TRUE(host.calls.isEmpty()) << "no window, not even the scanner's";
@@ -122,7 +119,6 @@ TEST_F(Startup, AFolderWithAnyFileNeedsNoExecutableNameButOneWithOnlySubfoldersC
     t.prompts.cancelNextDialog();
     EXPECT_EQ(start(), StartupOutcome::EndProcess);
     EXPECT_EQ(onlyDialog().state.InitialDir, t.gameFolder());
-
     Process fresh;
     writeFile(fresh.t.gameFolder() + u"whatever.txt"_s, "x");
     fresh.save(kKeyPathToJedi, fresh.t.root() + u"/game"_s); // no trailing slash
@@ -141,7 +137,6 @@ TEST_F(Startup, AMissingExecutableIsAskedForAndTheChoiceIsStored)
     QFile::remove(t.gameFolder() + u"jk2mvded"_s);
     writeFile(t.gameFolder() + u"readme.txt"_s, "not the server");
     t.prompts.chooseFile(t.root() + u"/other/linuxjk2ded"_s);
-
     EXPECT_EQ(start(), StartupOutcome::MainWindowOpen);
     EXPECT_EQ(onlyDialog().state.InitialDir, t.gameFolder());
     EXPECT_EQ(t.app->gameFolder, t.root() + u"/other/"_s);
@@ -250,7 +245,6 @@ TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
     // The clean-up restores the cursor.
     EXPECT_EQ(t.prompts.pointer, pointer::Default);
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default}));
-
     Process fresh; // an error while the window comes up unloads it
     fresh.storeReadyGame();
     fresh.host.afterLoad = [](ServerProfile&) { raiseError(err::PathNotFound); };
@@ -327,14 +321,12 @@ TEST_F(Startup, ARestartRunsStartUpAgainWithTheSameCommandLine)
     EXPECT_EQ(t.prompts.texts(), (QStringList{firstRunText(), u"Map Scan complete."_s + kTail}));
     // One run of pending events at the first start; before, inside and after the restart.
     EXPECT_EQ(t.prompts.eventRuns, 4);
-
     Process checked;
     ASSERT_EQ(checked.start(u"-Check"_s), StartupOutcome::MainWindowOpen);
     EXPECT_EQ(checked.restart(), StartupOutcome::MainWindowOpen);
     EXPECT_FALSE(checked.store().HasSetting(kKeyPathToJedi));
     EXPECT_TRUE(checked.t.prompts.dialogs.empty());
     EXPECT_EQ(checked.host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"load"_s, u"show"_s}));
-
     Process ending; // a restart that ends the process runs nothing after it
     ending.storeReadyGame();
     ASSERT_EQ(ending.start(), StartupOutcome::MainWindowOpen);

@@ -76,9 +76,7 @@ protected:
         folder.make();
     }
     void TearDown() override { watcher.reset(); }
-
     void mode(const char* m) { writeFile(dir.filePath(u"mode"_s), m); }
-
     void watch(bool restartOnCrash, int restartLimit = ServerWatcher::Options{}.restartLimit)
     {
         ServerWatcher::Options options;
@@ -100,11 +98,8 @@ protected:
         QString error;
         ASSERT_TRUE(watcher->start(request(), &error)) << error.toStdString();
     }
-
     LaunchRequest request() const { return {script, {u"+set"_s, u"x"_s}, dir.path()}; }
-
     QStringList crashLogs() const { return QDir(folder.path()).entryList({u"crash-*.log"_s}, QDir::Files); }
-
     QTemporaryDir dir;
     ServerFolder folder{dir.path() + u"/program"_s, u"luke"_s};
     QString script;
@@ -128,7 +123,6 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     watch(true);
     const ProcessIdentity first = watcher->state().server;
     ASSERT_TRUE(eventually([&] { return relaunches == 2 && watcher->serverRunning(); }));
-
     const WatchState state = *readWatchState(folder.stateFile());
     EXPECT_EQ(state.phase, WatchState::Phase::Running);
     EXPECT_EQ(state.restarts, 2);
@@ -136,7 +130,6 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     EXPECT_TRUE(stillRuns(state.server));
     EXPECT_EQ(state.lastCrashCause, u"signal 11 (SIGSEGV)"_s);
     EXPECT_EQ(state.arguments, request().arguments);
-
     ASSERT_FALSE(crashLogs().isEmpty());
     const QByteArray log = fileBytes(folder.path() + u'/' + crashLogs().first());
     EXPECT_TRUE(log.startsWith("The server crashed: signal 11 (SIGSEGV)\n")) << log.toStdString();
@@ -144,7 +137,6 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     EXPECT_TRUE(fileBytes(folder.serverLog()).contains("going down\n"));
     EXPECT_EQ(QFileInfo(folder.serverLog()).permissions() & 0x0077, 0);
     EXPECT_EQ(exitCode, -1);
-
     const ProcessIdentity server = watcher->state().server;
     watcher->stop();
     ASSERT_TRUE(eventually([&] { return exitCode == 0; }));
@@ -241,7 +233,6 @@ TEST_F(WatchParts, EverySessionNameGivesOneFolderInsideServersWhereCrashLogsOfOn
         const ServerFolder folder(u"/p"_s, id);
         EXPECT_EQ(QFileInfo(folder.path()).absolutePath(), u"/p/servers"_s) << c.session;
     }
-
     const ServerFolder folder(dir.path(), u"luke"_s);
     ASSERT_TRUE(folder.make());
     const QDateTime when(QDate(2026, 11, 25), QTime(13, 58, 7));
@@ -285,13 +276,11 @@ TEST_F(WatchParts, TheServerLogKeepsTheLastLinesAndMovesAFullLogAside)
         log.append(QByteArray("line ") + QByteArray::number(i) + (i % 2 ? "\n" : "\r\n"));
     log.append("half a ");
     log.append("line");
-
     const QStringList last = log.lastLines();
     ASSERT_EQ(last.size(), ServerLog::kKeptLines);
     EXPECT_EQ(last.first(), u"line 101"_s);
     EXPECT_EQ(last.at(last.size() - 2), u"line 299"_s);
     EXPECT_EQ(last.last(), u"half a line"_s);
-
     EXPECT_LE(QFileInfo(file).size(), 1000);
     EXPECT_LE(QFileInfo(file + u".1"_s).size(), 1000);
     EXPECT_GT(QFileInfo(file + u".1"_s).size(), 900);
@@ -317,7 +306,6 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
 {
     const QDateTime crash(QDate(2026, 11, 25), QTime(13, 58), Qt::LocalTime);
     const QDateTime since(QDate(2026, 11, 25), QTime(14, 2), Qt::LocalTime);
-
     WatchState running;
     running.session = u"luke.cfg"_s;
     running.port = 28070;
@@ -336,7 +324,6 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
     const auto back = readWatchState(file);
     ASSERT_TRUE(back);
     EXPECT_EQ(back->toJson(), running.toJson());
-
     WatchState restarting = running;
     restarting.phase = WatchState::Phase::Restarting;
     WatchState oneRestart = running;
@@ -348,7 +335,6 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
     WatchState stopped = gone;
     stopped.phase = WatchState::Phase::Stopped;
     stopped.stoppedReason = u"Stopped after 3 crashes in 10 minutes"_s;
-
     const struct {
         std::optional<WatchState> state;
         const char* summary;
@@ -377,7 +363,6 @@ TEST_F(WatchParts, AnythingButAStateFileReadsAsNoneAndAFileThatCannotBeReplacedK
     const auto odd = readWatchState(file);
     ASSERT_TRUE(odd);
     EXPECT_EQ(watchSummary(odd), u"Not running"_s);
-
     ASSERT_TRUE(writePrivateFile(file, "old"));
     QString reason;
     EXPECT_FALSE(writePrivateFile(dir.filePath(u"no/such/folder/x"_s), "new", &reason));
