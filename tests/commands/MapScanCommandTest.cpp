@@ -1,3 +1,4 @@
+// Map > Scan from the window: the question, the whole chain on a real archive, the Wine prefix and the failures.
 #include "commands/MapCycleCommands.h"
 #include "commands/MapScanCommand.h"
 #include "maps/MapRotation.h"
