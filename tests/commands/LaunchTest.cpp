@@ -275,7 +275,11 @@ TEST_F(Launch, TheServerRunsInTheGameFolderWithTheGameTypeLastAndAnEmptyAddressA
     EXPECT_FALSE(started->arguments.contains(u"net_port"_s));
     EXPECT_EQ(started->arguments.mid(started->arguments.size() - 5),
               QStringList({"+set", "g_gametype", "3", "+exec", "luke.cfg"}));
-    EXPECT_EQ(launcher.starts, 1);
+    profile.setValue(F::chkServerType(1), 1); // LAN is chosen before Internet
+    const auto lan = launch();
+    ASSERT_TRUE(lan);
+    EXPECT_EQ(lan->arguments.mid(0, 3), QStringList({"+set", "dedicated", "1"}));
+    EXPECT_EQ(launcher.starts, 2);
 }
 
 TEST_F(Launch, FieldTextReachesTheServerAsPlainArgumentsAndRunsNothing)
