@@ -137,24 +137,20 @@ TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
     newProfile(u"ctf"_s, Answer::No);
     switchTo(u"default"_s);
     const QString rule = u"A profile name is 1 to 32 letters, digits, - and _, and not \"default\""_s;
-    const struct {
-        QString name, says;
-    } cases[] = {
-        {u"a b"_s, rule},
-        {u"../x"_s, rule},
-        {u"ünï"_s, rule},
-        {QString(33, u'a'), rule},
-        {u"DEFAULT"_s, rule},
-        {u" "_s, rule},
-        {u"ctf"_s, u"A profile named ctf already exists"_s},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name.toStdString());
+    const std::pair<QString, QString> cases[] = {{u"a b"_s, rule},
+                                                 {u"../x"_s, rule},
+                                                 {u"ünï"_s, rule},
+                                                 {QString(33, u'a'), rule},
+                                                 {u"DEFAULT"_s, rule},
+                                                 {u" "_s, rule},
+                                                 {u"ctf"_s, u"A profile named ctf already exists"_s}};
+    for (const auto& [name, says] : cases) {
+        SCOPED_TRACE(name.toStdString());
         t.prompts.shown.clear();
-        t.prompts.typed << c.name;
+        t.prompts.typed << name;
         mnuProfileNew_Click(*t.app, window(), windows, profiles);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.says + kTail}));
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, says + kTail}));
         EXPECT_TRUE(profiles.current().isEmpty());
         EXPECT_EQ(profiles.names(), (QStringList{u"default"_s, u"ctf"_s}));
     }

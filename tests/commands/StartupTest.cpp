@@ -178,20 +178,19 @@ TEST_F(Startup, TheStoredFolderLosesItsBlanksAndOneTrailingNul)
 
 TEST_F(Startup, AnyRunOnceButZeroCountsAsDone)
 {
-    const struct {
-        const char* value; // nullptr: the key is absent
-        bool firstRun;
-    } cases[] = {{"1", false}, {"2", false}, {"", false}, {" 0", false}, {"0", true}, {nullptr, true}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.value ? c.value : "absent");
+    // nullptr: the key is absent.
+    const std::pair<const char*, bool> cases[] = {{"1", false},  {"2", false}, {"", false},
+                                                  {" 0", false}, {"0", true},  {nullptr, true}};
+    for (const auto& [value, firstRun] : cases) {
+        SCOPED_TRACE(value ? value : "absent");
         Process fresh;
         fresh.storeReadyGame();
         fresh.store().DeleteSetting(kKeyRunOnce);
-        if (c.value)
-            fresh.save(kKeyRunOnce, QString::fromLatin1(c.value));
+        if (value)
+            fresh.save(kKeyRunOnce, QString::fromLatin1(value));
         EXPECT_EQ(fresh.start(), StartupOutcome::MainWindowOpen);
-        EXPECT_EQ(fresh.scans.size(), c.firstRun ? 3 : 0);
-        EXPECT_EQ(fresh.stored(kKeyRunOnce), c.firstRun ? u"1"_s : QString::fromLatin1(c.value));
+        EXPECT_EQ(fresh.scans.size(), firstRun ? 3 : 0);
+        EXPECT_EQ(fresh.stored(kKeyRunOnce), firstRun ? u"1"_s : QString::fromLatin1(value));
     }
 }
 
@@ -255,17 +254,15 @@ TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
 
 TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
 {
-    const struct {
-        const char* commandLine;
-        bool check;
-    } cases[] = {{"-check", true},   {"-CHECK", true},    {"-ChEcK", true}, {" -check", false},
-                 {"-check ", false}, {"-check x", false}, {"check", false}, {"", false}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.commandLine);
+    const std::pair<const char*, bool> cases[] = {{"-check", true},   {"-CHECK", true},   {"-ChEcK", true},
+                                                  {" -check", false}, {"-check ", false}, {"-check x", false},
+                                                  {"check", false},   {"", false}};
+    for (const auto& [commandLine, check] : cases) {
+        SCOPED_TRACE(commandLine);
         Process fresh;
         fresh.t.prompts.cancelNextDialog();
-        const StartupOutcome outcome = fresh.start(QString::fromLatin1(c.commandLine));
-        if (c.check) {
+        const StartupOutcome outcome = fresh.start(QString::fromLatin1(commandLine));
+        if (check) {
             EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
             EXPECT_EQ(fresh.host.calls, kOpened);
             EXPECT_FALSE(fresh.store().HasSetting(kKeyPathToJedi)) << "the store is not looked at";

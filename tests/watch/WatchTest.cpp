@@ -220,18 +220,14 @@ struct WatchParts : ::testing::Test {
 
 TEST_F(WatchParts, EverySessionNameGivesOneFolderInsideServersWhereCrashLogsOfOneSecondStayApart)
 {
-    const struct {
-        const char* session;
-        const char* id;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"luke.cfg", "luke"}, {"Duel Arena.CFG", "duel_arena"}, {"..cfg", "_."},    {"...cfg", "_.."},
-        {".cfg", "_"},        {"a/b\\c.cfg", "a_b_c"},          {"ünï.cfg", "_n_"}, {"ctf-2_x.cfg", "ctf-2_x"},
-    };
-    for (const auto& c : cases) {
-        const QString id = ServerFolder::idForSession(QString::fromUtf8(c.session));
-        EXPECT_EQ(id, QString::fromUtf8(c.id)) << c.session;
+        {".cfg", "_"},        {"a/b\\c.cfg", "a_b_c"},          {"ünï.cfg", "_n_"}, {"ctf-2_x.cfg", "ctf-2_x"}};
+    for (const auto& [session, expected] : cases) {
+        const QString id = ServerFolder::idForSession(QString::fromUtf8(session));
+        EXPECT_EQ(id, QString::fromUtf8(expected)) << session;
         const ServerFolder folder(u"/p"_s, id);
-        EXPECT_EQ(QFileInfo(folder.path()).absolutePath(), u"/p/servers"_s) << c.session;
+        EXPECT_EQ(QFileInfo(folder.path()).absolutePath(), u"/p/servers"_s) << session;
     }
     const ServerFolder folder(dir.path(), u"luke"_s);
     ASSERT_TRUE(folder.make());
