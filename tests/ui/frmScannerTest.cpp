@@ -16,6 +16,7 @@
 #include <vector>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 using namespace steward::testing;
 
 namespace {
@@ -130,17 +131,16 @@ TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
     progress.show();
     frmScanner* window = progress.window();
     ASSERT_NE(window, nullptr);
-    EXPECT_EQ(window->objectName(), QStringLiteral("frmScanner"));
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Map Scanner"));
-    EXPECT_EQ(window->scanningLabel()->text(), QStringLiteral("Current Progress:"));
+    EXPECT_EQ(window->objectName(), u"frmScanner"_s);
+    EXPECT_EQ(window->windowTitle(), u"Map Scanner"_s);
+    EXPECT_EQ(window->scanningLabel()->text(), u"Current Progress:"_s);
     EXPECT_TRUE(window->isVisible());
 
-    progress.setActivity(QStringLiteral("Scanning a.pk3 ...."));
-    EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("lblScannerShow"))->text(),
-              QStringLiteral("Scanning a.pk3 ...."));
+    progress.setActivity(u"Scanning a.pk3 ...."_s);
+    EXPECT_EQ(window->findChild<QLabel*>(u"lblScannerShow"_s)->text(), u"Scanning a.pk3 ...."_s);
     progress.setMaximum(4);
     progress.setValue(3);
-    EXPECT_EQ(window->findChild<QProgressBar*>(QStringLiteral("pctCurrentProg"))->value(), 3);
+    EXPECT_EQ(window->findChild<QProgressBar*>(u"pctCurrentProg"_s)->value(), 3);
     progress.setValue(9);
     EXPECT_EQ(window->progressBar()->value(), 4);
     progress.setBusy(true);
@@ -161,16 +161,16 @@ TEST(frmScanner, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
     frmScannerProgress progress;
     t.app->services.scanProgress = &progress;
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("maps/duel_pit.bsp"))
-                    .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 4, 1, 2, 3))
-                    .write(t.baseFolder() + QStringLiteral("/assets0.pk3")));
-    ASSERT_TRUE(ScanForMaps(*t.app, QStringLiteral("Base"), QStringLiteral("Jedi"), t.gameFolder()));
+                    .file(u"maps/duel_pit.bsp"_s)
+                    .file(u"levelshots/duel_pit.tga"_s, tgaPicture(4, 4, 1, 2, 3))
+                    .write(t.baseFolder() + u"/assets0.pk3"_s));
+    ASSERT_TRUE(ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()));
     ASSERT_NE(progress.window(), nullptr);
     EXPECT_TRUE(progress.window()->isVisible());
-    EXPECT_TRUE(ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()));
-    EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Done"));
+    EXPECT_TRUE(ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()));
+    EXPECT_EQ(progress.window()->activityLabel()->text(), u"Done"_s);
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Converting duel_pit.tga...."));
+    EXPECT_EQ(progress.window()->activityLabel()->text(), u"Converting duel_pit.tga...."_s);
     // Before the closing box the window host unloads it.
     QtWindowHost host(*t.app);
     host.unloadScanner();
@@ -191,13 +191,12 @@ TEST_P(frmScannerPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
 {
     TestApp t;
     for (int n = 0; n < 40; ++n) {
-        const QString map = QStringLiteral("map%1").arg(n, 2, 10, QLatin1Char('0'));
+        const QString map = u"map%1"_s.arg(n, 2, 10, QLatin1Char('0'));
         ASSERT_TRUE(ZipBuilder()
-                        .file(QStringLiteral("maps/") + map + QStringLiteral(".bsp"))
-                        .file(QStringLiteral("scripts/") + map + QStringLiteral(".arena"),
-                              arenaScript(map, QStringLiteral("Map ") + map, QStringLiteral("ffa")))
-                        .file(QStringLiteral("levelshots/") + map + QStringLiteral(".tga"), tgaPicture(4, 4, 1, 2, 3))
-                        .write(t.baseFolder() + QLatin1Char('/') + map + QStringLiteral(".pk3")));
+                        .file(u"maps/"_s + map + u".bsp"_s)
+                        .file(u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"Map "_s + map, u"ffa"_s))
+                        .file(u"levelshots/"_s + map + u".tga"_s, tgaPicture(4, 4, 1, 2, 3))
+                        .write(t.baseFolder() + QLatin1Char('/') + map + u".pk3"_s));
     }
     qint64 now = 0;
     frmScannerProgress window(nullptr, [&now] { return now; });
@@ -211,8 +210,7 @@ TEST_P(frmScannerPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
     mnuMapScan_Click(*t.app, profile);
 
     ASSERT_EQ(scan.ends.size(), 3u) << "the catalogue, the level shots and their conversion";
-    const QStringList lastTexts{QStringLiteral("Scanning map39.pk3 ...."), QStringLiteral("Done"),
-                                QStringLiteral("Converting map39.tga....")};
+    const QStringList lastTexts{u"Scanning map39.pk3 ...."_s, u"Done"_s, u"Converting map39.tga...."_s};
     for (size_t phase = 0; phase < scan.ends.size(); ++phase) {
         const ReportedScan::PhaseEnd& end = scan.ends[phase];
         EXPECT_EQ(end.reportedText, lastTexts.value(static_cast<qsizetype>(phase)));
