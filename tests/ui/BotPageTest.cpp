@@ -36,7 +36,6 @@ protected:
         return picker.isNull();
     }
     QStringList firstBot() const { return rosterBots(*profile).value(0); }
-
     QTableWidget* roster = nullptr;
     QPointer<frmBOT> picker;
 };
@@ -62,20 +61,15 @@ TEST_F(BotPage, TheUserDefinedBoxSwitchesBetweenTheTwoLayouts)
     }
 }
 
-TEST_F(BotPage, TheStoredBoxSetsTheLayoutAtStart)
+TEST_F(BotPage, TheStoredLayoutAndLastBotsComeBackInTheTeamsColoursAndCloseKeepsThem)
 {
     t.store->SaveSetting(u"BOTs5"_s, u"1"_s);
+    writeFile(t.programFolder() + u"/lastbots.csv"_s,
+              "Gnubee,Hardcore,RED,Desann,25\r\nLuke,Nightmare,BLUE,Luke,0\r\nOdd,,blue,Jan,1\r\n");
     load();
     ASSERT_EQ(profile->value(F::chkBOTs(5)), 1);
     EXPECT_TRUE(shown("grdBOTList"));
     EXPECT_FALSE(shown("cboBOT"));
-}
-
-TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColoursAndCloseKeepsIt)
-{
-    writeFile(t.programFolder() + u"/lastbots.csv"_s,
-              "Gnubee,Hardcore,RED,Desann,25\r\nLuke,Nightmare,BLUE,Luke,0\r\nOdd,,blue,Jan,1\r\n");
-    load();
     ASSERT_EQ(roster->rowCount(), 3);
     const QColor expected[] = {Qt::red, Qt::blue, Qt::red};
     for (int r = 0; r < 3; ++r)
@@ -84,7 +78,6 @@ TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColoursAndCloseKeepsIt)
             EXPECT_EQ(roster->item(r, c)->foreground().color(), QColor(Qt::white));
         }
     EXPECT_EQ(window->control<QComboBox>(u"cboBOT"_s)->currentText(), u"Hurt Me Plenty "_s);
-
     replaceRosterBots(*profile, {{u"Boss, The"_s, u"Hardcore"_s, u"RED"_s, u"Desann"_s, u"25"_s}});
     click(u"cmdCancel"_s);
     EXPECT_EQ(fileBytes(t.programFolder() + u"/lastbots.csv"_s),
@@ -130,7 +123,6 @@ TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsAndCancelUnloadsIt)
     EXPECT_FALSE(in<QWidget>("pctCurrentProg")->isVisibleTo(picker));
     frmBOT* first = picker;
     EXPECT_EQ(openPicker(), first) << "Add again shows the same form";
-
     in<QLineEdit>("txtBOTName")->setText(u"   "_s);
     in("cmdOk(0)")->click();
     EXPECT_FALSE(gone()) << "OK with a blank name does nothing";
@@ -140,7 +132,7 @@ TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsAndCancelUnloadsIt)
     EXPECT_EQ(rosterBotCount(*profile), 0);
 }
 
-TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndCloses)
+TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndClosesAndViewOpensTheBotFile)
 {
     load();
     openPicker();
@@ -156,6 +148,11 @@ TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndCloses)
     ASSERT_EQ(roster->rowCount(), 1);
     EXPECT_EQ(roster->item(0, 0)->background().color(), QColor(Qt::blue));
     EXPECT_TRUE(gone());
+    profile->setValue(F::chkBOTs(0), 1); // View opens the BOT file
+    profile->setValue(F::chkBOTs(5), 1);
+    click(u"cmdBOTs(4)"_s);
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_TRUE(t.opener.opened.front().toLocalFile().endsWith(u"/BOTFile.cfg"_s));
 }
 
 TEST_F(BotPage, TheCustomTabPicksAnInstalledModel)
@@ -212,7 +209,6 @@ TEST_F(BotPage, ThePickersKeys)
     sendKey(skill, Qt::Key_Down);
     sendKey(skill, Qt::Key_H, u"h"_s);
     EXPECT_EQ(skill->currentText(), u"Hurt Me Plenty "_s) << "the lists take no keys";
-
     auto* ping = in<QLineEdit>("txtBOTPing");
     ping->clear();
     for (const auto& [key, text] :
@@ -222,7 +218,6 @@ TEST_F(BotPage, ThePickersKeys)
     // character lies in the range 40 to 57 that the character filter lets through.
     EXPECT_EQ(ping->text(), u"4.2"_s);
     EXPECT_EQ(t.beeper.beeps, 3);
-
     auto* name = in<QLineEdit>("txtBOTName"); // Enter moves on as Tab does
     picker->activateWindow();
     name->setFocus();
@@ -261,17 +256,6 @@ TEST_F(BotPage, AFailedScanClosesThePickerAndSaysWhy)
     ASSERT_EQ(t.prompts.shown.size(), 2u);
     EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"_s,
                                          Icon::Information, u"Path not found"_s}));
-}
-
-TEST_F(BotPage, ViewOpensTheBotFile)
-{
-    load();
-    profile->setValue(F::chkBOTs(0), 1);
-    profile->setValue(F::chkBOTs(5), 1);
-    appendRosterBot(*profile, {u"Gnubee"_s, u"Hardcore"_s, u"RED"_s, u"Desann"_s, u"25"_s});
-    click(u"cmdBOTs(4)"_s);
-    ASSERT_EQ(t.opener.opened.size(), 1u);
-    EXPECT_TRUE(t.opener.opened.front().toLocalFile().endsWith(u"/BOTFile.cfg"_s));
 }
 
 } // namespace

@@ -47,12 +47,10 @@ TEST_F(Wired, TheButtonsUnderThePagesReachTheirRoutines)
     ASSERT_FALSE(t.prompts.shown.empty());
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"No maps have been selected"_s + kTail}));
     EXPECT_EQ(window->mainTab()->currentIndex(), 2) << "an empty rotation turns to the map page";
-
     window->findChild<QLineEdit*>(u"txtServerConfig(0)"_s)->setText(u"a,b"_s);
     click(u"cmdDefault"_s);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information, u"Settings have been saved"_s + kTail}));
     EXPECT_EQ(t.store->GetSetting(u"ServerInfo10"_s), u"a%b"_s);
-
     click(u"cmdIP"_s);
     auto* box = window->findChild<QLineEdit*>(u"txtServerConfig(16)"_s);
     EXPECT_EQ(box->text(), u"10.0.0.7"_s);
@@ -95,7 +93,6 @@ TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
     QApplication::sendEvent(grid, &right);
     QMenu* menu = openMenu();
     ASSERT_NE(menu, nullptr);
-
     // A click on an entry runs its tool only after the menu is done with the click: a tool
     // that runs pending events would otherwise delete the menu under its own feet.
     QAction* sort = menu->findChild<QAction*>(u"ID_SortAscending"_s);
@@ -114,7 +111,6 @@ TEST_F(Wired, OptionRulesAndKeysActThroughTheWidgets)
         window->findChild<QCheckBox*>(u"chkDMFlags(%1)"_s.arg(i))->click();
     EXPECT_EQ(window->findChild<QLineEdit*>(u"txtDMFlags"_s)->text(), u"56"_s);
     EXPECT_FALSE(profile->configurationChanged()) << "mouse changes raise no question";
-
     auto* knockback = window->findChild<QLineEdit*>(u"txtKnockBack"_s);
     knockback->setFocus();
     QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, u"a"_s);
@@ -141,7 +137,6 @@ TEST_F(Wired, AKeyInAnyControlOfTheWindowMarksAChangeButTabAndMenusDoNot)
     for (QWidget* w : window->findChildren<QWidget*>())
         EXPECT_TRUE(inMenu(w) || pressed(w, Qt::Key_X, u"x"_s))
             << w->metaObject()->className() << " " << w->objectName().toStdString();
-
     auto* combo = window->control<QComboBox>(u"cboConfig(0)"_s); // a list that opens later is still part of it
     combo->addItem(u"a.cfg"_s);
     combo->showPopup();
@@ -160,7 +155,6 @@ TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgr
     EXPECT_EQ(window->profile().text(F::txtServerConfig(0)), u"Loaded, here"_s);
     settle();
     EXPECT_TRUE(old.isNull()) << "the old window is gone once its click has ended";
-
     // With the store wiped the restart asks for the executable; a cancel ends the
     // program, and with it the event loop the click came from.
     t.prompts.answerNext(Answer::Yes);
@@ -252,7 +246,6 @@ TEST_F(ProfileMenu, OffersEveryProfileAndSwitchesTheWindowToIt)
     EXPECT_FALSE(action(u"mnuProfile_ctf"_s)->isChecked());
     EXPECT_EQ(window->windowTitle(), u"Arena Steward"_s);
     EXPECT_EQ(profile->text(F::txtServerConfig(2)), u"Default Arena"_s);
-
     action(u"mnuProfile_ctf"_s)->trigger();
     QApplication::processEvents();
     ASSERT_NE(host.mainWindow(), nullptr);
@@ -379,7 +372,6 @@ protected:
         EXPECT_NE(b, nullptr) << button.toStdString();
         return b ? ownersDuring([b] { b->click(); }) : QStringList();
     }
-
     QtPrompts prompts;
 };
 
@@ -389,7 +381,6 @@ TEST_F(BoxOwner, ThePickersAndTheWizardsBoxesAndDialogsOpenAboveThem)
 {
     window->control<QPushButton>(u"cmdBOTs(3)"_s)->click();
     EXPECT_EQ(ownersOfClick(u"frmBOT"_s, u"cmdOk(2)"_s), QStringList{u"frmBOT"_s}) << "the scan question";
-
     for (const char* map : {"ffa_bespin", "duel_bay"})
         profile->field(F::lsvMapRotation).addRow(rotationRow(QString::fromLatin1(map), u"Long"_s, u"ffa"_s));
     tool(u"ID_MapWizard"_s);

@@ -45,7 +45,6 @@ TEST_F(Bindings, TextBoxesFollowTheirFieldTheFieldFollowsTypingAndPasswordsShowS
     EXPECT_EQ(changes, 2) << "one change of the field for each keystroke, none echoed back";
     sendKey(&box, Qt::Key_Backspace);
     EXPECT_EQ(port.text(), u"1"_s);
-
     for (int index : {13, 14, 15}) {
         Field& password = field(F::txtServerConfig(index));
         BoundLineEdit secret(password, &parent);
@@ -70,7 +69,6 @@ TEST_F(Bindings, CheckAndOptionButtonsFollowTheirFieldAndAClickNeverClearsAnOpti
     voting.setValue(1);
     EXPECT_TRUE(check.isChecked());
     EXPECT_EQ(changes, 1);
-
     std::vector<std::unique_ptr<BoundRadioButton>> types;
     for (int i = 0; i <= 6; ++i)
         types.push_back(std::make_unique<BoundRadioButton>(field(F::optDefaultGameType(i)), &parent));
@@ -102,7 +100,6 @@ TEST_F(Bindings, ComboKeepsItsTextWhenItsListChanges)
     EXPECT_EQ(config.text(), u"server.cfg"_s) << "filling the list doesn't change the text";
     combo.setCurrentIndex(0);
     EXPECT_EQ(config.text(), u"autoexec.cfg"_s);
-
     parent.show();
     QApplication::setActiveWindow(&parent);
     combo.setFocus();
@@ -149,7 +146,6 @@ TEST_F(Bindings, TableTakesItsHeadingFromRowZeroAndTreesShowRowsOrItems)
     EXPECT_EQ(table.item(0, 4)->text(), u"25"_s);
     table.selectRow(0);
     EXPECT_EQ(roster.selection(), QList<int>{1}) << "grid rows count from the heading";
-
     Field& rotation = field(F::lsvMapRotation);
     BoundTree grid(rotation, 4, &parent);
     rotation.addRow({u"ffa_bespin"_s, u"Bespin"_s, u"ffa"_s});
@@ -160,7 +156,6 @@ TEST_F(Bindings, TableTakesItsHeadingFromRowZeroAndTreesShowRowsOrItems)
     rotation.removeRow(0);
     ASSERT_EQ(grid.topLevelItemCount(), 1);
     EXPECT_EQ(grid.topLevelItem(0)->text(0), u"ctf_yavin"_s);
-
     Field& maps = field(F::tvwAvailMaps);
     BoundTree tree(maps, 1, &parent);
     maps.setItems({u"Jedi"_s, u"assets0.pk3"_s});
@@ -205,7 +200,6 @@ TEST_F(Bindings, PictureShowsTheFileItsFieldNamesAndTheSpinnerStepsTheLeadingNum
     EXPECT_LE(box.pixmap().width(), 176);
     picture.setText(dir.filePath(u"missing.jpg"_s));
     EXPECT_TRUE(box.pixmap().isNull()) << "a path without a picture shows nothing";
-
     Field& think = field(F::txtBOTThinkTime);
     UpDown spinner(think, &parent);
     const std::tuple<const char*, int, const char*> steps[] = {
@@ -233,7 +227,6 @@ TEST(MainWindowState, PagePointerAndPresenceFollowTheirFields)
     EXPECT_EQ(window.cursor().shape(), Qt::WaitCursor);
     p.setFormPointer(0);
     EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
-
     window.show(); // hiding a field hides its caption and its spinner
     p.field(F::txtBOTThinkTime).setVisible(false);
     for (const QString& name : {u"txtBOTThinkTime"_s, u"lblServerConfig(43)"_s, u"updBOTThinkTime"_s})
@@ -261,7 +254,6 @@ protected:
         QFocusEvent in(QEvent::FocusIn, Qt::OtherFocusReason);
         QCoreApplication::sendEvent(w, &in);
     }
-
     QWidget root;
     CountingBeeper beeper;
     ServerProfile profile;

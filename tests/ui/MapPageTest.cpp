@@ -39,7 +39,6 @@ protected:
             maps << grid->topLevelItem(i)->text(0);
         return maps;
     }
-
     QTreeView* tree = nullptr;
     QTreeWidget* grid = nullptr;
 };
@@ -56,7 +55,6 @@ TEST_F(MapPage, AScanFillsTheTreeAClickPreviewsADoubleClickAddsAndOkStartsTheSer
     EXPECT_EQ(profile->text(F::lblLongMapName), u"Red Canyon"_s);
     EXPECT_TRUE(QFileInfo(profile->text(F::picMap)).fileName().startsWith(u"mp_canyon"_s))
         << profile->text(F::picMap).toStdString();
-
     tree->setCurrentIndex(map);
     sendMouse(tree->viewport(), QEvent::MouseButtonDblClick, tree->visualRect(map).center());
     EXPECT_EQ(rotation(), QStringList{u"mp_canyon"_s});
@@ -66,7 +64,6 @@ TEST_F(MapPage, AScanFillsTheTreeAClickPreviewsADoubleClickAddsAndOkStartsTheSer
     tool(u"ID_SetStartingMap"_s);
     EXPECT_EQ(profile->startingMap(), u"mp_canyon"_s);
     EXPECT_FALSE(grid->topLevelItem(0)->icon(0).isNull()) << "the starting map carries its mark";
-
     profile->setConfigurationChanged(false);
     profile->setText(F::txtServerConfig(14), u"secret"_s); // messaging is on
     t.prompts.shown.clear();
@@ -113,14 +110,12 @@ TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
     EXPECT_TRUE(startingMap->isHidden());
     EXPECT_TRUE(caption->isHidden());
     profile->field(F::lsvMapRotation).addRow({u"ffa_bespin"_s});
-
     const QString saved = t.baseFolder() + u"/advanced.cfg"_s;
     t.prompts.chooseFile(saved);
     savedCycle->click();
     EXPECT_EQ(profile->text(F::txtServerINI), saved);
     EXPECT_EQ(grid->topLevelItemCount(), 0);
     mapControlsShown(false);
-
     // Ticking auto cycle shows the starting map and clears the saved cycle through its
     // click, which empties the file and shows the map controls again behind auto
     // cycle's back.
@@ -206,13 +201,6 @@ protected:
         emit grid->itemClicked(grid->topLevelItem(row), 0);
         return grid;
     }
-    /// A row clicked on page one, and Next to page three.
-    void toPageThree(int row)
-    {
-        clickRow(row);
-        control(1, u"cmdNext"_s)->click();
-        control(2, u"cmdNext"_s)->click();
-    }
     const WizardState& state() { return wiring.mapWizard().wizard().state(); }
 };
 
@@ -235,7 +223,7 @@ TEST_F(WizardForms, NextWaitsForAClickOnARow)
     EXPECT_TRUE(state().records[1].Configured);
 }
 
-TEST_F(WizardForms, SaberOnlyShowsForDuelAndBackKeepsConfigured)
+TEST_F(WizardForms, SaberOnlyShowsForDuelBackKeepsConfiguredAndPageThreeFiltersTheWarmup)
 {
     clickRow(0);
     control(1, u"cmdNext"_s)->click();
@@ -253,13 +241,6 @@ TEST_F(WizardForms, SaberOnlyShowsForDuelAndBackKeepsConfigured)
     control(1, u"cmdNext"_s)->click();
     control(2, u"cmdNext"_s)->click();
     EXPECT_TRUE(shown(3));
-    EXPECT_TRUE(state().records[0].DuelNoWeapons) << "read whether shown or not";
-    EXPECT_EQ(state().records[0].GameType, u"g_gametype 0"_s);
-}
-
-TEST_F(WizardForms, PageThreeFiltersTheWarmup)
-{
-    toPageThree(0);
     auto* warmup = control<QLineEdit>(3, u"txtWarmup(1)"_s);
     warmup->setText(u"6"_s);
     warmup->setCursorPosition(1);
@@ -269,6 +250,8 @@ TEST_F(WizardForms, PageThreeFiltersTheWarmup)
     EXPECT_EQ(t.beeper.beeps, 2) << "a letter is refused by both filters";
     control(3, u"cmdNextMap"_s)->click();
     EXPECT_TRUE(shown(1));
+    EXPECT_TRUE(state().records[0].DuelNoWeapons) << "read whether shown or not";
+    EXPECT_EQ(state().records[0].GameType, u"g_gametype 0"_s);
     EXPECT_EQ(state().records[0].Warmup, u"g_warmup 65"_s);
 }
 
@@ -300,8 +283,9 @@ TEST_F(WizardForms, ThePopUpSetsTheStartingMapAndFinishSelectsTheSavedCycle)
     popup->findChild<QAction*>(u"ID_SetStartingMap"_s)->trigger();
     QApplication::processEvents();
     EXPECT_EQ(state().startingMap, u"duel_bay"_s);
-
-    toPageThree(1);
+    clickRow(1);
+    control(1, u"cmdNext"_s)->click();
+    control(2, u"cmdNext"_s)->click();
     const QString path = t.baseFolder() + u"/wizard.cfg"_s;
     t.prompts.chooseFile(path);
     control(3, u"cmdFinish"_s)->click();

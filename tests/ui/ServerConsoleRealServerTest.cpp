@@ -18,7 +18,6 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
             FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it";
         GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
     }
-
     TestApp t;
     const quint16 port = static_cast<quint16>(28900 + QCoreApplication::applicationPid() % 900);
     QProcess server;
@@ -32,7 +31,6 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
               << u"Angelyss"_s << u"1"_s;
     server.start(kEngine, arguments);
     ASSERT_TRUE(server.waitForStarted(10000));
-
     ServerProfile profile;
     profile.setText(F::txtServerConfig(12), QString::number(port));
     profile.setText(F::txtServerConfig(14), u"secret"_s);
@@ -45,7 +43,6 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
     const bool botSeen = answered && waitUntil([&] { return grid->rowCount() == 1; }, 15000);
     const QString name = window->findChild<QLabel*>(u"lblServerName"_s)->text();
     const QString players = window->findChild<QLabel*>(u"lblServerPlayers"_s)->text();
-
     auto* line = window->findChild<QLineEdit*>(u"txtConsoleCommand"_s);
     line->setText(u"status"_s);
     sendKey(line, Qt::Key_Return);
@@ -54,7 +51,6 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
     delete window;
     server.terminate();
     server.waitForFinished(5000);
-
     ASSERT_TRUE(answered) << server.readAll().toStdString();
     EXPECT_EQ(name, u"<span style=\"color:#d00000\">Steward </span>Console"_s);
     EXPECT_TRUE(botSeen);

@@ -41,7 +41,6 @@ protected:
         return host.mainWindow();
     }
     void click(const QString& button) { host.mainWindow()->findChild<QPushButton*>(button)->click(); }
-
     TestApp t;
     QtPrompts prompts;
     QtWindowHost host{*t.app, &prompts};
@@ -66,7 +65,6 @@ TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndTheWindowRefus
     EXPECT_FALSE(window->isVisible()) << "loading doesn't show it";
     host.showMainWindow();
     EXPECT_TRUE(window->isVisible());
-
     EXPECT_FALSE(window->close());
     window->windowHandle()->close();
     settle();
@@ -89,7 +87,6 @@ TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
     other->setObjectName(u"frmAbout"_s);
     DisableCloseMenu(*t.app, other);
     other->show();
-
     click(u"cmdCancel"_s);
     EXPECT_EQ(host.mainWindow(), nullptr) << "the window is on its way out at once";
     settle();
@@ -135,7 +132,6 @@ TEST_F(QtHost, CommandsReachTheirRoutesAcrossARestartAndAnEscapedErrorIsReported
     click(u"cmdTrayIt"_s);
     EXPECT_EQ(heard, QStringList{u"add bot"_s}) << "Send to Tray does nothing";
     EXPECT_TRUE(t.prompts.shown.empty());
-
     host.closeAllForms();
     settle();
     load();
@@ -156,7 +152,6 @@ TEST_F(QtHost, DoubleAndRightClicksOfFieldsGoOutAndRotationColumnsTakeTwips)
     bool menuShown = false;
     host.routes().on(u"lsvMapRotation"_s, UiEventKind::ContextMenu,
                      [&menuShown](frmMain&, const UiEvent&) { menuShown = true; });
-
     sendMouse(window->control(u"txtServerINI"_s), QEvent::MouseButtonDblClick, QPointF(5, 5));
     auto* rotation = window->control<QTreeWidget>(u"lsvMapRotation"_s);
     QContextMenuEvent right(QContextMenuEvent::Mouse, QPoint(3, 3), QPoint(100, 200));
@@ -168,7 +163,6 @@ TEST_F(QtHost, DoubleAndRightClicksOfFieldsGoOutAndRotationColumnsTakeTwips)
     EXPECT_EQ(events[1].kind, UiEventKind::ContextMenu);
     EXPECT_EQ(events[1].globalPos, QPoint(100, 200));
     EXPECT_TRUE(menuShown);
-
     window->setRotationColumns({2205, 50, 0, 0});
     ASSERT_EQ(rotation->columnCount(), 4);
     EXPECT_EQ(QList<int>({rotation->columnWidth(0), rotation->columnWidth(1), rotation->columnWidth(2),
@@ -220,7 +214,6 @@ TEST(FormServices, KeepFormsOnTopRefuseTheirCloseAndReportAMissingForm)
     EXPECT_FALSE(form.close());
     EXPECT_TRUE(form.isVisible());
     EXPECT_TRUE(t.prompts.shown.empty());
-
     CenterForm(*t.app, nullptr);
     DisableCloseMenu(*t.app, nullptr);
     FormOnTop(*t.app, nullptr, true);
@@ -357,7 +350,6 @@ TEST(frmAbout, ShowsTheVersionClosesOnAKeyOrAClickAndTheMailLabelMails)
         EXPECT_EQ(about.exec(), QDialog::Accepted);
     }
     EXPECT_FALSE(frmAbout::isLoaded());
-
     const auto clickOn = [&t](const QString& label) {
         auto about = std::make_unique<frmAbout>(*t.app);
         sendMouse(about->findChild<QLabel*>(label), QEvent::MouseButtonPress, QPointF(2, 2));

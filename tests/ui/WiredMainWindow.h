@@ -95,7 +95,6 @@ protected:
     /// An entry of the menu bar of the main window that is open, by its name.
     QAction* action(const QString& id) const { return host.mainWindow()->menuBar()->findChild<QAction*>(id); }
     void tool(const QString& id) { wiring.dispatcher().SSActiveToolBars1_ToolClick(id); }
-
     TestApp t;
     QtWindowHost host{*t.app};
     FixedAddressLookup lookup;

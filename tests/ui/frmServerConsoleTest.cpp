@@ -44,7 +44,7 @@ protected:
         window->show();
     }
     void TearDown() override { delete window.data(); }
-    template <typename T>
+    template <typename T = QPushButton>
     T* find(const char* name)
     {
         T* w = window->findChild<T*>(QString::fromLatin1(name));
@@ -52,6 +52,7 @@ protected:
         return w;
     }
     QString label(const char* name) { return find<QLabel>(name)->text(); }
+    void press(const char* button) { find(button)->click(); }
     QLineEdit* line() { return find<QLineEdit>("txtConsoleCommand"); }
     void type(const QString& text)
     {
@@ -59,7 +60,6 @@ protected:
         sendKey(line(), Qt::Key_Return);
     }
     QString output() { return window->outputText(); }
-
     TestApp t;
     FakeServer server;
     ServerProfile profile;
@@ -80,7 +80,6 @@ TEST_F(ConsoleWindow, ShowsTheStatusOfTheServer)
     EXPECT_EQ(grid->item(0, 0)->text(), u"Gnubee"_s);
     EXPECT_EQ(grid->item(0, 2)->text(), u"0"_s) << "a bot's ping";
     EXPECT_EQ(grid->item(1, 1)->text(), u"12"_s);
-
     // The whole list of settings is one click away.
     auto* cvars = find<QTableWidget>("grdServerCvars");
     EXPECT_FALSE(cvars->isVisible());
@@ -98,13 +97,12 @@ TEST_F(ConsoleWindow, TheConsoleShowsRepliesJoinedAndColoured)
     EXPECT_TRUE(output().startsWith(u"] status\nmap: ffa_bespin\ncl score ping name"_s));
     EXPECT_FALSE(output().contains(u"^7"_s)) << "colour codes are rendered, not shown";
     EXPECT_TRUE(server.requests.contains(oob("rcon secret status")));
-
     // Kick uses the slot that status printed for the selected player.
     auto* grid = find<QTableWidget>("grdPlayers");
     ASSERT_TRUE(waitUntil([&] { return grid->rowCount() == 2; }));
     grid->selectRow(1);
     t.prompts.answerNext(Answer::Yes);
-    find<QPushButton>("cmdServerKick")->click();
+    press("cmdServerKick");
     EXPECT_TRUE(waitUntil([&] { return server.requests.contains(oob("rcon secret clientkick 7")); }));
 }
 
@@ -113,7 +111,7 @@ TEST_F(ConsoleWindow, RefusedPasswordsAreOneLineNotes)
     profile.setText(F::txtServerConfig(14), u"wrong"_s);
     type(u"status"_s);
     ASSERT_TRUE(waitUntil([&] { return output().contains(u"Bad rconpassword."_s); }));
-    EXPECT_EQ(output().split(QLatin1Char('\n')).size(), 2);
+    EXPECT_EQ(output().split(u'\n').size(), 2);
     profile.setText(F::txtServerConfig(14), QString());
     type(u"status"_s);
     EXPECT_TRUE(waitUntil([&] { return output().contains(u"No rconpassword set on the server."_s); }));
@@ -128,12 +126,12 @@ TEST_F(ConsoleWindow, QuickButtonsSendTheirCommands)
             return {oob("statusResponse\n\\sv_hostname\\Empty\\mapname\\ffa_bespin\\sv_maxclients\\8\n")};
         return {};
     };
-    find<QPushButton>("cmdRefresh")->click();
+    press("cmdRefresh");
     ASSERT_TRUE(waitUntil([&] { return label("lblServerPlayers") == u"0 / 8"_s; }));
     line()->setText(u"^1hello all"_s);
-    find<QPushButton>("cmdServerSay")->click();
-    find<QPushButton>("cmdServerNextMap")->click();
-    find<QPushButton>("cmdServerRestartMap")->click();
+    press("cmdServerSay");
+    press("cmdServerNextMap");
+    press("cmdServerRestartMap");
     EXPECT_TRUE(waitUntil([&] {
         return server.requests.contains(oob("rcon secret say ^1hello all")) &&
                server.requests.contains(oob("rcon secret vstr nextmap")) &&
@@ -164,16 +162,15 @@ TEST_F(ConsoleWindow, KickAndTheMapButtonsAskFirstWhilePlayersAreOn)
         SCOPED_TRACE(c.button);
         t.prompts.shown.clear();
         t.prompts.answerNext(Answer::No);
-        find<QPushButton>(c.button)->click();
+        press(c.button);
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Question, c.question, Buttons::YesNo}));
         EXPECT_EQ(t.prompts.last().request.defaultButton, 1) << "Enter doesn't act";
         runEvents(200);
         EXPECT_FALSE(server.requests.contains(c.command)) << "No sends nothing";
         EXPECT_FALSE(output().contains(QString::fromLatin1(c.command.mid(16)))) << "nor shows it as sent";
-
         t.prompts.answerNext(Answer::Yes);
-        find<QPushButton>(c.button)->click();
+        press(c.button);
         EXPECT_TRUE(waitUntil([&] { return server.requests.contains(c.command); }));
     }
 }
@@ -184,11 +181,10 @@ TEST_F(ConsoleWindow, WithoutAnAnswerTheLastAnswerIsShownAsPast)
     ASSERT_TRUE(waitUntil([&] { return label("lblServerMap") == u"ffa_bespin"_s; }));
     const char* const values[] = {"lblServerName", "lblServerMap", "lblServerPlayers"};
     EXPECT_TRUE(label("lblLastAnswer").isEmpty());
-
     const auto answer = server.answer;
     server.answer = nullptr;
     t.clock.at = t.clock.at.addSecs(30);
-    find<QPushButton>("cmdRefresh")->click();
+    press("cmdRefresh");
     ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == u"No answer"_s; }));
     EXPECT_TRUE(t.prompts.shown.empty()) << "silence is a state, not a box";
     for (const char* name : values) {
@@ -199,9 +195,8 @@ TEST_F(ConsoleWindow, WithoutAnAnswerTheLastAnswerIsShownAsPast)
     EXPECT_EQ(find<QTableWidget>("grdPlayers")->rowCount(), 2);
     EXPECT_EQ(label("lblLastAnswer"), u"Last answer at 14:02:11"_s);
     EXPECT_EQ(label("lblServerName"), u"Red Arena"_s) << "greyed without its colours";
-
     server.answer = answer;
-    find<QPushButton>("cmdRefresh")->click();
+    press("cmdRefresh");
     ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == u"Answers"_s; }));
     for (const char* name : values)
         EXPECT_TRUE(find<QLabel>(name)->isEnabled()) << name;
@@ -221,7 +216,6 @@ TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePassword)
         browsed << line()->text();
     }
     EXPECT_EQ(browsed, (QStringList{u"map ffa_bespin"_s, u"status"_s, u"map ffa_bespin"_s, QString()}));
-
     window->close();
     CommandHistory saved;
     saved.load(CommandHistory::fileIn(t.app->programFolder));
@@ -232,13 +226,10 @@ TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePassword)
 TEST_F(ConsoleWindow, RefreshAsksAgainTheIntervalIsTwoToSixtyAndClosingStopsAllTraffic)
 {
     ASSERT_TRUE(waitUntil([&] { return server.requests.size() == 1; }));
-    find<QPushButton>("cmdRefresh")->click();
+    press("cmdRefresh");
     EXPECT_TRUE(waitUntil([&] { return server.requests.size() == 2; }));
     auto* spin = find<QSpinBox>("spnStatusInterval");
-    EXPECT_EQ(spin->value(), 5);
-    EXPECT_EQ(spin->minimum(), 2);
-    EXPECT_EQ(spin->maximum(), 60);
-
+    EXPECT_EQ(QList<int>({spin->value(), spin->minimum(), spin->maximum()}), QList<int>({5, 2, 60}));
     spin->setValue(2);
     window->close();
     EXPECT_EQ(window->client().statusInFlight() + window->client().commandsInFlight(), 0);
@@ -269,15 +260,14 @@ namespace {
 /// A recorded server of the console's session ("luke.cfg") that is a real process.
 class ConsoleServerState : public ConsoleWindow {
 protected:
-    void startRecorded(bool watched)
+    void startRecorded()
     {
         sleeper.start(u"sleep"_s, {u"30"_s});
         ASSERT_TRUE(sleeper.waitForStarted());
+        folder.make();
         WatchState state;
         state.session = u"luke.cfg"_s;
         state.server = identifyProcess(sleeper.processId());
-        state.watched = watched;
-        state.watcher = watched ? identifyProcess(QCoreApplication::applicationPid()) : ProcessIdentity{};
         state.program = u"sleep"_s;
         state.arguments = {u"30"_s};
         state.phase = WatchState::Phase::Running;
@@ -285,7 +275,6 @@ protected:
         state.restarts = 2;
         state.lastCrash = QDateTime(QDate(2026, 11, 25), QTime(13, 58));
         state.lastCrashCause = u"signal 11"_s;
-        folder.make();
         writeWatchState(folder.stateFile(), state);
     }
     void TearDown() override
@@ -303,23 +292,20 @@ protected:
 TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
 {
     EXPECT_EQ(label("lblServerState"), u"Not running"_s);
-    find<QPushButton>("cmdServerStop")->click();
+    press("cmdServerStop");
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(),
                       {u"Arena Steward"_s, Icon::Information, u"The server of luke.cfg is not running         "_s}));
-
-    startRecorded(false);
-    find<QPushButton>("cmdRefresh")->click();
+    startRecorded();
+    press("cmdRefresh");
     EXPECT_EQ(label("lblServerState"), u"Running since 14:02 · 2 restarts · last crash 13:58, signal 11"_s);
-
     t.prompts.answers.push_back(Answer::No);
-    find<QPushButton>("cmdServerStop")->click();
+    press("cmdServerStop");
     EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Question, u"Stop the server of luke.cfg?         "_s,
                                          Buttons::YesNo}));
     EXPECT_EQ(sleeper.state(), QProcess::Running);
-
     t.prompts.answers.push_back(Answer::Yes);
-    find<QPushButton>("cmdServerStop")->click();
+    press("cmdServerStop");
     EXPECT_TRUE(sleeper.waitForFinished(5000));
     EXPECT_EQ(label("lblServerState"), u"Stopped"_s);
 }
@@ -328,10 +314,10 @@ TEST_F(ConsoleServerState, RestartStartsAServerWithoutAWatcherAgainAsItWasStarte
 {
     DetachedProcessLauncher launcher;
     t.app->services.launcher = &launcher;
-    startRecorded(false);
+    startRecorded();
     const qint64 before = sleeper.processId();
     t.prompts.answers.push_back(Answer::Yes);
-    find<QPushButton>("cmdServerRestart")->click();
+    press("cmdServerRestart");
     EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Question,
                                          u"Restart the server of luke.cfg?         "_s, Buttons::YesNo}));
     EXPECT_TRUE(sleeper.waitForFinished(5000));
