@@ -226,20 +226,6 @@ TEST(FormServices, KeepFormsOnTopRefuseTheirCloseAndReportAMissingForm)
     }
 }
 
-TEST(FileDialogs, AnOpenedFileLosesOnlyAnExtensionThatTheDialogMadeUp)
-{
-    TestApp t;
-    const QString binary = t.gameFolder() + u"jk2ded"_s, windows = t.gameFolder() + u"jk2mp.exe"_s;
-    writeFile(binary, "#!/bin/sh\n");
-    writeFile(windows, "MZ");
-    const QString exe = u"exe"_s, missing = t.gameFolder() + u"missing.exe"_s;
-    EXPECT_EQ(openedFile(binary + u".exe"_s, exe), binary);
-    EXPECT_EQ(openedFile(binary, exe), binary);
-    EXPECT_EQ(openedFile(windows, exe), windows);
-    EXPECT_EQ(openedFile(missing, exe), missing);
-    EXPECT_EQ(openedFile(binary + u".exe"_s, QString()), binary + u".exe"_s);
-}
-
 TEST(FileDialogs, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
 {
     QtPrompts prompts;
@@ -262,12 +248,17 @@ TEST(FileDialogs, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
     }
 }
 
-TEST(FileDialogs, ATypedProgramNameIsTakenAsItStandsWhenItExists)
+TEST(FileDialogs, ATypedProgramNameIsTakenAsItStandsWhenItExistsLosingOnlyAnExtensionTheDialogMadeUp)
 {
     TestApp t;
-    const QString folder = t.gameFolder();
-    writeFile(folder + u"jk2mvded"_s, "#!/bin/sh\n");
+    const QString folder = t.gameFolder(), binary = folder + u"jk2mvded"_s, exe = u"exe"_s;
+    writeFile(binary, "#!/bin/sh\n");
     writeFile(folder + u"jk2.exe"_s, "MZ");
+    EXPECT_EQ(openedFile(binary + u".exe"_s, exe), binary);
+    EXPECT_EQ(openedFile(binary, exe), binary);
+    EXPECT_EQ(openedFile(folder + u"jk2.exe"_s, exe), folder + u"jk2.exe"_s);
+    EXPECT_EQ(openedFile(folder + u"missing.exe"_s, exe), folder + u"missing.exe"_s);
+    EXPECT_EQ(openedFile(binary + u".exe"_s, QString()), binary + u".exe"_s);
     QtPrompts prompts;
     const std::pair<QString, QString> cases[] = {
         {u"jk2mvded"_s, u"jk2mvded"_s}, {u"jk2"_s, u"jk2.exe"_s}, {u"jk2.exe"_s, u"jk2.exe"_s}};
