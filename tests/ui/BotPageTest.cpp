@@ -26,9 +26,7 @@ protected:
     template <typename T = QPushButton>
     T* in(const char* name)
     {
-        T* w = picker->findChild<T*>(QString::fromLatin1(name));
-        EXPECT_NE(w, nullptr) << name;
-        return w;
+        return child<T>(picker, QString::fromLatin1(name));
     }
     bool gone()
     {

@@ -120,7 +120,7 @@ TEST_F(Wired, OptionRulesAndKeysActThroughTheWidgets)
     EXPECT_TRUE(profile->configurationChanged()) << "any key in the window marks a change";
 }
 
-TEST_F(Wired, AKeyInAnyControlOfTheWindowMarksAChangeButTabAndMenusDoNot)
+TEST_F(Wired, ACharacterKeyInAnyControlOfTheWindowMarksAChangeButTabOtherKeysAndMenusDoNot)
 {
     auto pressed = [this](QWidget* w, int key, const QString& text) {
         profile->setConfigurationChanged(false);
@@ -142,7 +142,8 @@ TEST_F(Wired, AKeyInAnyControlOfTheWindowMarksAChangeButTabAndMenusDoNot)
     combo->showPopup();
     EXPECT_TRUE(pressed(combo->view(), Qt::Key_X, u"x"_s));
     combo->hidePopup();
-    EXPECT_FALSE(pressed(window->control(u"txtServerConfig(0)"_s), Qt::Key_Tab, u"\t"_s));
+    for (const auto& [key, text] : {std::pair{Qt::Key_Tab, "\t"}, {Qt::Key_Left, ""}, {Qt::Key_F5, ""}})
+        EXPECT_FALSE(pressed(window->control(u"txtServerConfig(0)"_s), key, QString::fromLatin1(text))) << key;
     tool(u"ID_AllStandardMPMaps"_s);
     EXPECT_TRUE(profile->configurationChanged()) << "a stock set marks a change";
 }
@@ -366,10 +367,7 @@ protected:
     /// Clicks a button of a form and names the owners of the boxes that come up.
     QStringList ownersOfClick(const QString& formName, const QString& button)
     {
-        QWidget* f = form(formName);
-        EXPECT_NE(f, nullptr) << formName.toStdString();
-        auto* b = f ? f->findChild<QPushButton*>(button) : nullptr;
-        EXPECT_NE(b, nullptr) << button.toStdString();
+        auto* b = child(form(formName), button);
         return b ? ownersDuring([b] { b->click(); }) : QStringList();
     }
     QtPrompts prompts;
@@ -388,8 +386,8 @@ TEST_F(BoxOwner, ThePickersAndTheWizardsBoxesAndDialogsOpenAboveThem)
     auto* grid = form(u"frmWizard_1"_s)->findChild<QTreeWidget*>(u"grdMapList"_s);
     grid->setCurrentItem(grid->topLevelItem(0));
     emit grid->itemClicked(grid->topLevelItem(0), 0);
-    form(u"frmWizard_1"_s)->findChild<QPushButton*>(u"cmdNext"_s)->click();
-    form(u"frmWizard_2"_s)->findChild<QPushButton*>(u"cmdNext"_s)->click();
+    child(form(u"frmWizard_1"_s), u"cmdNext"_s)->click();
+    child(form(u"frmWizard_2"_s), u"cmdNext"_s)->click();
     EXPECT_EQ(ownersOfClick(u"frmWizard_3"_s, u"cmdFinish"_s), QStringList{u"frmWizard_3"_s}) << "the save dialog";
 }
 

@@ -345,23 +345,6 @@ TEST_F(Keys, TheSaberBoxesSelectTheirTextAfterEveryChange)
     EXPECT_EQ(beeper.beeps, 0);
 }
 
-TEST_F(Keys, EveryCharacterKeyOfTheWindowSetsTheChangeMark)
-{
-    auto* check = root.findChild<QCheckBox*>(u"chkSendMessage"_s);
-    sendKey(check, Qt::Key_Left);
-    sendKey(box("txtStatsLogName"), Qt::Key_F5);
-    EXPECT_FALSE(profile.configurationChanged()) << "keys without a character";
-    sendKey(check, Qt::Key_Space, u" "_s);
-    EXPECT_TRUE(profile.configurationChanged());
-    profile.setConfigurationChanged(false);
-    sendKey(box("txtKnockBack"), Qt::Key_A, u"a"_s);
-    EXPECT_EQ(box("txtKnockBack")->text(), u"1000"_s);
-    EXPECT_TRUE(profile.configurationChanged()) << "a refused key counts as well";
-    profile.setConfigurationChanged(false);
-    sendKey(box("txtStatsLogName"), Qt::Key_X, u"x"_s);
-    EXPECT_TRUE(profile.configurationChanged());
-}
-
 TEST_F(Keys, ASpinBoxGetsTheSameRules)
 {
     auto* spin = new QSpinBox(&root);

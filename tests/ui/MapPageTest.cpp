@@ -189,10 +189,7 @@ protected:
     template <typename T = QPushButton>
     static T* control(int n, const QString& name)
     {
-        QWidget* f = page(n);
-        T* w = f ? f->findChild<T*>(name) : nullptr;
-        EXPECT_NE(w, nullptr) << name.toStdString();
-        return w;
+        return child<T>(page(n), name);
     }
     QTreeWidget* clickRow(int row)
     {

@@ -56,6 +56,15 @@ inline QWidget* form(const QString& name)
     return nullptr;
 }
 
+/// A named child of a window; a missing one fails the test that asks.
+template <typename T = QPushButton>
+T* child(const QObject* parent, const QString& name)
+{
+    T* w = parent ? parent->findChild<T*>(name) : nullptr;
+    EXPECT_NE(w, nullptr) << name.toStdString();
+    return w;
+}
+
 inline QByteArray oob(const QByteArray& rest) { return QByteArray(4, '\xff') + rest; }
 
 /// Looks the host up under hostName at these addresses; without a name the lookup fails.

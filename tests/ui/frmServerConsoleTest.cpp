@@ -47,9 +47,7 @@ protected:
     template <typename T = QPushButton>
     T* find(const char* name)
     {
-        T* w = window->findChild<T*>(QString::fromLatin1(name));
-        EXPECT_NE(w, nullptr) << name;
-        return w;
+        return child<T>(window, QString::fromLatin1(name));
     }
     QString label(const char* name) { return find<QLabel>(name)->text(); }
     void press(const char* button) { find(button)->click(); }
