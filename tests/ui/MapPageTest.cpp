@@ -203,7 +203,7 @@ protected:
 
 } // namespace
 
-TEST_F(WizardForms, NextWaitsForAClickOnARow)
+TEST_F(WizardForms, NextWaitsForARowSaberOnlyShowsForDuelBackKeepsConfiguredAndPageThreeFiltersTheWarmup)
 {
     EXPECT_FALSE(window->isVisible()) << "the main window hides";
     ASSERT_TRUE(shown(1));
@@ -218,12 +218,6 @@ TEST_F(WizardForms, NextWaitsForAClickOnARow)
     EXPECT_FALSE(shown(1));
     EXPECT_TRUE(shown(2));
     EXPECT_TRUE(state().records[1].Configured);
-}
-
-TEST_F(WizardForms, SaberOnlyShowsForDuelBackKeepsConfiguredAndPageThreeFiltersTheWarmup)
-{
-    clickRow(0);
-    control(1, u"cmdNext"_s)->click();
     auto* saberOnly = control<QCheckBox>(2, u"chkWizardDuelNoWeapons"_s);
     EXPECT_FALSE(saberOnly->isVisible());
     control<QRadioButton>(2, u"optDefaultGameType(3)"_s)->click();
@@ -234,7 +228,7 @@ TEST_F(WizardForms, SaberOnlyShowsForDuelBackKeepsConfiguredAndPageThreeFiltersT
     control(2, u"cmdBack"_s)->click();
     EXPECT_TRUE(shown(1));
     EXPECT_FALSE(shown(2));
-    EXPECT_TRUE(state().records[0].Configured) << "Back keeps Configured";
+    EXPECT_TRUE(state().records[1].Configured) << "Back keeps Configured";
     control(1, u"cmdNext"_s)->click();
     control(2, u"cmdNext"_s)->click();
     EXPECT_TRUE(shown(3));
@@ -247,9 +241,9 @@ TEST_F(WizardForms, SaberOnlyShowsForDuelBackKeepsConfiguredAndPageThreeFiltersT
     EXPECT_EQ(t.beeper.beeps, 2) << "a letter is refused by both filters";
     control(3, u"cmdNextMap"_s)->click();
     EXPECT_TRUE(shown(1));
-    EXPECT_TRUE(state().records[0].DuelNoWeapons) << "read whether shown or not";
-    EXPECT_EQ(state().records[0].GameType, u"g_gametype 0"_s);
-    EXPECT_EQ(state().records[0].Warmup, u"g_warmup 65"_s);
+    EXPECT_TRUE(state().records[1].DuelNoWeapons) << "read whether shown or not";
+    EXPECT_EQ(state().records[1].GameType, u"g_gametype 0"_s);
+    EXPECT_EQ(state().records[1].Warmup, u"g_warmup 65"_s);
 }
 
 TEST_F(WizardForms, CancelAsksAndNoKeepsThePages)
