@@ -2,72 +2,40 @@
 #include "bots/BotPicker.h"
 #include "bots/BotRoster.h"
 #include "generate/BotSkills.h"
-#include "model/ServerProfile.h"
-#include "testkit/ZipBuilder.h"
-#include "ui/frmBOT.h"
 #include "ui/WiredMainWindow.h"
-#include "testkit/BoxExpect.h"
-
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QHeaderView>
-#include <QStyle>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTabWidget>
-#include <QTableWidget>
-#include <gtest/gtest.h>
-
-using namespace steward;
-using steward::testing::isBox;
-using steward::testing::ZipBuilder;
+#include "ui/frmBOT.h"
 
 namespace {
 
-class BotPage : public steward::testing::WiredMainWindow {
+class BotPage : public WiredMainWindow {
 protected:
     void load()
     {
         openMainWindow();
-        roster = window->control<QTableWidget>(QStringLiteral("grdBOTList"));
+        roster = window->control<QTableWidget>(u"grdBOTList"_s);
         ASSERT_NE(roster, nullptr);
     }
-    void press(const QString& button) { window->control<QPushButton>(button)->click(); }
-    QWidget* control(const char* key) const { return window->control(QString::fromLatin1(key)); }
-    bool shown(const char* key) const { return !control(key)->isHidden(); }
-
+    bool shown(const char* key) const { return !window->control(QString::fromLatin1(key))->isHidden(); }
     frmBOT* openPicker()
     {
-        press(QStringLiteral("cmdBOTs(3)"));
-        auto* picker = window->findChild<frmBOT*>(QStringLiteral("frmBOT"));
+        window->control<QPushButton>(u"cmdBOTs(3)"_s)->click();
+        picker = window->findChild<frmBOT*>(u"frmBOT"_s);
         EXPECT_NE(picker, nullptr);
         return picker;
     }
-    template <typename T>
-    static T* in(frmBOT* picker, const char* name)
+    template <typename T = QPushButton>
+    T* in(const char* name)
     {
-        T* w = picker->findChild<T*>(QString::fromLatin1(name));
-        EXPECT_NE(w, nullptr) << name;
-        return w;
+        return child<T>(picker, QString::fromLatin1(name));
     }
-    static void key(QWidget* w, int code, const QString& text = {})
-    {
-        QKeyEvent down(QEvent::KeyPress, code, Qt::NoModifier, text);
-        QCoreApplication::sendEvent(w, &down);
-        QKeyEvent up(QEvent::KeyRelease, code, Qt::NoModifier, text);
-        QCoreApplication::sendEvent(w, &up);
-    }
-    static bool gone(QPointer<frmBOT> picker)
+    bool gone()
     {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return picker.isNull();
     }
-
+    QStringList firstBot() const { return rosterBots(*profile).value(0); }
     QTableWidget* roster = nullptr;
+    QPointer<frmBOT> picker;
 };
 
 TEST_F(BotPage, TheUserDefinedBoxSwitchesBetweenTheTwoLayouts)
@@ -76,7 +44,7 @@ TEST_F(BotPage, TheUserDefinedBoxSwitchesBetweenTheTwoLayouts)
     const char* rosterKeys[] = {"grdBOTList", "cmdBOTs(0)", "cmdBOTs(1)", "cmdBOTs(2)", "cmdBOTs(3)", "cmdBOTs(4)"};
     const char* skill[] = {"cboBOT", "lblServerConfig(42)", "txtBOTThinkTime", "lblServerConfig(43)",
                            "updBOTThinkTime"};
-    auto* box = window->control<QCheckBox>(QStringLiteral("chkBOTs(5)"));
+    auto* box = window->control<QCheckBox>(u"chkBOTs(5)"_s);
     ASSERT_NE(box, nullptr);
     for (bool on : {false, true, false}) {
         SCOPED_TRACE(on);
@@ -86,25 +54,20 @@ TEST_F(BotPage, TheUserDefinedBoxSwitchesBetweenTheTwoLayouts)
             EXPECT_EQ(shown(key), on) << key;
         for (const char* key : skill)
             EXPECT_EQ(shown(key), !on) << key;
-        EXPECT_EQ(control("grdBOTList")->property("Left").toInt(), on ? 2850 : 270);
-        EXPECT_EQ(control("grdBOTList")->property("Top").toInt(), on ? 450 : 2790);
+        EXPECT_EQ(roster->property("Left").toInt(), on ? 2850 : 270);
+        EXPECT_EQ(roster->property("Top").toInt(), on ? 450 : 2790);
     }
 }
 
-TEST_F(BotPage, TheStoredBoxSetsTheLayoutAtStart)
+TEST_F(BotPage, TheStoredLayoutAndLastBotsComeBackInTheTeamsColoursAndCloseKeepsThem)
 {
-    t.store->SaveSetting(QStringLiteral("BOTs5"), QStringLiteral("1"));
+    t.store->SaveSetting(u"BOTs5"_s, u"1"_s);
+    writeFile(t.programFolder() + u"/lastbots.csv"_s,
+              "Gnubee,Hardcore,RED,Desann,25\r\nLuke,Nightmare,BLUE,Luke,0\r\nOdd,,blue,Jan,1\r\n");
     load();
     ASSERT_EQ(profile->value(F::chkBOTs(5)), 1);
     EXPECT_TRUE(shown("grdBOTList"));
     EXPECT_FALSE(shown("cboBOT"));
-}
-
-TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColours)
-{
-    steward::testing::writeFile(t.programFolder() + QStringLiteral("/lastbots.csv"),
-                                "Gnubee,Hardcore,RED,Desann,25\r\nLuke,Nightmare,BLUE,Luke,0\r\nOdd,,blue,Jan,1\r\n");
-    load();
     ASSERT_EQ(roster->rowCount(), 3);
     const QColor expected[] = {Qt::red, Qt::blue, Qt::red};
     for (int r = 0; r < 3; ++r)
@@ -112,15 +75,18 @@ TEST_F(BotPage, TheRosterComesBackFromLastBotsInItsTeamsColours)
             EXPECT_EQ(roster->item(r, c)->background().color(), expected[r]) << r << "," << c;
             EXPECT_EQ(roster->item(r, c)->foreground().color(), QColor(Qt::white));
         }
-    EXPECT_EQ(window->control<QComboBox>(QStringLiteral("cboBOT"))->currentText(), QStringLiteral("Hurt Me Plenty "));
+    EXPECT_EQ(window->control<QComboBox>(u"cboBOT"_s)->currentText(), u"Hurt Me Plenty "_s);
+    replaceRosterBots(*profile, {{u"Boss, The"_s, u"Hardcore"_s, u"RED"_s, u"Desann"_s, u"25"_s}});
+    click(u"cmdCancel"_s);
+    EXPECT_EQ(fileBytes(t.programFolder() + u"/lastbots.csv"_s),
+              QByteArray("\"Boss, The\",Hardcore,RED,Desann,25\r\n"));
 }
 
 TEST_F(BotPage, SkillAndTeamColumnsShowTheirLongestWordWhole)
 {
     load();
     const std::pair<int, QStringList> columns[] = {{1, botSkillNames()}, {2, botTeams()}};
-    // In the platform's font and in a larger one set on the window later.
-    for (const int points : {0, 24}) {
+    for (const int points : {0, 24}) { // in the platform's font and in a larger one set later
         SCOPED_TRACE(points);
         if (points > 0) {
             QFont font = window->font();
@@ -138,197 +104,156 @@ TEST_F(BotPage, SkillAndTeamColumnsShowTheirLongestWordWhole)
     }
 }
 
-TEST_F(BotPage, CloseKeepsTheRosterForTheNextStart)
+TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsAndCancelUnloadsIt)
 {
     load();
-    appendRosterBot(*profile, {QStringLiteral("Boss, The"), QStringLiteral("Hardcore"), QStringLiteral("RED"),
-                               QStringLiteral("Desann"), QStringLiteral("25")});
-    press(QStringLiteral("cmdCancel"));
-    EXPECT_EQ(steward::testing::fileBytes(t.programFolder() + QStringLiteral("/lastbots.csv")),
-              QByteArray("\"Boss, The\",Hardcore,RED,Desann,25\r\n"));
-}
-
-TEST_F(BotPage, ThePickerOpensWithItsDefaults)
-{
-    load();
-    frmBOT* picker = openPicker();
-    ASSERT_NE(picker, nullptr);
+    ASSERT_NE(openPicker(), nullptr);
     EXPECT_TRUE(picker->isVisible());
     EXPECT_FALSE(picker->isModal());
     EXPECT_TRUE(picker->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    EXPECT_EQ(in<QLineEdit>(picker, "txtBOTName")->text(), QStringLiteral("Desann"));
-    EXPECT_TRUE(in<QRadioButton>(picker, "chkBOT(0)")->isChecked());
-    EXPECT_EQ(in<QComboBox>(picker, "cboSkill")->currentText(), QStringLiteral("Hurt Me Plenty "));
-    EXPECT_EQ(in<QComboBox>(picker, "cboTeam")->currentText(), QStringLiteral("RED"));
-    EXPECT_EQ(in<QLineEdit>(picker, "txtBOTPing")->text(), QStringLiteral("0"));
-    EXPECT_EQ(in<QTableWidget>(picker, "grdBOTs")->rowCount(), 0) << "no BOT.txt: the heading alone";
-    EXPECT_FALSE(in<QLabel>(picker, "lblTheSelectedBOT")->isVisibleTo(picker));
-    EXPECT_FALSE(in<QWidget>(picker, "pctCurrentProg")->isVisibleTo(picker));
-
-    // Add again shows the same form.
-    EXPECT_EQ(openPicker(), picker);
+    EXPECT_EQ(in<QLineEdit>("txtBOTName")->text(), u"Desann"_s);
+    EXPECT_TRUE(in<QRadioButton>("chkBOT(0)")->isChecked());
+    EXPECT_EQ(in<QComboBox>("cboSkill")->currentText(), u"Hurt Me Plenty "_s);
+    EXPECT_EQ(in<QComboBox>("cboTeam")->currentText(), u"RED"_s);
+    EXPECT_EQ(in<QLineEdit>("txtBOTPing")->text(), u"0"_s);
+    EXPECT_EQ(in<QTableWidget>("grdBOTs")->rowCount(), 0) << "no BOT.txt: the heading alone";
+    EXPECT_FALSE(in<QLabel>("lblTheSelectedBOT")->isVisibleTo(picker));
+    EXPECT_FALSE(in<QWidget>("pctCurrentProg")->isVisibleTo(picker));
+    frmBOT* first = picker;
+    EXPECT_EQ(openPicker(), first) << "Add again shows the same form";
+    in<QLineEdit>("txtBOTName")->setText(u"   "_s);
+    in("cmdOk(0)")->click();
+    EXPECT_FALSE(gone()) << "OK with a blank name does nothing";
+    EXPECT_TRUE(t.prompts.shown.empty());
+    in("cmdOk(1)")->click();
+    EXPECT_TRUE(gone()) << "Cancel unloads";
+    EXPECT_EQ(rosterBotCount(*profile), 0);
 }
 
-TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndCloses)
+TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndClosesAndViewOpensTheBotFile)
 {
     load();
-    QPointer<frmBOT> picker = openPicker();
-    in<QRadioButton>(picker, "chkBOT(21)")->click();
-    auto* name = in<QLineEdit>(picker, "txtBOTName");
-    EXPECT_EQ(name->text(), QStringLiteral("Kyle"));
-    name->setText(QStringLiteral("Big Boss"));
-    in<QComboBox>(picker, "cboTeam")->setCurrentIndex(1);
-    in<QLineEdit>(picker, "txtBOTPing")->setText(QStringLiteral("40"));
-    in<QPushButton>(picker, "cmdOk(0)")->click();
-
+    openPicker();
+    in<QRadioButton>("chkBOT(21)")->click();
+    auto* name = in<QLineEdit>("txtBOTName");
+    EXPECT_EQ(name->text(), u"Kyle"_s);
+    name->setText(u"Big Boss"_s);
+    in<QComboBox>("cboTeam")->setCurrentIndex(1);
+    in<QLineEdit>("txtBOTPing")->setText(u"40"_s);
+    in("cmdOk(0)")->click();
     EXPECT_EQ(rosterBots(*profile),
-              (QList<QStringList>{{QStringLiteral("Big_Boss"), QStringLiteral("Hurt Me Plenty "),
-                                   QStringLiteral("BLUE"), QStringLiteral("Kyle"), QStringLiteral("40")}}));
+              (QList<QStringList>{{u"Big_Boss"_s, u"Hurt Me Plenty "_s, u"BLUE"_s, u"Kyle"_s, u"40"_s}}));
     ASSERT_EQ(roster->rowCount(), 1);
     EXPECT_EQ(roster->item(0, 0)->background().color(), QColor(Qt::blue));
-    EXPECT_TRUE(gone(picker));
-}
-
-TEST_F(BotPage, OkWithABlankNameDoesNothing)
-{
-    load();
-    QPointer<frmBOT> picker = openPicker();
-    in<QLineEdit>(picker, "txtBOTName")->setText(QStringLiteral("   "));
-    in<QPushButton>(picker, "cmdOk(0)")->click();
-    EXPECT_EQ(rosterBotCount(*profile), 0);
-    EXPECT_FALSE(gone(picker));
-    EXPECT_TRUE(t.prompts.shown.empty());
-
-    in<QPushButton>(picker, "cmdOk(1)")->click();
-    EXPECT_TRUE(gone(picker)) << "Cancel unloads";
-    EXPECT_EQ(rosterBotCount(*profile), 0);
+    EXPECT_TRUE(gone());
+    profile->setValue(F::chkBOTs(0), 1); // View opens the BOT file
+    profile->setValue(F::chkBOTs(5), 1);
+    click(u"cmdBOTs(4)"_s);
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_TRUE(t.opener.opened.front().toLocalFile().endsWith(u"/BOTFile.cfg"_s));
 }
 
 TEST_F(BotPage, TheCustomTabPicksAnInstalledModel)
 {
-    steward::testing::writeFile(t.programFolder() + QStringLiteral("/BOT.txt"), "Kyle2,kyle2.pk3\r\n,empty.pk3\r\n");
+    writeFile(t.programFolder() + u"/BOT.txt"_s, "Kyle2,kyle2.pk3\r\n,empty.pk3\r\n");
     load();
-    QPointer<frmBOT> picker = openPicker();
-    auto* tabs = in<QTabWidget>(picker, "tabBOTs");
-    auto* grid = in<QTableWidget>(picker, "grdBOTs");
-    auto* name = in<QLineEdit>(picker, "txtBOTName");
-    auto* selected = in<QLabel>(picker, "lblTheSelectedBOT");
+    openPicker();
+    auto* grid = in<QTableWidget>("grdBOTs");
+    auto* name = in<QLineEdit>("txtBOTName");
+    auto* selected = in<QLabel>("lblTheSelectedBOT");
     ASSERT_EQ(grid->rowCount(), 2);
-
-    tabs->setCurrentIndex(1);
+    in<QTabWidget>("tabBOTs")->setCurrentIndex(1);
     EXPECT_TRUE(picker->customTab());
     EXPECT_EQ(name->text(), QString());
     emit grid->cellClicked(0, 1);
-    EXPECT_EQ(name->text(), QStringLiteral("Kyle2"));
-    EXPECT_EQ(selected->text(), QStringLiteral("Kyle2"));
+    EXPECT_EQ(name->text(), u"Kyle2"_s);
+    EXPECT_EQ(selected->text(), u"Kyle2"_s);
     EXPECT_TRUE(selected->isVisibleTo(picker));
-    EXPECT_TRUE(in<QLabel>(picker, "lblSelectedBOT")->isVisibleTo(picker));
-    // An empty cell takes the pick back.
-    emit grid->cellClicked(1, 0);
+    EXPECT_TRUE(in<QLabel>("lblSelectedBOT")->isVisibleTo(picker));
+    emit grid->cellClicked(1, 0); // an empty cell takes the pick back
     EXPECT_EQ(name->text(), QString());
     EXPECT_FALSE(selected->isVisibleTo(picker));
     emit grid->cellClicked(0, 0);
-
-    name->setText(QStringLiteral("Kyle Two"));
-    in<QPushButton>(picker, "cmdOk(0)")->click();
-    EXPECT_EQ(rosterBots(*profile).value(0).value(0), QStringLiteral("Kyle_Two"));
-    EXPECT_EQ(rosterBots(*profile).value(0).value(3), QStringLiteral("Kyle2"));
-    EXPECT_TRUE(gone(picker));
+    name->setText(u"Kyle Two"_s);
+    in("cmdOk(0)")->click();
+    EXPECT_EQ(firstBot().value(0), u"Kyle_Two"_s);
+    EXPECT_EQ(firstBot().value(3), u"Kyle2"_s);
+    EXPECT_TRUE(gone());
 }
 
 TEST_F(BotPage, ChangingTheTabEmptiesTheNameAndTheCustomTabWithoutAPickAddsNoModel)
 {
     load();
-    frmBOT* picker = openPicker();
-    auto* tabs = in<QTabWidget>(picker, "tabBOTs");
-    in<QRadioButton>(picker, "chkBOT(3)")->click();
+    openPicker();
+    auto* tabs = in<QTabWidget>("tabBOTs");
+    in<QRadioButton>("chkBOT(3)")->click();
     tabs->setCurrentIndex(1);
     tabs->setCurrentIndex(0);
     EXPECT_FALSE(picker->customTab());
-    EXPECT_EQ(in<QLineEdit>(picker, "txtBOTName")->text(), QString());
-    EXPECT_TRUE(in<QRadioButton>(picker, "chkBOT(3)")->isChecked());
-
+    EXPECT_EQ(in<QLineEdit>("txtBOTName")->text(), QString());
+    EXPECT_TRUE(in<QRadioButton>("chkBOT(3)")->isChecked());
     tabs->setCurrentIndex(1);
-    in<QLineEdit>(picker, "txtBOTName")->setText(QStringLiteral("Typed"));
-    in<QPushButton>(picker, "cmdOk(0)")->click();
-    EXPECT_EQ(rosterBots(*profile).value(0).value(0), QStringLiteral("Typed"));
-    EXPECT_EQ(rosterBots(*profile).value(0).value(3), QString());
+    in<QLineEdit>("txtBOTName")->setText(u"Typed"_s);
+    in("cmdOk(0)")->click();
+    EXPECT_EQ(firstBot().value(0), u"Typed"_s);
+    EXPECT_EQ(firstBot().value(3), QString());
 }
 
 TEST_F(BotPage, ThePickersKeys)
 {
     load();
-    frmBOT* picker = openPicker();
-    auto* skill = in<QComboBox>(picker, "cboSkill");
-    key(skill, Qt::Key_Down);
-    key(skill, Qt::Key_H, QStringLiteral("h"));
-    EXPECT_EQ(skill->currentText(), QStringLiteral("Hurt Me Plenty ")) << "the lists take no keys";
-
-    auto* ping = in<QLineEdit>(picker, "txtBOTPing");
+    openPicker();
+    auto* skill = in<QComboBox>("cboSkill");
+    sendKey(skill, Qt::Key_Down);
+    sendKey(skill, Qt::Key_H, u"h"_s);
+    EXPECT_EQ(skill->currentText(), u"Hurt Me Plenty "_s) << "the lists take no keys";
+    auto* ping = in<QLineEdit>("txtBOTPing");
     ping->clear();
-    key(ping, Qt::Key_4, QStringLiteral("4"));
-    key(ping, Qt::Key_A, QStringLiteral("a"));
-    key(ping, Qt::Key_Period, QStringLiteral("."));
-    key(ping, Qt::Key_2, QStringLiteral("2"));
+    for (const auto& [key, text] :
+         {std::pair{Qt::Key_4, "4"}, {Qt::Key_A, "a"}, {Qt::Key_Period, "."}, {Qt::Key_2, "2"}})
+        sendKey(ping, key, QString::fromLatin1(text));
     // A letter is refused on both filters; "." is refused on the way down but its
     // character lies in the range 40 to 57 that the character filter lets through.
-    EXPECT_EQ(ping->text(), QStringLiteral("4.2"));
+    EXPECT_EQ(ping->text(), u"4.2"_s);
     EXPECT_EQ(t.beeper.beeps, 3);
-
-    // Enter moves on as Tab does.
-    auto* name = in<QLineEdit>(picker, "txtBOTName");
+    auto* name = in<QLineEdit>("txtBOTName"); // Enter moves on as Tab does
     picker->activateWindow();
     name->setFocus();
     QApplication::processEvents();
     if (QApplication::focusWidget() != name)
         GTEST_SKIP() << "the offscreen platform gave no focus";
-    key(name, Qt::Key_Return);
+    sendKey(name, Qt::Key_Return);
     EXPECT_NE(QApplication::focusWidget(), name);
     EXPECT_EQ(rosterBotCount(*profile), 0) << "Enter presses no button";
 }
 
 TEST_F(BotPage, TheScanFillsTheInstalledModels)
 {
-    ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("models/players/Kyle2/model.glm"))
-                    .write(t.baseFolder() + QStringLiteral("/kyle2.pk3")));
+    ASSERT_TRUE(ZipBuilder().file(u"models/players/Kyle2/model.glm"_s).write(t.baseFolder() + u"/kyle2.pk3"_s));
     load();
-    frmBOT* picker = openPicker();
+    openPicker();
     t.prompts.answerNext(Answer::Yes);
-    in<QPushButton>(picker, "cmdOk(2)")->click();
-    auto* grid = in<QTableWidget>(picker, "grdBOTs");
+    in("cmdOk(2)")->click();
+    auto* grid = in<QTableWidget>("grdBOTs");
     ASSERT_EQ(grid->rowCount(), 1);
-    EXPECT_EQ(grid->item(0, 0)->text(), QStringLiteral("Kyle2"));
-    EXPECT_EQ(grid->item(0, 1)->text(), QStringLiteral("kyle2.pk3"));
-    EXPECT_EQ(t.prompts.texts(), (QStringList{QStringLiteral("Run a new BOT scan?         "),
-                                              QStringLiteral("BOT scan complete. 1 have been found         ")}));
-    EXPECT_FALSE(in<QWidget>(picker, "pctCurrentProg")->isVisibleTo(picker));
+    EXPECT_EQ(grid->item(0, 0)->text(), u"Kyle2"_s);
+    EXPECT_EQ(grid->item(0, 1)->text(), u"kyle2.pk3"_s);
+    EXPECT_EQ(t.prompts.texts(),
+              (QStringList{u"Run a new BOT scan?         "_s, u"BOT scan complete. 1 have been found         "_s}));
+    EXPECT_FALSE(in<QWidget>("pctCurrentProg")->isVisibleTo(picker));
 }
 
 TEST_F(BotPage, AFailedScanClosesThePickerAndSaysWhy)
 {
     load();
-    t.app->gameFolder = t.root() + QStringLiteral("/nowhere");
-    QPointer<frmBOT> picker = openPicker();
+    t.app->gameFolder = t.root() + u"/nowhere"_s;
+    openPicker();
     t.prompts.answerNext(Answer::Yes);
-    in<QPushButton>(picker, "cmdOk(2)")->click();
-    EXPECT_TRUE(gone(picker));
+    in("cmdOk(2)")->click();
+    EXPECT_TRUE(gone());
     ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"),
-                       Icon::Information, QStringLiteral("Path not found")}));
-}
-
-TEST_F(BotPage, ViewOpensTheBotFile)
-{
-    load();
-    profile->setValue(F::chkBOTs(0), 1);
-    profile->setValue(F::chkBOTs(5), 1);
-    appendRosterBot(*profile, {QStringLiteral("Gnubee"), QStringLiteral("Hardcore"), QStringLiteral("RED"),
-                               QStringLiteral("Desann"), QStringLiteral("25")});
-    press(QStringLiteral("cmdBOTs(4)"));
-    ASSERT_EQ(t.opener.opened.size(), 1u);
-    EXPECT_TRUE(t.opener.opened.front().toLocalFile().endsWith(QStringLiteral("/BOTFile.cfg")));
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"_s,
+                                         Icon::Information, u"Path not found"_s}));
 }
 
 } // namespace

@@ -1,103 +1,77 @@
-// The Map page on the real window, with a scan of real archives.
-#include "maps/MapTreeModel.h"
-#include "model/ServerProfile.h"
+// The Map page on the real window with a scan of real archives, and the map wizard's
+// pages on top of it.
 #include "commands/Startup.h"
-#include "testkit/ZipBuilder.h"
+#include "maps/MapRotation.h"
+#include "maps/MapTreeModel.h"
+#include "model/FieldNames.h"
 #include "ui/WiredMainWindow.h"
-
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QFileInfo>
-#include <QMouseEvent>
-#include <QTreeView>
-#include <QTreeWidget>
-#include <gtest/gtest.h>
-
-using namespace steward;
-using steward::testing::ZipBuilder;
+#include "ui/WizardForms.h"
 
 namespace {
 
-class MapPage : public steward::testing::WiredMainWindow {
+class MapPage : public WiredMainWindow {
 protected:
     void SetUp() override
     {
         ZipBuilder()
-            .file(QStringLiteral("maps/mp_canyon.bsp"))
-            .file(QStringLiteral("scripts/canyon.arena"),
-                  steward::testing::arenaScript(QStringLiteral("mp_canyon"), QStringLiteral("Red Canyon"),
-                                                QStringLiteral("ffa duel")))
-            .file(QStringLiteral("levelshots/mp_canyon.tga"), steward::testing::tgaPicture(16, 16, 200, 40, 40))
-            .write(t.baseFolder() + QStringLiteral("/canyon.pk3"));
+            .file(u"maps/mp_canyon.bsp"_s)
+            .file(u"scripts/canyon.arena"_s, arenaScript(u"mp_canyon"_s, u"Red Canyon"_s, u"ffa duel"_s))
+            .file(u"levelshots/mp_canyon.tga"_s, tgaPicture(16, 16, 200, 40, 40))
+            .write(t.baseFolder() + u"/canyon.pk3"_s);
         openMainWindow();
-        tree = window->findChild<QTreeView*>(QStringLiteral("tvwAvailMaps"));
-        grid = window->findChild<QTreeWidget*>(QStringLiteral("lsvMapRotation"));
+        tree = window->findChild<QTreeView*>(u"tvwAvailMaps"_s);
+        grid = window->findChild<QTreeWidget*>(u"lsvMapRotation"_s);
         ASSERT_NE(tree, nullptr);
         ASSERT_NE(grid, nullptr);
     }
-    void menu(const QString& id) { wiring.dispatcher().SSActiveToolBars1_ToolClick(id); }
-    QModelIndex mapNode()
+    /// The map of the first archive after a scan.
+    QModelIndex scannedMap()
     {
+        t.prompts.answerNext(Answer::Yes); // "Scan for new maps?"
+        tool(u"id_UtilitiesMapsScanfornewmaps"_s);
         QAbstractItemModel* model = tree->model();
-        const QModelIndex root = model->index(0, 0);
-        const QModelIndex archive = model->index(0, 0, root);
-        return model->index(0, 0, archive);
+        return model->index(0, 0, model->index(0, 0, model->index(0, 0)));
     }
-    void doubleClick(const QModelIndex& index)
+    QStringList rotation() const
     {
-        tree->setCurrentIndex(index);
-        emit tree->clicked(index);
-        const QPoint at = tree->visualRect(index).center();
-        QMouseEvent dbl(QEvent::MouseButtonDblClick, at, tree->viewport()->mapToGlobal(at), Qt::LeftButton,
-                        Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(tree->viewport(), &dbl);
+        QStringList maps;
+        for (int i = 0; i < grid->topLevelItemCount(); ++i)
+            maps << grid->topLevelItem(i)->text(0);
+        return maps;
     }
-
     QTreeView* tree = nullptr;
     QTreeWidget* grid = nullptr;
 };
 
 } // namespace
 
-TEST_F(MapPage, AScanFillsTheTreeAndAClickPreviewsTheMap)
+TEST_F(MapPage, AScanFillsTheTreeAClickPreviewsADoubleClickAddsAndOkStartsTheServerOnIt)
 {
-    t.prompts.answerNext(Answer::Yes); // "Scan for new maps?"
-    menu(QStringLiteral("id_UtilitiesMapsScanfornewmaps"));
-    const QModelIndex map = mapNode();
+    const QModelIndex map = scannedMap();
     ASSERT_TRUE(map.isValid()) << "the archive and its map are in the tree";
-    EXPECT_EQ(map.data().toString(), QStringLiteral("mp_canyon"));
-    EXPECT_EQ(map.parent().data().toString().toLower(), QStringLiteral("canyon.pk3"));
-
+    EXPECT_EQ(map.data().toString(), u"mp_canyon"_s);
+    EXPECT_EQ(map.parent().data().toString().toLower(), u"canyon.pk3"_s);
     emit tree->clicked(map);
-    EXPECT_EQ(profile->text(F::lblLongMapName), QStringLiteral("Red Canyon"));
-    EXPECT_TRUE(QFileInfo(profile->text(F::picMap)).fileName().startsWith(QStringLiteral("mp_canyon")))
+    EXPECT_EQ(profile->text(F::lblLongMapName), u"Red Canyon"_s);
+    EXPECT_TRUE(QFileInfo(profile->text(F::picMap)).fileName().startsWith(u"mp_canyon"_s))
         << profile->text(F::picMap).toStdString();
-}
-
-TEST_F(MapPage, ADoubleClickBuildsTheRotationAndOkStartsTheServerOnIt)
-{
-    t.prompts.answerNext(Answer::Yes);
-    menu(QStringLiteral("id_UtilitiesMapsScanfornewmaps"));
-    doubleClick(mapNode());
-    ASSERT_EQ(grid->topLevelItemCount(), 1);
-    EXPECT_EQ(grid->topLevelItem(0)->text(0), QStringLiteral("mp_canyon"));
-    EXPECT_EQ(profile->text(F::lblMapsSelected), QStringLiteral("1 Selected Maps"));
+    tree->setCurrentIndex(map);
+    sendMouse(tree->viewport(), QEvent::MouseButtonDblClick, tree->visualRect(map).center());
+    EXPECT_EQ(rotation(), QStringList{u"mp_canyon"_s});
+    EXPECT_EQ(profile->text(F::lblMapsSelected), u"1 Selected Maps"_s);
     EXPECT_TRUE(profile->configurationChanged());
-
     grid->setCurrentItem(grid->topLevelItem(0));
-    menu(QStringLiteral("ID_SetStartingMap"));
-    EXPECT_EQ(profile->startingMap(), QStringLiteral("mp_canyon"));
+    tool(u"ID_SetStartingMap"_s);
+    EXPECT_EQ(profile->startingMap(), u"mp_canyon"_s);
     EXPECT_FALSE(grid->topLevelItem(0)->icon(0).isNull()) << "the starting map carries its mark";
-
     profile->setConfigurationChanged(false);
-    profile->setText(F::txtServerConfig(14), QStringLiteral("secret")); // messaging is on
+    profile->setText(F::txtServerConfig(14), u"secret"_s); // messaging is on
     t.prompts.shown.clear();
-    window->raiseEvent({QStringLiteral("cmdOk"), UiEventKind::Click, {}});
-    ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    window->raiseEvent({u"cmdOk"_s, UiEventKind::Click, {}});
+    ASSERT_EQ(t.launcher.started.size(), 1u) << t.prompts.texts().join(u'|').toStdString();
     EXPECT_EQ(t.launcher.started[0].workingFolder, t.app->gameFolder);
-    EXPECT_TRUE(QFileInfo::exists(t.baseFolder() + QStringLiteral("/jediMaps.cfg")));
-    EXPECT_TRUE(QFileInfo::exists(t.baseFolder() + QStringLiteral("/luke.cfg")));
+    EXPECT_TRUE(QFileInfo::exists(t.baseFolder() + u"/jediMaps.cfg"_s));
+    EXPECT_TRUE(QFileInfo::exists(t.baseFolder() + u"/luke.cfg"_s));
 }
 
 TEST_F(MapPage, ThePopUpsEntriesGoThroughTheOneDispatcher)
@@ -116,7 +90,7 @@ TEST_F(MapPage, ThePopUpsEntriesGoThroughTheOneDispatcher)
     EXPECT_EQ(profile->value(F::optDefaultGameType(5)), 1) << "capture the flag is selected";
     profile->field(F::lsvMapRotation).setCurrent(3);
     choose("ID_SetStartingMap");
-    EXPECT_EQ(profile->startingMap(), QStringLiteral("ctf_yavin"));
+    EXPECT_EQ(profile->startingMap(), u"ctf_yavin"_s);
     choose("ID_ClearList");
     EXPECT_EQ(grid->topLevelItemCount(), 0);
 }
@@ -124,23 +98,24 @@ TEST_F(MapPage, ThePopUpsEntriesGoThroughTheOneDispatcher)
 TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
 {
     const FieldId controls[] = {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected};
-    auto* savedCycle = window->findChild<QCheckBox*>(QStringLiteral("chkUseINI"));
-    auto* autoCycle = window->findChild<QCheckBox*>(QStringLiteral("chkMapAutoCycle"));
-    QWidget* startingMap = window->control(QStringLiteral("cboStartingMap"));
-    QWidget* caption = window->control(QStringLiteral("lblServerConfig(34)"));
+    const auto mapControlsShown = [&](bool shown) {
+        for (FieldId name : controls)
+            EXPECT_EQ(profile->field(name).isVisible(), shown) << name.name;
+    };
+    auto* savedCycle = window->findChild<QCheckBox*>(u"chkUseINI"_s);
+    auto* autoCycle = window->findChild<QCheckBox*>(u"chkMapAutoCycle"_s);
+    QWidget* startingMap = window->control(u"cboStartingMap"_s);
+    QWidget* caption = window->control(u"lblServerConfig(34)"_s);
     ASSERT_TRUE(savedCycle && autoCycle && startingMap && caption);
     EXPECT_TRUE(startingMap->isHidden());
     EXPECT_TRUE(caption->isHidden());
-    profile->field(F::lsvMapRotation).addRow({QStringLiteral("ffa_bespin")});
-
-    const QString saved = t.baseFolder() + QStringLiteral("/advanced.cfg");
+    profile->field(F::lsvMapRotation).addRow({u"ffa_bespin"_s});
+    const QString saved = t.baseFolder() + u"/advanced.cfg"_s;
     t.prompts.chooseFile(saved);
     savedCycle->click();
     EXPECT_EQ(profile->text(F::txtServerINI), saved);
     EXPECT_EQ(grid->topLevelItemCount(), 0);
-    for (FieldId name : controls)
-        EXPECT_FALSE(profile->field(name).isVisible()) << name.name;
-
+    mapControlsShown(false);
     // Ticking auto cycle shows the starting map and clears the saved cycle through its
     // click, which empties the file and shows the map controls again behind auto
     // cycle's back.
@@ -149,10 +124,8 @@ TEST_F(MapPage, TheMapCheckBoxesRunTheirClicksWhenTheUserTicksThem)
     EXPECT_FALSE(caption->isHidden());
     EXPECT_FALSE(savedCycle->isChecked());
     EXPECT_EQ(profile->text(F::txtServerINI), QString());
-    for (FieldId name : controls)
-        EXPECT_TRUE(profile->field(name).isVisible()) << name.name;
+    mapControlsShown(true);
     EXPECT_TRUE(profile->field(F::cboStartingMap).isVisible());
-
     autoCycle->click();
     EXPECT_TRUE(startingMap->isHidden());
     EXPECT_TRUE(caption->isHidden());
@@ -167,44 +140,153 @@ TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
     auto rightClick = [this](int row) {
         QApplication::processEvents(); // the grid lays out its rows again
         const QPoint at = grid->visualItemRect(grid->topLevelItem(row)).center();
-        QMouseEvent press(QEvent::MouseButtonPress, at, grid->viewport()->mapToGlobal(at), Qt::RightButton,
-                          Qt::RightButton, Qt::NoModifier);
-        QApplication::sendEvent(grid->viewport(), &press);
-        QMouseEvent release(QEvent::MouseButtonRelease, at, grid->viewport()->mapToGlobal(at), Qt::RightButton,
-                            Qt::NoButton, Qt::NoModifier);
-        QApplication::sendEvent(grid->viewport(), &release);
+        sendMouse(grid->viewport(), QEvent::MouseButtonPress, at, Qt::RightButton);
+        sendMouse(grid->viewport(), QEvent::MouseButtonRelease, at, Qt::RightButton);
     };
-
     rightClick(1);
-    menu(QStringLiteral("ID_SetStartingMap"));
-    EXPECT_EQ(profile->startingMap(), QStringLiteral("ffa_yavin"));
-
+    tool(u"ID_SetStartingMap"_s);
+    EXPECT_EQ(profile->startingMap(), u"ffa_yavin"_s);
     rightClick(2);
     t.prompts.answerNext(Answer::Yes); // "Remove Selected Map?"
-    menu(QStringLiteral("ID_RemoveMap"));
-    ASSERT_EQ(grid->topLevelItemCount(), 2);
-    EXPECT_EQ(grid->topLevelItem(0)->text(0), QStringLiteral("ffa_bespin"));
-    EXPECT_EQ(grid->topLevelItem(1)->text(0), QStringLiteral("ffa_yavin"));
-    EXPECT_EQ(profile->text(F::lblMapsSelected), QStringLiteral("2 Maps Selected"));
+    tool(u"ID_RemoveMap"_s);
+    EXPECT_EQ(rotation(), (QStringList{u"ffa_bespin"_s, u"ffa_yavin"_s}));
+    EXPECT_EQ(profile->text(F::lblMapsSelected), u"2 Maps Selected"_s);
 }
 
-using MapPageFirstRun = steward::testing::WiredMainWindow;
+using MapPageFirstRun = WiredMainWindow;
 
 TEST_F(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
 {
-    ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")).write(t.baseFolder() + QStringLiteral("/assets0.pk3"));
-    steward::testing::writeFile(t.gameFolder() + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
+    ZipBuilder().file(u"maps/duel_pit.bsp"_s).write(t.baseFolder() + u"/assets0.pk3"_s);
+    writeFile(t.gameFolder() + u"jk2mvded"_s, "#!/bin/sh\n");
     t.store->SaveSetting(kKeyPathToJedi, t.gameFolder());
-    t.store->SaveSetting(kKeyPathToServer, QStringLiteral("jk2mvded"));
-    t.store->SaveSetting(kKeyRunOnce, QStringLiteral("0"));
-
+    t.store->SaveSetting(kKeyPathToServer, u"jk2mvded"_s);
+    t.store->SaveSetting(kKeyRunOnce, u"0"_s);
     ASSERT_EQ(runStartup(*t.app, host, QString()), StartupOutcome::MainWindowOpen)
-        << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    auto* tree = host.mainWindow()->findChild<QTreeView*>(QStringLiteral("tvwAvailMaps"));
+        << t.prompts.texts().join(u'|').toStdString();
+    auto* tree = host.mainWindow()->findChild<QTreeView*>(u"tvwAvailMaps"_s);
     ASSERT_NE(tree, nullptr);
     QAbstractItemModel* model = tree->model();
     const QModelIndex archive = model->index(0, 0, model->index(0, 0));
-    EXPECT_EQ(archive.data().toString(), QStringLiteral("assets0.pk3"));
-    EXPECT_EQ(model->index(0, 0, archive).data().toString(), QStringLiteral("duel_pit"));
-    EXPECT_EQ(host.mainWindow()->profile().text(F::lblNumberOfMapsAvailable), QStringLiteral("1 Maps available"));
+    EXPECT_EQ(archive.data().toString(), u"assets0.pk3"_s);
+    EXPECT_EQ(model->index(0, 0, archive).data().toString(), u"duel_pit"_s);
+    EXPECT_EQ(host.mainWindow()->profile().text(F::lblNumberOfMapsAvailable), u"1 Maps available"_s);
+}
+
+namespace {
+
+class WizardForms : public WiredMainWindow {
+protected:
+    void SetUp() override
+    {
+        openMainWindow();
+        for (const char* map : {"ffa_bespin", "duel_bay"})
+            profile->field(F::lsvMapRotation).addRow(rotationRow(QString::fromLatin1(map), u"Long"_s, u"ffa"_s));
+        tool(u"ID_MapWizard"_s);
+    }
+    static QWidget* page(int n) { return form(u"frmWizard_%1"_s.arg(n)); }
+    static bool shown(int n) { return page(n) && page(n)->isVisible(); }
+    template <typename T = QPushButton>
+    static T* control(int n, const QString& name)
+    {
+        return child<T>(page(n), name);
+    }
+    QTreeWidget* clickRow(int row)
+    {
+        auto* grid = control<QTreeWidget>(1, u"grdMapList"_s);
+        grid->setCurrentItem(grid->topLevelItem(row));
+        emit grid->itemClicked(grid->topLevelItem(row), 0);
+        return grid;
+    }
+    const WizardState& state() { return wiring.mapWizard().wizard().state(); }
+};
+
+} // namespace
+
+TEST_F(WizardForms, NextWaitsForARowSaberOnlyShowsForDuelBackKeepsConfiguredAndPageThreeFiltersTheWarmup)
+{
+    EXPECT_FALSE(window->isVisible()) << "the main window hides";
+    ASSERT_TRUE(shown(1));
+    auto* grid = control<QTreeWidget>(1, u"grdMapList"_s);
+    ASSERT_EQ(grid->topLevelItemCount(), 2);
+    EXPECT_EQ(grid->topLevelItem(1)->text(0), u"duel_bay"_s);
+    auto* next = control(1, u"cmdNext"_s);
+    EXPECT_FALSE(next->isEnabled());
+    clickRow(1);
+    EXPECT_TRUE(next->isEnabled());
+    next->click();
+    EXPECT_FALSE(shown(1));
+    EXPECT_TRUE(shown(2));
+    EXPECT_TRUE(state().records[1].Configured);
+    auto* saberOnly = control<QCheckBox>(2, u"chkWizardDuelNoWeapons"_s);
+    EXPECT_FALSE(saberOnly->isVisible());
+    control<QRadioButton>(2, u"optDefaultGameType(3)"_s)->click();
+    EXPECT_TRUE(saberOnly->isVisible());
+    saberOnly->click();
+    control<QRadioButton>(2, u"optDefaultGameType(0)"_s)->click();
+    EXPECT_FALSE(saberOnly->isVisible());
+    control(2, u"cmdBack"_s)->click();
+    EXPECT_TRUE(shown(1));
+    EXPECT_FALSE(shown(2));
+    EXPECT_TRUE(state().records[1].Configured) << "Back keeps Configured";
+    control(1, u"cmdNext"_s)->click();
+    control(2, u"cmdNext"_s)->click();
+    EXPECT_TRUE(shown(3));
+    auto* warmup = control<QLineEdit>(3, u"txtWarmup(1)"_s);
+    warmup->setText(u"6"_s);
+    warmup->setCursorPosition(1);
+    sendKey(warmup, Qt::Key_A, u"a"_s);
+    sendKey(warmup, Qt::Key_5, u"5"_s);
+    EXPECT_EQ(warmup->text(), u"65"_s);
+    EXPECT_EQ(t.beeper.beeps, 2) << "a letter is refused by both filters";
+    control(3, u"cmdNextMap"_s)->click();
+    EXPECT_TRUE(shown(1));
+    EXPECT_TRUE(state().records[1].DuelNoWeapons) << "read whether shown or not";
+    EXPECT_EQ(state().records[1].GameType, u"g_gametype 0"_s);
+    EXPECT_EQ(state().records[1].Warmup, u"g_warmup 65"_s);
+}
+
+TEST_F(WizardForms, CancelAsksAndNoKeepsThePages)
+{
+    clickRow(0);
+    control(1, u"cmdNext"_s)->click();
+    t.prompts.answerNext(Answer::No);
+    control(2, u"cmdCancel"_s)->click();
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Question,
+                                         u"Do you want to cancel the wizard?         "_s, Buttons::YesNo}));
+    EXPECT_TRUE(shown(2));
+    EXPECT_FALSE(window->isVisible());
+    t.prompts.answerNext(Answer::Yes);
+    control(2, u"cmdCancel"_s)->click();
+    settle();
+    EXPECT_EQ(page(1), nullptr);
+    EXPECT_EQ(page(2), nullptr);
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(profile->field(F::lsvMapRotation).count(), 2) << "the rotation is untouched";
+}
+
+TEST_F(WizardForms, ThePopUpSetsTheStartingMapAndFinishSelectsTheSavedCycle)
+{
+    auto* popup = page(1)->findChild<QMenu*>(u"ID_Wizard"_s);
+    ASSERT_NE(popup, nullptr);
+    auto* grid = control<QTreeWidget>(1, u"grdMapList"_s);
+    grid->setCurrentItem(grid->topLevelItem(1));
+    popup->findChild<QAction*>(u"ID_SetStartingMap"_s)->trigger();
+    QApplication::processEvents();
+    EXPECT_EQ(state().startingMap, u"duel_bay"_s);
+    clickRow(1);
+    control(1, u"cmdNext"_s)->click();
+    control(2, u"cmdNext"_s)->click();
+    const QString path = t.baseFolder() + u"/wizard.cfg"_s;
+    t.prompts.chooseFile(path);
+    control(3, u"cmdFinish"_s)->click();
+    QApplication::processEvents();
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {u"Advanced Map Cycle"_s, Icon::Information, u"File has been Saved         "_s}));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(t.prompts.dialogs.size(), 1u) << "the saved cycle's own dialog doesn't open";
+    EXPECT_EQ(window->control<QLineEdit>(u"txtServerINI"_s)->text(), path);
+    EXPECT_TRUE(window->control<QCheckBox>(u"chkUseINI"_s)->isChecked());
+    EXPECT_EQ(profile->field(F::lsvMapRotation).count(), 0);
+    EXPECT_TRUE(QFile::exists(t.baseFolder() + u"/1wizard.cfg"_s));
 }

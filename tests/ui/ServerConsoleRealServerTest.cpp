@@ -1,108 +1,63 @@
 // The console window against a real Quake 3 engine dedicated server (Debian's
 // openarena-server; skipped where it is missing): its status shows the server's name,
 // map and slots, and an rcon "status" comes back with the player table.
-#include "../console/FakeServer.h"
 #include "console/ConsoleProtocol.h"
-#include "model/ServerProfile.h"
-#include "testkit/TestApp.h"
+#include "ui/WiredMainWindow.h"
 #include "ui/frmServerConsole.h"
 
-#include <QApplication>
-#include <QFileInfo>
-#include <QKeyEvent>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProcess>
-#include <QSpinBox>
-#include <QTableWidget>
-#include <gtest/gtest.h>
-
-using namespace steward;
-
 namespace {
-const QString kEngine = QStringLiteral("/usr/lib/ioquake3/ioq3ded");
-const QString kGameData = QStringLiteral("/usr/lib/openarena-server");
+const QString kEngine = u"/usr/lib/ioquake3/ioq3ded"_s;
+const QString kGameData = u"/usr/lib/openarena-server"_s;
 } // namespace
 
 TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
 {
-    if (!QFileInfo(kEngine).isExecutable() || !QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir()) {
+    if (!QFileInfo(kEngine).isExecutable() || !QFileInfo(kGameData + u"/baseoa"_s).isDir()) {
         // CI sets STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
         if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
             FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it";
         GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
     }
-
-    steward::testing::TestApp t;
+    TestApp t;
     const quint16 port = static_cast<quint16>(28900 + QCoreApplication::applicationPid() % 900);
     QProcess server;
     server.setWorkingDirectory(t.root());
     server.setProcessChannelMode(QProcess::MergedChannels);
-    server.start(kEngine, {QStringLiteral("+set"),
-                           QStringLiteral("com_basegame"),
-                           QStringLiteral("baseoa"),
-                           QStringLiteral("+set"),
-                           QStringLiteral("fs_basepath"),
-                           kGameData,
-                           QStringLiteral("+set"),
-                           QStringLiteral("fs_homepath"),
-                           t.root(),
-                           QStringLiteral("+set"),
-                           QStringLiteral("dedicated"),
-                           QStringLiteral("1"),
-                           QStringLiteral("+set"),
-                           QStringLiteral("net_port"),
-                           QString::number(port),
-                           QStringLiteral("+set"),
-                           QStringLiteral("sv_hostname"),
-                           QStringLiteral("^1Steward ^7Console"),
-                           QStringLiteral("+set"),
-                           QStringLiteral("sv_maxclients"),
-                           QStringLiteral("6"),
-                           QStringLiteral("+set"),
-                           QStringLiteral("rconpassword"),
-                           QStringLiteral("secret"),
-                           QStringLiteral("+set"),
-                           QStringLiteral("bot_enable"),
-                           QStringLiteral("1"),
-                           QStringLiteral("+map"),
-                           QStringLiteral("oa_dm2"),
-                           QStringLiteral("+addbot"),
-                           QStringLiteral("Angelyss"),
-                           QStringLiteral("1")});
+    QStringList arguments = u"+set com_basegame baseoa +set dedicated 1 +set sv_maxclients 6 +set rconpassword secret "
+                            "+set bot_enable 1 +set net_port %1"_s.arg(port)
+                                .split(u' ');
+    arguments << u"+set"_s << u"fs_basepath"_s << kGameData << u"+set"_s << u"fs_homepath"_s << t.root() << u"+set"_s
+              << u"sv_hostname"_s << u"^1Steward ^7Console"_s << u"+map"_s << u"oa_dm2"_s << u"+addbot"_s
+              << u"Angelyss"_s << u"1"_s;
+    server.start(kEngine, arguments);
     ASSERT_TRUE(server.waitForStarted(10000));
-
     ServerProfile profile;
     profile.setText(F::txtServerConfig(12), QString::number(port));
-    profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
+    profile.setText(F::txtServerConfig(14), u"secret"_s);
     auto* window = new frmServerConsole(*t.app, profile);
-    window->findChild<QSpinBox*>(QStringLiteral("spnStatusInterval"))->setValue(2);
+    window->findChild<QSpinBox*>(u"spnStatusInterval"_s)->setValue(2);
     window->show();
-    auto* map = window->findChild<QLabel*>(QStringLiteral("lblServerMap"));
-    auto* grid = window->findChild<QTableWidget*>(QStringLiteral("grdPlayers"));
-    const bool answered = steward::testing::waitUntil([&] { return map->text() == QStringLiteral("oa_dm2"); }, 30000);
-    const bool botSeen = answered && steward::testing::waitUntil([&] { return grid->rowCount() == 1; }, 15000);
-    const QString name = window->findChild<QLabel*>(QStringLiteral("lblServerName"))->text();
-    const QString players = window->findChild<QLabel*>(QStringLiteral("lblServerPlayers"))->text();
-
-    auto* line = window->findChild<QLineEdit*>(QStringLiteral("txtConsoleCommand"));
-    line->setText(QStringLiteral("status"));
-    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-    QApplication::sendEvent(line, &enter);
-    const bool table =
-        steward::testing::waitUntil([&] { return !parseStatusTable(window->outputText()).isEmpty(); }, 10000);
+    auto* map = window->findChild<QLabel*>(u"lblServerMap"_s);
+    auto* grid = window->findChild<QTableWidget*>(u"grdPlayers"_s);
+    const bool answered = waitUntil([&] { return map->text() == u"oa_dm2"_s; }, 30000);
+    const bool botSeen = answered && waitUntil([&] { return grid->rowCount() == 1; }, 15000);
+    const QString name = window->findChild<QLabel*>(u"lblServerName"_s)->text();
+    const QString players = window->findChild<QLabel*>(u"lblServerPlayers"_s)->text();
+    auto* line = window->findChild<QLineEdit*>(u"txtConsoleCommand"_s);
+    line->setText(u"status"_s);
+    sendKey(line, Qt::Key_Return);
+    const bool table = waitUntil([&] { return !parseStatusTable(window->outputText()).isEmpty(); }, 10000);
     const QString output = window->outputText();
     delete window;
     server.terminate();
     server.waitForFinished(5000);
-
     ASSERT_TRUE(answered) << server.readAll().toStdString();
-    EXPECT_EQ(name, QStringLiteral("<span style=\"color:#d00000\">Steward </span>Console"));
+    EXPECT_EQ(name, u"<span style=\"color:#d00000\">Steward </span>Console"_s);
     EXPECT_TRUE(botSeen);
-    EXPECT_EQ(players, botSeen ? QStringLiteral("1 / 6") : QStringLiteral("0 / 6"));
+    EXPECT_EQ(players, botSeen ? u"1 / 6"_s : u"0 / 6"_s);
     ASSERT_TRUE(table) << output.toStdString();
     const QList<StatusTableRow> rows = parseStatusTable(output);
     ASSERT_EQ(rows.size(), 1);
-    EXPECT_EQ(rows[0].name, QStringLiteral("Angelyss"));
-    EXPECT_TRUE(output.contains(QStringLiteral("map: oa_dm2")));
+    EXPECT_EQ(rows[0].name, u"Angelyss"_s);
+    EXPECT_TRUE(output.contains(u"map: oa_dm2"_s));
 }

@@ -1,39 +1,17 @@
-// The windows as start-up sees them, and the file dialog behind the prompts.
-#include "model/ServerProfile.h"
+// The windows as start-up sees them: the host, the form services, the file dialog behind
+// the prompts, the menus, the about box and the program's icon.
+#include "commands/ToolTable.h"
+#include "model/Constants.h"
 #include "support/Errors.h"
-#include "testkit/TestApp.h"
-#include "ui/FormServices.h"
-#include "ui/MainWindowHost.h"
+#include "ui/DesktopIdentity.h"
+#include "ui/MenuBuilder.h"
 #include "ui/QtPrompts.h"
-#include "ui/frmMain.h"
-#include "testkit/BoxExpect.h"
+#include "ui/WiredMainWindow.h"
+#include "ui/frmAbout.h"
 
-#include <QApplication>
-#include <QContextMenuEvent>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMouseEvent>
-#include <QPointer>
-#include <QPushButton>
-#include <QScreen>
-#include <QTimer>
-#include <QTreeWidget>
-#include <QWindow>
-#include <gtest/gtest.h>
 #include <optional>
 
-using namespace steward;
-using steward::testing::isBox;
-
 namespace {
-
-/// Runs the deletions that unloading left for the event loop.
-void settle()
-{
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QApplication::processEvents();
-}
 
 /// The file dialog on screen, if any.
 QFileDialog* openDialog()
@@ -50,37 +28,34 @@ protected:
     // Close does once it has asked about changes.
     QtHost()
     {
-        host.routes().onClick(QStringLiteral("cmdCancel"), [this](frmMain&) { host.closeAllForms(); });
+        host.routes().onClick(u"cmdCancel"_s, [this](frmMain&) { host.closeAllForms(); });
     }
-
     void TearDown() override
     {
         host.closeAllForms();
         settle();
     }
-
-    void click(const QString& button)
+    frmMain* load()
     {
-        auto* b = host.mainWindow()->findChild<QPushButton*>(button);
-        ASSERT_NE(b, nullptr) << button.toStdString();
-        b->click();
+        host.loadMainWindow();
+        return host.mainWindow();
     }
-
-    steward::testing::TestApp t;
+    void click(const QString& button) { host.mainWindow()->findChild<QPushButton*>(button)->click(); }
+    TestApp t;
     QtPrompts prompts;
     QtWindowHost host{*t.app, &prompts};
 };
 
 } // namespace
 
-TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndOwningTheBoxesAndItMinimises)
+TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndTheWindowRefusesItsOwnClose)
 {
     ServerProfile* profile = host.loadMainWindow();
-    frmMain* window = host.mainWindow();
+    QPointer<frmMain> window = host.mainWindow();
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(profile, &window->profile());
-    EXPECT_EQ(window->objectName(), QStringLiteral("frmMain"));
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Arena Steward"));
+    EXPECT_EQ(window->objectName(), u"frmMain"_s);
+    EXPECT_EQ(window->windowTitle(), u"Arena Steward"_s);
     EXPECT_EQ(window->size(), QSize(640, 499));
     const QRect screen = window->screen()->geometry();
     EXPECT_EQ(window->pos(),
@@ -90,68 +65,53 @@ TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndOwningTheBoxes
     EXPECT_FALSE(window->isVisible()) << "loading doesn't show it";
     host.showMainWindow();
     EXPECT_TRUE(window->isVisible());
-    host.minimizeMainWindow();
-    EXPECT_TRUE(window->isMinimized());
-}
-
-TEST_F(QtHost, TheWindowsOwnCloseRequestsDoNothing)
-{
-    host.loadMainWindow();
-    host.showMainWindow();
-    QPointer<frmMain> window = host.mainWindow();
     EXPECT_FALSE(window->close());
     window->windowHandle()->close();
     settle();
     ASSERT_FALSE(window.isNull());
     EXPECT_TRUE(window->isVisible());
-    EXPECT_FALSE(window->isMinimized());
     EXPECT_EQ(host.mainWindow(), window.data());
+    host.minimizeMainWindow();
+    EXPECT_TRUE(window->isMinimized());
 }
 
 TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
 {
     bool gone = false;
-    QObject::connect(&host, &QtWindowHost::mainWindowDestroyed, [&gone] { gone = true; });
-    host.loadMainWindow();
+    QObject scope; // the connection ends with the test
+    QObject::connect(&host, &QtWindowHost::mainWindowDestroyed, &scope, [&gone] { gone = true; });
+    QPointer<frmMain> first = load();
     host.showMainWindow();
-    QPointer<frmMain> first = host.mainWindow();
-    first->profile().setText(F::txtServerConfig(1), QStringLiteral("Changed"));
+    first->profile().setText(F::txtServerConfig(1), u"Changed"_s);
     QPointer<QWidget> other = new QWidget;
-    other->setObjectName(QStringLiteral("frmAbout"));
+    other->setObjectName(u"frmAbout"_s);
     DisableCloseMenu(*t.app, other);
     other->show();
-
-    click(QStringLiteral("cmdCancel"));
+    click(u"cmdCancel"_s);
     EXPECT_EQ(host.mainWindow(), nullptr) << "the window is on its way out at once";
     settle();
     EXPECT_TRUE(first.isNull());
     EXPECT_TRUE(other.isNull()) << "the other forms go too, close button or not";
     EXPECT_TRUE(gone);
     EXPECT_EQ(prompts.owner(), nullptr);
-
-    ServerProfile* fresh = host.loadMainWindow();
-    ASSERT_NE(host.mainWindow(), nullptr);
-    EXPECT_EQ(fresh->text(F::txtServerConfig(1)), QStringLiteral("Luke"));
+    EXPECT_EQ(host.loadMainWindow()->text(F::txtServerConfig(1)), u"Luke"_s);
 }
 
 TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherFormsAndTheScannerGoesOnlyWhenThere)
 {
-    host.loadMainWindow();
+    load();
     host.unloadScanner();
     settle();
     EXPECT_NE(host.mainWindow(), nullptr);
-
-    QPointer<QWidget> scanner = new QWidget;
-    scanner->setObjectName(QStringLiteral("frmScanner"));
+    QPointer<QWidget> scanner = new QWidget, other = new QWidget;
+    scanner->setObjectName(u"frmScanner"_s);
+    other->setObjectName(u"frmPicker"_s);
     scanner->show();
-    QPointer<QWidget> other = new QWidget;
-    other->setObjectName(QStringLiteral("frmPicker"));
     other->show();
     host.unloadScanner();
     settle();
     EXPECT_TRUE(scanner.isNull());
     EXPECT_NE(host.mainWindow(), nullptr);
-
     host.unloadMainWindow();
     settle();
     EXPECT_EQ(host.mainWindow(), nullptr);
@@ -159,83 +119,88 @@ TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherFormsAndTheScannerGoesOnlyWhenTh
     delete other.data();
 }
 
-TEST_F(QtHost, CommandsReachTheirRoutesAcrossARestart)
+TEST_F(QtHost, CommandsReachTheirRoutesAcrossARestartAndAnEscapedErrorIsReported)
 {
     QStringList heard;
-    host.routes().onClick(QStringLiteral("cmdBOTs(3)"), [&heard](frmMain&) { heard << QStringLiteral("add bot"); });
-    host.routes().on(QStringLiteral("cmdOk"), UiEventKind::Click,
+    host.routes().onClick(u"cmdBOTs(3)"_s, [&heard](frmMain&) { heard << u"add bot"_s; });
+    host.routes().on(u"cmdOk"_s, UiEventKind::Click,
                      [&heard](frmMain& w, const UiEvent& e) { heard << e.control + w.objectName(); });
-    host.loadMainWindow();
-    click(QStringLiteral("cmdBOTs(3)"));
-    click(QStringLiteral("cmdTrayIt"));
-    EXPECT_EQ(heard, QStringList{QStringLiteral("add bot")}) << "Send to Tray does nothing";
+    host.routes().onClick(u"cmdIP"_s,
+                          [](frmMain&) { raiseError(err::AddressInUse, u"Address in use"_s, u"arena-steward"_s); });
+    load();
+    click(u"cmdBOTs(3)"_s);
+    click(u"cmdTrayIt"_s);
+    EXPECT_EQ(heard, QStringList{u"add bot"_s}) << "Send to Tray does nothing";
     EXPECT_TRUE(t.prompts.shown.empty());
-
     host.closeAllForms();
     settle();
-    host.loadMainWindow();
-    click(QStringLiteral("cmdOk"));
-    EXPECT_EQ(heard.last(), QStringLiteral("cmdOkfrmMain"));
-}
-
-TEST_F(QtHost, AnErrorThatEscapesARouteIsReportedAndTheWindowStays)
-{
-    host.routes().onClick(QStringLiteral("cmdIP"), [](frmMain&) {
-        raiseError(err::AddressInUse, QStringLiteral("Address in use"), QStringLiteral("arena-steward"));
-    });
-    host.loadMainWindow();
-    click(QStringLiteral("cmdIP"));
+    load();
+    click(u"cmdOk"_s);
+    EXPECT_EQ(heard.last(), u"cmdOkfrmMain"_s);
+    click(u"cmdIP"_s);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {QStringLiteral("arena-steward"), Icon::Information, QStringLiteral("Address in use")}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward"_s, Icon::Information, u"Address in use"_s}));
     EXPECT_NE(host.mainWindow(), nullptr);
 }
 
-TEST_F(QtHost, DoubleAndRightClicksOfFieldsGoOut)
+TEST_F(QtHost, DoubleAndRightClicksOfFieldsGoOutAndRotationColumnsTakeTwips)
 {
-    host.loadMainWindow();
-    frmMain* window = host.mainWindow();
+    frmMain* window = load();
     window->show();
     std::vector<UiEvent> events;
     QObject::connect(window, &frmMain::uiEvent, [&events](const UiEvent& e) { events.push_back(e); });
     bool menuShown = false;
-    host.routes().on(QStringLiteral("lsvMapRotation"), UiEventKind::ContextMenu,
+    host.routes().on(u"lsvMapRotation"_s, UiEventKind::ContextMenu,
                      [&menuShown](frmMain&, const UiEvent&) { menuShown = true; });
-
-    QWidget* file = window->control(QStringLiteral("txtServerINI"));
-    QMouseEvent twice(QEvent::MouseButtonDblClick, QPointF(5, 5), file->mapToGlobal(QPointF(5, 5)), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(file, &twice);
-
-    auto* rotation = window->control<QTreeWidget>(QStringLiteral("lsvMapRotation"));
+    sendMouse(window->control(u"txtServerINI"_s), QEvent::MouseButtonDblClick, QPointF(5, 5));
+    auto* rotation = window->control<QTreeWidget>(u"lsvMapRotation"_s);
     QContextMenuEvent right(QContextMenuEvent::Mouse, QPoint(3, 3), QPoint(100, 200));
     QApplication::sendEvent(rotation->viewport(), &right);
-
     ASSERT_EQ(events.size(), 2u);
-    EXPECT_EQ(events[0].control, QStringLiteral("txtServerINI"));
+    EXPECT_EQ(events[0].control, u"txtServerINI"_s);
     EXPECT_EQ(events[0].kind, UiEventKind::DblClick);
-    EXPECT_EQ(events[1].control, QStringLiteral("lsvMapRotation"));
+    EXPECT_EQ(events[1].control, u"lsvMapRotation"_s);
     EXPECT_EQ(events[1].kind, UiEventKind::ContextMenu);
     EXPECT_EQ(events[1].globalPos, QPoint(100, 200));
     EXPECT_TRUE(menuShown);
-}
-
-TEST_F(QtHost, RotationColumnsTakeTheirWidthsInTwips)
-{
-    host.loadMainWindow();
-    frmMain* window = host.mainWindow();
     window->setRotationColumns({2205, 50, 0, 0});
-    auto* rotation = window->control<QTreeWidget>(QStringLiteral("lsvMapRotation"));
     ASSERT_EQ(rotation->columnCount(), 4);
-    EXPECT_EQ(rotation->columnWidth(0), 147);
-    EXPECT_EQ(rotation->columnWidth(1), 3);
-    EXPECT_EQ(rotation->columnWidth(2), 0);
-    EXPECT_EQ(rotation->columnWidth(3), 0);
+    EXPECT_EQ(QList<int>({rotation->columnWidth(0), rotation->columnWidth(1), rotation->columnWidth(2),
+                          rotation->columnWidth(3)}),
+              QList<int>({147, 3, 0, 0}));
 }
 
-TEST(FormServices, KeepForms)
+TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
 {
-    steward::testing::TestApp t;
+    quitWhenMainWindowGone(host);
+    // A restart as the program does it: close all, let events run, a new main window.
+    int restarts = 0;
+    host.routes().onClick(u"cmdReset"_s, [this, &restarts](frmMain&) {
+        ++restarts;
+        host.closeAllForms();
+        QApplication::processEvents();
+        host.loadMainWindow();
+        host.showMainWindow();
+        QApplication::processEvents();
+    });
+    load();
+    host.showMainWindow();
+    QObject scope; // the timers end with the test, whatever happens
+    QTimer::singleShot(0, &scope, [this] { click(u"cmdReset"_s); });
+    QTimer::singleShot(50, &scope, [this] {
+        ASSERT_NE(host.mainWindow(), nullptr) << "still running on the new window";
+        click(u"cmdCancel"_s);
+    });
+    QTimer::singleShot(5000, &scope, [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_EQ(restarts, 1);
+    EXPECT_EQ(host.mainWindow(), nullptr);
+    QApplication::setQuitOnLastWindowClosed(true);
+}
+
+TEST(FormServices, KeepFormsOnTopRefuseTheirCloseAndReportAMissingForm)
+{
+    TestApp t;
     QWidget form;
     form.show();
     const QRect before = form.geometry();
@@ -245,76 +210,23 @@ TEST(FormServices, KeepForms)
     EXPECT_EQ(form.geometry(), before);
     FormOnTop(*t.app, &form, false);
     EXPECT_FALSE(form.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-
     DisableCloseMenu(*t.app, &form);
     EXPECT_FALSE(form.close());
     EXPECT_TRUE(form.isVisible());
     EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST(FormServices, AMissingFormIsReportedInThePlainBoxOfTheRoutine)
-{
-    steward::testing::TestApp t;
     CenterForm(*t.app, nullptr);
     DisableCloseMenu(*t.app, nullptr);
     FormOnTop(*t.app, nullptr, true);
     ASSERT_EQ(t.prompts.shown.size(), 3u);
-    const char* const routines[] = {"CenterForm", "DisableCloseMenu", "FormOnTop"};
+    const QStringList routines{u"CenterForm"_s, u"DisableCloseMenu"_s, u"FormOnTop"_s};
     for (size_t i = 0; i < 3; ++i) {
         const MessageBoxRequest& box = t.prompts.shown[i].request;
-        EXPECT_TRUE(box.text.startsWith(QStringLiteral("Error: 91. "))) << box.text.toStdString();
-        EXPECT_TRUE(isBox(box, {QString::fromLatin1(routines[i]), Icon::None, box.text}));
+        EXPECT_TRUE(box.text.startsWith(u"Error: 91. "_s)) << box.text.toStdString();
+        EXPECT_TRUE(isBox(box, {routines[qsizetype(i)], Icon::None, box.text}));
     }
 }
 
-TEST(FileDialogs, AnOpenedFileLosesOnlyAnExtensionThatTheDialogMadeUp)
-{
-    steward::testing::TestApp t;
-    const QString binary = t.gameFolder() + QStringLiteral("jk2ded");
-    const QString windows = t.gameFolder() + QStringLiteral("jk2mp.exe");
-    steward::testing::writeFile(binary, "#!/bin/sh\n");
-    steward::testing::writeFile(windows, "MZ");
-    const QString exe = QStringLiteral("exe");
-    EXPECT_EQ(openedFile(binary + QStringLiteral(".exe"), exe), binary);
-    EXPECT_EQ(openedFile(binary, exe), binary);
-    EXPECT_EQ(openedFile(windows, exe), windows);
-    EXPECT_EQ(openedFile(t.gameFolder() + QStringLiteral("missing.exe"), exe),
-              t.gameFolder() + QStringLiteral("missing.exe"));
-    EXPECT_EQ(openedFile(binary + QStringLiteral(".exe"), QString()), binary + QStringLiteral(".exe"));
-}
-
-TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
-{
-    quitWhenMainWindowGone(host);
-    // A restart as the program does it: close all, let events run, a new main window.
-    int restarts = 0;
-    host.routes().onClick(QStringLiteral("cmdReset"), [this, &restarts](frmMain&) {
-        ++restarts;
-        host.closeAllForms();
-        QApplication::processEvents();
-        host.loadMainWindow();
-        host.showMainWindow();
-        QApplication::processEvents();
-    });
-    host.loadMainWindow();
-    host.showMainWindow();
-
-    // The timers end with the test, whatever happens.
-    QObject scope;
-    QTimer::singleShot(0, &scope, [this] { click(QStringLiteral("cmdReset")); });
-    QTimer::singleShot(50, &scope, [this] {
-        // Still running on the new window.
-        ASSERT_NE(host.mainWindow(), nullptr);
-        click(QStringLiteral("cmdCancel"));
-    });
-    QTimer::singleShot(5000, &scope, [] { QCoreApplication::exit(1); });
-    EXPECT_EQ(QApplication::exec(), 0);
-    EXPECT_EQ(restarts, 1);
-    EXPECT_EQ(host.mainWindow(), nullptr);
-    QApplication::setQuitOnLastWindowClosed(true);
-}
-
-TEST(QtFileDialog, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
+TEST(FileDialogs, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
 {
     QtPrompts prompts;
     for (const int flags : {0, 2, 12292}) {
@@ -322,8 +234,7 @@ TEST(QtFileDialog, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
         FileDialogState state;
         state.Flags = flags;
         std::optional<bool> confirms;
-        // Looks for the dialog until it is up, notes its setting and cancels it.
-        QTimer poll;
+        QTimer poll; // looks for the dialog until it is up, notes its setting and cancels it
         QObject::connect(&poll, &QTimer::timeout, [&] {
             if (QFileDialog* dialog = openDialog()) {
                 confirms = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
@@ -337,29 +248,32 @@ TEST(QtFileDialog, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
     }
 }
 
-TEST(QtPromptsFileDialog, ATypedProgramNameIsTakenAsItStandsWhenItExists)
+TEST(FileDialogs, ATypedProgramNameIsTakenAsItStandsWhenItExistsLosingOnlyAnExtensionTheDialogMadeUp)
 {
-    steward::testing::TestApp t;
-    const QString folder = t.gameFolder();
-    steward::testing::writeFile(folder + QStringLiteral("jk2mvded"), "#!/bin/sh\n");
-    steward::testing::writeFile(folder + QStringLiteral("jk2.exe"), "MZ");
+    TestApp t;
+    const QString folder = t.gameFolder(), binary = folder + u"jk2mvded"_s, exe = u"exe"_s;
+    writeFile(binary, "#!/bin/sh\n");
+    writeFile(folder + u"jk2.exe"_s, "MZ");
+    EXPECT_EQ(openedFile(binary + u".exe"_s, exe), binary);
+    EXPECT_EQ(openedFile(binary, exe), binary);
+    EXPECT_EQ(openedFile(folder + u"jk2.exe"_s, exe), folder + u"jk2.exe"_s);
+    EXPECT_EQ(openedFile(folder + u"missing.exe"_s, exe), folder + u"missing.exe"_s);
+    EXPECT_EQ(openedFile(binary + u".exe"_s, QString()), binary + u".exe"_s);
     QtPrompts prompts;
-    struct Case {
-        const char* typed;
-        const char* chosen;
-    };
-    for (const Case& c : {Case{"jk2mvded", "jk2mvded"}, Case{"jk2", "jk2.exe"}, Case{"jk2.exe", "jk2.exe"}}) {
-        SCOPED_TRACE(c.typed);
+    const std::pair<QString, QString> cases[] = {
+        {u"jk2mvded"_s, u"jk2mvded"_s}, {u"jk2"_s, u"jk2.exe"_s}, {u"jk2.exe"_s, u"jk2.exe"_s}};
+    for (const auto& [typed, chosen] : cases) {
+        SCOPED_TRACE(typed.toStdString());
         FileDialogState state;
-        state.DialogTitle = QStringLiteral("Select Star Wars JK II Jedi Outcast");
-        state.DefaultExt = QStringLiteral("exe");
-        state.Filter = QStringLiteral("Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*");
+        state.DialogTitle = u"Select Star Wars JK II Jedi Outcast"_s;
+        state.DefaultExt = u"exe"_s;
+        state.Filter = u"Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*"_s;
         state.InitialDir = folder;
         QObject scope;
         QTimer::singleShot(0, &scope, [&] {
             if (QFileDialog* dialog = openDialog()) {
-                if (auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
-                    name->setText(QString::fromLatin1(c.typed));
+                if (auto* name = dialog->findChild<QLineEdit*>(u"fileNameEdit"_s))
+                    name->setText(typed);
                 QMetaObject::invokeMethod(dialog, "accept");
             }
         });
@@ -370,7 +284,98 @@ TEST(QtPromptsFileDialog, ATypedProgramNameIsTakenAsItStandsWhenItExists)
                     dialog->reject();
         });
         ASSERT_TRUE(prompts.fileDialog(state, true));
-        EXPECT_EQ(state.FileName, folder + QString::fromLatin1(c.chosen));
-        EXPECT_EQ(state.FileTitle, QString::fromLatin1(c.chosen));
+        EXPECT_EQ(state.FileName, folder + chosen);
+        EXPECT_EQ(state.FileTitle, chosen);
     }
+}
+
+TEST(MenuBar, EveryEntryOfTheBarAndThePopUpIsAnActionNamedAfterItsToolIdAndDispatchesIt)
+{
+    QMainWindow window;
+    QWidget owner;
+    QStringList clicked;
+    const auto heard = [&clicked](const QString& id) { clicked << id; };
+    buildMenuBar(window.menuBar(), heard);
+    QMenu* advanced = buildPopup(advancedPopup(), &owner, heard);
+    EXPECT_EQ(advanced->objectName(), u"ID_Advanced"_s);
+    std::vector<std::pair<QWidget*, const Tool*>> entries;
+    std::function<void(QWidget*, const Tool&)> collect = [&](QWidget* in, const Tool& tool) {
+        for (const Tool& child : tool.children)
+            if (child.isMenu())
+                collect(in, child);
+            else if (!child.isSeparator())
+                entries.emplace_back(in, &child);
+    };
+    for (const Tool& top : menuBarTools())
+        collect(window.menuBar(), top);
+    collect(advanced, advancedPopup());
+    ASSERT_GT(entries.size(), 10u);
+    for (const auto& [in, tool] : entries) {
+        SCOPED_TRACE(tool->id.toStdString());
+        auto* action = in->findChild<QAction*>(tool->id);
+        ASSERT_NE(action, nullptr);
+        EXPECT_EQ(action->text(), tool->caption);
+        action->trigger();
+        EXPECT_EQ(clicked.last(), tool->id);
+    }
+    auto* exportMenu = window.menuBar()->findChild<QMenu*>(u"id_UtilitiesExport"_s);
+    ASSERT_NE(exportMenu, nullptr);
+    EXPECT_EQ(exportMenu->title(), u"&Export"_s);
+}
+
+TEST(frmAbout, ShowsTheVersionClosesOnAKeyOrAClickAndTheMailLabelMails)
+{
+    TestApp t;
+    {
+        frmAbout about(*t.app);
+        EXPECT_TRUE(frmAbout::isLoaded());
+        EXPECT_EQ(about.objectName(), u"frmAbout"_s);
+        EXPECT_EQ(about.windowTitle(), u"About Arena Steward"_s);
+        auto* marquee = about.findChild<QLabel*>(u"lblMarquee"_s);
+        ASSERT_NE(marquee, nullptr);
+        EXPECT_EQ(marquee->text(), u"Arena Steward, a server tool for Jedi Knight II administrators\n"
+                                   "You are using version JUNE 13 2002 beta 1.4\n\n"
+                                   "Please submit all requests, bugs etc., to me \nat "_s +
+                                       kContactAddress + u"\n\nThanks and Enjoy!"_s);
+        QTimer::singleShot(0, &about, [&about] { sendKey(&about, Qt::Key_Space, u" "_s); });
+        EXPECT_EQ(about.exec(), QDialog::Accepted);
+    }
+    EXPECT_FALSE(frmAbout::isLoaded());
+    const auto clickOn = [&t](const QString& label) {
+        auto about = std::make_unique<frmAbout>(*t.app);
+        sendMouse(about->findChild<QLabel*>(label), QEvent::MouseButtonPress, QPointF(2, 2));
+        return about->result() == QDialog::Accepted;
+    };
+    EXPECT_FALSE(clickOn(u"lblMailMe"_s)) << "the mail label leaves the window open";
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_EQ(t.opener.opened[0].scheme(), u"mailto"_s);
+    EXPECT_TRUE(clickOn(u"lblMarquee"_s));
+    EXPECT_TRUE(clickOn(u"Picture1"_s));
+    EXPECT_EQ(t.opener.opened.size(), 1u);
+}
+
+TEST(DesktopIdentity, EveryWindowGetsTheThreeRenderedSizesAndTheAppNamesItsDesktopEntry)
+{
+    const QIcon oldIcon = QApplication::windowIcon();
+    const QString oldName = QApplication::desktopFileName();
+    const auto widths = [](const QIcon& icon) {
+        QList<int> result;
+        for (const QSize& size : icon.availableSizes())
+            result << size.width();
+        std::sort(result.begin(), result.end());
+        return result;
+    };
+    applyDesktopIdentity();
+    QWidget window;
+    EXPECT_EQ(QApplication::desktopFileName(), u"io.github.arena_steward.ArenaSteward"_s);
+    EXPECT_EQ(desktopId(), QApplication::desktopFileName());
+    EXPECT_EQ(widths(QApplication::windowIcon()), (QList<int>{48, 128, 256}));
+    EXPECT_EQ(widths(window.windowIcon()), (QList<int>{48, 128, 256}));
+    for (int size : {48, 128, 256}) {
+        const QPixmap pixmap = window.windowIcon().pixmap(QSize(size, size));
+        EXPECT_EQ(pixmap.size(), QSize(size, size)) << size;
+        EXPECT_NE(pixmap.toImage().pixelColor(size / 2, size / 2).alpha(), 0) << "the middle is drawn at " << size;
+    }
+    QApplication::setWindowIcon(oldIcon);
+    QApplication::setDesktopFileName(oldName);
 }

@@ -1,22 +1,9 @@
+// The scanner's window alone, through a real scan, and at the pace of the screen.
 #include "commands/MapScanCommand.h"
 #include "maps/LevelShots.h"
 #include "maps/MapScanner.h"
-#include "model/ServerProfile.h"
-#include "platform/Prompts.h"
-#include "testkit/Printers.h"
-#include "testkit/TestApp.h"
-#include "testkit/ZipBuilder.h"
-#include "ui/MainWindowHost.h"
+#include "ui/WiredMainWindow.h"
 #include "ui/frmScanner.h"
-
-#include <QApplication>
-#include <QLabel>
-#include <QProgressBar>
-#include <gtest/gtest.h>
-#include <vector>
-
-using namespace steward;
-using namespace steward::testing;
 
 namespace {
 
@@ -26,9 +13,7 @@ class PaintedScanner : public QObject {
 public:
     PaintedScanner() { qApp->installEventFilter(this); }
     ~PaintedScanner() override { qApp->removeEventFilter(this); }
-    PaintedScanner(const PaintedScanner&) = delete;
-    PaintedScanner& operator=(const PaintedScanner&) = delete;
-
+    Q_DISABLE_COPY(PaintedScanner)
     QStringList texts;
     std::vector<int> values;
 
@@ -37,9 +22,9 @@ protected:
     {
         if (event->type() != QEvent::Paint)
             return false;
-        if (object->objectName() == QLatin1String("lblScannerShow"))
+        if (object->objectName() == u"lblScannerShow"_s)
             texts << static_cast<QLabel*>(object)->text();
-        else if (object->objectName() == QLatin1String("pctCurrentProg"))
+        else if (object->objectName() == u"pctCurrentProg"_s)
             values.push_back(static_cast<QProgressBar*>(object)->value());
         return false;
     }
@@ -50,8 +35,8 @@ protected:
 /// reported last.
 class ReportedScan final : public ScanProgress {
 public:
-    ReportedScan(ScanProgress& window, const PaintedScanner& painted, qint64& now, qint64 step)
-        : m_window(window), m_painted(painted), m_now(now), m_step(step)
+    ReportedScan(ScanProgress& window, const PaintedScanner& painted, qint64& now, qint64 stepMs)
+        : m_window(window), m_painted(painted), m_now(now), m_step(stepMs)
     {}
     struct PhaseEnd {
         QString reportedText;
@@ -59,28 +44,13 @@ public:
         QString shownText;
         int shownValue;
     };
-
     void show() override { m_window.show(); }
     void hide() override { m_window.hide(); }
     void unload() override { m_window.unload(); }
-    void setActivity(const QString& text) override
-    {
-        m_now += m_step;
-        texts << text;
-        m_window.setActivity(text);
-    }
+    void setActivity(const QString& text) override { m_window.setActivity(texts.emplace_back(step(text))); }
     void setActivityVisible(bool visible) override { m_window.setActivityVisible(visible); }
-    void setMaximum(int maximum) override
-    {
-        m_now += m_step;
-        m_window.setMaximum(maximum);
-    }
-    void setValue(int value) override
-    {
-        m_now += m_step;
-        m_value = value;
-        m_window.setValue(value);
-    }
+    void setMaximum(int maximum) override { m_window.setMaximum(step(maximum)); }
+    void setValue(int value) override { m_window.setValue(m_value = step(value)); }
     void setBusy(bool busy) override { m_window.setBusy(busy); }
     void phaseDone() override
     {
@@ -88,11 +58,16 @@ public:
         ends.push_back({texts.value(texts.size() - 1), m_value, m_painted.texts.value(m_painted.texts.size() - 1),
                         m_painted.values.empty() ? -1 : m_painted.values.back()});
     }
-
     QStringList texts;
     std::vector<PhaseEnd> ends;
 
 private:
+    template <typename T>
+    const T& step(const T& report)
+    {
+        m_now += m_step;
+        return report;
+    }
     ScanProgress& m_window;
     const PaintedScanner& m_painted;
     qint64& m_now;
@@ -130,17 +105,15 @@ TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
     progress.show();
     frmScanner* window = progress.window();
     ASSERT_NE(window, nullptr);
-    EXPECT_EQ(window->objectName(), QStringLiteral("frmScanner"));
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Map Scanner"));
-    EXPECT_EQ(window->scanningLabel()->text(), QStringLiteral("Current Progress:"));
+    EXPECT_EQ(window->objectName(), u"frmScanner"_s);
+    EXPECT_EQ(window->windowTitle(), u"Map Scanner"_s);
+    EXPECT_EQ(window->scanningLabel()->text(), u"Current Progress:"_s);
     EXPECT_TRUE(window->isVisible());
-
-    progress.setActivity(QStringLiteral("Scanning a.pk3 ...."));
-    EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("lblScannerShow"))->text(),
-              QStringLiteral("Scanning a.pk3 ...."));
+    progress.setActivity(u"Scanning a.pk3 ...."_s);
+    EXPECT_EQ(window->findChild<QLabel*>(u"lblScannerShow"_s)->text(), u"Scanning a.pk3 ...."_s);
     progress.setMaximum(4);
     progress.setValue(3);
-    EXPECT_EQ(window->findChild<QProgressBar*>(QStringLiteral("pctCurrentProg"))->value(), 3);
+    EXPECT_EQ(window->findChild<QProgressBar*>(u"pctCurrentProg"_s)->value(), 3);
     progress.setValue(9);
     EXPECT_EQ(window->progressBar()->value(), 4);
     progress.setBusy(true);
@@ -148,7 +121,6 @@ TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
     progress.setBusy(false);
     EXPECT_EQ(window->cursor().shape(), Qt::ArrowCursor);
     EXPECT_FALSE(window->close());
-
     progress.hide();
     EXPECT_FALSE(window->isVisible());
     progress.unload();
@@ -161,16 +133,16 @@ TEST(frmScanner, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
     frmScannerProgress progress;
     t.app->services.scanProgress = &progress;
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("maps/duel_pit.bsp"))
-                    .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 4, 1, 2, 3))
-                    .write(t.baseFolder() + QStringLiteral("/assets0.pk3")));
-    ASSERT_TRUE(ScanForMaps(*t.app, QStringLiteral("Base"), QStringLiteral("Jedi"), t.gameFolder()));
+                    .file(u"maps/duel_pit.bsp"_s)
+                    .file(u"levelshots/duel_pit.tga"_s, tgaPicture(4, 4, 1, 2, 3))
+                    .write(t.baseFolder() + u"/assets0.pk3"_s));
+    ASSERT_TRUE(ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()));
     ASSERT_NE(progress.window(), nullptr);
     EXPECT_TRUE(progress.window()->isVisible());
-    EXPECT_TRUE(ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()));
-    EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Done"));
+    EXPECT_TRUE(ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()));
+    EXPECT_EQ(progress.window()->activityLabel()->text(), u"Done"_s);
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(progress.window()->activityLabel()->text(), QStringLiteral("Converting duel_pit.tga...."));
+    EXPECT_EQ(progress.window()->activityLabel()->text(), u"Converting duel_pit.tga...."_s);
     // Before the closing box the window host unloads it.
     QtWindowHost host(*t.app);
     host.unloadScanner();
@@ -181,38 +153,30 @@ TEST(frmScanner, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
 // with the clock running a given step at each report of the phases: a fast scan shows
 // only what a frame can show, a slow one every text, and each phase ends with its own
 // last text and value on screen.
-struct ScanPace {
-    qint64 stepMs;
-};
-
-class frmScannerPace : public ::testing::TestWithParam<ScanPace> {};
+class frmScannerPace : public ::testing::TestWithParam<qint64> {};
 
 TEST_P(frmScannerPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
 {
     TestApp t;
     for (int n = 0; n < 40; ++n) {
-        const QString map = QStringLiteral("map%1").arg(n, 2, 10, QLatin1Char('0'));
+        const QString map = u"map%1"_s.arg(n, 2, 10, QChar(u'0'));
         ASSERT_TRUE(ZipBuilder()
-                        .file(QStringLiteral("maps/") + map + QStringLiteral(".bsp"))
-                        .file(QStringLiteral("scripts/") + map + QStringLiteral(".arena"),
-                              arenaScript(map, QStringLiteral("Map ") + map, QStringLiteral("ffa")))
-                        .file(QStringLiteral("levelshots/") + map + QStringLiteral(".tga"), tgaPicture(4, 4, 1, 2, 3))
-                        .write(t.baseFolder() + QLatin1Char('/') + map + QStringLiteral(".pk3")));
+                        .file(u"maps/"_s + map + u".bsp"_s)
+                        .file(u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"Map "_s + map, u"ffa"_s))
+                        .file(u"levelshots/"_s + map + u".tga"_s, tgaPicture(4, 4, 1, 2, 3))
+                        .write(t.baseFolder() + u'/' + map + u".pk3"_s));
     }
     qint64 now = 0;
     frmScannerProgress window(nullptr, [&now] { return now; });
     PaintedScanner painted;
-    ReportedScan scan(window, painted, now, GetParam().stepMs);
+    ReportedScan scan(window, painted, now, GetParam());
     t.app->services.scanProgress = &scan;
     t.app->gameFolder = t.gameFolder();
     t.prompts.answerNext(Answer::Yes);
     ServerProfile profile;
-
     mnuMapScan_Click(*t.app, profile);
-
     ASSERT_EQ(scan.ends.size(), 3u) << "the catalogue, the level shots and their conversion";
-    const QStringList lastTexts{QStringLiteral("Scanning map39.pk3 ...."), QStringLiteral("Done"),
-                                QStringLiteral("Converting map39.tga....")};
+    const QStringList lastTexts{u"Scanning map39.pk3 ...."_s, u"Done"_s, u"Converting map39.tga...."_s};
     for (size_t phase = 0; phase < scan.ends.size(); ++phase) {
         const ReportedScan::PhaseEnd& end = scan.ends[phase];
         EXPECT_EQ(end.reportedText, lastTexts.value(static_cast<qsizetype>(phase)));
@@ -220,15 +184,14 @@ TEST_P(frmScannerPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
         EXPECT_EQ(end.shownValue, end.reportedValue) << "phase " << phase + 1;
     }
     const QStringList shown = withoutRepeats(painted.texts);
-    EXPECT_TRUE(inOrderWithin(shown, scan.texts)) << shown.join(QLatin1Char('|')).toStdString();
+    EXPECT_TRUE(inOrderWithin(shown, scan.texts)) << shown.join(u'|').toStdString();
     // One paint a frame at most, beside the window's first paint and the phases' ends.
     const qint64 frames = now / FramePacer::kFrameMs + 1;
     EXPECT_LE(painted.texts.size(), frames + 1 + 3);
     EXPECT_LE(static_cast<qint64>(painted.values.size()), frames + 1 + 3);
-    if (GetParam().stepMs >= FramePacer::kFrameMs) {
+    if (GetParam() >= FramePacer::kFrameMs) {
         EXPECT_EQ(shown, withoutRepeats(scan.texts)) << "a slow scan shows every text";
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Steps, frmScannerPace,
-                         ::testing::Values(ScanPace{0}, ScanPace{1}, ScanPace{7}, ScanPace{FramePacer::kFrameMs}));
+INSTANTIATE_TEST_SUITE_P(Steps, frmScannerPace, ::testing::Values(0, 1, 7, FramePacer::kFrameMs));
