@@ -15,25 +15,20 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 class ModelScanTest : public ::testing::Test {
 protected:
-    void pk3(const QString& name, const ZipBuilder& zip)
-    {
-        ASSERT_TRUE(zip.write(t.baseFolder() + QLatin1Char('/') + name));
-    }
+    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + u'/' + name)); }
     static ZipBuilder model(const char* folder)
     {
-        return ZipBuilder().file(QStringLiteral("models/players/%1/model.glm").arg(QString::fromLatin1(folder)));
+        return ZipBuilder().file(u"models/players/%1/model.glm"_s.arg(QString::fromLatin1(folder)));
     }
-    bool scan() { return ScanBotModels(*t.app, progress, t.gameFolder(), QStringLiteral("Base")); }
-    QString botList() const { return t.programFolder() + QStringLiteral("/BOT.txt"); }
-    QString log() const
-    {
-        return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
-    }
+    bool scan() { return ScanBotModels(*t.app, progress, t.gameFolder(), u"Base"_s); }
+    QString botList() const { return t.programFolder() + u"/BOT.txt"_s; }
+    QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
 
     TestApp t;
     RecordingScanProgress progress;
@@ -71,131 +66,125 @@ TEST(ModelEntries, TheStockArchivesAreLeftOutInAnyCase)
 
 TEST_F(ModelScanTest, EachArchiveWithAModelGivesOneLine)
 {
-    pk3(QStringLiteral("assets1.pk3"), model("stock"));
-    pk3(QStringLiteral("ASSETS0.PK3"), model("stock0"));
-    pk3(QStringLiteral("kyle2.pk3"), ZipBuilder()
-                                         .folder(QStringLiteral("models/"))
-                                         .folder(QStringLiteral("models/players/"))
-                                         .folder(QStringLiteral("models/players/Kyle2/"))
-                                         .file(QStringLiteral("models/players/Kyle2/model.glm")));
+    pk3(u"assets1.pk3"_s, model("stock"));
+    pk3(u"ASSETS0.PK3"_s, model("stock0"));
+    pk3(u"kyle2.pk3"_s, ZipBuilder()
+                            .folder(u"models/"_s)
+                            .folder(u"models/players/"_s)
+                            .folder(u"models/players/Kyle2/"_s)
+                            .file(u"models/players/Kyle2/model.glm"_s));
     // Two models count once, under the first in the directory.
-    pk3(QStringLiteral("pair.PK3"), ZipBuilder()
-                                        .file(QStringLiteral("maps/x.bsp"))
-                                        .file(QStringLiteral("models/players/Zeta/model.glm"))
-                                        .file(QStringLiteral("models/players/alpha/model.glm")));
-    pk3(QStringLiteral("mypk3"), model("odd"));
-    pk3(QStringLiteral("onlyfolder.pk3"), ZipBuilder().folder(QStringLiteral("models/players/")));
-    pk3(QStringLiteral("weapons.pk3"), ZipBuilder().file(QStringLiteral("models/weapons2/saber/saber.glm")));
-    writeFile(t.baseFolder() + QStringLiteral("/notes.txt"), "models/players/fake/");
+    pk3(u"pair.PK3"_s, ZipBuilder()
+                           .file(u"maps/x.bsp"_s)
+                           .file(u"models/players/Zeta/model.glm"_s)
+                           .file(u"models/players/alpha/model.glm"_s));
+    pk3(u"mypk3"_s, model("odd"));
+    pk3(u"onlyfolder.pk3"_s, ZipBuilder().folder(u"models/players/"_s));
+    pk3(u"weapons.pk3"_s, ZipBuilder().file(u"models/weapons2/saber/saber.glm"_s));
+    writeFile(t.baseFolder() + u"/notes.txt"_s, "models/players/fake/");
 
     EXPECT_TRUE(scan());
-    EXPECT_EQ(crlfLines(botList()), (QStringList{QStringLiteral("Kyle2,kyle2.pk3"), QStringLiteral("odd,mypk3"),
-                                                 QStringLiteral("Zeta,pair.PK3")}));
+    EXPECT_EQ(crlfLines(botList()), (QStringList{u"Kyle2,kyle2.pk3"_s, u"odd,mypk3"_s, u"Zeta,pair.PK3"_s}));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Information,
-                                 QStringLiteral("BOT scan complete. 3 have been found         "), Buttons::Ok}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Information,
+                                         u"BOT scan complete. 3 have been found         "_s, Buttons::Ok}));
 
     // The progress: shown, one step per file of the folder, then hidden and back at 0.
     EXPECT_EQ(progress.maximum, 8);
     EXPECT_EQ(progress.values.front(), 1);
     EXPECT_EQ(progress.values.back(), 0);
     EXPECT_FALSE(progress.overshoot);
-    EXPECT_EQ(progress.events, (QStringList{QStringLiteral("show"), QStringLiteral("busy"), QStringLiteral("hide"),
-                                            QStringLiteral("idle")}));
-    EXPECT_TRUE(progress.activities.contains(QStringLiteral("Scanning kyle2.pk3 ....")));
-    EXPECT_FALSE(progress.activities.contains(QStringLiteral("Scanning assets1.pk3 ....")));
+    EXPECT_EQ(progress.events, (QStringList{u"show"_s, u"busy"_s, u"hide"_s, u"idle"_s}));
+    EXPECT_TRUE(progress.activities.contains(u"Scanning kyle2.pk3 ...."_s));
+    EXPECT_FALSE(progress.activities.contains(u"Scanning assets1.pk3 ...."_s));
     EXPECT_TRUE(log().isEmpty());
 }
 
 TEST_F(ModelScanTest, NothingFoundLeavesAnEmptyList)
 {
     writeFile(botList(), "Old,old.pk3\r\n");
-    pk3(QStringLiteral("maps.pk3"), ZipBuilder().file(QStringLiteral("maps/x.bsp")));
+    pk3(u"maps.pk3"_s, ZipBuilder().file(u"maps/x.bsp"_s));
     EXPECT_TRUE(scan());
     EXPECT_EQ(fileBytes(botList()), QByteArray());
-    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("No BOT's found         ")});
-    EXPECT_EQ(LoadBotList(*t.app), (QList<QStringList>{{QStringLiteral("BOT Name"), QStringLiteral("PK3")}}));
+    EXPECT_EQ(t.prompts.texts(), QStringList{u"No BOT's found         "_s});
+    EXPECT_EQ(LoadBotList(*t.app), (QList<QStringList>{{u"BOT Name"_s, u"PK3"_s}}));
 }
 
 TEST_F(ModelScanTest, ADamagedArchiveIsLoggedAndSkipped)
 {
-    pk3(QStringLiteral("a_good.pk3"), model("First"));
-    pk3(QStringLiteral("b_cut.pk3"), model("Cut"));
-    ASSERT_TRUE(truncateFile(t.baseFolder() + QStringLiteral("/b_cut.pk3"), 40));
-    writeFile(t.baseFolder() + QStringLiteral("/c_text.pk3"), "this is no zip archive at all");
-    writeFile(t.baseFolder() + QStringLiteral("/d_empty.pk3"), QByteArray());
-    pk3(QStringLiteral("e_good.pk3"), model("Last"));
+    pk3(u"a_good.pk3"_s, model("First"));
+    pk3(u"b_cut.pk3"_s, model("Cut"));
+    ASSERT_TRUE(truncateFile(t.baseFolder() + u"/b_cut.pk3"_s, 40));
+    writeFile(t.baseFolder() + u"/c_text.pk3"_s, "this is no zip archive at all");
+    writeFile(t.baseFolder() + u"/d_empty.pk3"_s, QByteArray());
+    pk3(u"e_good.pk3"_s, model("Last"));
 
     EXPECT_TRUE(scan());
-    EXPECT_EQ(crlfLines(botList()),
-              (QStringList{QStringLiteral("First,a_good.pk3"), QStringLiteral("Last,e_good.pk3")}));
-    EXPECT_EQ(t.prompts.texts(), QStringList{QStringLiteral("BOT scan complete. 2 have been found         ")});
+    EXPECT_EQ(crlfLines(botList()), (QStringList{u"First,a_good.pk3"_s, u"Last,e_good.pk3"_s}));
+    EXPECT_EQ(t.prompts.texts(), QStringList{u"BOT scan complete. 2 have been found         "_s});
     const QString entries = log();
-    EXPECT_TRUE(entries.contains(QStringLiteral("b_cut.pk3")));
-    EXPECT_TRUE(entries.contains(QStringLiteral("c_text.pk3")));
-    EXPECT_TRUE(entries.contains(QStringLiteral("::CMapScanner.ExtractLevelShots(Function)")));
+    EXPECT_TRUE(entries.contains(u"b_cut.pk3"_s));
+    EXPECT_TRUE(entries.contains(u"c_text.pk3"_s));
+    EXPECT_TRUE(entries.contains(u"::CMapScanner.ExtractLevelShots(Function)"_s));
 }
 
 TEST_F(ModelScanTest, NamesWithCommasReadBackIntoTheirCells)
 {
-    pk3(QStringLiteral("odd, name.pk3"), model("Mod,el"));
+    pk3(u"odd, name.pk3"_s, model("Mod,el"));
     EXPECT_TRUE(scan());
-    EXPECT_EQ(LoadBotList(*t.app), (QList<QStringList>{{QStringLiteral("BOT Name"), QStringLiteral("PK3")},
-                                                       {QStringLiteral("Mod,el"), QStringLiteral("odd, name.pk3")}}));
+    EXPECT_EQ(LoadBotList(*t.app), (QList<QStringList>{{u"BOT Name"_s, u"PK3"_s}, {u"Mod,el"_s, u"odd, name.pk3"_s}}));
 }
 
 TEST_F(ModelScanTest, AMissingGameFolderIsLoggedAndThrownOn)
 {
-    t.app->gameFolder = t.root() + QStringLiteral("/nowhere");
+    t.app->gameFolder = t.root() + u"/nowhere"_s;
     try {
-        ScanBotModels(*t.app, progress, t.app->gameFolder, QStringLiteral("Base"));
+        ScanBotModels(*t.app, progress, t.app->gameFolder, u"Base"_s);
         FAIL() << "no error";
     } catch (const RuntimeError& e) {
         EXPECT_EQ(e.number(), err::PathNotFound);
-        EXPECT_TRUE(e.source().contains(QStringLiteral("::CMapScanner.ExtractLevelShots(Function)")));
+        EXPECT_TRUE(e.source().contains(u"::CMapScanner.ExtractLevelShots(Function)"_s));
     }
     EXPECT_TRUE(t.prompts.shown.empty()) << "the box is the caller's";
-    EXPECT_TRUE(log().contains(QStringLiteral("Error 76")));
+    EXPECT_TRUE(log().contains(u"Error 76"_s));
     EXPECT_FALSE(QFile::exists(botList()));
 }
 
 TEST_F(ModelScanTest, TheScanButtonAsksFirst)
 {
-    pk3(QStringLiteral("kyle2.pk3"), model("Kyle2"));
+    pk3(u"kyle2.pk3"_s, model("Kyle2"));
     t.prompts.answerNext(Answer::No);
     EXPECT_FALSE(runBotScan(*t.app, progress));
     EXPECT_FALSE(QFile::exists(botList()));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Question, QStringLiteral("Run a new BOT scan?         "), Buttons::YesNo}));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Run a new BOT scan?         "_s, Buttons::YesNo}));
 
     t.prompts.answerNext(Answer::Yes);
     EXPECT_TRUE(runBotScan(*t.app, progress));
-    EXPECT_EQ(LoadBotList(*t.app).value(1), (QStringList{QStringLiteral("Kyle2"), QStringLiteral("kyle2.pk3")}));
+    EXPECT_EQ(LoadBotList(*t.app).value(1), (QStringList{u"Kyle2"_s, u"kyle2.pk3"_s}));
 }
 
 TEST(PickerRules, OkMakesTheRowOrNothing)
 {
     PickerInput input;
-    input.name = QStringLiteral("Big Boss");
+    input.name = u"Big Boss"_s;
     input.stockIndex = 21;
-    input.skill = QStringLiteral("Hardcore");
-    input.team = QStringLiteral("BLUE");
-    input.ping = QStringLiteral("40");
-    EXPECT_EQ(pickedBotRow(input), (QStringList{QStringLiteral("Big_Boss"), QStringLiteral("Hardcore"),
-                                                QStringLiteral("BLUE"), QStringLiteral("Kyle"), QStringLiteral("40")}));
+    input.skill = u"Hardcore"_s;
+    input.team = u"BLUE"_s;
+    input.ping = u"40"_s;
+    EXPECT_EQ(pickedBotRow(input), (QStringList{u"Big_Boss"_s, u"Hardcore"_s, u"BLUE"_s, u"Kyle"_s, u"40"_s}));
 
     // On the tab "Custom" the model is the picked one, empty when none is picked.
     input.customTab = true;
-    input.customModel = QStringLiteral("Kyle 2");
-    EXPECT_EQ(pickedBotRow(input)->value(3), QStringLiteral("Kyle 2")) << "the model keeps its blank";
+    input.customModel = u"Kyle 2"_s;
+    EXPECT_EQ(pickedBotRow(input)->value(3), u"Kyle 2"_s) << "the model keeps its blank";
     input.customModel.clear();
     EXPECT_EQ(pickedBotRow(input)->value(3), QString());
 
     // The name isn't trimmed, but a blank one does nothing.
-    input.name = QStringLiteral(" a ");
-    EXPECT_EQ(pickedBotRow(input)->value(0), QStringLiteral("_a_"));
+    input.name = u" a "_s;
+    EXPECT_EQ(pickedBotRow(input)->value(0), u"_a_"_s);
     for (const char* blank : {"", " ", "    "}) {
         input.name = QString::fromLatin1(blank);
         EXPECT_FALSE(pickedBotRow(input).has_value()) << '"' << blank << '"';
@@ -204,8 +193,8 @@ TEST(PickerRules, OkMakesTheRowOrNothing)
 
 TEST(PickerRules, TheGridsHeadingIsNoModel)
 {
-    EXPECT_EQ(pickedCustomModel(QStringLiteral("Kyle2")), QStringLiteral("Kyle2"));
-    EXPECT_EQ(pickedCustomModel(QStringLiteral("BOT Name")), QString());
+    EXPECT_EQ(pickedCustomModel(u"Kyle2"_s), u"Kyle2"_s);
+    EXPECT_EQ(pickedCustomModel(u"BOT Name"_s), QString());
     EXPECT_EQ(pickedCustomModel(QString()), QString());
 }
 

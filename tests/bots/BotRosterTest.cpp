@@ -17,6 +17,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,7 +34,7 @@ class RosterTest : public ::testing::Test {
 protected:
     void SetUp() override { SetupBotControls(*t.app, profile); }
 
-    QString programFile(const char* name) const { return t.programFolder() + QLatin1Char('/') + QLatin1String(name); }
+    QString programFile(const char* name) const { return t.programFolder() + u'/' + QLatin1String(name); }
     QList<QStringList> bots() const { return rosterBots(profile); }
     void add(const QStringList& r) { appendRosterBot(profile, r); }
     void click(int index)
@@ -50,18 +51,18 @@ TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheDefaultSkill)
 {
     EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{row("NAME", "SKILL", "TEAM", "MODEL", "PING")});
     EXPECT_EQ(profile.field(F::cboBOT).items().size(), 5);
-    EXPECT_EQ(profile.field(F::cboBOT).text(), QStringLiteral("Hurt Me Plenty "));
+    EXPECT_EQ(profile.field(F::cboBOT).text(), u"Hurt Me Plenty "_s);
 }
 
 TEST(RosterFile, LinesHoldTheFieldsInColumnOrder)
 {
     // The whole lines are in the files below; a quote in front puts the field in quotes.
     EXPECT_EQ(rosterFileLine(row("\"Q\"", "Hardcore", "RED", "Desann", "25"), RosterForm::Comma),
-              QStringLiteral("\"\"\"Q\"\"\",Hardcore,RED,Desann,25"));
+              u"\"\"\"Q\"\"\",Hardcore,RED,Desann,25"_s);
     EXPECT_EQ(rosterFileLine(row("Boss, The", "Hardcore", "RED", "Desann", "25"), RosterForm::Tab),
-              QStringLiteral("Boss, The\tHardcore\tRED\tDesann\t25"))
+              u"Boss, The\tHardcore\tRED\tDesann\t25"_s)
         << "a comma is nothing special in the tab form";
-    EXPECT_EQ(rosterFileLine(row("Mid\"quote", "", "", "", ""), RosterForm::Comma), QStringLiteral("Mid\"quote,,,,"));
+    EXPECT_EQ(rosterFileLine(row("Mid\"quote", "", "", "", ""), RosterForm::Comma), u"Mid\"quote,,,,"_s);
 }
 
 TEST(RosterFile, BothFormsRoundTripEveryKindOfName)
@@ -79,7 +80,7 @@ TEST(RosterFile, BothFormsRoundTripEveryKindOfName)
     };
     QTemporaryDir dir;
     for (RosterForm form : {RosterForm::Comma, RosterForm::Tab}) {
-        const QString file = dir.path() + QStringLiteral("/roster.txt");
+        const QString file = dir.path() + u"/roster.txt"_s;
         saveRosterFile(file, rows, form);
         EXPECT_EQ(loadRosterFile(file, form), rows) << (form == RosterForm::Comma ? "comma" : "tab");
     }
@@ -88,7 +89,7 @@ TEST(RosterFile, BothFormsRoundTripEveryKindOfName)
 TEST(RosterFile, AnEmptyRosterIsAnEmptyFile)
 {
     QTemporaryDir dir;
-    const QString file = dir.path() + QStringLiteral("/lastbots.csv");
+    const QString file = dir.path() + u"/lastbots.csv"_s;
     writeFile(file, "old contents\r\n");
     saveRosterFile(file, {}, RosterForm::Comma);
     EXPECT_EQ(fileBytes(file), QByteArray());
@@ -118,7 +119,7 @@ TEST(RosterFile, AMissingFileIsAnError)
 {
     QTemporaryDir dir;
     try {
-        loadRosterFile(dir.path() + QStringLiteral("/none.lst"), RosterForm::Tab);
+        loadRosterFile(dir.path() + u"/none.lst"_s, RosterForm::Tab);
         FAIL() << "no error";
     } catch (const RuntimeError& e) {
         EXPECT_EQ(e.number(), err::FileNotFound);
@@ -150,7 +151,7 @@ TEST_F(RosterTest, LeavingWithAnEmptyRosterEmptiesLastBots)
 
 TEST_F(RosterTest, LeavingIgnoresALastBotsThatCantBeWritten)
 {
-    t.app->programFolder = t.root() + QStringLiteral("/no/such/folder");
+    t.app->programFolder = t.root() + u"/no/such/folder"_s;
     add(kGnubee);
     EXPECT_NO_THROW(saveLastBots(*t.app, profile));
     EXPECT_TRUE(t.prompts.shown.empty());
@@ -158,11 +159,11 @@ TEST_F(RosterTest, LeavingIgnoresALastBotsThatCantBeWritten)
 
 TEST(RosterColours, OnlyBlueInCapitalsIsBlue)
 {
-    EXPECT_EQ(rosterRowColours(QStringLiteral("BLUE")).background, qRgb(0, 0, 255));
+    EXPECT_EQ(rosterRowColours(u"BLUE"_s).background, qRgb(0, 0, 255));
     for (const char* team : {"RED", "blue", "Blue", "BLUE ", "", "GREEN"})
         EXPECT_EQ(rosterRowColours(QString::fromLatin1(team)).background, qRgb(255, 0, 0)) << team;
-    EXPECT_EQ(rosterRowColours(QStringLiteral("BLUE")).text, qRgb(255, 255, 255));
-    EXPECT_EQ(rosterRowColours(QStringLiteral("RED")).text, qRgb(255, 255, 255));
+    EXPECT_EQ(rosterRowColours(u"BLUE"_s).text, qRgb(255, 255, 255));
+    EXPECT_EQ(rosterRowColours(u"RED"_s).text, qRgb(255, 255, 255));
 }
 
 TEST_F(RosterTest, TheUserDefinedBoxSwitchesThePage)
@@ -194,29 +195,29 @@ TEST_F(RosterTest, SaveClearAndViewDoNothingWithAnEmptyRoster)
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_TRUE(t.prompts.dialogs.empty());
     EXPECT_TRUE(t.opener.opened.empty());
-    EXPECT_FALSE(QFile::exists(t.baseFolder() + QStringLiteral("/BOTFile.cfg")));
+    EXPECT_FALSE(QFile::exists(t.baseFolder() + u"/BOTFile.cfg"_s));
 }
 
 TEST_F(RosterTest, SaveWritesTheTabFormWhereTheUserChose)
 {
     add(kGnubee);
     add(kBoss);
-    const QString file = t.root() + QStringLiteral("/mine.lst");
+    const QString file = t.root() + u"/mine.lst"_s;
     t.prompts.chooseFile(file);
     click(0);
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     const FileDialogState& d = t.prompts.dialogs.front().state;
     EXPECT_FALSE(t.prompts.dialogs.front().open);
-    EXPECT_EQ(d.DialogTitle, QStringLiteral("Save BOT list"));
-    EXPECT_EQ(d.Filter, QStringLiteral("BOT list (*.lst)|*.lst"));
+    EXPECT_EQ(d.DialogTitle, u"Save BOT list"_s);
+    EXPECT_EQ(d.Filter, u"BOT list (*.lst)|*.lst"_s);
     EXPECT_EQ(d.InitialDir, t.programFolder());
 
     EXPECT_EQ(fileBytes(file),
               QByteArray("Gnubee\tHardcore\tRED\tDesann\t25\r\nBig_Boss\tHurt Me Plenty \tBLUE\tKyle2\t0\r\n"));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Arena Steward"), Icon::Information,
-                                         QStringLiteral("'mine.lst' has been saved         "), Buttons::Ok}));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {u"Arena Steward"_s, Icon::Information, u"'mine.lst' has been saved         "_s, Buttons::Ok}));
 
     // A cancelled dialog writes and shows nothing.
     t.prompts.cancelNextDialog();
@@ -226,7 +227,7 @@ TEST_F(RosterTest, SaveWritesTheTabFormWhereTheUserChose)
 
 TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
 {
-    const QString file = t.root() + QStringLiteral("/list.lst");
+    const QString file = t.root() + u"/list.lst"_s;
     writeFile(file, "A\tHardcore\tBLUE\tLuke\t1\r\nB\tNightmare\tRED\tJan\r\n");
 
     // An empty roster is not asked about.
@@ -235,8 +236,8 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     const FileDialogState& d = t.prompts.dialogs.front().state;
     EXPECT_TRUE(t.prompts.dialogs.front().open);
-    EXPECT_EQ(d.DialogTitle, QStringLiteral("Load Arena Steward BOT List"));
-    EXPECT_EQ(d.Filter, QStringLiteral("Arena Steward BOT List files (*.lst)|*.lst"));
+    EXPECT_EQ(d.DialogTitle, u"Load Arena Steward BOT List"_s);
+    EXPECT_EQ(d.Filter, u"Arena Steward BOT List files (*.lst)|*.lst"_s);
     EXPECT_EQ(d.InitialDir, t.programFolder());
     EXPECT_TRUE(t.prompts.shown.empty());
     const QList<QStringList> loaded = {row("A", "Hardcore", "BLUE", "Luke", "1"),
@@ -249,8 +250,8 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
     t.prompts.answerNext(Answer::No);
     click(1);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question,
-                                         QStringLiteral("Clear current BOT list?         "), Buttons::YesNo}));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Question, u"Clear current BOT list?         "_s, Buttons::YesNo}));
     EXPECT_EQ(bots(), QList<QStringList>{kGnubee});
 
     t.prompts.chooseFile(file);
@@ -274,7 +275,7 @@ TEST_F(RosterTest, ClearAsksAndKeepsTheHeading)
     t.prompts.answerNext(Answer::Yes);
     click(2);
     EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{rosterHeadings()});
-    EXPECT_EQ(t.prompts.texts(), QStringList(2, QStringLiteral("Clear current BOT list?         ")));
+    EXPECT_EQ(t.prompts.texts(), QStringList(2, u"Clear current BOT list?         "_s));
 }
 
 TEST_F(RosterTest, AddOpensThePicker)
@@ -291,13 +292,13 @@ TEST_F(RosterTest, ViewWritesTheFileAndOpensItInTheEditor)
     profile.setValue(F::chkBOTs(5), 1);
     click(4);
     ASSERT_EQ(t.opener.opened.size(), 1u);
-    const QString file = t.baseFolder() + QStringLiteral("/BOTFile.cfg");
+    const QString file = t.baseFolder() + u"/BOTFile.cfg"_s;
     EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(file));
-    EXPECT_TRUE(crlfLines(file).contains(QStringLiteral("Addbot Desann 4 RED 25 Gnubee")));
+    EXPECT_TRUE(crlfLines(file).contains(u"Addbot Desann 4 RED 25 Gnubee"_s));
 
     // A file that isn't to be used is not shown: automatic bots without a number.
     profile.setValue(F::chkBOTs(5), 0);
-    profile.setText(F::txtServerConfigSpin(6), QStringLiteral("0"));
+    profile.setText(F::txtServerConfigSpin(6), u"0"_s);
     click(4);
     EXPECT_EQ(t.opener.opened.size(), 1u);
     EXPECT_EQ(t.prompts.shown.size(), 1u) << "the writer's warning";
@@ -306,7 +307,7 @@ TEST_F(RosterTest, ViewWritesTheFileAndOpensItInTheEditor)
 TEST_F(RosterTest, AFileThatCantBeWrittenEscapesToTheEventsReport)
 {
     add(kGnubee);
-    t.prompts.chooseFile(t.root() + QStringLiteral("/no/such/folder/x.lst"));
+    t.prompts.chooseFile(t.root() + u"/no/such/folder/x.lst"_s);
     EXPECT_THROW(click(0), RuntimeError);
 }
 

@@ -1,5 +1,6 @@
-// The console's client against fake servers on real UDP sockets: status round trips,
-// several requests in flight, multi-packet prints, silence, hostile replies and stop.
+// The console's client against fake servers on real UDP sockets on 127.0.0.1: status
+// round trips, several requests in flight, multi-packet prints, silence, hostile replies
+// and stop.
 #include "FakeServer.h"
 #include "console/ConsoleClient.h"
 #include "console/ConsoleProtocol.h"
@@ -8,6 +9,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,7 +32,11 @@ protected:
         QObject::connect(&client, &ConsoleClient::unreadableReply, [this] { ++unreadable; });
         QObject::connect(&client, &ConsoleClient::hostNotFound, [this](const QString& h) { notFound << h; });
     }
-    void status() { client.requestStatus(QStringLiteral("127.0.0.1"), server.port()); }
+    void status(const QString& host = u"127.0.0.1"_s) { client.requestStatus(host, server.port()); }
+    void answerStatus(QList<QByteArray> replies = {kStatus})
+    {
+        server.answer = [replies](const QByteArray&) { return replies; };
+    }
 
     FakeServer server;
     ConsoleClient client;
@@ -43,28 +49,28 @@ protected:
     int unreadable = 0;
 };
 
-} // namespace
-
-TEST_F(Client, AStatusRoundTrip)
+TEST_F(Client, AStatusRoundTripAndAnEmptyHostIsThisComputer)
 {
     EXPECT_EQ(ConsoleClient().timeout(), 2000);
-    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
+    answerStatus();
     status();
     ASSERT_TRUE(waitUntil([&] { return !statuses.empty(); }));
     EXPECT_EQ(server.requests, QList<QByteArray>{oob("getstatus")});
-    EXPECT_EQ(statuses[0].hostName(), QStringLiteral("^1Test"));
+    EXPECT_EQ(statuses[0].hostName(), u"^1Test"_s);
     EXPECT_EQ(statuses[0].players.size(), 1);
     EXPECT_GE(roundTrips[0], 0);
     EXPECT_EQ(client.statusInFlight(), 0);
     runEvents(400);
     EXPECT_EQ(unanswered, 0) << "an answered request is not reported again";
+    status(QString());
+    EXPECT_TRUE(waitUntil([&] { return statuses.size() == 2; }));
 }
 
 TEST_F(Client, SeveralRequestsInFlightAreMatchedByTime)
 {
     client.setTimeout(2000);
     server.delayMs = 250;
-    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
+    answerStatus();
     for (int i = 0; i < 3; ++i) {
         status();
         runEvents(60);
@@ -83,7 +89,7 @@ TEST_F(Client, AServerThatNeverAnswersIsReportedOncePerRequest)
     // first, leaves the command waiting for its own.
     status();
     runEvents(150);
-    client.sendCommand(QStringLiteral("127.0.0.1"), server.port(), QStringLiteral("pw"), QStringLiteral("status"));
+    client.sendCommand(u"127.0.0.1"_s, server.port(), u"pw"_s, u"status"_s);
     ASSERT_TRUE(waitUntil([&] { return unanswered == 1 && commandsUnanswered == 1; }));
     runEvents(400);
     EXPECT_EQ(unanswered, 1);
@@ -98,20 +104,17 @@ TEST_F(Client, APrintInSeveralDatagramsArrivesInOrder)
             return QList<QByteArray>{};
         return QList<QByteArray>{oob("print\none\n"), oob("print\ntwo\n"), oob("print\nthree\n")};
     };
-    client.sendCommand(QStringLiteral("127.0.0.1"), server.port(), QStringLiteral("secret"),
-                       QStringLiteral("cvarlist"));
+    client.sendCommand(u"127.0.0.1"_s, server.port(), u"secret"_s, u"cvarlist"_s);
     ASSERT_TRUE(waitUntil([&] { return prints.size() == 3; }));
-    EXPECT_EQ(prints, QStringList({QStringLiteral("one\n"), QStringLiteral("two\n"), QStringLiteral("three\n")}));
+    EXPECT_EQ(prints, QStringList({u"one\n"_s, u"two\n"_s, u"three\n"_s}));
     runEvents(400);
     EXPECT_EQ(commandsUnanswered, 0);
 }
 
 TEST_F(Client, HostileRepliesAreUnreadableAndStrangersAreIgnored)
 {
-    server.answer = [](const QByteArray&) {
-        return QList<QByteArray>{QByteArray("no header"), oob("statusResponse\n\\odd"),
-                                 oob("print\n") + QByteArray(20 * 1024, 'x'), QByteArray()};
-    };
+    answerStatus({QByteArray("no header"), oob("statusResponse\n\\odd"), oob("print\n") + QByteArray(20 * 1024, 'x'),
+                  QByteArray()});
     status();
     ASSERT_TRUE(waitUntil([&] { return unreadable >= 3; }));
     EXPECT_TRUE(statuses.empty());
@@ -130,25 +133,18 @@ TEST_F(Client, HostileRepliesAreUnreadableAndStrangersAreIgnored)
 
 TEST_F(Client, ANameIsLookedUpWithoutBlockingAndAMissingOneIsSaid)
 {
-    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
-    client.requestStatus(QStringLiteral("localhost"), server.port());
+    answerStatus();
+    status(u"localhost"_s);
     ASSERT_TRUE(waitUntil([&] { return !statuses.empty(); }, 10000));
-    client.requestStatus(QStringLiteral("no-such-host.invalid"), server.port());
+    status(u"no-such-host.invalid"_s);
     ASSERT_TRUE(waitUntil([&] { return !notFound.isEmpty(); }, 15000));
-    EXPECT_EQ(notFound, QStringList{QStringLiteral("no-such-host.invalid")});
-}
-
-TEST_F(Client, AnEmptyHostIsThisComputer)
-{
-    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus}; };
-    client.requestStatus(QString(), server.port());
-    EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+    EXPECT_EQ(notFound, QStringList{u"no-such-host.invalid"_s});
 }
 
 TEST_F(Client, StopEndsAllTraffic)
 {
     server.delayMs = 100;
-    server.answer = [](const QByteArray&) { return QList<QByteArray>{kStatus, oob("print\nx")}; };
+    answerStatus({kStatus, oob("print\nx")});
     status();
     client.stop();
     runEvents(500);
@@ -156,18 +152,18 @@ TEST_F(Client, StopEndsAllTraffic)
     EXPECT_TRUE(prints.isEmpty());
     EXPECT_EQ(unanswered, 0);
     EXPECT_EQ(client.statusInFlight(), 0);
-    // The client works again afterwards.
-    status();
+    status(); // the client works again afterwards
     EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
 }
 
 TEST_F(Client, AReplyOfTheLargestSizeIsStillRead)
 {
-    QByteArray reply = kStatus;
-    reply += QByteArray(kMaxReplyBytes - reply.size(), '\n'); // empty lines to the last byte
-    server.answer = [reply](const QByteArray&) { return QList<QByteArray>{reply}; };
+    // Empty lines to the last byte.
+    answerStatus({kStatus + QByteArray(kMaxReplyBytes - kStatus.size(), '\n')});
     status();
     ASSERT_TRUE(waitUntil([&] { return !statuses.empty() || unreadable > 0; }));
     EXPECT_EQ(statuses.size(), 1u);
     EXPECT_EQ(unreadable, 0);
 }
+
+} // namespace

@@ -18,6 +18,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -30,10 +31,10 @@ protected:
         receiver.bind(QHostAddress::LocalHost, 0);
         profile.setValue(F::chkMapAutoCycle, 1);
         profile.setValue(F::chkSendMessage, 1);
-        profile.setText(kConfig(16), QStringLiteral("127.0.0.1"));
+        profile.setText(kConfig(16), u"127.0.0.1"_s);
         profile.setText(kConfig(12), QString::number(receiver.localPort()));
-        profile.setText(kConfig(14), QStringLiteral("secret"));
-        profile.setText(F::txtMsgTimer, QStringLiteral("1"));
+        profile.setText(kConfig(14), u"secret"_s);
+        profile.setText(F::txtMsgTimer, u"1"_s);
     }
     void ok() { cmdOk_Click(*t.app, profile, windows); }
     int datagrams()
@@ -63,18 +64,17 @@ TEST_F(MessagingOk, WithoutAPasswordOkIsRefusedBeforeAnythingIsWritten)
     ok();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(
-        isBox(t.prompts.last(),
-              {kProductTitle, Icon::Exclamation,
-               QStringLiteral("An rcon password is required to enable server messaging") + kTail, Buttons::Ok}));
+        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                 u"An rcon password is required to enable server messaging"_s + kTail, Buttons::Ok}));
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_EQ(ServerMessaging::find(profile), nullptr);
-    EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + QStringLiteral("/luke.cfg")));
+    EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + u"/luke.cfg"_s));
 
     // Without the box ticked, no password is needed and nothing is armed.
     profile.setValue(F::chkSendMessage, 0);
     t.prompts.shown.clear();
     ok();
-    EXPECT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    EXPECT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(u'|').toStdString();
     EXPECT_EQ(t.launcher.started.size(), 1u);
     EXPECT_EQ(ServerMessaging::find(profile), nullptr);
 }
@@ -82,14 +82,14 @@ TEST_F(MessagingOk, WithoutAPasswordOkIsRefusedBeforeAnythingIsWritten)
 TEST_F(MessagingOk, OkArmsAfterTheStartAndASecondOkKeepsTheCount)
 {
     ok();
-    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(u'|').toStdString();
     ASSERT_EQ(t.launcher.started.size(), 1u);
     ServerMessaging* messaging = ServerMessaging::find(profile);
     ASSERT_NE(messaging, nullptr);
     EXPECT_TRUE(messaging->tmrServerMessage().isActive());
     EXPECT_EQ(messaging->tmrServerMessage().interval(), 65535);
 
-    profile.setText(F::txtMsgTimer, QStringLiteral("3"));
+    profile.setText(F::txtMsgTimer, u"3"_s);
     messaging->tmrServerMessage_Timer();
     messaging->tmrServerMessage_Timer();
     ok();
@@ -111,21 +111,20 @@ TEST_F(MessagingOk, APortThatIsNoNumberGivesTheLaunchsErrorBoxBeforeOrAfterTheSt
         ServerProfile p;
         p.setValue(F::chkMapAutoCycle, 1);
         p.setValue(F::chkSendMessage, 1);
-        p.setText(kConfig(14), QStringLiteral("secret"));
+        p.setText(kConfig(14), u"secret"_s);
         p.setText(kConfig(12), QString::fromLatin1(port));
         cmdOk_Click(*app.app, p, host);
-        ASSERT_EQ(app.prompts.shown.size(), 2u) << app.prompts.texts().join(QLatin1Char('|')).toStdString();
-        EXPECT_TRUE(
-            isBox(app.prompts.shown.front(),
-                  errorBox(err::TypeMismatch,
-                           QStringLiteral("arena-steward::Code.CreateJediConfiguration(Function) (arena-steward)"))));
-        EXPECT_TRUE(isBox(app.prompts.last(), {kProductTitle, Icon::Critical,
-                                               QStringLiteral("Could not start server!") + kTail, Buttons::Ok}));
+        ASSERT_EQ(app.prompts.shown.size(), 2u) << app.prompts.texts().join(u'|').toStdString();
+        EXPECT_TRUE(isBox(
+            app.prompts.shown.front(),
+            errorBox(err::TypeMismatch, u"arena-steward::Code.CreateJediConfiguration(Function) (arena-steward)"_s)));
+        EXPECT_TRUE(isBox(app.prompts.last(),
+                          {kProductTitle, Icon::Critical, u"Could not start server!"_s + kTail, Buttons::Ok}));
         EXPECT_EQ(app.launcher.started.size(), starts);
         ServerMessaging* armed = ServerMessaging::find(p);
         EXPECT_EQ(armed != nullptr, starts == 1u);
         EXPECT_FALSE(armed && armed->tmrServerMessage().isActive());
-        EXPECT_EQ(host.calls.filter(QStringLiteral("minimize")).size(), 0);
+        EXPECT_EQ(host.calls.filter(u"minimize"_s).size(), 0);
     }
 }
 
@@ -163,9 +162,9 @@ TEST(MessagingRules, TheLoadRunsTheBoxsRuleAfterTheStoredStartOption)
         SCOPED_TRACE(c.what);
         TestApp t;
         if (c.appMinimize)
-            t.store->SaveSetting(QStringLiteral("AppMinimize"), QString::fromLatin1(c.appMinimize));
+            t.store->SaveSetting(u"AppMinimize"_s, QString::fromLatin1(c.appMinimize));
         if (c.msgOn)
-            t.store->SaveSetting(QStringLiteral("MsgOn"), QString::fromLatin1(c.msgOn));
+            t.store->SaveSetting(u"MsgOn"_s, QString::fromLatin1(c.msgOn));
         ServerProfile profile;
         attachOptionRules(*t.app, profile);
         attachMessagingRules(profile);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 
 namespace {
 QByteArray oob(const char* rest, int size = -1)
@@ -22,20 +23,17 @@ TEST(SayDatagram, BothFormsByteForByte)
         QByteArray bytes;
     };
     const Case cases[] = {
-        {"password", QStringLiteral("secret"), QStringLiteral("hello"), oob("rcon secret say hello")},
-        {"colour codes as they stand", QStringLiteral("pw"),
-         QStringLiteral("^2This Server was configured by ^1Arena Steward"),
+        {"password", u"secret"_s, u"hello"_s, oob("rcon secret say hello")},
+        {"colour codes as they stand", u"pw"_s, u"^2This Server was configured by ^1Arena Steward"_s,
          oob("rcon pw say ^2This Server was configured by ^1Arena Steward")},
-        {"blanks in and around the password are kept", QStringLiteral(" my pass "), QStringLiteral("x"),
-         oob("rcon  my pass  say x")},
-        {"no password: the say follows the word directly", QString(), QStringLiteral("^3hi"), oob("rcon say ^3hi")},
-        {"a blank password is a password", QStringLiteral(" "), QStringLiteral("hi"), oob("rcon   say hi")},
-        {"a character above 127 is its Latin-1 byte", QStringLiteral("p\u00e4ss"), QStringLiteral("caf\u00e9 \u00ff"),
+        {"blanks in and around the password are kept", u" my pass "_s, u"x"_s, oob("rcon  my pass  say x")},
+        {"no password: the say follows the word directly", QString(), u"^3hi"_s, oob("rcon say ^3hi")},
+        {"a blank password is a password", u" "_s, u"hi"_s, oob("rcon   say hi")},
+        {"a character above 127 is its Latin-1 byte", u"p\u00e4ss"_s, u"caf\u00e9 \u00ff"_s,
          oob("rcon p\xe4ss say caf\xe9 \xff")},
-        {"a character outside Latin-1 becomes a question mark", QStringLiteral("pw"), QStringLiteral("5 \u20ac"),
-         oob("rcon pw say 5 ?")},
-        {"quotes, semicolons and a trailing blank go as they stand", QStringLiteral("pw"),
-         QStringLiteral("a \"b\"; quit "), oob("rcon pw say a \"b\"; quit ")},
+        {"a character outside Latin-1 becomes a question mark", u"pw"_s, u"5 \u20ac"_s, oob("rcon pw say 5 ?")},
+        {"quotes, semicolons and a trailing blank go as they stand", u"pw"_s, u"a \"b\"; quit "_s,
+         oob("rcon pw say a \"b\"; quit ")},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -45,7 +43,7 @@ TEST(SayDatagram, BothFormsByteForByte)
 
 TEST(SayDatagram, HasNoTerminatorAndKeepsANulInTheText)
 {
-    const QByteArray d = sayDatagram(QStringLiteral("pw"), QStringLiteral("a") + QChar(0) + QStringLiteral("b"));
+    const QByteArray d = sayDatagram(u"pw"_s, u"a"_s + QChar(0) + u"b"_s);
     EXPECT_EQ(d, oob("rcon pw say a\0b", 15));
     EXPECT_FALSE(d.endsWith('\n'));
 }

@@ -14,6 +14,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,12 +34,12 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(receiver.bind(QHostAddress::LocalHost, 0));
-        profile.setText(kConfig(16), QStringLiteral("127.0.0.1"));
+        profile.setText(kConfig(16), u"127.0.0.1"_s);
         profile.setText(kConfig(12), QString::number(receiver.localPort()));
-        profile.setText(kConfig(14), QStringLiteral("secret"));
-        profile.setText(F::txtMsgTimer, QStringLiteral("2"));
-        profile.setText(F::txtMsg(0), QStringLiteral("^2first"));
-        profile.setText(F::txtMsg(1), QStringLiteral("^1second"));
+        profile.setText(kConfig(14), u"secret"_s);
+        profile.setText(F::txtMsgTimer, u"2"_s);
+        profile.setText(F::txtMsg(0), u"^2first"_s);
+        profile.setText(F::txtMsg(1), u"^1second"_s);
     }
     ServerMessaging& messaging() { return ServerMessaging::of(*t.app, profile); }
     void arm() { ArmServerMessaging(*t.app, profile); }
@@ -73,12 +74,12 @@ protected:
 
 TEST_F(Messaging, ArmingStartsTheTimerOfTicksOf65535MillisecondsThatRunTheTick)
 {
-    profile.setText(F::txtMsgTimer, QStringLiteral("99"));
+    profile.setText(F::txtMsgTimer, u"99"_s);
     arm();
     EXPECT_EQ(messaging().tmrServerMessage().interval(), 65535);
     EXPECT_TRUE(messaging().tmrServerMessage().isActive());
     EXPECT_FALSE(messaging().tmrServerMessage().isSingleShot());
-    EXPECT_EQ(messaging().udpPeerA().remoteHost(), QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(messaging().udpPeerA().remoteHost(), u"127.0.0.1"_s);
     EXPECT_EQ(messaging().udpPeerA().remotePort(), receiver.localPort());
     EXPECT_EQ(messaging().counter(), 0);
     ASSERT_TRUE(QMetaObject::invokeMethod(&messaging().tmrServerMessage(), "timeout"));
@@ -98,7 +99,7 @@ TEST_F(Messaging, AtTheIntervalBothLinesGoTwoSecondsApartAndTheCountStartsAgain)
     std::vector<QByteArray> duringWait;
     t.blockingWait.during = [&] {
         duringWait = received();
-        profile.setText(F::txtMsg(1), QStringLiteral("^1changed"));
+        profile.setText(F::txtMsg(1), u"^1changed"_s);
     };
     tick();
     ASSERT_EQ(duringWait.size(), 1u);
@@ -154,10 +155,10 @@ TEST_F(Messaging, TheIntervalIsTheLeadingNumberOfItsTextAndNeverLessThanOne)
 
 TEST_F(Messaging, AnIntervalLoweredBelowTheCountStopsTheMessagesForGood)
 {
-    profile.setText(F::txtMsgTimer, QStringLiteral("5"));
+    profile.setText(F::txtMsgTimer, u"5"_s);
     arm();
     tick(3);
-    profile.setText(F::txtMsgTimer, QStringLiteral("2"));
+    profile.setText(F::txtMsgTimer, u"2"_s);
     tick(200);
     EXPECT_TRUE(received(100).empty());
     EXPECT_EQ(messaging().counter(), 203);
@@ -188,10 +189,10 @@ TEST_F(Messaging, AnEmptyLineIsLeftOutAndTheWaitAndCountStay)
 
 TEST_F(Messaging, AnEmptyAddressSendsToTheComputersOwnName)
 {
-    t.names.computer = QStringLiteral("localhost");
-    profile.setText(kConfig(16), QStringLiteral("   "));
+    t.names.computer = u"localhost"_s;
+    profile.setText(kConfig(16), u"   "_s);
     arm();
-    EXPECT_EQ(messaging().udpPeerA().remoteHost(), QStringLiteral("localhost"));
+    EXPECT_EQ(messaging().udpPeerA().remoteHost(), u"localhost"_s);
     tick(2);
     EXPECT_EQ(received().size(), 2u);
 }
@@ -199,30 +200,29 @@ TEST_F(Messaging, AnEmptyAddressSendsToTheComputersOwnName)
 TEST_F(Messaging, TheAddressIsTrimmedAndHostAndPortAreFixedAtArming)
 {
     t.app->services.sockets = &sockets;
-    profile.setText(kConfig(16), QStringLiteral("  10.0.0.5 "));
-    profile.setText(kConfig(12), QStringLiteral(" 29070 "));
+    profile.setText(kConfig(16), u"  10.0.0.5 "_s);
+    profile.setText(kConfig(12), u" 29070 "_s);
     arm();
-    profile.setText(kConfig(16), QStringLiteral("10.9.9.9"));
-    profile.setText(kConfig(12), QStringLiteral("1"));
+    profile.setText(kConfig(16), u"10.9.9.9"_s);
+    profile.setText(kConfig(12), u"1"_s);
     tick(2);
-    EXPECT_EQ(sockets.journal, QStringList({QStringLiteral("host:10.0.0.5"), QStringLiteral("port:29070"),
-                                            QStringLiteral("send:rcon secret say ^2first"),
-                                            QStringLiteral("send:rcon secret say ^1second")}));
+    EXPECT_EQ(sockets.journal, QStringList({u"host:10.0.0.5"_s, u"port:29070"_s, u"send:rcon secret say ^2first"_s,
+                                            u"send:rcon secret say ^1second"_s}));
 }
 
 TEST_F(Messaging, ASecondArmingReopensTheSocketAndKeepsTheCount)
 {
     t.app->services.sockets = &sockets;
-    profile.setText(F::txtMsgTimer, QStringLiteral("3"));
+    profile.setText(F::txtMsgTimer, u"3"_s);
     arm();
     tick(3);
     tick(1);
     sockets.journal.clear();
     arm();
-    EXPECT_EQ(sockets.journal.value(0), QStringLiteral("close"));
+    EXPECT_EQ(sockets.journal.value(0), u"close"_s);
     EXPECT_EQ(messaging().counter(), 1);
     tick(2);
-    EXPECT_EQ(sockets.journal.filter(QStringLiteral("send:")).size(), 2);
+    EXPECT_EQ(sockets.journal.filter(u"send:"_s).size(), 2);
 }
 
 TEST_F(Messaging, FailedSendsAreIgnoredAndTheCountStartsAgain)
@@ -231,7 +231,7 @@ TEST_F(Messaging, FailedSendsAreIgnoredAndTheCountStartsAgain)
     t.app->services.sockets = &sockets;
     arm();
     tick(2);
-    EXPECT_EQ(sockets.journal.filter(QStringLiteral("send:")).size(), 2);
+    EXPECT_EQ(sockets.journal.filter(u"send:"_s).size(), 2);
     EXPECT_EQ(messaging().counter(), 0);
     EXPECT_EQ(t.blockingWait.waits.size(), 1u);
     EXPECT_TRUE(t.prompts.shown.empty());
@@ -243,9 +243,9 @@ TEST_F(Messaging, AHostThatCannotBeFoundOrAClosedPortIsNoErrorOfTheTick)
         SCOPED_TRACE(host);
         ServerProfile p;
         p.setText(kConfig(16), QString::fromLatin1(host));
-        p.setText(kConfig(12), QStringLiteral("70000"));
-        p.setText(F::txtMsgTimer, QStringLiteral("1"));
-        p.setText(F::txtMsg(0), QStringLiteral("x"));
+        p.setText(kConfig(12), u"70000"_s);
+        p.setText(F::txtMsgTimer, u"1"_s);
+        p.setText(F::txtMsg(0), u"x"_s);
         ArmServerMessaging(*t.app, p);
         ServerMessaging& m = ServerMessaging::of(*t.app, p);
         EXPECT_NO_THROW(m.tmrServerMessage_Timer());

@@ -11,6 +11,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -66,21 +67,21 @@ TEST_F(Rules, MasksFollowTheirBoxes)
         // Clearing them again gives "0".
         for (int i : c.ticked)
             p.setValue(c.boxes(i), 0);
-        EXPECT_EQ(p.text(c.maskBox), QStringLiteral("0"));
+        EXPECT_EQ(p.text(c.maskBox), u"0"_s);
     }
 }
 
 TEST_F(Rules, TheWeaponHalvesAreIndependent)
 {
-    profile.setText(F::txtDuelWeaponFlags, QStringLiteral("untouched"));
+    profile.setText(F::txtDuelWeaponFlags, u"untouched"_s);
     tick(F::chkWeaponFlags, 2);
-    EXPECT_EQ(text(F::txtWeaponFlags), QStringLiteral("65531"));
-    EXPECT_EQ(text(F::txtDuelWeaponFlags), QStringLiteral("untouched"));
+    EXPECT_EQ(text(F::txtWeaponFlags), u"65531"_s);
+    EXPECT_EQ(text(F::txtDuelWeaponFlags), u"untouched"_s);
     tick(F::chkWeaponFlags, 17);
-    EXPECT_EQ(text(F::txtDuelWeaponFlags), QStringLiteral("4"));
-    EXPECT_EQ(text(F::txtWeaponFlags), QStringLiteral("65531"));
+    EXPECT_EQ(text(F::txtDuelWeaponFlags), u"4"_s);
+    EXPECT_EQ(text(F::txtWeaponFlags), u"65531"_s);
     tick(F::chkWeaponFlags, 2, 0);
-    EXPECT_EQ(text(F::txtWeaponFlags), QStringLiteral("0"));
+    EXPECT_EQ(text(F::txtWeaponFlags), u"0"_s);
 }
 
 TEST_F(Rules, DisableTheForceTicksEveryForceBoxAndClearingItLeavesThem)
@@ -88,9 +89,9 @@ TEST_F(Rules, DisableTheForceTicksEveryForceBoxAndClearingItLeavesThem)
     tick(F::chkQuake3Specific, 17);
     for (Field* f : profile.array(F::chkPowerUpFlags))
         EXPECT_TRUE(f->isSet()) << f->index();
-    EXPECT_EQ(text(F::txtForceFlags), QStringLiteral("262143"));
+    EXPECT_EQ(text(F::txtForceFlags), u"262143"_s);
     tick(F::chkQuake3Specific, 17, 0);
-    EXPECT_EQ(text(F::txtForceFlags), QStringLiteral("262143"));
+    EXPECT_EQ(text(F::txtForceFlags), u"262143"_s);
 
     TestApp app;
     ServerProfile p;
@@ -98,7 +99,7 @@ TEST_F(Rules, DisableTheForceTicksEveryForceBoxAndClearingItLeavesThem)
     for (int i = 0; i <= 18; ++i)
         if (i != 17)
             p.setValue(F::chkQuake3Specific(i), 1);
-    EXPECT_EQ(p.text(F::txtForceFlags), QStringLiteral("0"));
+    EXPECT_EQ(p.text(F::txtForceFlags), u"0"_s);
 }
 
 TEST_F(Rules, AListenServerIsRefusedOnlyForTheExactDedicatedName)
@@ -115,9 +116,8 @@ TEST_F(Rules, AListenServerIsRefusedOnlyForTheExactDedicatedName)
         if (refused) {
             ASSERT_EQ(app.prompts.shown.size(), 1u);
             const auto& box = app.prompts.last().request;
-            EXPECT_TRUE(
-                isBox(box, {QStringLiteral("Arena Steward"), Icon::Information,
-                            QStringLiteral("Listen server not supported with jk2Ded.exe") + kTail, Buttons::Ok}));
+            EXPECT_TRUE(isBox(box, {u"Arena Steward"_s, Icon::Information,
+                                    u"Listen server not supported with jk2Ded.exe"_s + kTail, Buttons::Ok}));
             EXPECT_TRUE(p.isSet(F::chkServerType(1)));
             EXPECT_FALSE(p.isSet(F::chkServerType(0)));
         } else {
@@ -129,7 +129,7 @@ TEST_F(Rules, AListenServerIsRefusedOnlyForTheExactDedicatedName)
 
 TEST_F(Rules, OtherServerTypesAreNotQuestioned)
 {
-    t.app->serverExecutable = QStringLiteral("jk2Ded.exe");
+    t.app->serverExecutable = u"jk2Ded.exe"_s;
     tick(F::chkServerType, 1);
     tick(F::chkServerType, 2);
     EXPECT_TRUE(t.prompts.shown.empty());
@@ -150,7 +150,7 @@ TEST_F(Rules, TheDuelNoteShowsOnlyForDuel)
 TEST_F(Rules, ASecondAttachAddsNoSecondRule)
 {
     attachOptionRules(*t.app, profile);
-    t.app->serverExecutable = QStringLiteral("jk2Ded.exe");
+    t.app->serverExecutable = u"jk2Ded.exe"_s;
     tick(F::chkServerType, 0);
     EXPECT_EQ(t.prompts.shown.size(), 1u);
 }
@@ -168,9 +168,9 @@ TEST(KeyRules, TheFiltersPassWhatTheyShould)
     for (int c = 0; c < 128; ++c)
         EXPECT_EQ(characterPasses(c), c == 8 || (c >= '(' && c <= '9')) << c;
 
-    EXPECT_TRUE(keyGivesCharacter(QStringLiteral("a")));
-    EXPECT_TRUE(keyGivesCharacter(QStringLiteral("\b")));
+    EXPECT_TRUE(keyGivesCharacter(u"a"_s));
+    EXPECT_TRUE(keyGivesCharacter(u"\b"_s));
     EXPECT_FALSE(keyGivesCharacter(QString()));
-    EXPECT_FALSE(keyGivesCharacter(QStringLiteral("\x7f")));
-    EXPECT_FALSE(keyGivesCharacter(QStringLiteral("\t"))) << "Tab moves the focus and gives no key press";
+    EXPECT_FALSE(keyGivesCharacter(u"\x7f"_s));
+    EXPECT_FALSE(keyGivesCharacter(u"\t"_s)) << "Tab moves the focus and gives no key press";
 }

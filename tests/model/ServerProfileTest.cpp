@@ -7,6 +7,7 @@
 #include <string>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 
 TEST(ServerProfile, AnUnknownFieldOrRowIsARunTimeError)
 {
@@ -15,15 +16,15 @@ TEST(ServerProfile, AnUnknownFieldOrRowIsARunTimeError)
     EXPECT_THROW(p.field(F::txtServerConfig(17)), RuntimeError);
     EXPECT_THROW(p.lbound(FieldArray{"txtMaster1"}), RuntimeError) << "a field of its own is no array";
     Field& rows = p.field(F::lsvMapRotation);
-    rows.setRows({{QStringLiteral("a")}, {QStringLiteral("b")}});
+    rows.setRows({{u"a"_s}, {u"b"_s}});
     EXPECT_THROW(rows.removeRow(2), RuntimeError) << "one past the last row";
     EXPECT_THROW(rows.removeRow(-1), RuntimeError);
     rows.removeRow(1);
-    EXPECT_EQ(rows.rows(), QList<QStringList>{QStringList{QStringLiteral("a")}});
+    EXPECT_EQ(rows.rows(), QList<QStringList>{QStringList{u"a"_s}});
     Field& list = p.field(F::lstBannedIPs);
-    list.setItems({QStringLiteral("1.2.3.4")});
+    list.setItems({u"1.2.3.4"_s});
     EXPECT_THROW(list.removeItem(1), RuntimeError) << "one past the last item";
-    EXPECT_EQ(list.items(), QStringList{QStringLiteral("1.2.3.4")});
+    EXPECT_EQ(list.items(), QStringList{u"1.2.3.4"_s});
 }
 
 TEST(ServerProfile, SelectingAnOptionClearsOnlyItsOwnGroup)
@@ -42,9 +43,9 @@ TEST(ServerProfile, OnlyARealChangeFiresTheReactions)
     Field& f = p.field(F::txtServerConfig(12));
     int fired = 0;
     QObject::connect(&f, &Field::changed, [&fired](Field*) { ++fired; });
-    f.setText(QStringLiteral("28070"));
+    f.setText(u"28070"_s);
     EXPECT_EQ(fired, 0);
-    f.setText(QStringLiteral("28071"));
+    f.setText(u"28071"_s);
     EXPECT_EQ(fired, 1);
     Field& check = p.field(F::chkDMFlags(0));
     QObject::connect(&check, &Field::changed, [&fired](Field*) { ++fired; });
@@ -65,9 +66,9 @@ TEST(ServerProfile, TheTypedNamesAndTheTableNameTheSameFields)
     for (const FieldNameEntry& entry : allFieldNames())
         fromNames.insert({entry.name, entry.array});
     EXPECT_EQ(fromTable, fromNames);
-    EXPECT_EQ(F::txtServerConfig(12).key(), QStringLiteral("txtServerConfig(12)"));
-    EXPECT_EQ(F::cboStartingMap.key(), QStringLiteral("cboStartingMap"));
-    EXPECT_EQ(&p.field(F::txtServerConfig(12)), p.findByName(QStringLiteral("txtServerConfig"), 12));
+    EXPECT_EQ(F::txtServerConfig(12).key(), u"txtServerConfig(12)"_s);
+    EXPECT_EQ(F::cboStartingMap.key(), u"cboStartingMap"_s);
+    EXPECT_EQ(&p.field(F::txtServerConfig(12)), p.findByName(u"txtServerConfig"_s, 12));
 }
 
 // The five master boxes are numbered for the user from 1, as are the cvars in their Tags.
@@ -76,9 +77,8 @@ TEST(ServerProfile, TheMasterBoxesAreNumberedFromOne)
     QStringList shown;
     for (const FieldDefinition& d : profileFieldTable())
         if (d.name.startsWith(QLatin1String("txtMaster")))
-            shown << d.name + QLatin1Char(' ') + d.caption + QLatin1Char(' ') + d.tag;
-    EXPECT_EQ(shown,
-              (QStringList{QStringLiteral("txtMaster1 &1. sv_master1"), QStringLiteral("txtMaster2 &2. sv_master2"),
-                           QStringLiteral("txtMaster3 &3. sv_master3"), QStringLiteral("txtMaster4 &4. sv_master4"),
-                           QStringLiteral("txtMaster5 &5. sv_master5")}));
+            shown << d.name + u' ' + d.caption + u' ' + d.tag;
+    EXPECT_EQ(shown, (QStringList{u"txtMaster1 &1. sv_master1"_s, u"txtMaster2 &2. sv_master2"_s,
+                                  u"txtMaster3 &3. sv_master3"_s, u"txtMaster4 &4. sv_master4"_s,
+                                  u"txtMaster5 &5. sv_master5"_s}));
 }

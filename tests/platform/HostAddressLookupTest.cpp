@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 
 TEST(HostAddressLookup, TheHostHasANameAndLocalhostIsALoopbackAddress)
 {
@@ -12,7 +13,7 @@ TEST(HostAddressLookup, TheHostHasANameAndLocalhostIsALoopbackAddress)
     ASSERT_TRUE(lookup.hostName(name, error));
     EXPECT_FALSE(name.isEmpty());
 
-    const QList<QByteArray> found = lookup.addresses(QStringLiteral("localhost"));
+    const QList<QByteArray> found = lookup.addresses(u"localhost"_s);
     ASSERT_FALSE(found.isEmpty());
     EXPECT_EQ(found.first().size(), 4);
     EXPECT_EQ(static_cast<unsigned char>(found.first().at(0)), 127);

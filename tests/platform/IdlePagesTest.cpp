@@ -6,12 +6,13 @@
 #include <gtest/gtest.h>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 qint64 residentKiB()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status(u"/proc/self/status"_s);
     if (!status.open(QIODevice::ReadOnly))
         return -1;
     for (const QByteArray& line : status.readAll().split('\n'))
@@ -29,5 +30,5 @@ TEST(IdlePages, TheProgramsPagesGoBackAndComeAgainWhenUsed)
     const qint64 after = residentKiB();
     EXPECT_LT(after, before) << before << " KiB before, " << after << " KiB after";
     // The code paged out runs again as it is needed.
-    EXPECT_EQ(QString::number(42), QStringLiteral("42"));
+    EXPECT_EQ(QString::number(42), u"42"_s);
 }

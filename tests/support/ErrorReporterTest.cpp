@@ -11,15 +11,16 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kHyphens = QString(78, QLatin1Char('-'));
-const QString kStamp = QStringLiteral("---06/13/2002 21:05:33---");
+const QString kHyphens = QString(78, u'-');
+const QString kStamp = u"---06/13/2002 21:05:33---"_s;
 
 class ErrorLogTest : public ::testing::Test {
 protected:
-    QString defaultLog() const { return t.programFolder() + QStringLiteral("/arena-steward.log"); }
+    QString defaultLog() const { return t.programFolder() + u"/arena-steward.log"_s; }
     TestApp t;
 };
 
@@ -27,24 +28,23 @@ protected:
 
 TEST_F(ErrorLogTest, TwoErrorsGiveTwoEntriesInOneFile)
 {
-    const RuntimeError first(err::FileNotFound, {}, QStringLiteral("ReadCatalogue"));
-    reportTagged(*t.app, first, QStringLiteral("::Code.gbln_LoadMapCycle(Function)"));
+    const RuntimeError first(err::FileNotFound, {}, u"ReadCatalogue"_s);
+    reportTagged(*t.app, first, u"::Code.gbln_LoadMapCycle(Function)"_s);
     t.clock.at = QDateTime(QDate(2002, 12, 1), QTime(20, 4, 9)); // a 24-hour clock
-    const RuntimeError second(err::PathFileAccess, QStringLiteral("Path/File access error\r\nsecond line"),
-                              QStringLiteral("Writer"));
-    reportTagged(*t.app, second, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
+    const RuntimeError second(err::PathFileAccess, u"Path/File access error\r\nsecond line"_s, u"Writer"_s);
+    reportTagged(*t.app, second, u"::Code.CreateJediConfiguration(Function)"_s);
 
     EXPECT_EQ(crlfLines(defaultLog()),
               (QStringList{
                   kHyphens,
                   kStamp,
-                  QStringLiteral("Error 53 in arena-steward::Code.gbln_LoadMapCycle(Function) (ReadCatalogue):"),
-                  QStringLiteral("File not found"),
+                  u"Error 53 in arena-steward::Code.gbln_LoadMapCycle(Function) (ReadCatalogue):"_s,
+                  u"File not found"_s,
                   kHyphens,
-                  QStringLiteral("---12/01/2002 20:04:09---"),
-                  QStringLiteral("Error 75 in arena-steward::Code.CreateJediConfiguration(Function) (Writer):"),
-                  QStringLiteral("Path/File access error"),
-                  QStringLiteral("second line"),
+                  u"---12/01/2002 20:04:09---"_s,
+                  u"Error 75 in arena-steward::Code.CreateJediConfiguration(Function) (Writer):"_s,
+                  u"Path/File access error"_s,
+                  u"second line"_s,
               }));
     EXPECT_EQ(t.app->errorLog().lastFile(), defaultLog());
     EXPECT_EQ(t.prompts.shown.size(), 2u);
@@ -52,111 +52,106 @@ TEST_F(ErrorLogTest, TwoErrorsGiveTwoEntriesInOneFile)
 
 TEST_F(ErrorLogTest, TheCriticalBoxNamesTheErrorAndIsSystemModal)
 {
-    const RuntimeError e(err::TypeMismatch, {}, QStringLiteral("frmMain"));
-    reportTagged(*t.app, e, QStringLiteral("::frmMain.cmdOk_Click(Sub)"));
+    const RuntimeError e(err::TypeMismatch, {}, u"frmMain"_s);
+    reportTagged(*t.app, e, u"::frmMain.cmdOk_Click(Sub)"_s);
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_TRUE(isBox(box, {QStringLiteral("arena-steward Error"), Icon::Critical,
-                            QStringLiteral("Following error occurred in this application:\r\n"
-                                           "\r\n"
-                                           "Type mismatch\r\n"
-                                           "Number: 13\r\n"
-                                           "Source: arena-steward::frmMain.cmdOk_Click(Sub) (frmMain)"),
+    EXPECT_TRUE(isBox(box, {u"arena-steward Error"_s, Icon::Critical,
+                            u"Following error occurred in this application:\r\n"
+                            "\r\n"
+                            "Type mismatch\r\n"
+                            "Number: 13\r\n"
+                            "Source: arena-steward::frmMain.cmdOk_Click(Sub) (frmMain)"_s,
                             Buttons::Ok}));
     EXPECT_TRUE(box.systemModal);
 }
 
 TEST_F(ErrorLogTest, WithoutAnErrorObjectTheArgumentsAreUsedAsTheyCame)
 {
-    RaiseError(*t.app, QStringLiteral("Plain words"), QStringLiteral("Somewhere"), -7, true, false, true, nullptr);
+    RaiseError(*t.app, u"Plain words"_s, u"Somewhere"_s, -7, true, false, true, nullptr);
 
-    EXPECT_EQ(crlfLines(defaultLog()),
-              (QStringList{kHyphens, kStamp, QStringLiteral("Error -7 in Somewhere:"), QStringLiteral("Plain words")}));
-    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("arena-steward Error"), Icon::Critical,
-                                         QStringLiteral("Following error occurred in this application:\r\n\r\n"
-                                                        "Plain words\r\nNumber: -7\r\nSource: Somewhere"),
+    EXPECT_EQ(crlfLines(defaultLog()), (QStringList{kHyphens, kStamp, u"Error -7 in Somewhere:"_s, u"Plain words"_s}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward Error"_s, Icon::Critical,
+                                         u"Following error occurred in this application:\r\n\r\n"
+                                         "Plain words\r\nNumber: -7\r\nSource: Somewhere"_s,
                                          Buttons::Ok}));
 }
 
 TEST_F(ErrorLogTest, TheErrorObjectIsFoldedIntoNonEmptyArguments)
 {
-    const RuntimeError e(err::PathNotFound, {}, QStringLiteral("inner"));
+    const RuntimeError e(err::PathNotFound, {}, u"inner"_s);
     // A number of its own is kept; the texts get the object's in brackets.
-    RaiseError(*t.app, QStringLiteral("Outer"), QStringLiteral("outer"), 1000, false, false, true, &e);
+    RaiseError(*t.app, u"Outer"_s, u"outer"_s, 1000, false, false, true, &e);
     EXPECT_EQ(crlfLines(defaultLog()).mid(2),
-              (QStringList{QStringLiteral("Error 1000 in outer (inner):"), QStringLiteral("Outer(Path not found)")}));
+              (QStringList{u"Error 1000 in outer (inner):"_s, u"Outer(Path not found)"_s}));
 
     // Empty arguments take the object's fields whole.
     RaiseError(*t.app, {}, {}, 0, false, false, true, &e);
-    EXPECT_EQ(crlfLines(defaultLog()).mid(6),
-              (QStringList{QStringLiteral("Error 76 in inner:"), QStringLiteral("Path not found")}));
+    EXPECT_EQ(crlfLines(defaultLog()).mid(6), (QStringList{u"Error 76 in inner:"_s, u"Path not found"_s}));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(ErrorLogTest, ShowOffAndRaiseOnLogsShowsNothingAndThrowsToTheCaller)
 {
-    const RuntimeError e(err::FileNotFound, {}, QStringLiteral("unzip"));
+    const RuntimeError e(err::FileNotFound, {}, u"unzip"_s);
     try {
-        reportTagged(*t.app, e, QStringLiteral("::CMapScanner.ExtractLevelShots(Function)"), false, true);
+        reportTagged(*t.app, e, u"::CMapScanner.ExtractLevelShots(Function)"_s, false, true);
         FAIL() << "the error did not reach the caller";
     } catch (const RuntimeError& passed) {
         EXPECT_EQ(passed.number(), 53);
-        EXPECT_EQ(passed.source(), QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip)"));
-        EXPECT_EQ(passed.description(), QStringLiteral("File not found"));
+        EXPECT_EQ(passed.source(), u"arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip)"_s);
+        EXPECT_EQ(passed.description(), u"File not found"_s);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(crlfLines(defaultLog()).value(2),
-              QStringLiteral("Error 53 in arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip):"));
+              u"Error 53 in arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip):"_s);
 }
 
 TEST_F(ErrorLogTest, AnUnwritableProgramFolderCostsOnlyTheLogEntry)
 {
     // A folder below a plain file can never be created, whoever runs the test.
-    writeFile(t.root() + QStringLiteral("/blocked"), "not a folder");
-    t.app->programFolder = t.root() + QStringLiteral("/blocked/program");
+    writeFile(t.root() + u"/blocked"_s, "not a folder");
+    t.app->programFolder = t.root() + u"/blocked/program"_s;
 
-    EXPECT_FALSE(WriteLog(*t.app, QStringLiteral("text")));
+    EXPECT_FALSE(WriteLog(*t.app, u"text"_s));
     const RuntimeError e(err::Overflow);
-    EXPECT_NO_THROW(reportTagged(*t.app, e, QStringLiteral("::Code.SaveMainSettings(Sub)")));
+    EXPECT_NO_THROW(reportTagged(*t.app, e, u"::Code.SaveMainSettings(Sub)"_s));
 
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(
-        isBox(t.prompts.last(),
-              errorBox(err::Overflow, QStringLiteral("arena-steward::Code.SaveMainSettings(Sub) (arena-steward)"))));
-    EXPECT_FALSE(QFileInfo::exists(t.root() + QStringLiteral("/blocked/program/arena-steward.log")));
-    EXPECT_EQ(fileBytes(t.root() + QStringLiteral("/blocked")), QByteArray("not a folder"));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      errorBox(err::Overflow, u"arena-steward::Code.SaveMainSettings(Sub) (arena-steward)"_s)));
+    EXPECT_FALSE(QFileInfo::exists(t.root() + u"/blocked/program/arena-steward.log"_s));
+    EXPECT_EQ(fileBytes(t.root() + u"/blocked"_s), QByteArray("not a folder"));
 }
 
 TEST_F(ErrorLogTest, AnEmptyLogFileTakesTheOneUsedLast)
 {
-    const QString own = t.root() + QStringLiteral("/own.log");
-    ASSERT_TRUE(WriteLog(*t.app, QStringLiteral("first"), own, false, false, false));
-    RaiseError(*t.app, QStringLiteral("d"), QStringLiteral("s"), 1, false, false, true, nullptr);
+    const QString own = t.root() + u"/own.log"_s;
+    ASSERT_TRUE(WriteLog(*t.app, u"first"_s, own, false, false, false));
+    RaiseError(*t.app, u"d"_s, u"s"_s, 1, false, false, true, nullptr);
 
     EXPECT_FALSE(QFileInfo::exists(defaultLog()));
-    EXPECT_EQ(crlfLines(own), (QStringList{QStringLiteral("first"), kHyphens, kStamp, QStringLiteral("Error 1 in s:"),
-                                           QStringLiteral("d")}));
+    EXPECT_EQ(crlfLines(own), (QStringList{u"first"_s, kHyphens, kStamp, u"Error 1 in s:"_s, u"d"_s}));
     EXPECT_EQ(t.app->errorLog().lastFile(), own);
 }
 
 TEST_F(ErrorLogTest, OverwriteEmptiesTheFileFirst)
 {
-    const QString own = t.root() + QStringLiteral("/own.log");
+    const QString own = t.root() + u"/own.log"_s;
     writeFile(own, "old entry\r\n");
-    ASSERT_TRUE(WriteLog(*t.app, QStringLiteral("fresh"), own, true, false, true));
-    EXPECT_EQ(fileBytes(own), crlfText({kStamp, QStringLiteral("fresh")}));
+    ASSERT_TRUE(WriteLog(*t.app, u"fresh"_s, own, true, false, true));
+    EXPECT_EQ(fileBytes(own), crlfText({kStamp, u"fresh"_s}));
 }
 
 TEST_F(ErrorLogTest, AnErrorWithoutASourceComesFromTheProgram)
 {
     const RuntimeError overflow(err::Overflow);
-    reportTagged(*t.app, overflow, QStringLiteral("::Code.CreateJediConfiguration(Function)"));
+    reportTagged(*t.app, overflow, u"::Code.CreateJediConfiguration(Function)"_s);
     EXPECT_EQ(crlfLines(defaultLog()).value(2),
-              QStringLiteral("Error 6 in arena-steward::Code.CreateJediConfiguration(Function) (arena-steward):"));
+              u"Error 6 in arena-steward::Code.CreateJediConfiguration(Function) (arena-steward):"_s);
 
     // The information box of an untagged routine takes the same source as its title.
     reportInformation(*t.app, overflow);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {QStringLiteral("arena-steward"), Icon::Information, QStringLiteral("Overflow"), Buttons::Ok}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward"_s, Icon::Information, u"Overflow"_s, Buttons::Ok}));
 }

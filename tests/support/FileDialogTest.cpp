@@ -6,6 +6,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 const QChar kNul(0);
@@ -15,47 +16,47 @@ TEST(FileDialog, ShowPassesEveryPropertyToTheDialog)
 {
     TestApp t;
     CFileDialog dlg(*t.app);
-    dlg.DefaultExt = QStringLiteral("lst");
-    dlg.DialogTitle = QStringLiteral("Save BOT list");
-    dlg.FileName = QStringLiteral("mine.lst");
-    dlg.Filter = QStringLiteral("BOT list (*.lst)|*.lst");
+    dlg.DefaultExt = u"lst"_s;
+    dlg.DialogTitle = u"Save BOT list"_s;
+    dlg.FileName = u"mine.lst"_s;
+    dlg.Filter = u"BOT list (*.lst)|*.lst"_s;
     dlg.FilterIndex = 1;
     dlg.Flags = 2;
     dlg.hWndParent = 5;
-    dlg.InitialDir = QStringLiteral("/srv/jk2/");
-    t.prompts.chooseFile(QStringLiteral("/srv/jk2/bots/new.lst"));
+    dlg.InitialDir = u"/srv/jk2/"_s;
+    t.prompts.chooseFile(u"/srv/jk2/bots/new.lst"_s);
 
     EXPECT_TRUE(dlg.Show(false));
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     const FakePrompts::Dialog& seen = t.prompts.dialogs.front();
     EXPECT_FALSE(seen.open);
-    EXPECT_EQ(seen.state.DefaultExt, QStringLiteral("lst"));
-    EXPECT_EQ(seen.state.DialogTitle, QStringLiteral("Save BOT list"));
-    EXPECT_EQ(seen.state.FileName, QStringLiteral("mine.lst"));
-    EXPECT_EQ(seen.state.Filter, QStringLiteral("BOT list (*.lst)|*.lst"));
+    EXPECT_EQ(seen.state.DefaultExt, u"lst"_s);
+    EXPECT_EQ(seen.state.DialogTitle, u"Save BOT list"_s);
+    EXPECT_EQ(seen.state.FileName, u"mine.lst"_s);
+    EXPECT_EQ(seen.state.Filter, u"BOT list (*.lst)|*.lst"_s);
     EXPECT_EQ(seen.state.FilterIndex, 1);
     EXPECT_EQ(seen.state.Flags, 2);
     EXPECT_EQ(seen.state.hWndParent, 5);
-    EXPECT_EQ(seen.state.InitialDir, QStringLiteral("/srv/jk2/"));
+    EXPECT_EQ(seen.state.InitialDir, u"/srv/jk2/"_s);
     EXPECT_EQ(seen.state.MaxFileSize, 260);
 
-    EXPECT_EQ(dlg.FileName, QStringLiteral("/srv/jk2/bots/new.lst"));
-    EXPECT_EQ(dlg.FileTitle, QStringLiteral("new.lst"));
-    EXPECT_EQ(dlg.DialogTitle, QStringLiteral("Save BOT list"));
+    EXPECT_EQ(dlg.FileName, u"/srv/jk2/bots/new.lst"_s);
+    EXPECT_EQ(dlg.FileTitle, u"new.lst"_s);
+    EXPECT_EQ(dlg.DialogTitle, u"Save BOT list"_s);
 }
 
 TEST(FileDialog, CancelKeepsTheOldNames)
 {
     TestApp t;
     CFileDialog kept(*t.app);
-    kept.FileName = QStringLiteral("old.lst");
-    kept.FileTitle = QStringLiteral("old title");
+    kept.FileName = u"old.lst"_s;
+    kept.FileTitle = u"old title"_s;
     t.prompts.cancelNextDialog();
     EXPECT_FALSE(kept.Show(true));
     EXPECT_TRUE(t.prompts.dialogs.front().open);
-    EXPECT_EQ(kept.FileName, QStringLiteral("old.lst"));
-    EXPECT_EQ(kept.FileTitle, QStringLiteral("old title"));
+    EXPECT_EQ(kept.FileName, u"old.lst"_s);
+    EXPECT_EQ(kept.FileTitle, u"old title"_s);
 
     // A caller that starts empty and tests FileName sees no file.
     CFileDialog empty(*t.app);
@@ -70,19 +71,18 @@ TEST(FileDialog, ANameLongerThanTheBufferReachesThePlainBox)
     TestApp t;
     CFileDialog dlg(*t.app);
     dlg.MaxFileSize = 12;
-    dlg.FileName = QStringLiteral("123456789012"); // exactly fills the buffer
-    t.prompts.chooseFile(QStringLiteral("/a/b.cfg"));
+    dlg.FileName = u"123456789012"_s; // exactly fills the buffer
+    t.prompts.chooseFile(u"/a/b.cfg"_s);
     EXPECT_TRUE(dlg.Show(true));
     EXPECT_TRUE(t.prompts.shown.empty());
 
-    dlg.FileName = QStringLiteral("1234567890123");
+    dlg.FileName = u"1234567890123"_s;
     EXPECT_FALSE(dlg.Show(true));
     EXPECT_EQ(t.prompts.dialogs.size(), 1u) << "no dialog after the failure";
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_TRUE(isBox(box, {QStringLiteral("Show"), Icon::None,
-                            QStringLiteral("Error: 5. Invalid procedure call or argument"), Buttons::Ok}));
-    EXPECT_EQ(dlg.FileName, QStringLiteral("1234567890123"));
+    EXPECT_TRUE(isBox(box, {u"Show"_s, Icon::None, u"Error: 5. Invalid procedure call or argument"_s, Buttons::Ok}));
+    EXPECT_EQ(dlg.FileName, u"1234567890123"_s);
 }
 
 TEST(FileDialog, TrimNullsCutsAtTheFirstPairAndBlanksSingleNuls)
@@ -91,15 +91,14 @@ TEST(FileDialog, TrimNullsCutsAtTheFirstPairAndBlanksSingleNuls)
         QString in;
         QString out;
     } cases[] = {
-        {QStringLiteral("abc") + QString(5, kNul), QStringLiteral("abc")},
-        {QStringLiteral("/srv") + kNul + QStringLiteral("a.lst") + kNul + QStringLiteral("b.lst") + kNul + kNul,
-         QStringLiteral("/srv a.lst b.lst")},
+        {u"abc"_s + QString(5, kNul), u"abc"_s},
+        {u"/srv"_s + kNul + u"a.lst"_s + kNul + u"b.lst"_s + kNul + kNul, u"/srv a.lst b.lst"_s},
         // Without a pair the text comes back as it is, single NULs included.
-        {QStringLiteral("a") + kNul + QStringLiteral("b"), QStringLiteral("a") + kNul + QStringLiteral("b")},
-        {QStringLiteral("plain"), QStringLiteral("plain")},
+        {u"a"_s + kNul + u"b"_s, u"a"_s + kNul + u"b"_s},
+        {u"plain"_s, u"plain"_s},
         {QString(), QString()},
-        {kNul + (kNul + QStringLiteral("x")), QString()},
-        {QStringLiteral("a") + kNul + kNul + QStringLiteral("b") + kNul + kNul, QStringLiteral("a")},
+        {kNul + (kNul + u"x"_s), QString()},
+        {u"a"_s + kNul + kNul + u"b"_s + kNul + kNul, u"a"_s},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.in.toUtf8().toHex().toStdString());

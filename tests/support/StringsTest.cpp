@@ -10,6 +10,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,21 +28,21 @@ int errorOf(const std::function<void()>& body)
 
 TEST(Strings, PathPartsSplitAtTheLastSlash)
 {
-    QString folder = QStringLiteral("/games/jk2");
-    EXPECT_EQ(AddSlash(folder), QStringLiteral("/games/jk2/"));
-    EXPECT_EQ(folder, QStringLiteral("/games/jk2/")) << "the caller's own text gets the slash";
-    EXPECT_EQ(AddSlash(folder), QStringLiteral("/games/jk2/")) << "only one";
+    QString folder = u"/games/jk2"_s;
+    EXPECT_EQ(AddSlash(folder), u"/games/jk2/"_s);
+    EXPECT_EQ(folder, u"/games/jk2/"_s) << "the caller's own text gets the slash";
+    EXPECT_EQ(AddSlash(folder), u"/games/jk2/"_s) << "only one";
     QString empty;
-    EXPECT_EQ(AddSlash(empty), QStringLiteral("/"));
+    EXPECT_EQ(AddSlash(empty), u"/"_s);
 
-    EXPECT_EQ(GetNamePart(QStringLiteral("/a/b/luke.cfg")), QStringLiteral("luke.cfg"));
-    EXPECT_EQ(GetNamePart(QStringLiteral("luke.cfg")), QStringLiteral("luke.cfg"));
-    EXPECT_EQ(GetNamePart(QStringLiteral("/a/b/")), QString());
-    EXPECT_EQ(GetPathPart(QStringLiteral("/a/b/luke.cfg")), QStringLiteral("/a/b/"));
-    EXPECT_EQ(GetPathPart(QStringLiteral("luke.cfg")), QString());
+    EXPECT_EQ(GetNamePart(u"/a/b/luke.cfg"_s), u"luke.cfg"_s);
+    EXPECT_EQ(GetNamePart(u"luke.cfg"_s), u"luke.cfg"_s);
+    EXPECT_EQ(GetNamePart(u"/a/b/"_s), QString());
+    EXPECT_EQ(GetPathPart(u"/a/b/luke.cfg"_s), u"/a/b/"_s);
+    EXPECT_EQ(GetPathPart(u"luke.cfg"_s), QString());
 
-    EXPECT_EQ(IsClean(QString(), QStringLiteral(","), QStringLiteral("%")), QString());
-    EXPECT_EQ(IsClean(QStringLiteral("a,b,,c"), QStringLiteral(","), QStringLiteral("%")), QStringLiteral("a%b%%c"));
+    EXPECT_EQ(IsClean(QString(), u","_s, u"%"_s), QString());
+    EXPECT_EQ(IsClean(u"a,b,,c"_s, u","_s, u"%"_s), u"a%b%%c"_s);
 }
 
 TEST(Strings, TheLeadingNumberIsTheLongestNumericBeginning)
@@ -65,28 +66,28 @@ TEST(Strings, WholeNumbersRoundHalfToEvenAndOverflowOutsideTheirRange)
     EXPECT_EQ(errorOf([] { toInt16(-32769); }), err::Overflow);
     EXPECT_EQ(errorOf([] { toInt32(2147483648.0); }), err::Overflow);
 
-    EXPECT_EQ(textToInt32(QStringLiteral(" 28070 ")), 28070);
-    EXPECT_EQ(errorOf([] { textToInt32(QStringLiteral("28070abc")); }), err::TypeMismatch);
+    EXPECT_EQ(textToInt32(u" 28070 "_s), 28070);
+    EXPECT_EQ(errorOf([] { textToInt32(u"28070abc"_s); }), err::TypeMismatch);
     EXPECT_EQ(errorOf([] { textToInt32(QString()); }), err::TypeMismatch);
-    EXPECT_EQ(errorOf([] { textToInt32(QStringLiteral("99999999999")); }), err::Overflow);
+    EXPECT_EQ(errorOf([] { textToInt32(u"99999999999"_s); }), err::Overflow);
 }
 
 TEST(Strings, FileExistsSeesOnlyVisibleFiles)
 {
     TestApp t;
-    const QString folder = t.root() + QStringLiteral("/files/");
-    writeFile(folder + QStringLiteral("jk2ded"), "x");
-    writeFile(folder + QStringLiteral(".hidden"), "x");
-    ASSERT_TRUE(QDir().mkpath(folder + QStringLiteral("base")));
+    const QString folder = t.root() + u"/files/"_s;
+    writeFile(folder + u"jk2ded"_s, "x");
+    writeFile(folder + u".hidden"_s, "x");
+    ASSERT_TRUE(QDir().mkpath(folder + u"base"_s));
 
-    EXPECT_TRUE(FileExists(folder + QStringLiteral("jk2ded")));
-    EXPECT_TRUE(FileExists(folder + QStringLiteral("jk2*")));
-    EXPECT_TRUE(FileExists(folder + QStringLiteral("jk?ded")));
+    EXPECT_TRUE(FileExists(folder + u"jk2ded"_s));
+    EXPECT_TRUE(FileExists(folder + u"jk2*"_s));
+    EXPECT_TRUE(FileExists(folder + u"jk?ded"_s));
     EXPECT_FALSE(FileExists(QString()));
     EXPECT_FALSE(FileExists(folder));
-    EXPECT_FALSE(FileExists(folder + QStringLiteral("base")));
-    EXPECT_FALSE(FileExists(folder + QStringLiteral("ba*")));
-    EXPECT_FALSE(FileExists(folder + QStringLiteral(".hidden")));
-    EXPECT_FALSE(FileExists(folder + QStringLiteral("*.exe")));
-    EXPECT_FALSE(FileExists(t.root() + QStringLiteral("/nowhere/jk2ded")));
+    EXPECT_FALSE(FileExists(folder + u"base"_s));
+    EXPECT_FALSE(FileExists(folder + u"ba*"_s));
+    EXPECT_FALSE(FileExists(folder + u".hidden"_s));
+    EXPECT_FALSE(FileExists(folder + u"*.exe"_s));
+    EXPECT_FALSE(FileExists(t.root() + u"/nowhere/jk2ded"_s));
 }

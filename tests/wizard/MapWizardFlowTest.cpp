@@ -11,16 +11,17 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 class RecordingWizardWindows : public WizardWindows {
 public:
-    void hideMainWindow() override { calls << QStringLiteral("hideMain"); }
-    void showMainWindow() override { calls << QStringLiteral("showMain"); }
-    void showPage(int page) override { calls << QStringLiteral("show%1").arg(page); }
-    void hidePage(int page) override { calls << QStringLiteral("hide%1").arg(page); }
-    void unloadPage(int page) override { calls << QStringLiteral("unload%1").arg(page); }
+    void hideMainWindow() override { calls << u"hideMain"_s; }
+    void showMainWindow() override { calls << u"showMain"_s; }
+    void showPage(int page) override { calls << u"show%1"_s.arg(page); }
+    void hidePage(int page) override { calls << u"hide%1"_s.arg(page); }
+    void unloadPage(int page) override { calls << u"unload%1"_s.arg(page); }
     QStringList calls;
 };
 
@@ -29,8 +30,7 @@ protected:
     MapWizardFlow() : wizard(*t.app, windows)
     {
         for (const char* map : {"ffa_bespin", "duel_bay", "ffa_yavin"})
-            profile.field(F::lsvMapRotation)
-                .addRow(rotationRow(QString::fromLatin1(map), QStringLiteral("Long"), QStringLiteral("ffa")));
+            profile.field(F::lsvMapRotation).addRow(rotationRow(QString::fromLatin1(map), u"Long"_s, u"ffa"_s));
         profile.setValue(F::optDefaultGameType(4), 1);
     }
     Field& page(const QString& name, int index = -1) { return wizard.fields().field(name, index); }
@@ -42,7 +42,7 @@ protected:
         wizard.cmdNext_Click(1);
         wizard.cmdNext_Click(2);
     }
-    QString cycle() const { return t.baseFolder() + QStringLiteral("/cycle.cfg"); }
+    QString cycle() const { return t.baseFolder() + u"/cycle.cfg"_s; }
 
     TestApp t;
     ServerProfile profile;
@@ -54,18 +54,17 @@ protected:
 
 TEST_F(MapWizardFlow, StartHidesTheMainWindowAndFillsPageOne)
 {
-    profile.setText(F::txtServerConfig(0), QStringLiteral("Welcome"));
+    profile.setText(F::txtServerConfig(0), u"Welcome"_s);
     wizard.ID_MapWizard(profile);
-    EXPECT_EQ(windows.calls, (QStringList{QStringLiteral("hideMain"), QStringLiteral("show1")}));
+    EXPECT_EQ(windows.calls, (QStringList{u"hideMain"_s, u"show1"_s}));
     EXPECT_TRUE(wizard.pageLoaded(1));
-    EXPECT_EQ(page(QStringLiteral("txtMOTD")).text(), QStringLiteral("Welcome"));
-    const Field& grid = page(QStringLiteral("grdMapList"));
+    EXPECT_EQ(page(u"txtMOTD"_s).text(), u"Welcome"_s);
+    const Field& grid = page(u"grdMapList"_s);
     ASSERT_EQ(grid.count(), 3);
-    EXPECT_EQ(grid.rows()[1], (QStringList{QStringLiteral("duel_bay"), QStringLiteral("1"), QString(), QString(),
-                                           QStringLiteral("imgMapNotSelected")}));
+    EXPECT_EQ(grid.rows()[1], (QStringList{u"duel_bay"_s, u"1"_s, QString(), QString(), u"imgMapNotSelected"_s}));
     EXPECT_TRUE(grid.tag().isEmpty());
-    EXPECT_FALSE(page(QStringLiteral("cmdNext")).isEnabled()) << "Next waits for a click on a row";
-    EXPECT_EQ(record(2).GameType, QStringLiteral("g_gametype 5"));
+    EXPECT_FALSE(page(u"cmdNext"_s).isEnabled()) << "Next waits for a click on a row";
+    EXPECT_EQ(record(2).GameType, u"g_gametype 5"_s);
 }
 
 TEST_F(MapWizardFlow, AnEmptyRotationShowsNothingButTheMessage)
@@ -74,25 +73,25 @@ TEST_F(MapWizardFlow, AnEmptyRotationShowsNothingButTheMessage)
     wizard.ID_MapWizard(profile);
     EXPECT_TRUE(windows.calls.isEmpty());
     EXPECT_EQ(t.prompts.texts(),
-              QStringList{QStringLiteral("There are no maps in the list, please select at least one map         ")});
+              QStringList{u"There are no maps in the list, please select at least one map         "_s});
 }
 
 TEST_F(MapWizardFlow, AClickMarksOneRowAndEnablesNextForGood)
 {
     wizard.ID_MapWizard(profile);
-    Field& grid = page(QStringLiteral("grdMapList"));
+    Field& grid = page(u"grdMapList"_s);
     wizard.grdMapList_Click(0);
     wizard.grdMapList_Click(2);
-    EXPECT_EQ(rotationMark(grid, 0), QStringLiteral("imgMapNotSelected"));
-    EXPECT_EQ(rotationMark(grid, 2), QStringLiteral("imgSelectedMap"));
-    EXPECT_EQ(grid.tag(), QStringLiteral("2"));
-    EXPECT_TRUE(page(QStringLiteral("cmdNext")).isEnabled());
+    EXPECT_EQ(rotationMark(grid, 0), u"imgMapNotSelected"_s);
+    EXPECT_EQ(rotationMark(grid, 2), u"imgSelectedMap"_s);
+    EXPECT_EQ(grid.tag(), u"2"_s);
+    EXPECT_TRUE(page(u"cmdNext"_s).isEnabled());
 
     configure(2);
     wizard.cmdNextMap_Click();
     EXPECT_TRUE(grid.tag().isEmpty());
-    EXPECT_EQ(rotationMark(grid, 2), QStringLiteral("imgMapNotSelected")) << "every row loses its mark";
-    EXPECT_TRUE(page(QStringLiteral("cmdNext")).isEnabled()) << "and Next stays enabled";
+    EXPECT_EQ(rotationMark(grid, 2), u"imgMapNotSelected"_s) << "every row loses its mark";
+    EXPECT_TRUE(page(u"cmdNext"_s).isEnabled()) << "and Next stays enabled";
 }
 
 TEST_F(MapWizardFlow, PageTwoShowsSaberOnlyForDuelAndSumsTheFlags)
@@ -100,56 +99,56 @@ TEST_F(MapWizardFlow, PageTwoShowsSaberOnlyForDuelAndSumsTheFlags)
     wizard.ID_MapWizard(profile);
     wizard.grdMapList_Click(1);
     wizard.cmdNext_Click(1);
-    EXPECT_EQ(windows.calls.mid(2), (QStringList{QStringLiteral("hide1"), QStringLiteral("show2")}));
+    EXPECT_EQ(windows.calls.mid(2), (QStringList{u"hide1"_s, u"show2"_s}));
     EXPECT_TRUE(record(1).Configured);
-    Field& saberOnly = page(QStringLiteral("chkWizardDuelNoWeapons"));
+    Field& saberOnly = page(u"chkWizardDuelNoWeapons"_s);
     EXPECT_FALSE(saberOnly.isVisible());
     for (int index = 0; index <= 6; ++index) {
-        page(QStringLiteral("optDefaultGameType"), index).setValue(1);
+        page(u"optDefaultGameType"_s, index).setValue(1);
         wizard.optDefaultGameType_Click(index);
         EXPECT_EQ(saberOnly.isVisible(), index == 3) << index;
     }
-    page(QStringLiteral("optDefaultGameType"), 3).setValue(1);
+    page(u"optDefaultGameType"_s, 3).setValue(1);
     wizard.optDefaultGameType_Click(3);
     saberOnly.setValue(1);
-    page(QStringLiteral("chkDMFlags"), 0).setValue(1);
-    page(QStringLiteral("chkDMFlags"), 2).setValue(1);
+    page(u"chkDMFlags"_s, 0).setValue(1);
+    page(u"chkDMFlags"_s, 2).setValue(1);
     wizard.cmdNext_Click(2);
-    EXPECT_EQ(record(1).GameType, QStringLiteral("g_gametype 3"));
+    EXPECT_EQ(record(1).GameType, u"g_gametype 3"_s);
     EXPECT_TRUE(record(1).DuelNoWeapons);
-    EXPECT_EQ(record(1).DmFlags, QStringLiteral("dmflags 40"));
-    EXPECT_EQ(record(0).GameType, QStringLiteral("g_gametype 5")) << "a map left out keeps the start's game type";
+    EXPECT_EQ(record(1).DmFlags, u"dmflags 40"_s);
+    EXPECT_EQ(record(0).GameType, u"g_gametype 5"_s) << "a map left out keeps the start's game type";
 }
 
 TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordForms)
 {
     wizard.ID_MapWizard(profile);
     configure(0);
-    page(QStringLiteral("txtSpeed"), 1).setText(QStringLiteral("300"));
-    page(QStringLiteral("txtGameLimits"), 1).setText(QStringLiteral("15"));
-    page(QStringLiteral("txtWarmup"), 1).setText(QStringLiteral("5"));
-    page(QStringLiteral("chkQuake3Specific"), 11).setValue(1);
-    page(QStringLiteral("chkQuake3Specific"), 0).setValue(1);
+    page(u"txtSpeed"_s, 1).setText(u"300"_s);
+    page(u"txtGameLimits"_s, 1).setText(u"15"_s);
+    page(u"txtWarmup"_s, 1).setText(u"5"_s);
+    page(u"chkQuake3Specific"_s, 11).setValue(1);
+    page(u"chkQuake3Specific"_s, 0).setValue(1);
     wizard.cmdNextMap_Click();
     const WizardMapRecord& r = record(0);
-    EXPECT_EQ(r.TimeLimit, QStringLiteral("timelimit 15"));
-    EXPECT_EQ(r.Warmup, QStringLiteral("g_warmup 5"));
-    EXPECT_EQ(r.Gravity, QStringLiteral("g_gravity 300"));
-    EXPECT_EQ(r.FriendlyFire, QStringLiteral("g_friendlyfire 0"));
+    EXPECT_EQ(r.TimeLimit, u"timelimit 15"_s);
+    EXPECT_EQ(r.Warmup, u"g_warmup 5"_s);
+    EXPECT_EQ(r.Gravity, u"g_gravity 300"_s);
+    EXPECT_EQ(r.FriendlyFire, u"g_friendlyfire 0"_s);
     EXPECT_TRUE(r.ForceDisabled);
     EXPECT_TRUE(r.Spare.isEmpty());
-    EXPECT_EQ(r.GameType, QStringLiteral("g_gametype 0")) << "page 2 starts on Free For All";
+    EXPECT_EQ(r.GameType, u"g_gametype 0"_s) << "page 2 starts on Free For All";
 
     configure(1);
     wizard.cmdNextMap_Click();
-    EXPECT_EQ(record(1).Gravity, QStringLiteral("g_gravity 300")) << "the next map starts with the last one's values";
+    EXPECT_EQ(record(1).Gravity, u"g_gravity 300"_s) << "the next map starts with the last one's values";
 }
 
 TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
 {
     wizard.ID_MapWizard(profile);
     configure(0);
-    page(QStringLiteral("txtSpeed"), 1).setText(QStringLiteral("100"));
+    page(u"txtSpeed"_s, 1).setText(u"100"_s);
     wizard.cmdNextMap_Click();
     windows.calls.clear();
 
@@ -157,16 +156,16 @@ TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
     t.prompts.answerNext(Answer::No);
     wizard.cmdNext_Click(1);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question,
-                                         QStringLiteral("This map has already been selected, continue?         \r\n"
-                                                        "WARNING - All previous settings will be removed         "),
+                                         u"This map has already been selected, continue?         \r\n"
+                                         "WARNING - All previous settings will be removed         "_s,
                                          Buttons::YesNo}));
     EXPECT_TRUE(windows.calls.isEmpty()) << "No stays on page 1";
-    EXPECT_EQ(rotationMark(page(QStringLiteral("grdMapList")), 0), QStringLiteral("imgMapNotSelected"));
-    EXPECT_EQ(record(0).Gravity, QStringLiteral("g_gravity 100")) << "its settings stay in force";
+    EXPECT_EQ(rotationMark(page(u"grdMapList"_s), 0), u"imgMapNotSelected"_s);
+    EXPECT_EQ(record(0).Gravity, u"g_gravity 100"_s) << "its settings stay in force";
 
     t.prompts.answerNext(Answer::Yes);
     wizard.cmdNext_Click(1);
-    EXPECT_EQ(windows.calls, (QStringList{QStringLiteral("hide1"), QStringLiteral("show2")}));
+    EXPECT_EQ(windows.calls, (QStringList{u"hide1"_s, u"show2"_s}));
 }
 
 TEST_F(MapWizardFlow, BackKeepsConfiguredAndASortedGridFindsItsRecord)
@@ -178,9 +177,9 @@ TEST_F(MapWizardFlow, BackKeepsConfiguredAndASortedGridFindsItsRecord)
     EXPECT_TRUE(record(0).Configured) << "Back doesn't undo Configured";
     EXPECT_TRUE(record(0).Gravity.isEmpty());
 
-    wizard.runPopupTool(QStringLiteral("ID_SortDescending"));
-    const Field& grid = page(QStringLiteral("grdMapList"));
-    EXPECT_EQ(grid.cell(0, 0), QStringLiteral("ffa_yavin"));
+    wizard.runPopupTool(u"ID_SortDescending"_s);
+    const Field& grid = page(u"grdMapList"_s);
+    EXPECT_EQ(grid.cell(0, 0), u"ffa_yavin"_s);
     wizard.grdMapList_Click(0);
     wizard.cmdNext_Click(1);
     EXPECT_EQ(wizard.state().current, 2) << "the row's number leads to ffa_yavin's record";
@@ -188,41 +187,39 @@ TEST_F(MapWizardFlow, BackKeepsConfiguredAndASortedGridFindsItsRecord)
 
 TEST_F(MapWizardFlow, SetStartingMapNamesTheCurrentRowAndMarksNothing)
 {
-    profile.setStartingMap(QStringLiteral("ffa_yavin"));
+    profile.setStartingMap(u"ffa_yavin"_s);
     wizard.ID_MapWizard(profile);
     EXPECT_TRUE(wizard.state().startingMap.isEmpty());
-    Field& grid = page(QStringLiteral("grdMapList"));
+    Field& grid = page(u"grdMapList"_s);
     grid.setCurrent(1);
-    wizard.runPopupTool(QStringLiteral("ID_SetStartingMap"));
-    EXPECT_EQ(wizard.state().startingMap, QStringLiteral("duel_bay"));
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Information,
-                                 QStringLiteral("duel_bay has been set as the starting map         "), Buttons::Ok}));
-    EXPECT_EQ(rotationMark(grid, 1), QStringLiteral("imgMapNotSelected"));
+    wizard.runPopupTool(u"ID_SetStartingMap"_s);
+    EXPECT_EQ(wizard.state().startingMap, u"duel_bay"_s);
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information,
+                                         u"duel_bay has been set as the starting map         "_s, Buttons::Ok}));
+    EXPECT_EQ(rotationMark(grid, 1), u"imgMapNotSelected"_s);
     EXPECT_TRUE(wizard.popupOpens());
 }
 
 TEST_F(MapWizardFlow, FinishSavesAndHandsTheCycleToTheMainWindow)
 {
     wizard.ID_MapWizard(profile);
-    page(QStringLiteral("grdMapList")).setCurrent(1);
-    wizard.runPopupTool(QStringLiteral("ID_SetStartingMap"));
+    page(u"grdMapList"_s).setCurrent(1);
+    wizard.runPopupTool(u"ID_SetStartingMap"_s);
     configure(1);
     t.prompts.chooseFile(cycle());
     wizard.cmdFinish_Click();
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u) << "only the save dialog: the saved cycle's click stands aside";
-    EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, QStringLiteral("Save Advanced Map Cycle"));
-    EXPECT_EQ(t.prompts.dialogs[0].state.InitialDir, t.gameFolder() + QStringLiteral("base"));
-    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Advanced Map Cycle"), Icon::Information,
-                                         QStringLiteral("File has been Saved         "), Buttons::Ok}));
+    EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, u"Save Advanced Map Cycle"_s);
+    EXPECT_EQ(t.prompts.dialogs[0].state.InitialDir, t.gameFolder() + u"base"_s);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {u"Advanced Map Cycle"_s, Icon::Information, u"File has been Saved         "_s, Buttons::Ok}));
     EXPECT_EQ(profile.text(F::txtServerINI), cycle());
     EXPECT_EQ(profile.value(F::chkUseINI), 1);
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
     EXPECT_EQ(windows.calls.mid(windows.calls.size() - 4),
-              (QStringList{QStringLiteral("unload1"), QStringLiteral("unload2"), QStringLiteral("unload3"),
-                           QStringLiteral("showMain")}));
-    EXPECT_TRUE(QFile::exists(t.baseFolder() + QStringLiteral("/1cycle.cfg")));
+              (QStringList{u"unload1"_s, u"unload2"_s, u"unload3"_s, u"showMain"_s}));
+    EXPECT_TRUE(QFile::exists(t.baseFolder() + u"/1cycle.cfg"_s));
     EXPECT_FALSE(wizard.pageLoaded(1));
 }
 
@@ -245,18 +242,18 @@ TEST_F(MapWizardFlow, AnUnwritableFolderLosesNothing)
     wizard.ID_MapWizard(profile);
     configure(0);
     // A folder below a plain file can never be written, whoever runs the test.
-    const QString blocked = t.root() + QStringLiteral("/blocked");
+    const QString blocked = t.root() + u"/blocked"_s;
     writeFile(blocked, "not a folder");
-    t.prompts.chooseFile(blocked + QStringLiteral("/cycle.cfg"));
+    t.prompts.chooseFile(blocked + u"/cycle.cfg"_s);
     wizard.cmdFinish_Click();
 
-    ASSERT_EQ(t.prompts.shown.size(), 1u) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("Error saving file"), Icon::Exclamation,
-                                         blocked + QStringLiteral("/cycle.cfg"), Buttons::Ok}));
+    ASSERT_EQ(t.prompts.shown.size(), 1u) << t.prompts.texts().join(u'|').toStdString();
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {u"Error saving file"_s, Icon::Exclamation, blocked + u"/cycle.cfg"_s, Buttons::Ok}));
     EXPECT_TRUE(profile.text(F::txtServerINI).isEmpty());
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.field(F::lsvMapRotation).rows(), rows) << "the rotation is as it was";
-    EXPECT_EQ(windows.calls.last(), QStringLiteral("showMain")) << "the wizard closes all the same";
+    EXPECT_EQ(windows.calls.last(), u"showMain"_s) << "the wizard closes all the same";
     EXPECT_EQ(fileBytes(blocked), QByteArray("not a folder"));
 }
 
@@ -270,20 +267,18 @@ TEST_F(MapWizardFlow, CancelAsksAndOnNoKeepsThePages)
 
     t.prompts.answerNext(Answer::No);
     wizard.cmdCancel_Click();
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Question,
-                                 QStringLiteral("Do you want to cancel the wizard?         "), Buttons::YesNo}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Do you want to cancel the wizard?         "_s,
+                                         Buttons::YesNo}));
     EXPECT_TRUE(windows.calls.isEmpty());
     EXPECT_TRUE(wizard.pageLoaded(2));
 
     t.prompts.answerNext(Answer::Yes);
     wizard.cmdCancel_Click();
-    EXPECT_EQ(windows.calls,
-              (QStringList{QStringLiteral("unload1"), QStringLiteral("unload2"), QStringLiteral("showMain")}));
+    EXPECT_EQ(windows.calls, (QStringList{u"unload1"_s, u"unload2"_s, u"showMain"_s}));
     EXPECT_EQ(profile.field(F::lsvMapRotation).rows(), rows);
     EXPECT_TRUE(record(0).Configured) << "the lists stay until the next start";
 
     wizard.ID_MapWizard(profile);
     EXPECT_FALSE(record(0).Configured);
-    EXPECT_FALSE(page(QStringLiteral("cmdNext")).isEnabled()) << "a page loads again with its defaults";
+    EXPECT_FALSE(page(u"cmdNext"_s).isEnabled()) << "a page loads again with its defaults";
 }
