@@ -1,3 +1,6 @@
+// The file dialog's wrapper (what reaches the dialog, what comes back, a name too long
+// for its buffer), the trimming of NULs, and the mouse pointer that a routine sets and
+// restores.
 #include "support/FileDialog.h"
 #include "testkit/BoxExpect.h"
 #include "testkit/TestApp.h"
@@ -9,8 +12,6 @@ using namespace steward::testing;
 using namespace Qt::StringLiterals;
 
 namespace {
-const QChar kNul(0);
-}
 
 TEST(FileDialog, ShowPassesEveryPropertyToTheDialog)
 {
@@ -25,22 +26,15 @@ TEST(FileDialog, ShowPassesEveryPropertyToTheDialog)
     dlg.hWndParent = 5;
     dlg.InitialDir = u"/srv/jk2/"_s;
     t.prompts.chooseFile(u"/srv/jk2/bots/new.lst"_s);
-
     EXPECT_TRUE(dlg.Show(false));
 
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     const FakePrompts::Dialog& seen = t.prompts.dialogs.front();
+    const FileDialogState& s = seen.state;
     EXPECT_FALSE(seen.open);
-    EXPECT_EQ(seen.state.DefaultExt, u"lst"_s);
-    EXPECT_EQ(seen.state.DialogTitle, u"Save BOT list"_s);
-    EXPECT_EQ(seen.state.FileName, u"mine.lst"_s);
-    EXPECT_EQ(seen.state.Filter, u"BOT list (*.lst)|*.lst"_s);
-    EXPECT_EQ(seen.state.FilterIndex, 1);
-    EXPECT_EQ(seen.state.Flags, 2);
-    EXPECT_EQ(seen.state.hWndParent, 5);
-    EXPECT_EQ(seen.state.InitialDir, u"/srv/jk2/"_s);
-    EXPECT_EQ(seen.state.MaxFileSize, 260);
-
+    EXPECT_EQ(QStringList({s.DefaultExt, s.DialogTitle, s.FileName, s.Filter, s.InitialDir}),
+              QStringList({u"lst"_s, u"Save BOT list"_s, u"mine.lst"_s, u"BOT list (*.lst)|*.lst"_s, u"/srv/jk2/"_s}));
+    EXPECT_EQ(QList<int>({s.FilterIndex, s.Flags, s.hWndParent, s.MaxFileSize}), QList<int>({1, 2, 5, 260}));
     EXPECT_EQ(dlg.FileName, u"/srv/jk2/bots/new.lst"_s);
     EXPECT_EQ(dlg.FileTitle, u"new.lst"_s);
     EXPECT_EQ(dlg.DialogTitle, u"Save BOT list"_s);
@@ -80,33 +74,28 @@ TEST(FileDialog, ANameLongerThanTheBufferReachesThePlainBox)
     EXPECT_FALSE(dlg.Show(true));
     EXPECT_EQ(t.prompts.dialogs.size(), 1u) << "no dialog after the failure";
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    const MessageBoxRequest& box = t.prompts.last().request;
-    EXPECT_TRUE(isBox(box, {u"Show"_s, Icon::None, u"Error: 5. Invalid procedure call or argument"_s, Buttons::Ok}));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {u"Show"_s, Icon::None, u"Error: 5. Invalid procedure call or argument"_s, Buttons::Ok}));
     EXPECT_EQ(dlg.FileName, u"1234567890123"_s);
 }
 
 TEST(FileDialog, TrimNullsCutsAtTheFirstPairAndBlanksSingleNuls)
 {
-    const struct {
-        QString in;
-        QString out;
-    } cases[] = {
-        {u"abc"_s + QString(5, kNul), u"abc"_s},
-        {u"/srv"_s + kNul + u"a.lst"_s + kNul + u"b.lst"_s + kNul + kNul, u"/srv a.lst b.lst"_s},
-        // Without a pair the text comes back as it is, single NULs included.
-        {u"a"_s + kNul + u"b"_s, u"a"_s + kNul + u"b"_s},
-        {u"plain"_s, u"plain"_s},
-        {QString(), QString()},
-        {kNul + (kNul + u"x"_s), QString()},
-        {u"a"_s + kNul + kNul + u"b"_s + kNul + kNul, u"a"_s},
+    // '0' stands for a NUL.
+    const std::pair<QString, QString> cases[] = {
+        {u"abc00000"_s, u"abc"_s}, {u"/srv0a.lst0b.lst00"_s, u"/srv a.lst b.lst"_s},
+        {u"a0b"_s, u"a0b"_s}, // without a pair the text comes back as it is, single NULs included
+        {u"plain"_s, u"plain"_s},  {QString(), QString()},
+        {u"00x"_s, QString()},     {u"a00b00"_s, u"a"_s},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.in.toUtf8().toHex().toStdString());
-        EXPECT_EQ(TrimNulls(c.in), c.out);
+    for (auto [in, out] : cases) {
+        in.replace(u'0', QChar(0));
+        out.replace(u'0', QChar(0));
+        EXPECT_EQ(TrimNulls(in), out) << in.toUtf8().toHex().toStdString();
     }
 }
 
-TEST(Cursor, SetAndRestore)
+TEST(Cursor, SetAndRestoreAndOnlyAStoredPointerOtherThanTheDefaultIsRestoredAtTheEnd)
 {
     FakePrompts prompts;
     prompts.pointer = 3;
@@ -118,22 +107,20 @@ TEST(Cursor, SetAndRestore)
     EXPECT_EQ(prompts.pointer, 3);
     cursor.SetCursor();
     EXPECT_EQ(prompts.pointer, pointer::Default);
-}
 
-TEST(Cursor, OnlyAStoredPointerOtherThanTheDefaultIsRestoredAtTheEnd)
-{
-    FakePrompts prompts;
+    prompts.pointer = pointer::Default;
     {
-        CCursor cursor(prompts);
-        cursor.SetCursor(pointer::Hourglass);
+        CCursor atDefault(prompts);
+        atDefault.SetCursor(pointer::Hourglass);
     }
     EXPECT_EQ(prompts.pointer, pointer::Hourglass) << "the default stored: nothing happens";
-
     prompts.pointerHistory.clear();
     {
-        CCursor cursor(prompts); // stores the hourglass
-        cursor.SetCursor(pointer::Default);
+        CCursor atHourglass(prompts); // stores the hourglass
+        atHourglass.SetCursor(pointer::Default);
     }
     EXPECT_EQ(prompts.pointer, pointer::Hourglass);
     EXPECT_EQ(prompts.pointerHistory, (std::vector<int>{pointer::Default, pointer::Hourglass}));
 }
+
+} // namespace

@@ -1,3 +1,5 @@
+// The game's install path from a Wine prefix's machine hive: which prefix, which key,
+// the value's escapes and types, and the Windows path mapped onto the prefix's drive.
 #include "support/Registry.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
@@ -12,57 +14,58 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+const QString kKeyLine =
+    u"[Software\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi Outcast\\\\1.0] 1600000000"_s;
+
 // A Wine prefix as Wine leaves it: a machine hive, drive_c and the dosdevices links.
-class WinePrefix {
-public:
-    explicit WinePrefix(const QString& folder) : path(folder)
+struct WinePrefix {
+    explicit WinePrefix(const QString& folder, const QString& keyLine = kKeyLine, const QString& values = {})
+        : path(folder)
     {
         QDir().mkpath(path + u"/drive_c"_s);
         QDir().mkpath(path + u"/dosdevices"_s);
         QFile::link(u"../drive_c"_s, path + u"/dosdevices/c:"_s);
-    }
-    void hive(const QString& keyLine, const QStringList& values) const
-    {
-        QStringList lines = {u"WINE REGISTRY Version 2"_s,
-                             u";; All keys relative to \\\\Machine"_s,
-                             QString(),
-                             u"#arch=win32"_s,
-                             QString(),
-                             u"[Software\\\\Classes] 1600000000"_s,
-                             u"#time=1d6f0b0f0b0f0b0"_s,
-                             u"\"Install Path\"=\"C:\\\\Wrong\""_s,
-                             QString(),
-                             keyLine,
-                             u"#time=1d6f0b0f0b0f0b0"_s};
-        lines += values;
-        lines << QString() << u"[Software\\\\Other] 1600000000"_s << u"\"Install Path\"=\"C:\\\\Other\""_s;
-        writeFile(path + u"/system.reg"_s, lines.join(u'\n').toUtf8() + "\n");
+        writeFile(path + u"/system.reg"_s, (uR"(WINE REGISTRY Version 2
+;; All keys relative to \\Machine
+
+#arch=win32
+
+[Software\\Classes] 1600000000
+#time=1d6f0b0f0b0f0b0
+"Install Path"="C:\\Wrong"
+
+%1
+#time=1d6f0b0f0b0f0b0
+%2
+
+[Software\\Other] 1600000000
+"Install Path"="C:\\Other"
+)"_s.arg(keyLine, values))
+                                               .toUtf8());
     }
     QString drive() const { return QDir(path + u"/drive_c"_s).canonicalPath(); }
-
     QString path;
 };
-
-const QString kKeyLine =
-    u"[Software\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi Outcast\\\\1.0] 1600000000"_s;
-
-} // namespace
 
 TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
 {
     TestApp t;
-    WinePrefix prefix(t.root() + u"/wine"_s);
+    WinePrefix prefix(t.root() + u"/wine"_s, kKeyLine,
+                      uR"("Install Path"="C:\\PROGRAM FILES\\LucasArts\\Star Wars JK II Jedi Outcast\\GameData\\"
+"Version"=dword:0000000a
+"Blob"=hex:01,02,\
+  03,04
+"Quoted"="say \"hi\""
+"Octal"="\1011"
+"NoEquals" "x"
+)"_s);
     QDir().mkpath(prefix.path + u"/drive_c/Program Files/LucasArts/Star Wars JK II Jedi Outcast"_s);
-    prefix.hive(kKeyLine, {u"\"Install Path\"=\"C:\\\\PROGRAM FILES\\\\LucasArts\\\\Star Wars JK II Jedi "
-                           "Outcast\\\\GameData\\\\\""_s,
-                           u"\"Version\"=dword:0000000a"_s, u"\"Blob\"=hex:01,02,\\"_s, u"  03,04"_s,
-                           u"\"Quoted\"=\"say \\\"hi\\\"\""_s, u"\"Octal\"=\"\\1011\""_s, u"\"NoEquals\" \"x\""_s});
     const WineEnvironment env{prefix.path, t.root() + u"/nohome"_s};
 
     // The value ends in a backslash, so it comes back as folder, separator, NUL; the
     // scan command's single cut takes only the NUL.
-    const QString found = GetInstallPath(*t.app, env);
-    EXPECT_EQ(found, prefix.drive() + u"/Program Files/LucasArts/Star Wars JK II Jedi Outcast/GameData/"_s + QChar(0));
+    EXPECT_EQ(GetInstallPath(*t.app, env),
+              prefix.drive() + u"/Program Files/LucasArts/Star Wars JK II Jedi Outcast/GameData/"_s + QChar(0));
     EXPECT_TRUE(t.prompts.shown.empty());
 
     const RegistryKey key = RegistryKey::open(RegistryRoot::LocalMachine, kInstallKey.toLower(), env);
@@ -84,21 +87,18 @@ TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
 TEST(Registry, ThePrefixOfTheEnvironmentComesBeforeTheHomeFolders)
 {
     TestApp t;
-    WinePrefix own(t.root() + u"/home/.wine"_s);
-    own.hive(kKeyLine, {u"\"Install Path\"=\"C:\\\\Home\""_s});
-    QDir().mkpath(own.path + u"/drive_c/Home"_s);
-    WinePrefix chosen(t.root() + u"/chosen"_s);
-    chosen.hive(u"[Software\\\\Wow6432Node\\\\LucasArts Entertainment Company LLC\\\\Star Wars JK II Jedi "
-                "Outcast\\\\1.0] 1600000000"_s,
-                {u"\"Install Path\"=\"c:\\\\jk2\""_s});
-
     const QString home = t.root() + u"/home"_s;
-    EXPECT_EQ(GetInstallPath(*t.app, {QString(), home}), own.drive() + u"/Home"_s + QChar(0));
+    WinePrefix own(home + u"/.wine"_s, kKeyLine, uR"("Install Path"="C:\\Home")"_s);
+    QDir().mkpath(own.path + u"/drive_c/Home"_s);
     // A 64-bit prefix keeps the 32-bit installer's key below Wow6432Node.
-    EXPECT_EQ(GetInstallPath(*t.app, {chosen.path, home}), chosen.drive() + u"/jk2"_s + QChar(0));
+    WinePrefix chosen(
+        t.root() + u"/chosen"_s,
+        uR"([Software\\Wow6432Node\\LucasArts Entertainment Company LLC\\Star Wars JK II Jedi Outcast\\1.0] 1)"_s,
+        uR"("Install Path"="c:\\jk2")"_s);
     // A prefix whose record names a drive it doesn't have falls through to the next.
-    WinePrefix other(t.root() + u"/other"_s);
-    other.hive(kKeyLine, {u"\"Install Path\"=\"Q:\\\\Games\""_s});
+    WinePrefix other(t.root() + u"/other"_s, kKeyLine, uR"("Install Path"="Q:\\Games")"_s);
+    EXPECT_EQ(GetInstallPath(*t.app, {QString(), home}), own.drive() + u"/Home"_s + QChar(0));
+    EXPECT_EQ(GetInstallPath(*t.app, {chosen.path, home}), chosen.drive() + u"/jk2"_s + QChar(0));
     EXPECT_EQ(GetInstallPath(*t.app, {other.path, home}), own.drive() + u"/Home"_s + QChar(0));
 }
 
@@ -106,8 +106,7 @@ TEST(Registry, NoPrefixOrNoRecordGivesAnEmptyTextAndNoBox)
 {
     TestApp t;
     EXPECT_EQ(GetInstallPath(*t.app, {t.root() + u"/none"_s, t.root() + u"/nohome"_s}), QString());
-    WinePrefix bare(t.root() + u"/bare"_s);
-    bare.hive(u"[Software\\\\Nothing] 1"_s, {});
+    WinePrefix bare(t.root() + u"/bare"_s, u"[Software\\\\Nothing] 1"_s);
     EXPECT_EQ(GetInstallPath(*t.app, {bare.path, QString()}), QString());
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(mapWindowsPath(u"\\\\server\\share"_s, bare.path), QString());
@@ -126,3 +125,5 @@ TEST(Registry, AKeyLineEndingInABackslashKeepsItInTheKeysName)
     EXPECT_EQ(QueryValueEx(key, u"Install Path"_s, value), 0);
     EXPECT_EQ(value, u"C:\\x\\"_s + QChar(0));
 }
+
+} // namespace
