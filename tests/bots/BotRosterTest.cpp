@@ -60,7 +60,6 @@ protected:
     bool scan() { return ScanBotModels(*t.app, progress, t.gameFolder(), u"Base"_s); }
     QString botList() const { return t.programFolder() + u"/BOT.txt"_s; }
     QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
-
     TestApp t;
     RecordingScanProgress progress;
 };
@@ -105,7 +104,6 @@ TEST_F(ModelScanTest, EachArchiveWithAModelGivesOneLine)
     pk3("onlyfolder.pk3", ZipBuilder().folder(u"models/players/"_s));
     pk3("weapons.pk3", ZipBuilder().file(u"models/weapons2/saber/saber.glm"_s));
     writeFile(t.baseFolder() + u"/notes.txt"_s, "models/players/fake/");
-
     EXPECT_TRUE(scan());
     EXPECT_EQ(crlfLines(botList()), (QStringList{u"Kyle2,kyle2.pk3"_s, u"odd,mypk3"_s, u"Zeta,pair.PK3"_s}));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
@@ -140,7 +138,6 @@ TEST_F(ModelScanTest, ADamagedArchiveIsLoggedAndSkipped)
     writeFile(t.baseFolder() + u"/c_text.pk3"_s, "this is no zip archive at all");
     writeFile(t.baseFolder() + u"/d_empty.pk3"_s, QByteArray());
     pk3("e_good.pk3", model("Last"));
-
     EXPECT_TRUE(scan());
     EXPECT_EQ(crlfLines(botList()), (QStringList{u"First,a_good.pk3"_s, u"Last,e_good.pk3"_s}));
     EXPECT_EQ(t.prompts.texts(), QStringList{u"BOT scan complete. 2 have been found         "_s});
@@ -171,7 +168,6 @@ TEST_F(ModelScanTest, TheScanButtonAsksFirstAndNamesWithCommasReadBackIntoTheirC
     EXPECT_FALSE(QFile::exists(botList()));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), question(u"Run a new BOT scan?         "_s)));
-
     t.prompts.answerNext(Answer::Yes);
     EXPECT_TRUE(runBotScan(*t.app, progress));
     EXPECT_EQ(LoadBotList(*t.app), (QList<QStringList>{{u"BOT Name"_s, u"PK3"_s}, {u"Mod,el"_s, u"odd, name.pk3"_s}}));
@@ -215,7 +211,6 @@ TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndAnEmptyRosterIsAnEmptyFile)
               u"Boss, The\tHardcore\tRED\tDesann\t25"_s)
         << "a comma is nothing special in the tab form";
     EXPECT_EQ(rosterFileLine(row("Mid\"quote", "", "", "", ""), RosterForm::Comma), u"Mid\"quote,,,,"_s);
-
     const QList<QStringList> rows = {
         kGnubee,
         kBoss,
@@ -279,7 +274,6 @@ protected:
         const FakePrompts::Dialog& d = t.prompts.dialogs.back();
         return {d.open ? u"open"_s : u"save"_s, d.state.DialogTitle, d.state.Filter, d.state.InitialDir};
     }
-
     TestApp t;
     ServerProfile profile;
     int pickerShown = 0;
@@ -348,7 +342,6 @@ TEST_F(RosterTest, SaveClearAndViewDoNothingWithAnEmptyRosterAndAddOpensThePicke
     EXPECT_TRUE(t.prompts.dialogs.empty());
     EXPECT_TRUE(t.opener.opened.empty());
     EXPECT_FALSE(QFile::exists(t.baseFolder() + u"/BOTFile.cfg"_s));
-
     click(3);
     EXPECT_EQ(pickerShown, 1);
     EXPECT_EQ(rosterBotCount(profile), 0) << "the picker adds the row itself";

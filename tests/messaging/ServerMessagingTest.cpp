@@ -70,7 +70,6 @@ protected:
     /// Sends through the recording sockets instead of real ones.
     void record() { t.app->services.sockets = &sockets; }
     QStringList sent() const { return sockets.journal.filter(u"send:"_s); }
-
     TestApp t;
     RecordingSockets sockets;
     ServerProfile profile;
@@ -248,7 +247,6 @@ TEST_F(Messaging, FailedSendsAndHostsThatCannotBeFoundAreNoErrorOfTheTick)
     EXPECT_EQ(sent().size(), 2);
     EXPECT_EQ(messaging().counter(), 0);
     EXPECT_EQ(t.blockingWait.waits.size(), 1u);
-
     t.app->services.sockets = &t.sockets;
     for (const char* host : {"no-such-host.invalid", "256.1.1.1"}) {
         SCOPED_TRACE(host);
@@ -324,7 +322,6 @@ protected:
     }
     void ok() { cmdOk_Click(*t.app, profile, windows); }
     std::string shown() const { return t.prompts.texts().join(u'|').toStdString(); }
-
     FakeWindowHost windows{*t.app};
 };
 
@@ -358,7 +355,6 @@ TEST_F(MessagingOk, OkArmsAfterTheStartAndASecondOkKeepsTheCount)
     ASSERT_NE(messaging, nullptr);
     EXPECT_TRUE(messaging->tmrServerMessage().isActive());
     EXPECT_EQ(messaging->tmrServerMessage().interval(), 65535);
-
     profile.setText(F::txtMsgTimer, u"3"_s);
     messaging->tmrServerMessage_Timer();
     messaging->tmrServerMessage_Timer();

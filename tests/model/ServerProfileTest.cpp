@@ -55,7 +55,6 @@ TEST(ServerProfile, OnlyARealChangeFiresAndAnOptionClearsOnlyItsOwnGroup)
     check.setValue(5); // any non-zero value ticks the box
     EXPECT_EQ(check.value(), 1);
     EXPECT_EQ(fired, 2);
-
     p.setValue(F::optLogging(1), 1);
     EXPECT_EQ(p.value(F::optLogging(3)), 0);
     EXPECT_EQ(p.value(F::optLogging(5)), 1) << "the stats group is a frame of its own";
@@ -94,7 +93,6 @@ protected:
     void tick(FieldArray name, int index, int value = 1) { profile.setValue(name(index), value); }
     QString text(FieldId name) const { return profile.text(name); }
     bool duelNote() const { return profile.field(F::lblSaberModeDuel).isVisible(); }
-
     TestApp t;
     ServerProfile profile;
 };

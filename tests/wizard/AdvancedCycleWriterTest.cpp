@@ -125,7 +125,6 @@ TEST(AdvancedCycle, BuildCycleRecordsMovesTheFirstMatchOnlyAndCarriesEveryField)
     EXPECT_EQ(ordered[0].Gravity, u"g_gravity 100"_s);
     EXPECT_EQ(ordered[1].MapName, u"a"_s);
     EXPECT_FALSE(ordered[2].Configured);
-
     const QList<WizardMapRecord> unmatched = BuildCycleRecords(records, u"zzz"_s);
     ASSERT_EQ(unmatched.size(), 4) << "an empty record in front, all others behind";
     EXPECT_TRUE(unmatched[0].MapName.isEmpty());
@@ -143,7 +142,6 @@ TEST(AdvancedCycle, TheLoaderReadsTheStartingMapBackAndAFailedSaveSaysWhichFile)
     ServerProfile profile;
     EXPECT_EQ(gbln_LoadMapCycle(*t.app, profile, folder + kTitle), u"duel_bay"_s);
     EXPECT_TRUE(t.prompts.shown.empty());
-
     state.records.removeFirst();
     const QString missing = t.root() + u"/no/such/folder/cycle.cfg"_s;
     EXPECT_FALSE(saveAdvancedMapCycle(*t.app, state, missing, kTitle));

@@ -53,7 +53,6 @@ protected:
         wizard.cmdNext_Click(2);
     }
     Box question(const QString& text) const { return {kProductTitle, Icon::Question, text, Buttons::YesNo}; }
-
     TestApp t;
     ServerProfile profile;
     RecordingWizardWindows windows;
@@ -96,7 +95,6 @@ TEST_F(MapWizardFlow, AClickMarksOneRowAndEnablesNextForGood)
     EXPECT_EQ(rotationMark(grid, 2), u"imgSelectedMap"_s);
     EXPECT_EQ(grid.tag(), u"2"_s);
     EXPECT_TRUE(page("cmdNext").isEnabled());
-
     configure(2);
     wizard.cmdNextMap_Click();
     EXPECT_TRUE(grid.tag().isEmpty());
@@ -146,7 +144,6 @@ TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordForms)
     EXPECT_TRUE(r.ForceDisabled);
     EXPECT_TRUE(r.Spare.isEmpty());
     EXPECT_EQ(r.GameType, u"g_gametype 0"_s) << "page 2 starts on Free For All";
-
     configure(1);
     wizard.cmdNextMap_Click();
     EXPECT_EQ(record(1).Gravity, u"g_gravity 300"_s) << "the next map starts with the last one's values";
@@ -159,7 +156,6 @@ TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
     page("txtSpeed", 1).setText(u"100"_s);
     wizard.cmdNextMap_Click();
     calls();
-
     wizard.grdMapList_Click(0);
     t.prompts.answerNext(Answer::No);
     wizard.cmdNext_Click(1);
@@ -168,7 +164,6 @@ TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
     EXPECT_EQ(calls(), QString()) << "No stays on page 1";
     EXPECT_EQ(rotationMark(page("grdMapList"), 0), u"imgMapNotSelected"_s);
     EXPECT_EQ(record(0).Gravity, u"g_gravity 100"_s) << "its settings stay in force";
-
     t.prompts.answerNext(Answer::Yes);
     wizard.cmdNext_Click(1);
     EXPECT_EQ(calls(), u"hide1 show2"_s);
@@ -182,7 +177,6 @@ TEST_F(MapWizardFlow, BackKeepsConfiguredAndASortedGridFindsItsRecord)
     wizard.cmdBack_Click(2);
     EXPECT_TRUE(record(0).Configured) << "Back doesn't undo Configured";
     EXPECT_TRUE(record(0).Gravity.isEmpty());
-
     wizard.runPopupTool(u"ID_SortDescending"_s);
     EXPECT_EQ(page("grdMapList").cell(0, 0), u"ffa_yavin"_s);
     wizard.grdMapList_Click(0);
@@ -215,7 +209,6 @@ TEST_F(MapWizardFlow, FinishSavesAndHandsTheCycleToTheMainWindow)
     const QString cycle = t.baseFolder() + u"/cycle.cfg"_s;
     t.prompts.chooseFile(cycle);
     wizard.cmdFinish_Click();
-
     ASSERT_EQ(t.prompts.dialogs.size(), 1u) << "only the save dialog: the saved cycle's click stands aside";
     EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, u"Save Advanced Map Cycle"_s);
     EXPECT_EQ(t.prompts.dialogs[0].state.InitialDir, t.gameFolder() + u"base"_s);
@@ -262,19 +255,16 @@ TEST_F(MapWizardFlow, CancelAsksAndOnNoKeepsThePages)
     wizard.grdMapList_Click(0);
     wizard.cmdNext_Click(1);
     calls();
-
     t.prompts.answerNext(Answer::No);
     wizard.cmdCancel_Click();
     EXPECT_TRUE(isBox(t.prompts.last(), question(u"Do you want to cancel the wizard?         "_s)));
     EXPECT_EQ(calls(), QString());
     EXPECT_TRUE(wizard.pageLoaded(2));
-
     t.prompts.answerNext(Answer::Yes);
     wizard.cmdCancel_Click();
     EXPECT_EQ(calls(), u"unload1 unload2 showMain"_s);
     EXPECT_EQ(profile.field(F::lsvMapRotation).rows(), rotation);
     EXPECT_TRUE(record(0).Configured) << "the lists stay until the next start";
-
     wizard.ID_MapWizard(profile);
     EXPECT_FALSE(record(0).Configured);
     EXPECT_FALSE(page("cmdNext").isEnabled()) << "a page loads again with its defaults";

@@ -1,14 +1,19 @@
-// The console's texts: colour codes as rich text, the command history and its file, the
-// requests byte for byte, and replies of every shape the server gives, read or refused whole.
+// The server console: colour codes as rich text, the command history and its file, the
+// requests byte for byte, replies of every shape the server gives, read or refused whole,
+// and the client against fake servers on real UDP sockets on 127.0.0.1: status round trips,
+// several requests in flight, multi-packet prints, silence, hostile replies and stop.
 #include "console/ColourText.h"
 #include "console/CommandHistory.h"
+#include "console/ConsoleClient.h"
 #include "console/ConsoleProtocol.h"
+#include "FakeServer.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 using namespace steward;
+using namespace steward::testing;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -39,7 +44,7 @@ TEST(ColourText, CodesBecomeSpansAndEverythingIsEscaped)
     EXPECT_EQ(colourOfCode(u'0'), u"#000000"_s);
 }
 
-TEST(CommandHistory, UpAndDownBrowseFromTheNewest)
+TEST(CommandHistory, UpAndDownBrowseFromTheNewestAndTheCapIs200)
 {
     CommandHistory h;
     EXPECT_EQ(h.older(), QString());
@@ -51,11 +56,8 @@ TEST(CommandHistory, UpAndDownBrowseFromTheNewest)
         EXPECT_EQ(h.newer(), QString::fromLatin1(newer));
     h.add(u"status"_s, {});
     EXPECT_EQ(h.entries().size(), 3) << "a repeat of the newest is not kept again";
-}
 
-TEST(CommandHistory, KeepsTheNewest200AndNeverThePassword)
-{
-    CommandHistory h;
+    // It keeps the newest 200 and never the password.
     for (int i = 0; i < 250; ++i)
         h.add(u"say %1"_s.arg(i), u"s3cret"_s);
     ASSERT_EQ(h.entries().size(), 200);
@@ -114,19 +116,15 @@ TEST(StatusReply, ARecordedReplyGivesItsValuesAndPlayers)
     ASSERT_EQ(replyKind(recorded), ReplyKind::Status);
     const auto status = parseStatusResponse(recorded);
     ASSERT_TRUE(status);
-    EXPECT_EQ(status->hostName(), u"^1Steward ^7Arena"_s);
-    EXPECT_EQ(status->mapName(), u"oa_dm1"_s);
-    EXPECT_EQ(status->maxClients(), u"8"_s);
-    EXPECT_EQ(gameTypeName(status->gameTypeNumber()), u"Duel"_s);
-    EXPECT_EQ(status->value(u"MAPNAME"_s), u"oa_dm1"_s);
-    EXPECT_EQ(status->cvars.size(), 6);
-    EXPECT_EQ(status->cvars.first().first, u"com_protocol"_s);
-    ASSERT_EQ(status->players.size(), 2);
-    EXPECT_EQ(status->players[0].name, u"Angelyss"_s);
-    EXPECT_EQ(status->players[0].ping, 0);
-    EXPECT_EQ(status->players[1].name, u"^4Luke^7"_s);
-    EXPECT_EQ(status->players[1].score, 12);
-    EXPECT_EQ(status->players[1].ping, 48);
+    QStringList players;
+    for (const auto& p : status->players)
+        players << u"%1 %2 %3"_s.arg(p.score).arg(p.ping).arg(p.name);
+    EXPECT_EQ(
+        QStringList({status->hostName(), status->mapName(), status->maxClients(),
+                     gameTypeName(status->gameTypeNumber()), status->value(u"MAPNAME"_s),
+                     QString::number(status->cvars.size()), status->cvars.first().first}),
+        QStringList({u"^1Steward ^7Arena"_s, u"oa_dm1"_s, u"8"_s, u"Duel"_s, u"oa_dm1"_s, u"6"_s, u"com_protocol"_s}));
+    EXPECT_EQ(players, QStringList({u"0 0 Angelyss"_s, u"12 48 ^4Luke^7"_s}));
 }
 
 TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
@@ -151,7 +149,6 @@ TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
         EXPECT_EQ(status->players.size(), c.players);
     }
     EXPECT_EQ(parseStatusResponse(oob("statusResponse\n\\sv_hostname\\caf\xe9"))->hostName(), u"caf\u00e9"_s);
-
     QByteArray manyPlayers = oob("statusResponse\n\\a\\1\n");
     for (int i = 0; i < 1000; ++i)
         manyPlayers += "1 2 \"bot\"\n";
@@ -181,7 +178,7 @@ TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
     EXPECT_EQ(replyKind(oob("infoResponse\n")), ReplyKind::Unreadable);
 }
 
-TEST(PrintReply, TextAndTheTwoRefusals)
+TEST(PrintReply, TextTheTwoRefusalsAndThePlayerTable)
 {
     EXPECT_EQ(parsePrintReply(oob("print\nmap: oa_dm1\n")), u"map: oa_dm1\n"_s);
     EXPECT_EQ(parsePrintReply(oob("print\n")), QString());
@@ -189,7 +186,6 @@ TEST(PrintReply, TextAndTheTwoRefusals)
     EXPECT_FALSE(parsePrintReply(oob("print")));
     EXPECT_FALSE(parsePrintReply(QByteArray("print\nx")));
     EXPECT_FALSE(parsePrintReply(oob("print\n") + QByteArray(17 * 1024, 'z')));
-
     EXPECT_EQ(rconNote(u"Bad rconpassword.\n"_s), RconNote::BadPassword);
     EXPECT_EQ(rconNote(u"No rconpassword set on the server.\n"_s), RconNote::NoPassword);
     EXPECT_EQ(rconNote(u"map: oa_dm1\nBad rconpassword.\n"_s), RconNote::None);
@@ -197,16 +193,13 @@ TEST(PrintReply, TextAndTheTwoRefusals)
     EXPECT_TRUE(rconNoteText(RconNote::BadPassword).contains(u"Bad rconpassword."_s));
     EXPECT_TRUE(rconNoteText(RconNote::NoPassword).contains(u"No rconpassword set on the server."_s));
     EXPECT_TRUE(rconNoteText(RconNote::None).isEmpty());
-
     const std::pair<const char*, const char*> types[] = {
         {"0", "Free For All"}, {"8", "Capture the Ysalimari"}, {"9", "9"}, {"-1", "-1"}, {"abc", "abc"}, {"", ""},
     };
     for (const auto& [number, name] : types)
         EXPECT_EQ(gameTypeName(QString::fromLatin1(number)), QString::fromLatin1(name)) << number;
-}
 
-TEST(StatusTable, TheRowsOfThePrintedPlayerTable)
-{
+    // The rows of the printed player table.
     const QString printed = u"map: oa_dm1\n"
                             "cl score ping name            address                                 rate \n"
                             "-- ----- ---- --------------- --------------------------------------- -----\n"
@@ -214,16 +207,163 @@ TEST(StatusTable, TheRowsOfThePrintedPlayerTable)
                             " 3    15   48 ^4Luke Sky^7    ^7127.0.0.1:27960                         25000\n"
                             " x     1    1 broken          ^7bot                                     16384\n"
                             "\n"_s;
-    const QList<StatusTableRow> rows = parseStatusTable(printed);
-    ASSERT_EQ(rows.size(), 2);
-    EXPECT_EQ(rows[0].client, 0);
-    EXPECT_EQ(rows[0].name, u"Angelyss"_s);
-    EXPECT_EQ(rows[1].client, 3);
-    EXPECT_EQ(rows[1].score, 15);
-    EXPECT_EQ(rows[1].ping, 48);
-    EXPECT_EQ(rows[1].name, u"^4Luke Sky"_s);
+    QStringList rows;
+    for (const StatusTableRow& r : parseStatusTable(printed))
+        rows << u"%1 %2 %3 %4"_s.arg(r.client).arg(r.score).arg(r.ping).arg(r.name);
+    EXPECT_EQ(rows, QStringList({u"0 0 0 Angelyss"_s, u"3 15 48 ^4Luke Sky"_s}));
     for (const QString& none : {u"Bad rconpassword.\n"_s, u"--\n--"_s, QString()})
         EXPECT_TRUE(parseStatusTable(none).isEmpty());
+}
+
+const QByteArray kStatus =
+    oob("statusResponse\n\\sv_hostname\\^1Test\\mapname\\oa_dm1\\sv_maxclients\\8\\g_gametype\\0\n0 0 \"bot\"\n");
+
+class Client : public ::testing::Test {
+protected:
+    Client()
+    {
+        client.setTimeout(300);
+        QObject::connect(&client, &ConsoleClient::statusArrived, [this](const ServerStatus& s, int ms) {
+            statuses.push_back(s);
+            roundTrips.push_back(ms);
+        });
+        QObject::connect(&client, &ConsoleClient::statusUnanswered, [this] { ++unanswered; });
+        QObject::connect(&client, &ConsoleClient::printArrived, [this](const QString& t) { prints << t; });
+        QObject::connect(&client, &ConsoleClient::commandUnanswered, [this] { ++commandsUnanswered; });
+        QObject::connect(&client, &ConsoleClient::unreadableReply, [this] { ++unreadable; });
+        QObject::connect(&client, &ConsoleClient::hostNotFound, [this](const QString& h) { notFound << h; });
+    }
+    void status(const QString& host = u"127.0.0.1"_s) { client.requestStatus(host, server.port()); }
+    void answerStatus(QList<QByteArray> replies = {kStatus})
+    {
+        server.answer = [replies](const QByteArray&) { return replies; };
+    }
+    FakeServer server;
+    ConsoleClient client;
+    std::vector<ServerStatus> statuses;
+    std::vector<int> roundTrips;
+    QStringList prints;
+    QStringList notFound;
+    int unanswered = 0;
+    int commandsUnanswered = 0;
+    int unreadable = 0;
+};
+
+TEST_F(Client, AStatusRoundTripAndAnEmptyHostIsThisComputer)
+{
+    EXPECT_EQ(ConsoleClient().timeout(), 2000);
+    answerStatus();
+    status();
+    ASSERT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+    EXPECT_EQ(server.requests, QList<QByteArray>{oob("getstatus")});
+    EXPECT_EQ(statuses[0].hostName(), u"^1Test"_s);
+    EXPECT_EQ(statuses[0].players.size(), 1);
+    EXPECT_GE(roundTrips[0], 0);
+    EXPECT_EQ(client.statusInFlight(), 0);
+    runEvents(400);
+    EXPECT_EQ(unanswered, 0) << "an answered request is not reported again";
+    status(QString());
+    EXPECT_TRUE(waitUntil([&] { return statuses.size() == 2; }));
+}
+
+TEST_F(Client, SeveralRequestsInFlightAreMatchedByTime)
+{
+    client.setTimeout(2000);
+    server.delayMs = 250;
+    answerStatus();
+    for (int i = 0; i < 3; ++i) {
+        status();
+        runEvents(60);
+    }
+    EXPECT_EQ(client.statusInFlight(), 3);
+    ASSERT_TRUE(waitUntil([&] { return statuses.size() == 3; }));
+    for (int ms : roundTrips) {
+        EXPECT_GE(ms, 240);
+        EXPECT_LT(ms, 1900);
+    }
+}
+
+TEST_F(Client, AServerThatNeverAnswersIsReportedOncePerRequest)
+{
+    // The command goes later than the status request: the status's silence, reported
+    // first, leaves the command waiting for its own.
+    status();
+    runEvents(150);
+    client.sendCommand(u"127.0.0.1"_s, server.port(), u"pw"_s, u"status"_s);
+    ASSERT_TRUE(waitUntil([&] { return unanswered == 1 && commandsUnanswered == 1; }));
+    runEvents(400);
+    EXPECT_EQ(unanswered, 1);
+    EXPECT_EQ(commandsUnanswered, 1);
+    EXPECT_EQ(client.statusInFlight() + client.commandsInFlight(), 0);
+}
+
+TEST_F(Client, APrintInSeveralDatagramsArrivesInOrder)
+{
+    server.answer = [](const QByteArray& request) {
+        if (request != oob("rcon secret cvarlist"))
+            return QList<QByteArray>{};
+        return QList<QByteArray>{oob("print\none\n"), oob("print\ntwo\n"), oob("print\nthree\n")};
+    };
+    client.sendCommand(u"127.0.0.1"_s, server.port(), u"secret"_s, u"cvarlist"_s);
+    ASSERT_TRUE(waitUntil([&] { return prints.size() == 3; }));
+    EXPECT_EQ(prints, QStringList({u"one\n"_s, u"two\n"_s, u"three\n"_s}));
+    runEvents(400);
+    EXPECT_EQ(commandsUnanswered, 0);
+}
+
+TEST_F(Client, HostileRepliesAreUnreadableAndStrangersAreIgnored)
+{
+    answerStatus({QByteArray("no header"), oob("statusResponse\n\\odd"), oob("print\n") + QByteArray(20 * 1024, 'x'),
+                  QByteArray()});
+    status();
+    ASSERT_TRUE(waitUntil([&] { return unreadable >= 3; }));
+    EXPECT_TRUE(statuses.empty());
+
+    // A datagram from another port is not the server's.
+    FakeServer stranger;
+    ASSERT_NE(client.localPort(), 0);
+    status();
+    stranger.socket().writeDatagram(kStatus, QHostAddress::LocalHost, client.localPort());
+    server.answer = nullptr;
+    const int before = unreadable;
+    runEvents(200);
+    EXPECT_TRUE(statuses.empty());
+    EXPECT_EQ(unreadable, before);
+}
+
+TEST_F(Client, ANameIsLookedUpWithoutBlockingAndAMissingOneIsSaid)
+{
+    answerStatus();
+    status(u"localhost"_s);
+    ASSERT_TRUE(waitUntil([&] { return !statuses.empty(); }, 10000));
+    status(u"no-such-host.invalid"_s);
+    ASSERT_TRUE(waitUntil([&] { return !notFound.isEmpty(); }, 15000));
+    EXPECT_EQ(notFound, QStringList{u"no-such-host.invalid"_s});
+}
+
+TEST_F(Client, StopEndsAllTraffic)
+{
+    server.delayMs = 100;
+    answerStatus({kStatus, oob("print\nx")});
+    status();
+    client.stop();
+    runEvents(500);
+    EXPECT_TRUE(statuses.empty());
+    EXPECT_TRUE(prints.isEmpty());
+    EXPECT_EQ(unanswered, 0);
+    EXPECT_EQ(client.statusInFlight(), 0);
+    status(); // the client works again afterwards
+    EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
+}
+
+TEST_F(Client, AReplyOfTheLargestSizeIsStillRead)
+{
+    // Empty lines to the last byte.
+    answerStatus({kStatus + QByteArray(kMaxReplyBytes - kStatus.size(), '\n')});
+    status();
+    ASSERT_TRUE(waitUntil([&] { return !statuses.empty() || unreadable > 0; }));
+    EXPECT_EQ(statuses.size(), 1u);
+    EXPECT_EQ(unreadable, 0);
 }
 
 } // namespace
