@@ -224,7 +224,7 @@ TEST_F(Messaging, TheAddressIsTrimmedAndHostAndPortAreFixedAtArming)
                                             u"send:rcon secret say ^1second"_s}));
 }
 
-TEST_F(Messaging, ASecondArmingReopensTheSocketAndKeepsTheCount)
+TEST_F(Messaging, ASecondArmingReopensTheSocketAndAPortThatIsNoNumberFailsAtArming)
 {
     record();
     profile.setText(F::txtMsgTimer, u"3"_s);
@@ -261,11 +261,8 @@ TEST_F(Messaging, FailedSendsAndHostsThatCannotBeFoundAreNoErrorOfTheTick)
         EXPECT_EQ(m.counter(), 0);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-}
 
-TEST_F(Messaging, APortThatIsNoNumberFailsAtArmingBeforeTheTimerStarts)
-{
-    record();
+    // A port that is no number fails at arming, before the timer starts.
     for (const char* port : {"abc", "", "28070x"}) {
         SCOPED_TRACE(port);
         ServerProfile p;
@@ -394,7 +391,7 @@ TEST_F(MessagingOk, APortThatIsNoNumberGivesTheLaunchsErrorBoxBeforeOrAfterTheSt
     }
 }
 
-TEST(MessagingRules, TickingTheBoxSelectsMinimiseAndClearingItChangesNothing)
+TEST(MessagingRules, TickingTheBoxSelectsMinimiseAndTheLoadRunsTheRuleAfterTheStoredOption)
 {
     ServerProfile profile;
     attachMessagingRules(profile);
@@ -407,10 +404,8 @@ TEST(MessagingRules, TickingTheBoxSelectsMinimiseAndClearingItChangesNothing)
     profile.setValue(F::chkSendMessage, 0);
     EXPECT_TRUE(profile.isSet(F::optStartClose));
     EXPECT_FALSE(profile.isSet(F::optStartMinimize));
-}
 
-TEST(MessagingRules, TheLoadRunsTheBoxsRuleAfterTheStoredStartOption)
-{
+    // The load runs the box's rule after the stored start option.
     const struct {
         const char* what;
         const char* appMinimize; // nullptr: not stored
@@ -430,12 +425,12 @@ TEST(MessagingRules, TheLoadRunsTheBoxsRuleAfterTheStoredStartOption)
             t.store->SaveSetting(u"AppMinimize"_s, QString::fromLatin1(c.appMinimize));
         if (c.msgOn)
             t.store->SaveSetting(u"MsgOn"_s, QString::fromLatin1(c.msgOn));
-        ServerProfile profile;
-        attachOptionRules(*t.app, profile);
-        attachMessagingRules(profile);
-        GetMainSettings(*t.app, profile);
-        EXPECT_EQ(profile.isSet(F::optStartMinimize), c.minimize);
-        EXPECT_EQ(profile.isSet(F::optStartClose), !c.minimize);
+        ServerProfile loaded;
+        attachOptionRules(*t.app, loaded);
+        attachMessagingRules(loaded);
+        GetMainSettings(*t.app, loaded);
+        EXPECT_EQ(loaded.isSet(F::optStartMinimize), c.minimize);
+        EXPECT_EQ(loaded.isSet(F::optStartClose), !c.minimize);
     }
 }
 
