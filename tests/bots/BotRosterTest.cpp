@@ -202,7 +202,7 @@ TEST(PickerRules, OkMakesTheRowOrNothingAndTheGridsHeadingIsNoModel)
     EXPECT_EQ(pickedCustomModel(QString()), QString());
 }
 
-TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndAnEmptyRosterIsAnEmptyFile)
+TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndHandEditedLinesAreTakenAsTheyStand)
 {
     // The whole lines are in the files below; a quote in front puts the field in quotes.
     EXPECT_EQ(rosterFileLine(row("\"Q\"", "Hardcore", "RED", "Desann", "25"), RosterForm::Comma),
@@ -232,10 +232,8 @@ TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndAnEmptyRosterIsAnEmptyFile)
         EXPECT_TRUE(loadRosterFile(file, form).isEmpty());
     }
     EXPECT_EQ(errorOf([&] { loadRosterFile(dir.path() + u"/none.lst"_s, RosterForm::Tab); }), err::FileNotFound);
-}
 
-TEST(RosterFile, HandEditedLinesAreTakenAsTheyStand)
-{
+    // Hand-edited lines are taken as they stand.
     const std::pair<const char*, QStringList> cases[] = {
         {"Gnubee,Hardcore", row("Gnubee", "Hardcore", "", "", "")},
         {"", row("", "", "", "", "")},
@@ -279,11 +277,28 @@ protected:
     int pickerShown = 0;
 };
 
-TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheDefaultSkill)
+TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheUserDefinedBoxSwitchesThePage)
 {
     EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{row("NAME", "SKILL", "TEAM", "MODEL", "PING")});
     EXPECT_EQ(profile.field(F::cboBOT).items().size(), 5);
     EXPECT_EQ(profile.field(F::cboBOT).text(), u"Hurt Me Plenty "_s);
+    // The user-defined box switches the page.
+    auto visible = [this](FieldId name) { return profile.field(name).isVisible(); };
+    for (int on : {1, 0, 1}) {
+        SCOPED_TRACE(on);
+        profile.setValue(F::chkBOTs(5), on);
+        chkBOTs_Click(profile, 5);
+        EXPECT_EQ(visible(F::grdBOTList), on == 1);
+        EXPECT_EQ(visible(F::cboBOT), on == 0);
+        EXPECT_EQ(visible(F::txtBOTThinkTime), on == 0);
+    }
+    EXPECT_TRUE(botPageLayout(true).roster);
+    EXPECT_FALSE(botPageLayout(false).roster);
+
+    // The other boxes have no click of their own.
+    profile.setValue(F::chkBOTs(0), 1);
+    chkBOTs_Click(profile, 0);
+    EXPECT_TRUE(visible(F::grdBOTList));
 }
 
 TEST_F(RosterTest, LastBotsCarriesTheRosterFromOneRunToTheNext)
@@ -312,27 +327,7 @@ TEST_F(RosterTest, LastBotsCarriesTheRosterFromOneRunToTheNext)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(RosterTest, TheUserDefinedBoxSwitchesThePage)
-{
-    auto visible = [this](FieldId name) { return profile.field(name).isVisible(); };
-    for (int on : {1, 0, 1}) {
-        SCOPED_TRACE(on);
-        profile.setValue(F::chkBOTs(5), on);
-        chkBOTs_Click(profile, 5);
-        EXPECT_EQ(visible(F::grdBOTList), on == 1);
-        EXPECT_EQ(visible(F::cboBOT), on == 0);
-        EXPECT_EQ(visible(F::txtBOTThinkTime), on == 0);
-    }
-    EXPECT_TRUE(botPageLayout(true).roster);
-    EXPECT_FALSE(botPageLayout(false).roster);
-
-    // The other boxes have no click of their own.
-    profile.setValue(F::chkBOTs(0), 1);
-    chkBOTs_Click(profile, 0);
-    EXPECT_TRUE(visible(F::grdBOTList));
-}
-
-TEST_F(RosterTest, SaveClearAndViewDoNothingWithAnEmptyRosterAndAddOpensThePicker)
+TEST_F(RosterTest, AnEmptyRosterIsLeftAloneAndClearAsksAndKeepsTheHeading)
 {
     profile.setValue(F::chkBOTs(0), 1);
     profile.setValue(F::chkBOTs(5), 1);
@@ -345,6 +340,16 @@ TEST_F(RosterTest, SaveClearAndViewDoNothingWithAnEmptyRosterAndAddOpensThePicke
     click(3);
     EXPECT_EQ(pickerShown, 1);
     EXPECT_EQ(rosterBotCount(profile), 0) << "the picker adds the row itself";
+
+    // Clear asks and keeps the heading.
+    add(kGnubee);
+    t.prompts.answerNext(Answer::No);
+    click(2);
+    EXPECT_EQ(rosterBotCount(profile), 1);
+    t.prompts.answerNext(Answer::Yes);
+    click(2);
+    EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{rosterHeadings()});
+    EXPECT_EQ(t.prompts.texts(), QStringList(2, u"Clear current BOT list?         "_s));
 }
 
 TEST_F(RosterTest, SaveWritesTheTabFormWhereTheUserChose)
@@ -402,18 +407,6 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
     click(1);
     EXPECT_EQ(t.prompts.shown.size(), 2u);
     EXPECT_EQ(bots(), loaded);
-}
-
-TEST_F(RosterTest, ClearAsksAndKeepsTheHeading)
-{
-    add(kGnubee);
-    t.prompts.answerNext(Answer::No);
-    click(2);
-    EXPECT_EQ(rosterBotCount(profile), 1);
-    t.prompts.answerNext(Answer::Yes);
-    click(2);
-    EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{rosterHeadings()});
-    EXPECT_EQ(t.prompts.texts(), QStringList(2, u"Clear current BOT list?         "_s));
 }
 
 TEST_F(RosterTest, ViewWritesTheFileAndOpensItInTheEditor)
