@@ -143,7 +143,7 @@ TEST(RuleMasks, FollowTheirBoxes)
     }
 }
 
-TEST_F(Rules, TheWeaponHalvesAreIndependent)
+TEST_F(Rules, TheWeaponHalvesAreIndependentAndDisableTheForceTicksEveryForceBox)
 {
     profile.setText(F::txtDuelWeaponFlags, u"untouched"_s);
     tick(F::chkWeaponFlags, 2);
@@ -154,10 +154,8 @@ TEST_F(Rules, TheWeaponHalvesAreIndependent)
     EXPECT_EQ(text(F::txtWeaponFlags), u"65531"_s);
     tick(F::chkWeaponFlags, 2, 0);
     EXPECT_EQ(text(F::txtWeaponFlags), u"0"_s);
-}
 
-TEST_F(Rules, DisableTheForceTicksEveryForceBoxAndClearingItLeavesThem)
-{
+    // Disable the force ticks every force box, and clearing it leaves them.
     for (int i : upTo(18))
         if (i != 17)
             tick(F::chkQuake3Specific, i);

@@ -363,7 +363,7 @@ struct WinePrefix {
     QString path;
 };
 
-TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
+TEST(Registry, TheInstallPathComesFromTheChosenOrHomePrefixMappedOntoItsDrive)
 {
     TestApp t;
     WinePrefix prefix(t.root() + u"/wine"_s, kKeyLine,
@@ -397,11 +397,8 @@ TEST(Registry, TheInstallPathComesFromTheWinePrefixMappedOntoItsDrive)
     EXPECT_NE(QueryValueEx(key, u"NoEquals"_s, value), 0) << "a line without '=' is no value";
     EXPECT_NE(QueryValueEx(key, u"Missing"_s, value), 0);
     EXPECT_EQ(value, QString());
-}
 
-TEST(Registry, ThePrefixOfTheEnvironmentComesBeforeTheHomeFolders)
-{
-    TestApp t;
+    // The prefix of the environment comes before the home folders.
     const QString home = t.root() + u"/home"_s;
     WinePrefix own(home + u"/.wine"_s, kKeyLine, uR"("Install Path"="C:\\Home")"_s);
     QDir().mkpath(own.path + u"/drive_c/Home"_s);
