@@ -47,6 +47,7 @@ const QStringList kBoss = row("Big_Boss", "Hurt Me Plenty ", "BLUE", "Kyle2", "0
 Box information(const QString& text) { return {u"Arena Steward"_s, Icon::Information, text, Buttons::Ok}; }
 Box question(const QString& text) { return {kProductTitle, Icon::Question, text, Buttons::YesNo}; }
 
+/// The bots' set-up: a roster on the profile, the scan's progress recorded.
 class ModelScanTest : public ::testing::Test {
 protected:
     void pk3(const char* name, const ZipBuilder& zip)
@@ -60,8 +61,24 @@ protected:
     bool scan() { return ScanBotModels(*t.app, progress, t.gameFolder(), u"Base"_s); }
     QString botList() const { return t.programFolder() + u"/BOT.txt"_s; }
     QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
+    void SetUp() override { SetupBotControls(*t.app, profile); }
+    QString lastBots() const { return t.programFolder() + u"/lastbots.csv"_s; }
+    QList<QStringList> bots() const { return rosterBots(profile); }
+    void add(const QStringList& r) { appendRosterBot(profile, r); }
+    void click(int index)
+    {
+        cmdBOTs_Click(*t.app, profile, index, [this] { ++pickerShown; });
+    }
+    /// The last dialog: open or save, its title, filter and folder.
+    QStringList dialog() const
+    {
+        const FakePrompts::Dialog& d = t.prompts.dialogs.back();
+        return {d.open ? u"open"_s : u"save"_s, d.state.DialogTitle, d.state.Filter, d.state.InitialDir};
+    }
     TestApp t;
     RecordingScanProgress progress;
+    ServerProfile profile;
+    int pickerShown = 0;
 };
 
 TEST(ModelEntries, OnlyAFolderBelowModelsPlayersIsAModelAndTheStockArchivesAreLeftOut)
@@ -256,26 +273,7 @@ TEST(RosterColours, OnlyBlueInCapitalsIsBlue)
     EXPECT_EQ(rosterRowColours(u"RED"_s).text, qRgb(255, 255, 255));
 }
 
-class RosterTest : public ::testing::Test {
-protected:
-    void SetUp() override { SetupBotControls(*t.app, profile); }
-    QString lastBots() const { return t.programFolder() + u"/lastbots.csv"_s; }
-    QList<QStringList> bots() const { return rosterBots(profile); }
-    void add(const QStringList& r) { appendRosterBot(profile, r); }
-    void click(int index)
-    {
-        cmdBOTs_Click(*t.app, profile, index, [this] { ++pickerShown; });
-    }
-    /// The last dialog: open or save, its title, filter and folder.
-    QStringList dialog() const
-    {
-        const FakePrompts::Dialog& d = t.prompts.dialogs.back();
-        return {d.open ? u"open"_s : u"save"_s, d.state.DialogTitle, d.state.Filter, d.state.InitialDir};
-    }
-    TestApp t;
-    ServerProfile profile;
-    int pickerShown = 0;
-};
+using RosterTest = ModelScanTest;
 
 TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheUserDefinedBoxSwitchesThePage)
 {
