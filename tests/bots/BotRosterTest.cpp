@@ -1,7 +1,5 @@
-// The bots: the scan for installed player models on archives that the test builds, the
-// grid of models that BOT.txt fills, the picker's row, and the roster with its two files,
-// its colours, the page's two layouts and the five buttons, run against real files in a
-// temporary folder and the scripted prompts.
+// The bots: the model scan on archives the test builds, the picker's row, and the roster
+// with its two files, colours, layouts and buttons, on real files and scripted prompts.
 #include "bots/BotModelScan.h"
 #include "bots/BotPicker.h"
 #include "bots/BotRoster.h"

@@ -1,7 +1,5 @@
-// The server console: colour codes as rich text, the command history and its file, the
-// requests byte for byte, replies of every shape the server gives, read or refused whole,
-// and the client against fake servers on real UDP sockets on 127.0.0.1: status round trips,
-// several requests in flight, multi-packet prints, silence, hostile replies and stop.
+// The server console: colour codes, the command history, requests and replies of every
+// shape, and the client against fake servers on real UDP sockets on 127.0.0.1.
 #include "console/ColourText.h"
 #include "console/CommandHistory.h"
 #include "console/ConsoleClient.h"

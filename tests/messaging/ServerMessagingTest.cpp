@@ -1,7 +1,5 @@
-// The timed messages on a real UDP socket: a receiver on 127.0.0.1 stands in for the
-// server, the tick is driven directly, and the blocking wait is recorded rather than slept.
-// Also the say datagram byte for byte, and the messaging's part of OK and of the load:
-// the password test, the arming after the launch, the box's rule and the first run.
+// The timed messages on a real UDP socket on 127.0.0.1 (the tick driven directly, the
+// blocking wait recorded), the say datagram, and the messaging's part of OK and the load.
 #include "commands/OkCommand.h"
 #include "messaging/ArmMessaging.h"
 #include "messaging/SayDatagram.h"

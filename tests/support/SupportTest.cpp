@@ -1,6 +1,5 @@
-// The support layer: the error report and its log, the file dialog's wrapper and the
-// mouse pointer, the computer's own address, the install path from a Wine prefix's hive,
-// and the text and path helpers that every writer and reader leans on.
+// The support layer: error report and log, file dialog, mouse pointer, the computer's
+// address, the install path from a Wine prefix's hive, and the text and path helpers.
 #include "commands/AddressCommand.h"
 #include "commands/CreateJediConfiguration.h"
 #include "model/Constants.h"
@@ -213,27 +212,25 @@ TEST(Cursor, SetAndRestoreAndOnlyAStoredPointerOtherThanTheDefaultIsRestoredAtTh
 {
     FakePrompts prompts;
     prompts.pointer = 3;
-    CCursor cursor(prompts);
-    EXPECT_EQ(cursor.stored(), 3);
-    cursor.SetCursor(pointer::Hourglass);
-    EXPECT_EQ(prompts.pointer, pointer::Hourglass);
-    cursor.RestoreCursor();
-    EXPECT_EQ(prompts.pointer, 3);
-    cursor.SetCursor();
-    EXPECT_EQ(prompts.pointer, pointer::Default);
-    prompts.pointer = pointer::Default;
     {
-        CCursor atDefault(prompts);
-        atDefault.SetCursor(pointer::Hourglass);
+        CCursor cursor(prompts);
+        EXPECT_EQ(cursor.stored(), 3);
+        cursor.SetCursor(pointer::Hourglass);
+        cursor.RestoreCursor();
+        cursor.SetCursor();
     }
-    EXPECT_EQ(prompts.pointer, pointer::Hourglass) << "the default stored: nothing happens";
+    EXPECT_EQ(prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, 3, pointer::Default, 3}));
+    prompts.pointer = pointer::Default;
     prompts.pointerHistory.clear();
     {
-        CCursor atHourglass(prompts); // stores the hourglass
+        CCursor atDefault(prompts); // the default stored: nothing happens at the end
+        atDefault.SetCursor(pointer::Hourglass);
+    }
+    {
+        CCursor atHourglass(prompts);
         atHourglass.SetCursor(pointer::Default);
     }
-    EXPECT_EQ(prompts.pointer, pointer::Hourglass);
-    EXPECT_EQ(prompts.pointerHistory, (std::vector<int>{pointer::Default, pointer::Hourglass}));
+    EXPECT_EQ(prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default, pointer::Hourglass}));
 }
 
 /// An address as the lookup gives it: four bytes.

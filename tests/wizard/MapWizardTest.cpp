@@ -1,8 +1,5 @@
-// The map wizard: its flow on the three pages with the windows recorded (the start, the
-// row clicks, pages two and three, the question before a map is opened again, sorting, the
-// starting map, Finish and Cancel, an unwritable folder included), and the advanced cycle
-// it saves: the main file and its companions against expected files, the companion's
-// lines, the order of the records, the loader's marker line and a failed save.
+// The map wizard's flow on its three pages with the windows recorded, and the advanced
+// cycle it saves: the main file and its companions against expected files.
 #include "commands/MapCycleCommands.h"
 #include "maps/MapRotation.h"
 #include "model/FieldNames.h"
