@@ -1,44 +1,47 @@
-// The timed messages on a real UDP socket: a receiver on 127.0.0.1 stands in for the
-// server, the tick is driven directly, and the blocking wait is recorded rather than slept.
+// The timed messages on a real UDP socket on 127.0.0.1 (the tick driven directly, the
+// blocking wait recorded), the say datagram, and the messaging's part of OK and the load.
+#include "commands/OkCommand.h"
 #include "messaging/ArmMessaging.h"
+#include "messaging/SayDatagram.h"
 #include "messaging/ServerMessaging.h"
-#include "platform/UdpSocket.h"
+#include "model/Constants.h"
+#include "model/OptionRules.h"
 #include "model/ServerProfile.h"
+#include "platform/UdpSocket.h"
+#include "settings/MainSettings.h"
+#include "support/ErrorBox.h"
 #include "support/Errors.h"
+#include "testkit/BoxExpect.h"
+#include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QUdpSocket>
 #include <gtest/gtest.h>
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr auto kConfig = F::txtServerConfig;
 
-QByteArray say(const char* password, const char* text)
-{
-    QByteArray d(4, '\xff');
-    d += "rcon ";
-    if (*password)
-        d += QByteArray(password) + ' ';
-    return d + "say " + text;
-}
+QByteArray oob(const char* rest, int size = -1) { return QByteArray(4, '\xff') + QByteArray(rest, size); }
 
 class Messaging : public ::testing::Test {
 protected:
     void SetUp() override
     {
         ASSERT_TRUE(receiver.bind(QHostAddress::LocalHost, 0));
-        profile.setText(kConfig(16), QStringLiteral("127.0.0.1"));
+        profile.setText(kConfig(16), u"127.0.0.1"_s);
         profile.setText(kConfig(12), QString::number(receiver.localPort()));
-        profile.setText(kConfig(14), QStringLiteral("secret"));
-        profile.setText(F::txtMsgTimer, QStringLiteral("2"));
-        profile.setText(F::txtMsg(0), QStringLiteral("^2first"));
-        profile.setText(F::txtMsg(1), QStringLiteral("^1second"));
+        profile.setText(kConfig(14), u"secret"_s);
+        profile.setText(F::txtMsgTimer, u"2"_s);
+        profile.setText(F::txtMsg(0), u"^2first"_s);
+        profile.setText(F::txtMsg(1), u"^1second"_s);
     }
     ServerMessaging& messaging() { return ServerMessaging::of(*t.app, profile); }
     void arm() { ArmServerMessaging(*t.app, profile); }
@@ -62,23 +65,49 @@ protected:
         }
         return got;
     }
-
+    /// Sends through the recording sockets instead of real ones.
+    void record() { t.app->services.sockets = &sockets; }
+    QStringList sent() const { return sockets.journal.filter(u"send:"_s); }
     TestApp t;
     RecordingSockets sockets;
     ServerProfile profile;
     QUdpSocket receiver;
 };
 
-} // namespace
+TEST(SayDatagram, BothFormsByteForByte)
+{
+    const struct {
+        const char* what;
+        QString password;
+        QString text;
+        QByteArray bytes;
+    } cases[] = {
+        {"password", u"secret"_s, u"hello"_s, oob("rcon secret say hello")},
+        {"colour codes as they stand", u"pw"_s, u"^2This Server was configured by ^1Arena Steward"_s,
+         oob("rcon pw say ^2This Server was configured by ^1Arena Steward")},
+        {"blanks in and around the password are kept", u" my pass "_s, u"x"_s, oob("rcon  my pass  say x")},
+        {"no password: the say follows the word directly", QString(), u"^3hi"_s, oob("rcon say ^3hi")},
+        {"a blank password is a password", u" "_s, u"hi"_s, oob("rcon   say hi")},
+        {"a character above 127 is its Latin-1 byte", u"p\u00e4ss"_s, u"caf\u00e9 \u00ff"_s,
+         oob("rcon p\xe4ss say caf\xe9 \xff")},
+        {"a character outside Latin-1 becomes a question mark", u"pw"_s, u"5 \u20ac"_s, oob("rcon pw say 5 ?")},
+        {"quotes, semicolons and a trailing blank go as they stand", u"pw"_s, u"a \"b\"; quit "_s,
+         oob("rcon pw say a \"b\"; quit ")},
+        {"no terminator, and a NUL in the text goes as it stands", u"pw"_s, u"a"_s + QChar(0) + u"b"_s,
+         oob("rcon pw say a\0b", 15)},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(sayDatagram(c.password, c.text), c.bytes) << c.what;
+}
 
 TEST_F(Messaging, ArmingStartsTheTimerOfTicksOf65535MillisecondsThatRunTheTick)
 {
-    profile.setText(F::txtMsgTimer, QStringLiteral("99"));
+    profile.setText(F::txtMsgTimer, u"99"_s);
     arm();
     EXPECT_EQ(messaging().tmrServerMessage().interval(), 65535);
     EXPECT_TRUE(messaging().tmrServerMessage().isActive());
     EXPECT_FALSE(messaging().tmrServerMessage().isSingleShot());
-    EXPECT_EQ(messaging().udpPeerA().remoteHost(), QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(messaging().udpPeerA().remoteHost(), u"127.0.0.1"_s);
     EXPECT_EQ(messaging().udpPeerA().remotePort(), receiver.localPort());
     EXPECT_EQ(messaging().counter(), 0);
     ASSERT_TRUE(QMetaObject::invokeMethod(&messaging().tmrServerMessage(), "timeout"));
@@ -98,36 +127,20 @@ TEST_F(Messaging, AtTheIntervalBothLinesGoTwoSecondsApartAndTheCountStartsAgain)
     std::vector<QByteArray> duringWait;
     t.blockingWait.during = [&] {
         duringWait = received();
-        profile.setText(F::txtMsg(1), QStringLiteral("^1changed"));
+        profile.setText(F::txtMsg(1), u"^1changed"_s);
     };
     tick();
-    ASSERT_EQ(duringWait.size(), 1u);
-    EXPECT_EQ(duringWait[0], say("secret", "^2first"));
-    const auto after = received();
-    ASSERT_EQ(after.size(), 1u);
-    EXPECT_EQ(after[0], say("secret", "^1changed"));
+    EXPECT_EQ(duringWait, std::vector<QByteArray>{oob("rcon secret say ^2first")});
+    EXPECT_EQ(received(), std::vector<QByteArray>{oob("rcon secret say ^1changed")});
     EXPECT_EQ(t.blockingWait.waits, std::vector<int>{2000});
     EXPECT_EQ(messaging().counter(), 0);
 
-    // And again every interval, both lines each time.
+    // And again every interval, both lines each time; without a password the short form.
     t.blockingWait.during = nullptr;
-    tick(2);
-    const auto next = received();
-    ASSERT_EQ(next.size(), 2u);
-    EXPECT_EQ(next[0], say("secret", "^2first"));
-    EXPECT_EQ(next[1], say("secret", "^1changed"));
-    EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST_F(Messaging, APasswordClearedAfterOkGivesTheFormWithoutPassword)
-{
-    arm();
     profile.setText(kConfig(14), QString());
     tick(2);
-    const auto got = received();
-    ASSERT_EQ(got.size(), 2u);
-    EXPECT_EQ(got[0], say("", "^2first"));
-    EXPECT_EQ(got[1], say("", "^1second"));
+    EXPECT_EQ(received(), (std::vector<QByteArray>{oob("rcon say ^2first"), oob("rcon say ^1changed")}));
+    EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(Messaging, TheIntervalIsTheLeadingNumberOfItsTextAndNeverLessThanOne)
@@ -150,14 +163,13 @@ TEST_F(Messaging, TheIntervalIsTheLeadingNumberOfItsTextAndNeverLessThanOne)
         EXPECT_EQ(received().size(), 2u);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-}
 
-TEST_F(Messaging, AnIntervalLoweredBelowTheCountStopsTheMessagesForGood)
-{
-    profile.setText(F::txtMsgTimer, QStringLiteral("5"));
+    // An interval lowered below the count stops the messages for good.
+    profile.setText(F::txtMsgTimer, u"5"_s);
+    messaging().setCounter(0);
     arm();
     tick(3);
-    profile.setText(F::txtMsgTimer, QStringLiteral("2"));
+    profile.setText(F::txtMsgTimer, u"2"_s);
     tick(200);
     EXPECT_TRUE(received(100).empty());
     EXPECT_EQ(messaging().counter(), 203);
@@ -170,8 +182,9 @@ TEST_F(Messaging, AnEmptyLineIsLeftOutAndTheWaitAndCountStay)
         const char* first;
         const char* second;
         std::vector<QByteArray> sent;
-    } cases[] = {
-        {"", "^1second", {say("secret", "^1second")}}, {"^2first", "", {say("secret", "^2first")}}, {"", "", {}}};
+    } cases[] = {{"", "^1second", {oob("rcon secret say ^1second")}},
+                 {"^2first", "", {oob("rcon secret say ^2first")}},
+                 {"", "", {}}};
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(c.first) + "|" + c.second);
         profile.setText(F::txtMsg(0), QString::fromLatin1(c.first));
@@ -188,75 +201,66 @@ TEST_F(Messaging, AnEmptyLineIsLeftOutAndTheWaitAndCountStay)
 
 TEST_F(Messaging, AnEmptyAddressSendsToTheComputersOwnName)
 {
-    t.names.computer = QStringLiteral("localhost");
-    profile.setText(kConfig(16), QStringLiteral("   "));
+    t.names.computer = u"localhost"_s;
+    profile.setText(kConfig(16), u"   "_s);
     arm();
-    EXPECT_EQ(messaging().udpPeerA().remoteHost(), QStringLiteral("localhost"));
+    EXPECT_EQ(messaging().udpPeerA().remoteHost(), u"localhost"_s);
     tick(2);
     EXPECT_EQ(received().size(), 2u);
 }
 
 TEST_F(Messaging, TheAddressIsTrimmedAndHostAndPortAreFixedAtArming)
 {
-    t.app->services.sockets = &sockets;
-    profile.setText(kConfig(16), QStringLiteral("  10.0.0.5 "));
-    profile.setText(kConfig(12), QStringLiteral(" 29070 "));
+    record();
+    profile.setText(kConfig(16), u"  10.0.0.5 "_s);
+    profile.setText(kConfig(12), u" 29070 "_s);
     arm();
-    profile.setText(kConfig(16), QStringLiteral("10.9.9.9"));
-    profile.setText(kConfig(12), QStringLiteral("1"));
+    profile.setText(kConfig(16), u"10.9.9.9"_s);
+    profile.setText(kConfig(12), u"1"_s);
     tick(2);
-    EXPECT_EQ(sockets.journal, QStringList({QStringLiteral("host:10.0.0.5"), QStringLiteral("port:29070"),
-                                            QStringLiteral("send:rcon secret say ^2first"),
-                                            QStringLiteral("send:rcon secret say ^1second")}));
+    EXPECT_EQ(sockets.journal, QStringList({u"host:10.0.0.5"_s, u"port:29070"_s, u"send:rcon secret say ^2first"_s,
+                                            u"send:rcon secret say ^1second"_s}));
 }
 
-TEST_F(Messaging, ASecondArmingReopensTheSocketAndKeepsTheCount)
+TEST_F(Messaging, ASecondArmingReopensTheSocketAndAPortThatIsNoNumberFailsAtArming)
 {
-    t.app->services.sockets = &sockets;
-    profile.setText(F::txtMsgTimer, QStringLiteral("3"));
+    record();
+    profile.setText(F::txtMsgTimer, u"3"_s);
     arm();
-    tick(3);
-    tick(1);
+    tick(4);
     sockets.journal.clear();
     arm();
-    EXPECT_EQ(sockets.journal.value(0), QStringLiteral("close"));
+    EXPECT_EQ(sockets.journal.value(0), u"close"_s);
     EXPECT_EQ(messaging().counter(), 1);
     tick(2);
-    EXPECT_EQ(sockets.journal.filter(QStringLiteral("send:")).size(), 2);
+    EXPECT_EQ(sent().size(), 2);
 }
 
-TEST_F(Messaging, FailedSendsAreIgnoredAndTheCountStartsAgain)
+TEST_F(Messaging, FailedSendsAndHostsThatCannotBeFoundAreNoErrorOfTheTick)
 {
     sockets.failSends = true;
-    t.app->services.sockets = &sockets;
+    record();
     arm();
     tick(2);
-    EXPECT_EQ(sockets.journal.filter(QStringLiteral("send:")).size(), 2);
+    EXPECT_EQ(sent().size(), 2);
     EXPECT_EQ(messaging().counter(), 0);
     EXPECT_EQ(t.blockingWait.waits.size(), 1u);
-    EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST_F(Messaging, AHostThatCannotBeFoundOrAClosedPortIsNoErrorOfTheTick)
-{
+    t.app->services.sockets = &t.sockets;
     for (const char* host : {"no-such-host.invalid", "256.1.1.1"}) {
         SCOPED_TRACE(host);
         ServerProfile p;
         p.setText(kConfig(16), QString::fromLatin1(host));
-        p.setText(kConfig(12), QStringLiteral("70000"));
-        p.setText(F::txtMsgTimer, QStringLiteral("1"));
-        p.setText(F::txtMsg(0), QStringLiteral("x"));
+        p.setText(kConfig(12), u"70000"_s);
+        p.setText(F::txtMsgTimer, u"1"_s);
+        p.setText(F::txtMsg(0), u"x"_s);
         ArmServerMessaging(*t.app, p);
         ServerMessaging& m = ServerMessaging::of(*t.app, p);
         EXPECT_NO_THROW(m.tmrServerMessage_Timer());
         EXPECT_EQ(m.counter(), 0);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-}
 
-TEST_F(Messaging, APortThatIsNoNumberFailsAtArmingBeforeTheTimerStarts)
-{
-    t.app->services.sockets = &sockets;
+    // A port that is no number fails at arming, before the timer starts.
     for (const char* port : {"abc", "", "28070x"}) {
         SCOPED_TRACE(port);
         ServerProfile p;
@@ -301,3 +305,131 @@ TEST(BlockingWait, TheRealWaitSleepsWithoutRunningEvents)
     QCoreApplication::sendPostedEvents(&context);
     EXPECT_TRUE(ran);
 }
+
+class MessagingOk : public Messaging {
+protected:
+    void SetUp() override
+    {
+        Messaging::SetUp();
+        profile.setValue(F::chkMapAutoCycle, 1);
+        profile.setValue(F::chkSendMessage, 1);
+        profile.setText(F::txtMsgTimer, u"1"_s);
+    }
+    void ok() { cmdOk_Click(*t.app, profile, windows); }
+    std::string shown() const { return t.prompts.texts().join(u'|').toStdString(); }
+    FakeWindowHost windows{*t.app};
+};
+
+TEST_F(MessagingOk, WithoutAPasswordOkIsRefusedBeforeAnythingIsWritten)
+{
+    profile.setText(kConfig(14), QString());
+    ok();
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                 u"An rcon password is required to enable server messaging"_s + kTail, Buttons::Ok}));
+    EXPECT_TRUE(t.launcher.started.empty());
+    EXPECT_EQ(ServerMessaging::find(profile), nullptr);
+    EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + u"/luke.cfg"_s));
+
+    // Without the box ticked, no password is needed and nothing is armed.
+    profile.setValue(F::chkSendMessage, 0);
+    t.prompts.shown.clear();
+    ok();
+    EXPECT_TRUE(t.prompts.shown.empty()) << shown();
+    EXPECT_EQ(t.launcher.started.size(), 1u);
+    EXPECT_EQ(ServerMessaging::find(profile), nullptr);
+}
+
+TEST_F(MessagingOk, OkArmsAfterTheStartAndASecondOkKeepsTheCount)
+{
+    ok();
+    ASSERT_TRUE(t.prompts.shown.empty()) << shown();
+    ASSERT_EQ(t.launcher.started.size(), 1u);
+    ServerMessaging* messaging = ServerMessaging::find(profile);
+    ASSERT_NE(messaging, nullptr);
+    EXPECT_TRUE(messaging->tmrServerMessage().isActive());
+    EXPECT_EQ(messaging->tmrServerMessage().interval(), 65535);
+    profile.setText(F::txtMsgTimer, u"3"_s);
+    messaging->tmrServerMessage_Timer();
+    messaging->tmrServerMessage_Timer();
+    ok();
+    EXPECT_EQ(ServerMessaging::find(profile), messaging);
+    EXPECT_EQ(messaging->counter(), 2);
+    messaging->tmrServerMessage_Timer();
+    EXPECT_EQ(received().size(), 2u);
+    EXPECT_EQ(t.launcher.started.size(), 2u);
+}
+
+TEST_F(MessagingOk, APortThatIsNoNumberGivesTheLaunchsErrorBoxBeforeOrAfterTheStart)
+{
+    // The session takes an empty port as the default one and starts the server; the
+    // socket wants a number. Letters are refused before the start.
+    for (const auto& [port, starts] : {std::pair{"", 1u}, {"abc", 0u}}) {
+        SCOPED_TRACE(port);
+        TestApp app;
+        FakeWindowHost host{*app.app};
+        ServerProfile p;
+        p.setValue(F::chkMapAutoCycle, 1);
+        p.setValue(F::chkSendMessage, 1);
+        p.setText(kConfig(14), u"secret"_s);
+        p.setText(kConfig(12), QString::fromLatin1(port));
+        cmdOk_Click(*app.app, p, host);
+        ASSERT_EQ(app.prompts.shown.size(), 2u) << app.prompts.texts().join(u'|').toStdString();
+        EXPECT_TRUE(isBox(
+            app.prompts.shown.front(),
+            errorBox(err::TypeMismatch, u"arena-steward::Code.CreateJediConfiguration(Function) (arena-steward)"_s)));
+        EXPECT_TRUE(isBox(app.prompts.last(),
+                          {kProductTitle, Icon::Critical, u"Could not start server!"_s + kTail, Buttons::Ok}));
+        EXPECT_EQ(app.launcher.started.size(), starts);
+        ServerMessaging* armed = ServerMessaging::find(p);
+        EXPECT_EQ(armed != nullptr, starts == 1u);
+        EXPECT_FALSE(armed && armed->tmrServerMessage().isActive());
+        EXPECT_EQ(host.calls.filter(u"minimize"_s).size(), 0);
+    }
+}
+
+TEST(MessagingRules, TickingTheBoxSelectsMinimiseAndTheLoadRunsTheRuleAfterTheStoredOption)
+{
+    ServerProfile profile;
+    attachMessagingRules(profile);
+    attachMessagingRules(profile);
+    ASSERT_TRUE(profile.isSet(F::optStartClose));
+    profile.setValue(F::chkSendMessage, 1);
+    EXPECT_TRUE(profile.isSet(F::optStartMinimize));
+    EXPECT_FALSE(profile.isSet(F::optStartClose));
+    profile.setValue(F::optStartClose, 1);
+    profile.setValue(F::chkSendMessage, 0);
+    EXPECT_TRUE(profile.isSet(F::optStartClose));
+    EXPECT_FALSE(profile.isSet(F::optStartMinimize));
+
+    // The load runs the box's rule after the stored start option.
+    const struct {
+        const char* what;
+        const char* appMinimize; // nullptr: not stored
+        const char* msgOn;       // nullptr: not stored
+        bool minimize;
+    } cases[] = {
+        {"a first run: no option stored, messaging on by default", nullptr, nullptr, true},
+        {"close stored, messaging on", "optStartClose", "1", true},
+        {"close stored, messaging off", "optStartClose", "0", false},
+        {"minimise stored, messaging off", "optStartMinimize", "0", true},
+        {"nothing but messaging off", nullptr, "0", false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        TestApp t;
+        if (c.appMinimize)
+            t.store->SaveSetting(u"AppMinimize"_s, QString::fromLatin1(c.appMinimize));
+        if (c.msgOn)
+            t.store->SaveSetting(u"MsgOn"_s, QString::fromLatin1(c.msgOn));
+        ServerProfile loaded;
+        attachOptionRules(*t.app, loaded);
+        attachMessagingRules(loaded);
+        GetMainSettings(*t.app, loaded);
+        EXPECT_EQ(loaded.isSet(F::optStartMinimize), c.minimize);
+        EXPECT_EQ(loaded.isSet(F::optStartClose), !c.minimize);
+    }
+}
+
+} // namespace
