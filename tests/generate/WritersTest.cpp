@@ -421,35 +421,19 @@ protected:
     CountingLauncher launcher;
 };
 
-TEST_F(Scripts, TheBatchFileIsOneLineAndTheShellScriptItsOwnFile)
+TEST_F(Scripts, TheBatchFileAndTheShellScriptAreWrittenWhole)
 {
-    const char* kBatch =
-        "\"jk2ded.exe\" +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 +set vm_game 0 "
-        "+set dedicated 2 +set net_port 28070 +exec My_Cfg.cfg";
-    const char* kShell = "./jk2ded +set fs_basepath ./ +set com_zoneMegs 16 +set com_hunkMegs 32 +set com_soundmegs 16 "
-                         "+set vm_game 2 +set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port "
-                         "28070 +exec my_cfg.cfg";
     const struct {
         const char *port, *ip, *zone, *hunk, *sound;
         bool merc;
-        const char *batch, *shell;
+        const char* golden;
     } cases[] = {
-        {"28070", "", "16", "32", "16", false, kBatch, kShell},
-        {"0", "", "016", "32.5", "", false, // port 0 and memory as leading numbers
-         "\"jk2ded.exe\" +set com_zoneMegs 16 +set com_hunkMegs 32.5 +set com_soundmegs 0 +set vm_game 0 +set "
-         "dedicated 2 +set net_port 28070 +exec My_Cfg.cfg",
-         "./jk2ded +set fs_basepath ./ +set com_zoneMegs 16 +set com_hunkMegs 32.5 +set com_soundmegs 0 +set vm_game 2 "
-         "+set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 28070 +exec my_cfg.cfg"},
-        {"abc", "", "16", "32", "16", false, kBatch, kShell},
-        {"123abc", "10.1.2.3", "24", "64", "8", true, // the shell script has no address
-         "\"jk2ded.exe\" +set g_jediVmerc 1 +set com_zoneMegs 24 +set com_hunkMegs 64 +set com_soundmegs 8 +set "
-         "vm_game "
-         "0 +set dedicated 2 +set net_port 123abc +set net_ip 10.1.2.3 +exec My_Cfg.cfg",
-         "./jk2ded +set fs_basepath ./ +set g_jediVmerc 1 +set com_zoneMegs 24 +set com_hunkMegs 64 +set com_soundmegs "
-         "8 "
-         "+set vm_game 2 +set vm_cgame 2 +set vm_ui 2 +set dedicated 2 +set ttycon 0 +set net_port 123abc +exec "
-         "my_cfg.cfg"},
+        {"28070", "", "16", "32", "16", false, "defaults"},
+        {"0", "", "016", "32.5", "", false, "memory"}, // port 0 and memory as leading numbers
+        {"abc", "", "16", "32", "16", false, "defaults"},
+        {"123abc", "10.1.2.3", "24", "64", "8", true, "merc"}, // the shell script has no address
     };
+    const QString batch = t.root() + u"/run.bat"_s, shell = t.root() + u"/start server.sh"_s;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.port);
         for (auto [id, text] : {std::pair{F::txtServerConfig(12), c.port},
@@ -460,15 +444,12 @@ TEST_F(Scripts, TheBatchFileIsOneLineAndTheShellScriptItsOwnFile)
             profile.setText(id, QString::fromLatin1(text));
         profile.setValue(F::chkQuake3Specific(18), c.merc ? 1 : 0);
         t.prompts.shown.clear();
-        const QString batch = t.root() + u"/run.bat"_s;
         t.prompts.chooseFile(batch);
         mnuBatchFile_Click(*t.app, profile);
-        EXPECT_EQ(fileBytes(batch), crlfText({QString::fromLatin1(c.batch)}));
-        const QString shell = t.root() + u"/start server.sh"_s;
         t.prompts.chooseFile(shell);
         mnuLinux_Click(*t.app, profile);
-        expectFile(shell, u"generate/start_server.sh"_s,
-                   {{QString::fromLatin1(kShell), {QString::fromLatin1(c.shell)}}});
+        expectGolden(batch, u"generate/run-%1.bat"_s.arg(c.golden));
+        expectGolden(shell, u"generate/start_server-%1.sh"_s.arg(c.golden));
         ASSERT_EQ(t.prompts.shown.size(), 3u);
         EXPECT_TRUE(isBox(t.prompts.shown[0],
                           {u"Batch File"_s, Icon::Information, "'" + batch + "' has been Saved" + kTail, Buttons::Ok}));
