@@ -34,7 +34,9 @@ const QString kGameData = u"/usr/lib/openarena-server"_s;
 
 /// Asks the server on the port for its status until the answer passes the test or the time
 /// is up; the last answer, empty when none came.
-QByteArray awaitStatus(quint16 port, int seconds, const std::function<bool(const QByteArray&)>& done)
+QByteArray awaitStatus(
+    quint16 port, int seconds,
+    const std::function<bool(const QByteArray&)>& done = [](const QByteArray& s) { return !s.isEmpty(); })
 {
     const QDeadlineTimer deadline(seconds * 1000);
     QByteArray answer;
@@ -50,11 +52,6 @@ QByteArray awaitStatus(quint16 port, int seconds, const std::function<bool(const
         QThread::msleep(300);
     }
     return answer;
-}
-
-QByteArray awaitAnswer(quint16 port, int seconds)
-{
-    return awaitStatus(port, seconds, [](const QByteArray& s) { return !s.isEmpty(); });
 }
 
 /// The status of the server once its map is the one named, or the last status seen.
@@ -174,7 +171,7 @@ TEST_F(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
 {
     prepare(0);
     ASSERT_NO_FATAL_FAILURE(ok());
-    const QByteArray status = awaitAnswer(port, 20);
+    const QByteArray status = awaitStatus(port, 20);
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_TRUE(status.contains("\\sv_hostname\\Steward Test Arena\\")) << status.toStdString();
     EXPECT_TRUE(status.contains("\\mapname\\oa_dm1\\")) << status.toStdString();
@@ -262,7 +259,7 @@ TEST_F(RealServer, TheTimedMessagesReachItsRemoteConsole)
     profile.setText(F::txtMsg(0), u"^2This Server was configured by ^1Arena Steward"_s);
     profile.setText(F::txtMsg(1), u"^3second line"_s);
     ASSERT_NO_FATAL_FAILURE(ok());
-    ASSERT_FALSE(awaitAnswer(port, 20).isEmpty()) << "the server did not answer on port " << port;
+    ASSERT_FALSE(awaitStatus(port, 20).isEmpty()) << "the server did not answer on port " << port;
     ServerMessaging* messaging = ServerMessaging::find(profile);
     ASSERT_NE(messaging, nullptr);
     messaging->tmrServerMessage_Timer();

@@ -46,12 +46,8 @@ protected:
 
 TEST(MapCycle, IsWrittenByteForByte)
 {
-    const struct {
-        const char* golden;
-        QStringList maps;
-        QString start;
-        QString gravity;
-    } cases[] = {
+    const std::tuple<const char*, QStringList, QString, QString> cases[] = {
+        // expected file, rows, start, gravity
         {"two", {"ffa_yavin", "ffa_bespin"}, "ffa_bespin", "800"}, // the starting map's row comes first
         {"three", {"a", "b", "c"}, "b", "400"},
         {"one", {"duel_pit"}, "", "350"},
@@ -59,18 +55,18 @@ TEST(MapCycle, IsWrittenByteForByte)
         {"unmatched", {"a", "b"}, "gone", "800"},
         {"empty", {}, "", "800"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.golden);
+    for (const auto& [golden, maps, start, gravity] : cases) {
+        SCOPED_TRACE(golden);
         TestApp app;
         ServerProfile p;
-        for (const QString& map : c.maps)
+        for (const QString& map : maps)
             p.field(F::lsvMapRotation).addRow(rotationRow(map, {}, {}));
-        p.setStartingMap(c.start);
-        p.setText(F::txtSpeed(1), c.gravity);
+        p.setStartingMap(start);
+        p.setText(F::txtSpeed(1), gravity);
         QString name = u"before"_s;
         ASSERT_TRUE(MakeMapCycle(*app.app, p, name, false, false));
         EXPECT_EQ(name, u"jediMaps.cfg"_s);
-        expectGolden(app.baseFolder() + u"/jediMaps.cfg"_s, u"generate/jediMaps-%1.cfg"_s.arg(c.golden));
+        expectGolden(app.baseFolder() + u"/jediMaps.cfg"_s, u"generate/jediMaps-%1.cfg"_s.arg(golden));
     }
 }
 
@@ -551,13 +547,8 @@ TEST(ServerCommandLine, EachShapeOfTheLineAndEachValueOneArgument)
 {
     // The address and port, the address alone, the port alone, neither; Merc and the game
     // type go in wherever they are set; Internet with Merc has no port form.
-    const struct {
-        int d;
-        bool merc;
-        const char* ip;
-        int port;
-        const char *gameType, *line;
-    } cases[] = {
+    // Server type, Merc, address, port, game type, and the line between the executable and the zone memory.
+    const std::tuple<int, bool, const char*, int, const char*, const char*> cases[] = {
         {0, false, "10.0.0.5", 28070, "",
          "+set dedicated 0 +set net_ip 10.0.0.5 +set vm_game 0 +set net_port 28070 +set com_hunkmegs 48"},
         {1, true, "10.0.0.5", 0, "7",
@@ -576,15 +567,15 @@ TEST(ServerCommandLine, EachShapeOfTheLineAndEachValueOneArgument)
     v.hunk = 48;
     v.zone = 24;
     v.session = u"luke.cfg"_s;
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.line);
-        v.serverType = c.d;
-        v.merc = c.merc;
-        v.ip = QString::fromLatin1(c.ip);
-        v.port = c.port;
-        v.gameType = QString::fromLatin1(c.gameType);
-        const QString game = *c.gameType ? u" +set g_gametype "_s + c.gameType : QString();
-        const QString line = u"jk2ded "_s + c.line + " +set com_zonemegs 24" + game + " +exec luke.cfg";
+    for (const auto& [d, merc, ip, port, gameType, middle] : cases) {
+        SCOPED_TRACE(middle);
+        v.serverType = d;
+        v.merc = merc;
+        v.ip = QString::fromLatin1(ip);
+        v.port = port;
+        v.gameType = QString::fromLatin1(gameType);
+        const QString game = *gameType ? u" +set g_gametype "_s + gameType : QString();
+        const QString line = u"jk2ded "_s + middle + " +set com_zonemegs 24" + game + " +exec luke.cfg";
         const ServerCommand command = buildServerCommand(v);
         EXPECT_EQ(command.text(), line);
         // Split at every single blank: the two blanks behind an empty address are an empty argument.

@@ -154,18 +154,12 @@ TEST_F(Saving, OptionsAreStoredByIndexAndNameAndWithNoneSelectedTheOlderValueSta
 
 TEST_F(Saving, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
 {
-    // Key, field, decoded on reading.
-    const std::tuple<const char*, FieldId, bool> rows[] = {{"ServerInfo10", F::txtServerConfig(0), true},
-                                                           {"ServerInfo15", F::txtServerConfig(5), true},
-                                                           {"ServerInfo116", F::txtServerConfig(16), false},
-                                                           {"Msg1", F::txtMsg(0), false},
-                                                           {"Msg2", F::txtMsg(1), false},
-                                                           {"Master2", F::txtMaster2, false},
-                                                           {"Master5", F::txtMaster5, false},
-                                                           {"PathToMapsCFG", F::txtServerINI, false},
-                                                           {"Quad", F::txtWeaponEnhancer, false},
-                                                           {"Knockback", F::txtKnockBack, false},
-                                                           {"WeapRespawn", F::txtWeapRespawn, false}};
+    // The keys and their fields; the first two are decoded on reading.
+    const char* keys[] = {"ServerInfo10", "ServerInfo15",  "ServerInfo116", "Msg1",      "Msg2",       "Master2",
+                          "Master5",      "PathToMapsCFG", "Quad",          "Knockback", "WeapRespawn"};
+    const FieldId fields[] = {F::txtServerConfig(0), F::txtServerConfig(5), F::txtServerConfig(16), F::txtMsg(0),
+                              F::txtMsg(1),          F::txtMaster2,         F::txtMaster5,          F::txtServerINI,
+                              F::txtWeaponEnhancer,  F::txtKnockBack,       F::txtWeapRespawn};
     // Typed, stored, shown after a restart when decoded, and when not.
     const std::tuple<const char*, const char*, const char*, const char*> values[] = {
         {"a,b", "a%b", "a,b", "a%b"},
@@ -173,7 +167,8 @@ TEST_F(Saving, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
         {"Welcome% all", "Welcome% all", "Welcome, all", "Welcome% all"},
         {" x ", " x ", " x ", " x "}};
     for (const auto& [typed, storedText, decodedText, raw] : values) {
-        for (const auto& [key, id, decoded] : rows) {
+        for (size_t i = 0; i < std::size(keys); ++i) {
+            const auto [key, id, decoded] = std::tuple{keys[i], fields[i], i < 2};
             SCOPED_TRACE(std::string(key) + " <- '" + typed + "'");
             TestApp app;
             ServerProfile p;
