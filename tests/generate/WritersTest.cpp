@@ -52,7 +52,7 @@ TEST(MapCycle, IsWrittenByteForByte)
         {"three", {"a", "b", "c"}, "b", "400"},
         {"one", {"duel_pit"}, "", "350"},
         {"twice", {"b", "a", "c", "a"}, "a", "800"},
-        {"unmatched", {"a", "b"}, "gone", "800"},
+        {"unmatched", {"a", "b"}, "B", "800"}, // matched with regard to case: no row
         {"empty", {}, "", "800"},
     };
     for (const auto& [golden, maps, start, gravity] : cases) {
@@ -68,17 +68,6 @@ TEST(MapCycle, IsWrittenByteForByte)
         EXPECT_EQ(name, u"jediMaps.cfg"_s);
         expectGolden(app.baseFolder() + u"/jediMaps.cfg"_s, u"generate/jediMaps-%1.cfg"_s.arg(golden));
     }
-}
-
-TEST(MapCycle, TheStartingMapMovesToTheFrontAndTheRestKeepsItsOrder)
-{
-    QStringList names{"a", "b", "c", "b"};
-    QStringList gravities{"1", "2", "3", "4"};
-    MoveStartingMapFirst(names, gravities, 4, u"b"_s);
-    EXPECT_EQ(names, (QStringList{"b", "a", "c", "b"}));
-    EXPECT_EQ(gravities, (QStringList{"2", "1", "3", "4"}));
-    MoveStartingMapFirst(names, gravities, 4, u"B"_s);
-    EXPECT_EQ(names, (QStringList{"", "b", "a", "c", "b"}));
 }
 
 TEST_F(Writers, TheMapCycleSavedAndExportFormsAndAFailure)
