@@ -70,7 +70,7 @@ TEST(MapCycle, IsWrittenByteForByte)
     }
 }
 
-TEST_F(Writers, TheMapCycleSavedAndExportFormsAndAFailure)
+TEST_F(Writers, TheSavedAndExportFormsOfTheMapCycle)
 {
     rows({"a"});
     profile.setText(F::txtServerINI, u"/games/jk2/base/advanced.cfg"_s);
@@ -86,10 +86,9 @@ TEST_F(Writers, TheMapCycleSavedAndExportFormsAndAFailure)
     target = t.root() + u"/mine"_s;
     EXPECT_TRUE(MakeMapCycle(*t.app, profile, target, true, false));
     EXPECT_EQ(crlfLines(target).value(6), u"Map a"_s);
-}
 
-TEST_F(Writers, TheStartingMapOfASavedCycleIsItsLastLine)
-{
+    // The starting map of a saved cycle is its last line.
+    t.prompts.shown.clear();
     const QString file = t.root() + u"/advanced.cfg"_s;
     writeFile(file, "set m1 \"map x\"\r\n// ***    DO NOT DELETE MAP NAME ***\r\n//\r\n//ffa_yavin\r\n");
     EXPECT_EQ(gbln_LoadMapCycle(*t.app, profile, file), u"ffa_yavin"_s);
@@ -210,10 +209,10 @@ protected:
     void addBot(const QStringList& row) { profile.field(F::grdBOTList).addRow(row); }
     QString file() const { return t.baseFolder() + u"/BOTFile.cfg"_s; }
     bool run() { return gbln_MakeBOTConfig(*t.app, profile); }
-    void expectOneBox(const QString& text, Icon icon)
+    void expectOneBox(const QString& text, Icon icon, const QString& title = kProductTitle)
     {
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, icon, text, Buttons::Ok}));
+        EXPECT_TRUE(isBox(t.prompts.last(), {title, icon, text, Buttons::Ok}));
     }
     static QStringList heading() { return cutAt(goldenLines(kAutomatic), seta("bot_enable", "1"), false); }
 };
@@ -245,7 +244,9 @@ TEST_F(BotFile, AutomaticBotsFillUpToTheNumberOfPlayersAndEachBoxWritesItsOwnSen
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(BotFile, NoNumberOfPlayersWarnsAndLeavesTheHeadingOnly)
+// No number of players warns and leaves the heading only; a skill name without its trailing
+// blank matches nothing; a file that can't be written is shown and not used.
+TEST_F(BotFile, WarningsAndFailuresComeWithTheirBoxes)
 {
     for (const char* text : {"0", "", "abc", " 0x"}) {
         SCOPED_TRACE(text);
@@ -258,15 +259,18 @@ TEST_F(BotFile, NoNumberOfPlayersWarnsAndLeavesTheHeadingOnly)
             "this does allows admins to manually add bots, e.g., /rcon addbot Desann red 4 25 Gnubee.         "_s,
             Icon::Exclamation);
     }
-}
-
-TEST_F(BotFile, ASkillNameWithoutItsTrailingBlankMatchesNothing)
-{
+    t.prompts.shown.clear();
     automatic();
     profile.setText(F::cboBOT, u"Bring It On"_s);
     EXPECT_TRUE(run()) << "the file is used without a skill line";
     expectFile(file(), kAutomatic, {{seta("g_spSkill", "3"), {}}});
     expectOneBox(u"Please select a BOT level         "_s, Icon::Information);
+
+    t.prompts.shown.clear();
+    t.app->gameFolder = t.root() + u"/missing/"_s;
+    EXPECT_FALSE(run());
+    expectOneBox(u"Path not found"_s, Icon::Information, u"Function::gbln_MakeBOTConfig"_s);
+    EXPECT_FALSE(QDir(t.root() + u"/missing"_s).exists()) << "no folder is made";
 }
 
 TEST_F(BotFile, RosterBotsGiveOneAddbotLineEach)
@@ -310,17 +314,6 @@ TEST_F(BotFile, WithoutEnableBotTheFileSwitchesBotsOff)
         expectGolden(file(), u"generate/BOTFile-off.cfg"_s);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST_F(BotFile, AFileThatCantBeWrittenIsShownAndNotUsed)
-{
-    t.app->gameFolder = t.root() + u"/missing/"_s;
-    automatic();
-    EXPECT_FALSE(run());
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {u"Function::gbln_MakeBOTConfig"_s, Icon::Information, u"Path not found"_s, Buttons::Ok}));
-    EXPECT_FALSE(QDir(t.root() + u"/missing"_s).exists()) << "no folder is made";
 }
 
 TEST(BotConfigLines, TheHeadingTakesItsFactsAsTheyAre)
@@ -476,10 +469,9 @@ TEST_F(Scripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduct
         EXPECT_EQ(t.prompts.dialogs[i].state.Filter, QString::fromLatin1(expected[i].second));
         EXPECT_EQ(t.prompts.dialogs[i].state.InitialDir, t.gameFolder());
     }
-}
 
-TEST_F(Scripts, TheSessionIsCheckedBeforeAnyDialog)
-{
+    // The session is checked before any dialog.
+    t.prompts.dialogs.clear();
     using Command = void (*)(AppContext&, ServerProfile&);
     for (const Command command : {Command(mnuBatchFile_Click), Command(mnuLinux_Click)}) {
         for (const auto& [session, text] :
