@@ -15,10 +15,11 @@ using namespace Qt::StringLiterals;
 
 inline QString seta(const QString& key, const QString& value) { return u"seta %1 \"%2\""_s.arg(key, value); }
 
-/// One line of the expected file exchanged for none, one or several.
+/// One line of the expected file (or the first that starts so) exchanged for none, one or several.
 struct Change {
     QString line;
     QStringList replacement;
+    bool start = false;
 };
 
 /// One setting's line with another value.
@@ -26,6 +27,8 @@ inline Change value(const QString& key, const QString& was, const QString& is)
 {
     return {seta(key, was), {seta(key, is)}};
 }
+/// The setting's line, whatever its value in the expected file, with this value.
+inline Change to(const QString& key, const QString& is) { return {u"seta %1 \""_s.arg(key), {seta(key, is)}, true}; }
 /// The line itself, then the new ones behind it.
 inline Change after(const QString& line, const QStringList& added) { return {line, QStringList{line} + added}; }
 
@@ -35,7 +38,9 @@ inline QStringList changed(QStringList lines, const std::vector<Change>& changes
 {
     qsizetype from = 0;
     for (const Change& c : changes) {
-        const auto at = lines.indexOf(c.line, from);
+        auto at = lines.indexOf(c.line, from);
+        for (qsizetype i = from; c.start && at < 0 && i < lines.size(); ++i)
+            at = lines.at(i).startsWith(c.line) ? i : at;
         if (at < 0) {
             ADD_FAILURE() << "the expected file has no line " << c.line.toStdString() << " from line " << from + 1;
             continue;

@@ -121,8 +121,16 @@ TEST_P(SessionFileVariants, ChangeOnlyTheirOwnLines)
 using Edit = std::function<void(ServerProfile&)>;
 /// Fields set in order: boxes and options take the number, a grid the text as its one row (none when
 /// empty), the others the text.
-Edit with(const std::vector<std::pair<FieldId, QString>>& fields)
+template <class... Rest>
+Edit with(Rest... rest)
 {
+    std::vector<std::pair<FieldId, QString>> fields;
+    const auto add = [&](auto self, FieldId id, const QString& text, auto... more) -> void {
+        fields.emplace_back(id, text);
+        if constexpr (sizeof...(more) > 0)
+            self(self, more...);
+    };
+    add(add, rest...);
     return [=](ServerProfile& p) {
         for (const auto& [id, text] : fields) {
             Field& f = p.field(id);
@@ -135,15 +143,15 @@ Edit with(const std::vector<std::pair<FieldId, QString>>& fields)
         }
     };
 }
-Edit cfg(int index, const char* text) { return with({{F::txtServerConfig(index), text}}); }
-Edit spin(int index, const char* text) { return with({{F::txtServerConfigSpin(index), text}}); }
-Edit speed(int index, const char* text) { return with({{F::txtSpeed(index), text}}); }
+Edit cfg(int index, const char* text) { return with(F::txtServerConfig(index), text); }
+Edit spin(int index, const char* text) { return with(F::txtServerConfigSpin(index), text); }
+Edit speed(int index, const char* text) { return with(F::txtSpeed(index), text); }
 Change gone(const QString& line) { return {line, {}}; }
 Change line(const QString& was, const QString& is) { return {was, {is}}; }
 
 const Variant variants[] = {
-    {"EmptyMotdIsStillWritten", cfg(0, ""), {value("g_motd", "Frag the weak, hurdle the dead...", "")}},
-    {"HostName", cfg(2, "My Host"), {value("sv_hostname", "", "My Host")}},
+    {"EmptyMotdIsStillWritten", cfg(0, ""), {to("g_motd", "")}},
+    {"HostName", cfg(2, "My Host"), {to("sv_hostname", "My Host")}},
     {"AdminWithAQuotedKey", cfg(3, "Bob"), {after(seta("sv_hostname", ""), {sets("Admin", "Bob")})}},
     {"EmptyDescriptiveFieldsAreLeftOut", cfg(4, ""), {gone(sets("Admin E-Mail", "arena.steward@example.org"))}},
     {"KeysWithBlanksStay",
@@ -157,81 +165,75 @@ const Variant variants[] = {
     {"AddressIsCommentedOutAndNoted",
      cfg(16, "10.0.0.5"),
      {after(seta("g_password", ""), {"//seta net_ip \"10.0.0.5\""}), line("// IP = ", "// IP = 10.0.0.5")}},
-    {"PrivatePassword", cfg(13, "p1"), {value("sv_privatePassword", "", "p1")}},
-    {"RemotePassword", cfg(14, "r1"), {value("rconPassword", "", "r1")}},
-    {"ServerPasswordAsItStands", cfg(15, " x "), {value("g_needpass", "0", "1"), value("g_password", "", " x ")}},
+    {"PrivatePassword", cfg(13, "p1"), {to("sv_privatePassword", "p1")}},
+    {"RemotePassword", cfg(14, "r1"), {to("rconPassword", "r1")}},
+    {"ServerPasswordAsItStands", cfg(15, " x "), {to("g_needpass", "1"), to("g_password", " x ")}},
     {"BlanksOnlyPasswordCountsAsNone", cfg(15, "   "), {}},
     {"SessionFieldAsTyped",
      cfg(1, "Other Name"),
      {line(sets("Config File", "Luke"), sets("Config File", "Other Name"))}},
     {"SpawnProtectIsNeverWritten", spin(3, "99"), {}},
     {"EmptyNumberIsLeftOut", spin(0, ""), {gone(seta("sv_maxclients", "12"))}},
-    {"NumberAsItStands", spin(17, "4x"), {value("g_minGameClients", "0", "4x")}},
-    {"EmptySaberValueIsLeftOut", with({{F::txtAdvancedSaber(1), ""}}), {gone(seta("g_saberdmgvelocityscale", "0"))}},
-    {"ClearSaberCheckWritesZero", with({{F::chkAdvancedSaber(2), "0"}}), {value("_saberalwaysboxtrace", "1", "0")}},
-    {"MemoryRoundsHalfToEven", spin(11, "16.5"), {value("com_zoneMegs", "16", "16.5")}},
+    {"NumberAsItStands", spin(17, "4x"), {to("g_minGameClients", "4x")}},
+    {"EmptySaberValueIsLeftOut", with(F::txtAdvancedSaber(1), ""), {gone(seta("g_saberdmgvelocityscale", "0"))}},
+    {"ClearSaberCheckWritesZero", with(F::chkAdvancedSaber(2), "0"), {to("_saberalwaysboxtrace", "0")}},
+    {"MemoryRoundsHalfToEven", spin(11, "16.5"), {to("com_zoneMegs", "16.5")}},
     {"MemoryByLeadingNumber",
      spin(12, "17.5mb"),
-     {value("com_SoundMegs", "16", "17.5mb"), line("// SoundMegs = 16", "// SoundMegs = 18")}},
+     {to("com_SoundMegs", "17.5mb"), line("// SoundMegs = 16", "// SoundMegs = 18")}},
     {"MemoryWithoutNumberIsZero",
      spin(5, "abc"),
-     {value("com_HunkMegs", "32", "abc"), line("// HunkMegs = 32", "// HunkMegs = 0")}},
+     {to("com_HunkMegs", "abc"), line("// HunkMegs = 32", "// HunkMegs = 0")}},
     {"GravityLettersFallBack", speed(1, "abc"), {}},
-    {"GravityOwnValue", speed(1, "350"), {value("g_gravity", "800", "350")}},
-    {"SpeedZeroFallsBackTo280", speed(0, "0"), {value("g_speed", "250", "280")}},
-    {"SpeedLeadingNumberKeepsTheText", speed(0, "12abc"), {value("g_speed", "250", "12abc")}},
-    {"SpecTimeOutEmptyFallsBackTo180", speed(2, ""), {value("g_timeouttospec", "70", "180")}},
+    {"GravityOwnValue", speed(1, "350"), {to("g_gravity", "350")}},
+    {"SpeedZeroFallsBackTo280", speed(0, "0"), {to("g_speed", "280")}},
+    {"SpeedLeadingNumberKeepsTheText", speed(0, "12abc"), {to("g_speed", "12abc")}},
+    {"SpecTimeOutEmptyFallsBackTo180", speed(2, ""), {to("g_timeouttospec", "180")}},
     {"DismemberAboveZero", speed(3, "5"), {after(seta("g_timeouttospec", "70"), {seta("g_dismember", "5")})}},
     {"DismemberLettersWriteNothing", speed(3, "abc"), {}},
-    {"ForceRankLetters", with({{F::txtMaxForceRank, "abc"}}), {}},
-    {"ForceRankOwnValue", with({{F::txtMaxForceRank, "7"}}), {value("g_maxForceRank", "0", "7")}},
-    {"ForceRegenZero", with({{F::txtForceReGen(0), "0"}}), {}},
-    {"MapTimeOutNegative", with({{F::txtMapTimeOut, "-5"}}), {}},
-    {"HolocronsZeroFallBackTo3", with({{F::txtMaxHolocronCarry, "0"}}), {}},
-    {"WeaponsStayIsWrittenAs5", with({{F::txtWeapRespawn, "0"}}), {}},
-    {"WeaponRespawnFraction", with({{F::txtWeapRespawn, "0.5"}}), {value("g_weaponrespawn", "5", "0.5")}},
-    {"KnockbackIsNotWritten", with({{F::txtKnockBack, "abc"}}), {}},
-    {"QuadFactorIsNotWritten", with({{F::txtWeaponEnhancer, "9"}}), {}},
-    {"TickedOptionWritesOne", with({{F::chkQuake3Specific(0), "1"}}), {value("g_allowvote", "0", "1")}},
-    {"DisableTheForceComesBeforeTheFlagLine",
-     with({{F::chkQuake3Specific(17), "1"}}),
-     {value("g_forcePowerDisable", "0", "1")}},
-    {"JediVsMercTickedWritesNoLine", with({{F::chkQuake3Specific(18), "1"}}), {gone(seta("g_jediVmerc", "0"))}},
+    {"ForceRankLetters", with(F::txtMaxForceRank, "abc"), {}},
+    {"ForceRankOwnValue", with(F::txtMaxForceRank, "7"), {to("g_maxForceRank", "7")}},
+    {"ForceRegenZero", with(F::txtForceReGen(0), "0"), {}},
+    {"MapTimeOutNegative", with(F::txtMapTimeOut, "-5"), {}},
+    {"HolocronsZeroFallBackTo3", with(F::txtMaxHolocronCarry, "0"), {}},
+    {"WeaponsStayIsWrittenAs5", with(F::txtWeapRespawn, "0"), {}},
+    {"WeaponRespawnFraction", with(F::txtWeapRespawn, "0.5"), {to("g_weaponrespawn", "0.5")}},
+    {"KnockbackIsNotWritten", with(F::txtKnockBack, "abc"), {}},
+    {"QuadFactorIsNotWritten", with(F::txtWeaponEnhancer, "9"), {}},
+    {"TickedOptionWritesOne", with(F::chkQuake3Specific(0), "1"), {to("g_allowvote", "1")}},
+    {"DisableTheForceComesBeforeTheFlagLine", with(F::chkQuake3Specific(17), "1"), {to("g_forcePowerDisable", "1")}},
+    {"JediVsMercTickedWritesNoLine", with(F::chkQuake3Specific(18), "1"), {gone(seta("g_jediVmerc", "0"))}},
     {"FlagFieldsAsTheyStand",
-     with({{F::txtWeaponFlags, "12"},
-           {F::txtForceFlags, "131072"},
-           {F::txtDMFlags, "40"},
-           {F::txtDuelWeaponFlags, "4"}}),
+     with(F::txtWeaponFlags, "12", F::txtForceFlags, "131072", F::txtDMFlags, "40", F::txtDuelWeaponFlags, "4"),
      {line("seta g_weaponDisable \"0\" // Weapons Disabled", "seta g_weaponDisable \"12\" // Weapons Disabled"),
       line("seta g_forcePowerDisable \"0\" // Force Power Disabled",
            "seta g_forcePowerDisable \"131072\" // Force Power Disabled"),
-      value("dmflags", "0", "40")}},
+      to("dmflags", "40")}},
     {"DuelWritesTheDuelWeapons",
-     with({{F::optDefaultGameType(3), "1"}, {F::txtDuelWeaponFlags, "4"}}),
+     with(F::optDefaultGameType(3), "1", F::txtDuelWeaponFlags, "4"),
      {after("seta g_weaponDisable \"0\" // Weapons Disabled",
             {"seta g_duelWeaponDisable \"4\" // Weapons Disabled Duel Only"})}},
     {"LimitsAsTheyStand",
-     with({{F::txtGameLimits(0), ""}, {F::txtGameLimits(1), ""}, {F::txtGameLimits(2), ""}, {F::txtGameLimits(3), ""}}),
-     {value("fraglimit", "0", ""), value("timelimit", "20", ""), value("capturelimit", "0", ""),
-      value("duel_fraglimit", "1", "")}},
+     with(F::txtGameLimits(0), "", F::txtGameLimits(1), "", F::txtGameLimits(2), "", F::txtGameLimits(3), ""),
+     {to("fraglimit", ""), to("timelimit", ""), to("capturelimit", ""), to("duel_fraglimit", "")}},
     {"StatsEnabled",
-     with({{F::optLogging(4), "1"}}), // the stats frame gives no second g_log
+     with(F::optLogging(4), "1"), // the stats frame gives no second g_log
      {{seta("g_statLog", "5"), {seta("g_statLog", "1"), seta("g_statLogFile", "stats.log")}},
       gone(seta("g_log", "games.log"))}},
     {"NoGameLogging",
-     with({{F::optLogging(0), "1"}, {F::txtLogFileName, "my.log"}}),
-     {value("logfile", "3", "0"), value("g_log", "games.log", "my.log"), value("g_log", "games.log", "my.log")}},
+     with(F::optLogging(0), "1", F::txtLogFileName, "my.log"),
+     {to("logfile", "0"), to("g_log", "my.log"), to("g_log", "my.log")}},
     {"NothingSelectedInEitherFrame",
-     with({{F::optLogging(3), "0"}, {F::optLogging(5), "0"}}),
+     with(F::optLogging(3), "0", F::optLogging(5), "0"),
      {gone(seta("logfile", "3")), gone(seta("g_log", "games.log")), gone(seta("g_statLog", "5")),
       gone(seta("g_log", "games.log"))}},
-    {"FirstRowWhenNoStartingMap", with({{F::StartingMap, ""}}), {line("Map ffa_bespin", "Map ffa_bespin")}},
-    {"StartingMapBeforeTheFirstRow", with({{F::StartingMap, "ffa_yavin"}}), {line("Map ffa_bespin", "Map ffa_yavin")}},
+    {"FirstRowWhenNoStartingMap", with(F::StartingMap, ""), {line("Map ffa_bespin", "Map ffa_bespin")}},
+    {"StartingMapBeforeTheFirstRow", with(F::StartingMap, "ffa_yavin"), {line("Map ffa_bespin", "Map ffa_yavin")}},
     {"AutoCycleNeedsNoRotation",
-     with({{F::chkMapAutoCycle, "1"}, {F::lsvMapRotation, ""}, {F::StartingMap, ""}, {F::cboStartingMap, "ffa_raven"}}),
+     with(F::chkMapAutoCycle, "1", F::lsvMapRotation, "", F::StartingMap, "", F::cboStartingMap, "ffa_raven"),
      {line("g_autoMapCycle \"0\"", "g_autoMapCycle \"1\""), line("Map ffa_bespin", "map ffa_raven"), gone(kMaps)}},
     {"AdditionalConfigsTrimmedAndUnquoted",
-     with({{F::cboConfig(0), "  first.cfg "}, {F::cboConfig(1), "   "}, {F::cboConfig(3), "my cfg.cfg"}}),
+     with(F::cboConfig(0), "  first.cfg ", F::cboConfig(1), "   ", F::cboConfig(3), "my cfg.cfg"),
      {after(kMaps, {"exec first.cfg", "exec my cfg.cfg"})}},
 };
 INSTANTIATE_TEST_SUITE_P(Lines, SessionFileVariants, ::testing::ValuesIn(variants), caseName<Variant>);
@@ -273,7 +275,7 @@ TEST_F(SessionFileTest, ASavedCycleStartsWithItsMarkedMapAndIsExecuted)
 {
     const QString saved = t.root() + u"/cycles/My Cycle.cfg"_s;
     writeFile(saved, "// an advanced cycle\r\n// ***    DO NOT DELETE MAP NAME ***\r\n//\r\n//ffa_raven\r\n");
-    with({{F::txtServerINI, saved}, {F::lsvMapRotation, ""}, {F::StartingMap, ""}})(profile);
+    with(F::txtServerINI, saved, F::lsvMapRotation, "", F::StartingMap, "")(profile);
     const QString first = gbln_LoadMapCycle(*t.app, profile, saved); // what the cycle loader reads from the file
 
     EXPECT_TRUE(run(true));
@@ -294,8 +296,7 @@ TEST_F(SessionFileTest, BotsAndBansAreExecutedExactlyWhenTheirFilesWereMade)
         added << "exec \"BOTFile.cfg\"";
     if (QFile::exists(t.baseFolder() + u"/BAN.cfg"_s))
         added << "exec \"BAN.cfg\"";
-    expectFile(file(), kDefault,
-               {value("g_needpass", "0", "1"), value("g_password", "", "secret"), after(kMaps, added)});
+    expectFile(file(), kDefault, {to("g_needpass", "1"), to("g_password", "secret"), after(kMaps, added)});
     EXPECT_EQ(t.prompts.texts(), QStringList{kCreated}) << "the export's announcement alone";
 }
 
@@ -323,8 +324,7 @@ TEST_F(SessionFileTest, APasswordRefusesEnabledBotsAndCutsTheFileOff)
                       "either uncheck enable BOT's or remove password to continue         "_s,
                       Buttons::Ok};
     const std::pair<const char*, std::vector<Change>> cases[] = {
-        {"secret", {value("g_needpass", "0", "1"), value("g_password", "", "secret")}},
-        {"   ", {}}, // trimmed above, not here
+        {"secret", {to("g_needpass", "1"), to("g_password", "secret")}}, {"   ", {}}, // trimmed above, not here
     };
     for (const auto& [password, changes] : cases) {
         SCOPED_TRACE(password);
@@ -358,8 +358,8 @@ TEST_F(SessionFileTest, ARunTimeErrorEndsTheFileWhereItHappensAndIsReported)
          {line("//seta net_port \"28070\"", "//seta net_port \"28a70\"")},
          "// ZoneMegs = 16",
          err::TypeMismatch},
-        {spin(5, "40000"), {value("com_HunkMegs", "32", "40000")}, "// ZoneMegs = 16", err::Overflow},
-        {with({{F::lsvMapRotation, ""}, {F::StartingMap, ""}}), {}, "Map ffa_bespin", err::IndexOutOfBounds},
+        {spin(5, "40000"), {to("com_HunkMegs", "40000")}, "// ZoneMegs = 16", err::Overflow},
+        {with(F::lsvMapRotation, "", F::StartingMap, ""), {}, "Map ffa_bespin", err::IndexOutOfBounds},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.number);
@@ -396,14 +396,12 @@ TEST_F(SessionFileTest, ExportChecksTheSessionAndTheMapsThenWritesAndShowsTheFil
         QString text;
         int page;
     } cases[] = {
-        {with({{F::txtServerConfig(1), ""}}), u"A Session name is required"_s, 0},
-        {with({{F::txtServerConfig(1), "a<b"}}), u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s,
-         3},
-        {with({{F::chkMapAutoCycle, "0"}, {F::chkUseINI, "1"}, {F::txtServerINI, gone}}),
+        {with(F::txtServerConfig(1), ""), u"A Session name is required"_s, 0},
+        {with(F::txtServerConfig(1), "a<b"), u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s, 3},
+        {with(F::chkMapAutoCycle, "0", F::chkUseINI, "1", F::txtServerINI, gone),
          "Selected Map List " + gone + " is missing, please define a new map list", 2},
-        {with({{F::chkMapAutoCycle, "0"}}), u"No Maps have been selected"_s, 2},
-        {with({{F::chkMapAutoCycle, "0"}, {F::lsvMapRotation, "ffa_bespin"}}), u"No Starting Map has been selected"_s,
-         2},
+        {with(F::chkMapAutoCycle, "0"), u"No Maps have been selected"_s, 2},
+        {with(F::chkMapAutoCycle, "0", F::lsvMapRotation, "ffa_bespin"), u"No Starting Map has been selected"_s, 2},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text.toStdString());
