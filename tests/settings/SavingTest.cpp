@@ -62,10 +62,13 @@ class Saving : public ::testing::Test {
 protected:
     Saving() { attachOptionRules(*t.app, profile); }
 
-    void store(const Rows& rows)
+    /// Keys and their values, in turn.
+    template <class... Rest>
+    void store(const char* key, const char* value, Rest... rest)
     {
-        for (const auto& [key, value] : rows)
-            t.store->SaveSetting(key, value);
+        t.store->SaveSetting(QString::fromUtf8(key), QString::fromUtf8(value));
+        if constexpr (sizeof...(rest) > 0)
+            store(rest...);
     }
     QString stored(const char* key) const { return t.store->GetSetting(QString::fromLatin1(key), u"<absent>"_s); }
     /// Saves with the Defaults button, then loads the store into a new profile, as the next start does.
@@ -329,11 +332,7 @@ TEST_F(Saving, SaveWritesEveryKeyAsAnOwnerOnlyLineAndAsksBeforeOverwriting)
     EXPECT_TRUE(t.prompts.dialogs.empty());
 
     t.prompts.shown.clear();
-    store({{"MsgTime", "5"},
-           {"LogName", "a,b.log"},
-           {"ServerInfo15", " "},
-           {"PathToJedi", "/games/jk2/"},
-           {"Empty", ""}});
+    store("MsgTime", "5", "LogName", "a,b.log", "ServerInfo15", " ", "PathToJedi", "/games/jk2/", "Empty", "");
     saveToFile();
     expectDialog(0, false, "Save Arena Steward configuration file");
     EXPECT_EQ(fileBytes(ascFile()),
@@ -357,7 +356,7 @@ TEST_F(Saving, SaveWritesEveryKeyAsAnOwnerOnlyLineAndAsksBeforeOverwriting)
 
 TEST_F(Saving, ACancelledDialogEndsSilentlyAndAFileThatCannotBeWrittenGivesAWarning)
 {
-    store({{"MsgTime", "5"}});
+    store("MsgTime", "5");
     t.prompts.cancelNextDialog();
     SaveConfiguration(*t.app);
     t.prompts.cancelNextDialog();
@@ -374,9 +373,9 @@ TEST_F(Saving, ACancelledDialogEndsSilentlyAndAFileThatCannotBeWrittenGivesAWarn
 
 TEST_F(Saving, SaveThenLoadEmptiesABlankValueAndRestarts)
 {
-    store({{"ServerInfo15", " "}, {"MsgTime", "5"}});
+    store("ServerInfo15", " ", "MsgTime", "5");
     saveToFile();
-    store({{"MsgTime", "9"}, {"Other", "kept"}});
+    store("MsgTime", "9", "Other", "kept");
     const Rows atRestart = loadAtRestart();
     expectDialog(1, true, "Load Arena Steward configuration file"); // the restart may ask for the executable again
     ASSERT_GE(t.prompts.shown.size(), 2u);
@@ -387,15 +386,14 @@ TEST_F(Saving, SaveThenLoadEmptiesABlankValueAndRestarts)
 
 TEST_F(Saving, ARawValueWithACommaShiftsEveryLaterPair)
 {
-    store({{"LogName", "a,b.log"}, {"MsgTime", "5"}, {"ServerInfo20", "1,2"}});
+    store("LogName", "a,b.log", "MsgTime", "5", "ServerInfo20", "1,2");
     saveToFile();
     EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n"));
-    EXPECT_EQ(loadAtRestart(), (Rows{{"1", "2"},
-                                     {"5", "ServerInfo20"},
-                                     {"LogName", "a"},
-                                     {"MsgTime", "5"},
-                                     {"ServerInfo20", "1,2"},
-                                     {"b.log", "MsgTime"}}));
+    QStringList keysAndValues;
+    for (const auto& [key, value] : loadAtRestart())
+        keysAndValues << key << value;
+    EXPECT_EQ(keysAndValues, (QStringList{"1", "2", "5", "ServerInfo20", "LogName", "a", "MsgTime", "5", "ServerInfo20",
+                                          "1,2", "b.log", "MsgTime"}));
 }
 
 TEST(ConfigurationFile, AFileThatFailsLeavesTheStoreUntouched)
@@ -426,7 +424,7 @@ TEST(ConfigurationFile, AFileThatFailsLeavesTheStoreUntouched)
 
 TEST_F(Saving, ResetAsksWithNoAsTheDefaultAndDeletesEveryKeyOnlyAtYes)
 {
-    store({{"LogName", "games.log"}, {"PathToJedi", "/games/jk2/"}, {"RunOnce", "1"}});
+    store("LogName", "games.log", "PathToJedi", "/games/jk2/", "RunOnce", "1");
     cmdReset_Click(*t.app, host); // the default button is No
     EXPECT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_EQ(t.prompts.last().answer, Answer::No);
