@@ -106,23 +106,23 @@ bool fileComesToHold(const QString& path, const QByteArray& text, int seconds)
 
 bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + u"/baseoa"_s).isDir(); }
 
-// Skips a test without a Quake 3 engine dedicated server here. CI sets
-// STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
-#define STEWARD_NEED_REAL_SERVER()                                                                                     \
-    if (!haveServer()) {                                                                                               \
-        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)                                          \
-            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "        \
-                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";                        \
-        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";                         \
-    }
-
 /// Each case: a program context, the launcher that really starts the stand-in server, a
 /// LAN server on a port of the case's own (so that cases in parallel processes don't meet)
 /// with a host name, a remote console password and a rotation of two OpenArena maps, and
 /// the server stopped at the end, also when the case failed half-way.
 class RealServer : public ::testing::Test {
 protected:
-    void SetUp() override { STEWARD_NEED_REAL_SERVER(); }
+    // Skips a case without a Quake 3 engine dedicated server here. CI sets
+    // STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
+    void SetUp() override
+    {
+        if (haveServer())
+            return;
+        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
+            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "
+                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";
+        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
+    }
     void TearDown() override
     {
         QFile file(t.baseFolder() + u"/ioq3_server.pid"_s);

@@ -524,7 +524,7 @@ TEST(ScriptNumbers, MemoryValuesBecomeTheirShortestText)
 
 // --- The server's command line ---
 
-TEST(ServerCommandLine, EachShapeOfTheLineAndEachValueOneArgument)
+TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
 {
     // The address and port, the address alone, the port alone, neither; Merc and the game
     // type go in wherever they are set; Internet with Merc has no port form.
@@ -578,10 +578,8 @@ TEST(ServerCommandLine, EachShapeOfTheLineAndEachValueOneArgument)
               QStringList({"+set",  "dedicated", "1",     "+set", "net_ip",       v.ip, "+set", "vm_game",      "0",
                            "+set",  "net_port",  "27960", "+set", "com_hunkmegs", "48", "+set", "com_zonemegs", "24",
                            "+exec", "a b.cfg"}));
-}
 
-TEST(ServerCommandLine, ServerAndGameTypeAreTheFirstSelected)
-{
+    // The server and game type are the first selected.
     ServerProfile p;
     EXPECT_EQ(selectedServerType(p), 2) << "Internet is the design default";
     p.setValue(F::chkServerType(0), 1);

@@ -215,17 +215,15 @@ TEST_F(StoreFile, ABatchWritesOnceAtItsEndAndKeepsWhatWasDoneBeforeAnError)
     EXPECT_THROW(batch.commit(), RuntimeError) << "a batch that cannot be written throws at its commit";
 }
 
-TEST(ProfileNames, LettersDigitsDashAndUnderscoreUpTo32AndNotDefault)
+TEST(ProfileNames, LettersDigitsDashAndUnderscoreUpTo32AndNotDefaultInProfilesBesideTheDefaultFile)
 {
     for (const QString& name : {u"azAZ09-_"_s, u"z"_s, u"Z"_s, u"9"_s, QString(32, u'x'), u"defaults"_s})
         EXPECT_TRUE(validProfileName(name)) << name.toStdString();
     for (const QString& name : {QString(33, u'x'), QString(), u"a b"_s, u"a.b"_s, u"a/b"_s, u"\u00e9"_s, u"default"_s,
                                 u"Default"_s, u"a@b"_s, u"a[b"_s, u"a`b"_s, u"a{b"_s})
         EXPECT_FALSE(validProfileName(name)) << name.toStdString();
-}
 
-TEST(ProfileNames, ANamedProfileLiesInProfilesBesideTheDefaultFile)
-{
+    // A named profile lies in "profiles" beside the default file.
     QTemporaryDir dir;
     EXPECT_EQ(profileSettingsFile(dir.path(), QString()), dir.filePath(u"ArenaSteward.conf"_s));
     EXPECT_EQ(profileSettingsFile(dir.path(), u"default"_s), dir.filePath(u"ArenaSteward.conf"_s));
