@@ -4,9 +4,9 @@
 // game folder, so that the session file and the map cycle in "base" are the ones it
 // executes; the test then asks the running server for its status over UDP.
 #include "commands/OkCommand.h"
-#include "platform/System.h"
-#include "model/ServerProfile.h"
 #include "messaging/ServerMessaging.h"
+#include "model/ServerProfile.h"
+#include "platform/System.h"
 #include "platform/UdpSocket.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
@@ -24,33 +24,47 @@
 #include <functional>
 
 using namespace steward;
+using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString kEngine = QStringLiteral("/usr/lib/ioquake3/ioq3ded");
-const QString kGameData = QStringLiteral("/usr/lib/openarena-server");
+const QString kEngine = u"/usr/lib/ioquake3/ioq3ded"_s;
+const QString kGameData = u"/usr/lib/openarena-server"_s;
 
-/// The status line of the server on the port, or an empty text when none answers in time.
-QByteArray askStatus(quint16 port, int seconds)
+/// Asks the server on the port for its status until the answer passes the test or the time
+/// is up; the last answer, empty when none came.
+QByteArray awaitStatus(
+    quint16 port, int seconds,
+    const std::function<bool(const QByteArray&)>& done = [](const QByteArray& s) { return !s.isEmpty(); })
 {
-    QUdpSocket socket;
     const QDeadlineTimer deadline(seconds * 1000);
+    QByteArray answer;
     while (!deadline.hasExpired()) {
+        QUdpSocket socket;
         socket.writeDatagram(QByteArray("\xff\xff\xff\xffgetstatus"), QHostAddress::LocalHost, port);
-        if (socket.waitForReadyRead(500)) {
-            QByteArray answer(static_cast<int>(socket.pendingDatagramSize()), 0);
-            socket.readDatagram(answer.data(), answer.size());
-            return answer;
-        }
+        if (!socket.waitForReadyRead(500))
+            continue;
+        answer.resize(static_cast<int>(socket.pendingDatagramSize()));
+        socket.readDatagram(answer.data(), answer.size());
+        if (done(answer))
+            break;
+        QThread::msleep(300);
     }
-    return {};
+    return answer;
+}
+
+/// The status of the server once its map is the one named, or the last status seen.
+QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
+{
+    return awaitStatus(port, seconds, [&](const QByteArray& s) { return s.contains("\\mapname\\" + map + "\\"); });
 }
 
 /// Sends a remote console command to the server on the port; its printed answer, if any.
-QByteArray rcon(quint16 port, const QByteArray& password, const QByteArray& command)
+QByteArray rcon(quint16 port, const QByteArray& command)
 {
     QUdpSocket socket;
-    socket.writeDatagram(QByteArray("\xff\xff\xff\xffrcon ") + password + ' ' + command, QHostAddress::LocalHost, port);
+    socket.writeDatagram(QByteArray("\xff\xff\xff\xffrcon secret ") + command, QHostAddress::LocalHost, port);
     QByteArray answer;
     while (socket.waitForReadyRead(1500)) {
         QByteArray part(static_cast<int>(socket.pendingDatagramSize()), 0);
@@ -60,50 +74,16 @@ QByteArray rcon(quint16 port, const QByteArray& password, const QByteArray& comm
     return answer;
 }
 
-/// Asks the server until its status passes the test or the time is up; the last answer.
-QByteArray awaitStatus(quint16 port, int seconds, const std::function<bool(const QByteArray&)>& done)
-{
-    const QDeadlineTimer deadline(seconds * 1000);
-    QByteArray status;
-    while (!deadline.hasExpired()) {
-        status = askStatus(port, 2);
-        if (done(status))
-            break;
-        QThread::msleep(300);
-    }
-    return status;
-}
-
-/// The status of the server once its map is the one named, or the last status seen.
-QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
-{
-    return awaitStatus(port, seconds, [&](const QByteArray& s) { return s.contains("\\mapname\\" + map + "\\"); });
-}
-
-/// Stops the server of the pid file once: the file goes with it.
-void stopServer(const QString& pidFile)
-{
-    QFile file(pidFile);
-    if (file.open(QIODevice::ReadOnly)) {
-        const int pid = QString::fromLatin1(file.readAll()).trimmed().toInt();
-        if (pid > 0)
-            ::kill(pid, SIGTERM);
-        file.close();
-        file.remove();
-    }
-}
-
 /// The player lines of a status answer: score, ping and the name in quotes.
 QStringList playerNames(const QByteArray& status)
 {
     QStringList names;
     const QList<QByteArray> lines = status.split('\n');
     for (qsizetype i = 2; i < lines.size(); ++i) {
-        const QByteArray& line = lines.at(i);
-        const qsizetype open = line.indexOf('"');
-        const qsizetype close = line.lastIndexOf('"');
+        const qsizetype open = lines.at(i).indexOf('"');
+        const qsizetype close = lines.at(i).lastIndexOf('"');
         if (open >= 0 && close > open)
-            names << QString::fromLatin1(line.mid(open + 1, close - open - 1));
+            names << QString::fromLatin1(lines.at(i).mid(open + 1, close - open - 1));
     }
     return names;
 }
@@ -114,102 +94,84 @@ QByteArray awaitPlayers(quint16 port, int count, int seconds)
     return awaitStatus(port, seconds, [&](const QByteArray& s) { return playerNames(s).size() >= count; });
 }
 
-bool haveServer()
-{
-    return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + QStringLiteral("/baseoa")).isDir();
-}
-
-// Skips a test without a Quake 3 engine dedicated server here. CI sets
-// STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
-#define STEWARD_NEED_REAL_SERVER()                                                                                     \
-    if (!haveServer()) {                                                                                               \
-        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)                                          \
-            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "        \
-                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";                        \
-        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";                         \
-    }
-
-/// The start script in the game folder that stands in for the game's server.
-/// Its console output goes to output.
-void standInServer(steward::testing::TestApp& t, DetachedProcessLauncher& launcher,
-                   const QString& output = QStringLiteral("/dev/null"))
-{
-    t.app->services.launcher = &launcher;
-    t.app->serverExecutable = QStringLiteral("q3server");
-    const QString script = t.gameFolder() + QStringLiteral("q3server");
-    steward::testing::writeFile(script, QStringLiteral("#!/bin/sh\n"
-                                                       "exec %1 +set com_basegame baseoa +set fs_basepath %2 "
-                                                       "+set fs_homepath \"$PWD\" +set fs_game base "
-                                                       "+set com_legacyprotocol 71 +set com_protocol 71 \"$@\" "
-                                                       ">'%3' 2>&1\n")
-                                            .arg(kEngine, kGameData, output)
-                                            .toLatin1());
-    QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
-}
-
-/// A LAN server on the port with a host name and a remote console password.
-void serverSettings(ServerProfile& profile, quint16 port)
-{
-    profile.setValue(F::chkServerType(1), 1); // LAN: no master servers
-    profile.setText(F::txtServerConfig(2), QStringLiteral("Steward Test Arena"));
-    profile.setText(F::txtServerConfig(12), QString::number(port));
-    profile.setText(F::txtServerConfig(14), QStringLiteral("secret"));
-}
-
-/// The same with a rotation of two OpenArena maps.
-void serverProfile(ServerProfile& profile, quint16 port)
-{
-    serverSettings(profile, port);
-    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
-    profile.setStartingMap(QStringLiteral("oa_dm1"));
-}
-
-/// A port of its own for each case, so that cases in parallel processes don't meet.
-quint16 casePort(int slot)
-{
-    return static_cast<quint16>(27000 + slot * 1000 + QCoreApplication::applicationPid() % 900);
-}
-
 /// Whether the file comes to hold the text within the time.
 bool fileComesToHold(const QString& path, const QByteArray& text, int seconds)
 {
     const QDeadlineTimer deadline(seconds * 1000);
-    while (!deadline.hasExpired()) {
-        QFile file(path);
-        if (file.open(QIODevice::ReadOnly) && file.readAll().contains(text))
+    for (; !deadline.hasExpired(); QThread::msleep(100))
+        if (fileBytes(path).contains(text))
             return true;
-        QThread::msleep(100);
-    }
     return false;
 }
 
-/// Each case: a program context, the launcher that really starts the stand-in server,
-/// and the server stopped at the end, also when the case failed half-way.
+bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + u"/baseoa"_s).isDir(); }
+
+/// Each case: a program context, the launcher that really starts the stand-in server, a
+/// LAN server on a port of the case's own (so that cases in parallel processes don't meet)
+/// with a host name, a remote console password and a rotation of two OpenArena maps, and
+/// the server stopped at the end, also when the case failed half-way.
 class RealServer : public ::testing::Test {
 protected:
-    void SetUp() override { STEWARD_NEED_REAL_SERVER(); }
-    void TearDown() override { stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid")); }
-    void startWith(const QString& output = QStringLiteral("/dev/null")) { standInServer(t, launcher, output); }
+    // Skips a case without a Quake 3 engine dedicated server here. CI sets
+    // STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
+    void SetUp() override
+    {
+        if (haveServer())
+            return;
+        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
+            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "
+                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";
+        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
+    }
+    void TearDown() override
+    {
+        QFile file(t.baseFolder() + u"/ioq3_server.pid"_s);
+        if (file.open(QIODevice::ReadOnly)) {
+            if (const int pid = QString::fromLatin1(file.readAll()).trimmed().toInt(); pid > 0)
+                ::kill(pid, SIGTERM);
+            file.remove();
+        }
+    }
+    /// The start script in the game folder that stands in for the game's server; its
+    /// console output goes to output.
+    void prepare(int slot, const QString& output = u"/dev/null"_s)
+    {
+        t.app->services.launcher = &launcher;
+        t.app->serverExecutable = u"q3server"_s;
+        const QString script = t.gameFolder() + u"q3server"_s;
+        writeFile(script, u"#!/bin/sh\nexec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
+                          "+set fs_game base +set com_legacyprotocol 71 +set com_protocol 71 \"$@\" >'%3' 2>&1\n"_s
+                              .arg(kEngine, kGameData, output)
+                              .toLatin1());
+        QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
+        port = static_cast<quint16>(27000 + slot * 1000 + QCoreApplication::applicationPid() % 900);
+        profile.setValue(F::chkServerType(1), 1); // LAN: no master servers
+        profile.setText(F::txtServerConfig(2), u"Steward Test Arena"_s);
+        profile.setText(F::txtServerConfig(12), QString::number(port));
+        profile.setText(F::txtServerConfig(14), u"secret"_s);
+        profile.field(F::lsvMapRotation).setRows({{u"oa_dm1"_s}, {u"oa_dm2"_s}});
+        profile.setStartingMap(u"oa_dm1"_s);
+    }
+    /// OK, with no box shown beyond those there were.
+    void ok()
+    {
+        const auto boxes = t.prompts.shown.size();
+        cmdOk_Click(*t.app, profile, windows);
+        ASSERT_EQ(t.prompts.shown.size(), boxes) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    }
 
-    steward::testing::TestApp t;
+    TestApp t;
     DetachedProcessLauncher launcher;
+    FakeWindowHost windows{*t.app};
+    ServerProfile profile;
+    quint16 port = 0;
 };
-
-} // namespace
 
 TEST_F(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
 {
-    startWith();
-    const quint16 port = casePort(0);
-    ServerProfile profile;
-    serverProfile(profile, port);
-    steward::testing::FakeWindowHost windows(*t.app);
-
-    cmdOk_Click(*t.app, profile, windows);
-    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-
-    const QByteArray status = askStatus(port, 20);
-    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
+    prepare(0);
+    ASSERT_NO_FATAL_FAILURE(ok());
+    const QByteArray status = awaitStatus(port, 20);
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_TRUE(status.contains("\\sv_hostname\\Steward Test Arena\\")) << status.toStdString();
     EXPECT_TRUE(status.contains("\\mapname\\oa_dm1\\")) << status.toStdString();
@@ -218,45 +180,30 @@ TEST_F(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
 
 TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
 {
-    startWith();
-
-    const quint16 port = casePort(3);
-    ServerProfile profile;
-    serverSettings(profile, port);
-    profile.field(F::lsvMapRotation).setRows({{QStringLiteral("oa_dm1")}, {QStringLiteral("oa_dm2")}});
-
+    prepare(3);
+    profile.setStartingMap(QString());
     // The wizard: oa_dm1 is the starting map and left out, oa_dm2 gets its own gravity
     // and time limit.
-    steward::testing::QuietWizardWindows windows;
-    MapWizard wizard(*t.app, windows);
+    QuietWizardWindows wizardWindows;
+    MapWizard wizard(*t.app, wizardWindows);
     wizard.ID_MapWizard(profile);
-    wizard.fields().field(QStringLiteral("grdMapList")).setCurrent(0);
-    wizard.runPopupTool(QStringLiteral("ID_SetStartingMap"));
+    wizard.fields().field(u"grdMapList"_s).setCurrent(0);
+    wizard.runPopupTool(u"ID_SetStartingMap"_s);
     wizard.grdMapList_Click(1);
     wizard.cmdNext_Click(1);
     wizard.cmdNext_Click(2);
-    wizard.fields().field(F::txtSpeed(1)).setText(QStringLiteral("300"));
-    wizard.fields().field(F::txtGameLimits(1)).setText(QStringLiteral("15"));
-    t.prompts.chooseFile(t.baseFolder() + QStringLiteral("/wizard.cfg"));
+    wizard.fields().field(F::txtSpeed(1)).setText(u"300"_s);
+    wizard.fields().field(F::txtGameLimits(1)).setText(u"15"_s);
+    t.prompts.chooseFile(t.baseFolder() + u"/wizard.cfg"_s);
     wizard.cmdFinish_Click();
     ASSERT_TRUE(profile.isSet(F::chkUseINI));
-    const int boxes = static_cast<int>(t.prompts.shown.size()); // the starting map and "File has been Saved"
-
-    steward::testing::FakeWindowHost host(*t.app);
-    cmdOk_Click(*t.app, profile, host);
-    ASSERT_EQ(static_cast<int>(t.prompts.shown.size()), boxes)
-        << t.prompts.texts().join(QLatin1Char('|')).toStdString();
+    ASSERT_NO_FATAL_FAILURE(ok()); // the wizard's boxes: the starting map and "File has been Saved"
 
     const QByteArray first = awaitMap(port, "oa_dm1", 20);
-    QByteArray second;
-    QByteArray gravity;
-    if (first.contains("\\mapname\\oa_dm1\\")) {
-        rcon(port, "secret", "vstr nextmap");
-        second = awaitMap(port, "oa_dm2", 20);
-        gravity = rcon(port, "secret", "g_gravity");
-    }
-    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
     ASSERT_TRUE(first.contains("\\mapname\\oa_dm1\\")) << first.toStdString();
+    rcon(port, "vstr nextmap");
+    const QByteArray second = awaitMap(port, "oa_dm2", 20);
+    const QByteArray gravity = rcon(port, "g_gravity");
     EXPECT_TRUE(second.contains("\\mapname\\oa_dm2\\")) << second.toStdString();
     EXPECT_TRUE(second.contains("\\timelimit\\15\\")) << second.toStdString();
     // The game keeps g_gravity out of its server info, so the console is asked for it.
@@ -269,52 +216,33 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
 // roster rows with that MODEL join under the names the rows give them.
 TEST_F(RealServer, RosterBotsJoinUnderTheirNames)
 {
-    startWith();
-    const quint16 port = casePort(1);
-    ServerProfile profile;
-    serverProfile(profile, port);
+    prepare(1);
     profile.setValue(F::chkBOTs(0), 1);
     profile.setValue(F::chkBOTs(5), 1);
     profile.field(F::grdBOTList)
-        .setRows({{QStringLiteral("NAME"), QStringLiteral("SKILL"), QStringLiteral("TEAM"), QStringLiteral("MODEL"),
-                   QStringLiteral("PING")},
-                  {QStringLiteral("Gnubee"), QStringLiteral("Hardcore"), QStringLiteral("RED"), QStringLiteral("sarge"),
-                   QStringLiteral("25")},
-                  {QStringLiteral("Big_Boss"), QStringLiteral("I Can Win"), QStringLiteral("BLUE"),
-                   QStringLiteral("sarge"), QStringLiteral("0")}});
-    steward::testing::FakeWindowHost windows(*t.app);
-
-    cmdOk_Click(*t.app, profile, windows);
-    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    ASSERT_TRUE(steward::testing::crlfLines(t.baseFolder() + QStringLiteral("/BOTFile.cfg"))
-                    .contains(QStringLiteral("Addbot sarge 4 RED 25 Gnubee")));
+        .setRows({{"NAME", "SKILL", "TEAM", "MODEL", "PING"},
+                  {"Gnubee", "Hardcore", "RED", "sarge", "25"},
+                  {"Big_Boss", "I Can Win", "BLUE", "sarge", "0"}});
+    ASSERT_NO_FATAL_FAILURE(ok());
+    ASSERT_TRUE(crlfLines(t.baseFolder() + u"/BOTFile.cfg"_s).contains(u"Addbot sarge 4 RED 25 Gnubee"_s));
 
     const QByteArray status = awaitPlayers(port, 2, 30);
-    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     const QStringList names = playerNames(status);
-    EXPECT_TRUE(names.contains(QStringLiteral("Gnubee"))) << status.toStdString();
-    EXPECT_TRUE(names.contains(QStringLiteral("Big_Boss"))) << status.toStdString();
+    EXPECT_TRUE(names.contains(u"Gnubee"_s)) << status.toStdString();
+    EXPECT_TRUE(names.contains(u"Big_Boss"_s)) << status.toStdString();
 }
 
 // Automatic bots: the engine fills the server with bots of its own choice up to
 // bot_minplayers; it checks that number every ten seconds or so.
 TEST_F(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
 {
-    startWith();
-    const quint16 port = casePort(2);
-    ServerProfile profile;
-    serverProfile(profile, port);
+    prepare(2);
     profile.setValue(F::chkBOTs(0), 1);
-    profile.setText(F::txtServerConfigSpin(6), QStringLiteral("3"));
-    profile.field(F::cboBOT).setText(QStringLiteral("Hardcore"));
-    steward::testing::FakeWindowHost windows(*t.app);
-
-    cmdOk_Click(*t.app, profile, windows);
-    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-
+    profile.setText(F::txtServerConfigSpin(6), u"3"_s);
+    profile.field(F::cboBOT).setText(u"Hardcore"_s);
+    ASSERT_NO_FATAL_FAILURE(ok());
     const QByteArray status = awaitPlayers(port, 3, 45);
-    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_EQ(playerNames(status).size(), 3) << status.toStdString();
 }
@@ -323,33 +251,23 @@ TEST_F(RealServer, TheTimedMessagesReachItsRemoteConsole)
 {
     ThreadSleepWait realWait;
     t.app->services.blockingWait = &realWait;
-    // No address: the messages go to the computer's own name.
-    t.names.computer = QStringLiteral("localhost");
-    const QString console = t.root() + QStringLiteral("/console.log");
-    startWith(console);
-
-    const quint16 port = casePort(4);
-    ServerProfile profile;
-    serverProfile(profile, port);
+    t.names.computer = u"localhost"_s; // no address: the messages go to the computer's own name
+    const QString console = t.root() + u"/console.log"_s;
+    prepare(4, console);
     profile.setValue(F::chkSendMessage, 1);
-    profile.setText(F::txtMsgTimer, QStringLiteral("1"));
-    profile.setText(F::txtMsg(0), QStringLiteral("^2This Server was configured by ^1Arena Steward"));
-    profile.setText(F::txtMsg(1), QStringLiteral("^3second line"));
-    steward::testing::FakeWindowHost windows(*t.app);
-
-    cmdOk_Click(*t.app, profile, windows);
-    ASSERT_TRUE(t.prompts.shown.empty()) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
-    const bool up = !askStatus(port, 20).isEmpty();
+    profile.setText(F::txtMsgTimer, u"1"_s);
+    profile.setText(F::txtMsg(0), u"^2This Server was configured by ^1Arena Steward"_s);
+    profile.setText(F::txtMsg(1), u"^3second line"_s);
+    ASSERT_NO_FATAL_FAILURE(ok());
+    ASSERT_FALSE(awaitStatus(port, 20).isEmpty()) << "the server did not answer on port " << port;
     ServerMessaging* messaging = ServerMessaging::find(profile);
-    if (up && messaging)
-        messaging->tmrServerMessage_Timer();
-    const bool first =
-        up &&
-        fileComesToHold(console, "Rcon from 127.0.0.1: say ^2This Server was configured by ^1Arena Steward\n", 10);
-    const bool second = up && fileComesToHold(console, "Rcon from 127.0.0.1: say ^3second line\n", 10);
-    stopServer(t.baseFolder() + QStringLiteral("/ioq3_server.pid"));
-    ASSERT_TRUE(up) << "the server did not answer on port " << port;
     ASSERT_NE(messaging, nullptr);
-    EXPECT_TRUE(first) << steward::testing::fileBytes(console).toStdString();
-    EXPECT_TRUE(second) << steward::testing::fileBytes(console).toStdString();
+    messaging->tmrServerMessage_Timer();
+    EXPECT_TRUE(
+        fileComesToHold(console, "Rcon from 127.0.0.1: say ^2This Server was configured by ^1Arena Steward\n", 10))
+        << fileBytes(console).toStdString();
+    EXPECT_TRUE(fileComesToHold(console, "Rcon from 127.0.0.1: say ^3second line\n", 10))
+        << fileBytes(console).toStdString();
 }
+
+} // namespace

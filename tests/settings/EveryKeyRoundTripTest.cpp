@@ -14,43 +14,32 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // The fields behind a key: one, or every member of its array.
 std::vector<Field*> fieldsOf(ServerProfile& profile, const StoredKey& key)
 {
-    if (key.shape == KeyShape::One)
-        return {&profile.field(key.field)};
-    return profile.array(key.array());
+    return key.shape == KeyShape::One ? std::vector<Field*>{&profile.field(key.field)} : profile.array(key.array());
 }
 
-// What the store keeps of a field, as one text.
-QString stateOf(const Field& field)
-{
-    switch (field.kind()) {
-    case FieldKind::Check:
-    case FieldKind::Option:
-        return QString::number(field.value());
-    case FieldKind::List:
-        return field.items().join(QLatin1Char('|'));
-    case FieldKind::Grid: {
-        QStringList names;
-        for (int row = 0; row < field.count(); ++row)
-            names << field.cell(row, 0);
-        return names.join(QLatin1Char('|'));
-    }
-    default:
-        return field.text();
-    }
-}
-
+// What the store keeps of the key's fields, as one text.
 QString stateOf(ServerProfile& profile, const StoredKey& key)
 {
     QStringList states;
-    for (const Field* field : fieldsOf(profile, key))
-        states << field->key() + QLatin1Char('=') + stateOf(*field);
-    return states.join(QLatin1Char(' '));
+    for (const Field* field : fieldsOf(profile, key)) {
+        QStringList state{field->text()};
+        if (field->kind() == FieldKind::Check || field->kind() == FieldKind::Option)
+            state = {QString::number(field->value())};
+        else if (field->kind() == FieldKind::List)
+            state = field->items();
+        else if (field->kind() == FieldKind::Grid)
+            for (int row = 0; row < field->count(); ++row)
+                state << field->cell(row, 0);
+        states << field->key() + u'=' + state.join(u'|');
+    }
+    return states.join(u' ');
 }
 
 // Gives every field of the key a state other than its own.
@@ -58,15 +47,14 @@ void changeAll(ServerProfile& profile, const StoredKey& key)
 {
     const std::vector<Field*> fields = fieldsOf(profile, key);
     if (key.shape == KeyShape::Choice) {
-        // Select the next member of the selected one's group (an array may hold more
-        // than one group of options; the key keeps the first selected member).
+        // Select the next member of the selected one's group (an array may hold more than
+        // one group of options; the key keeps the first selected member).
         std::size_t selected = 0;
         while (selected + 1 < fields.size() && !fields[selected]->isSet())
             ++selected;
-        const QString group = fields[selected]->definition().optionGroup;
         for (std::size_t step = 1; step < fields.size(); ++step) {
             Field* next = fields[(selected + step) % fields.size()];
-            if (next->definition().optionGroup == group) {
+            if (next->definition().optionGroup == fields[selected]->definition().optionGroup) {
                 next->setValue(1);
                 break;
             }
@@ -74,23 +62,14 @@ void changeAll(ServerProfile& profile, const StoredKey& key)
         return;
     }
     for (Field* field : fields) {
-        switch (field->kind()) {
-        case FieldKind::Check:
-        case FieldKind::Option:
+        if (field->kind() == FieldKind::Check || field->kind() == FieldKind::Option)
             field->setValue(field->isSet() ? 0 : 1);
-            break;
-        case FieldKind::List:
-            field->addItem(QStringLiteral("10.0.0.1"));
-            field->addItem(QStringLiteral("10.0.0.2"));
-            break;
-        case FieldKind::Grid:
-            field->addRow(rotationRow(QStringLiteral("ffa_bespin"), QString(), QString()));
-            field->addRow(rotationRow(QStringLiteral("ctf_yavin"), QString(), QString()));
-            break;
-        default:
-            field->setText(QStringLiteral("v%1 %2").arg(key.text()).arg(field->index()));
-            break;
-        }
+        else if (field->kind() == FieldKind::List)
+            field->setItems({u"10.0.0.1"_s, u"10.0.0.2"_s});
+        else if (field->kind() == FieldKind::Grid)
+            field->setRows({rotationRow(u"ffa_bespin"_s, {}, {}), rotationRow(u"ctf_yavin"_s, {}, {})});
+        else
+            field->setText(u"v%1 %2"_s.arg(key.text()).arg(field->index()));
     }
 }
 

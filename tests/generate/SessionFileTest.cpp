@@ -1,0 +1,435 @@
+// The session file: every variant held line by line against the whole expected file, CR LF
+// included, with the fixed clock of the test kit; the export command that writes and shows it.
+#include "FileChanges.h"
+#include "commands/CreateJediConfiguration.h"
+#include "commands/ExportServer.h"
+#include "commands/MapCycleCommands.h"
+#include "model/Constants.h"
+#include "model/ServerProfile.h"
+#include "support/ErrorBox.h"
+#include "support/ProductText.h"
+#include "testkit/BoxExpect.h"
+#include "testkit/LaunchKit.h"
+
+#include <QDir>
+#include <algorithm>
+#include <functional>
+
+using namespace steward;
+using namespace steward::testing;
+
+namespace {
+
+const QString kTaggedSource = u"arena-steward::Code.CreateJediConfiguration(Function)"_s;
+const QString kCreated = u"'luke.cfg' has been created         "_s;
+const QString kMaps = u"exec \"jediMaps.cfg\""_s;
+const QString kDefault = u"generate/luke.cfg"_s; // a Listen server whose rotation starts with ffa_bespin
+
+QString sets(const QString& key, const QString& value) { return u"sets \"%1\" \"%2\""_s.arg(key, value); }
+
+class SessionFileTest : public ::testing::Test {
+protected:
+    SessionFileTest()
+    {
+        fresh();
+        QObject::connect(&profile.field(F::MousePointer), &Field::valueChanged,
+                         [this](Field* f) { pointers.push_back(f->value()); });
+    }
+
+    void fresh()
+    {
+        profile.resetAll();
+        profile.setValue(F::chkServerType(0), 1);
+        profile.field(F::lsvMapRotation).setRows({{u"ffa_bespin"_s}, {u"ffa_yavin"_s}});
+        profile.setStartingMap(u"ffa_bespin"_s);
+    }
+    /// The file is the same on both roads; the export road starts no process.
+    bool run(bool useSavedCycle = false, bool exportOnly = true)
+    {
+        return CreateJediConfiguration(*t.app, profile, exportOnly, useSavedCycle, session);
+    }
+    QString file() const { return t.baseFolder() + u"/"_s + session; }
+    void set(const char* name, int index, const QString& text) { profile.setText(FieldId{name, index}, text); }
+    void tick(const char* name, int index, int value = 1) { profile.setValue(FieldId{name, index}, value); }
+    /// The one box shown is the run-time error box with this number; the log has it too.
+    void expectErrorReported(int number, const QString& inner = u"arena-steward"_s)
+    {
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_TRUE(isBox(t.prompts.last(), errorBox(number, kTaggedSource + u" (%1)"_s.arg(inner))));
+        const QString log = QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s));
+        EXPECT_TRUE(log.contains(u"Error %1 in "_s.arg(number) + kTaggedSource)) << log.toStdString();
+        EXPECT_EQ(profile.formPointer(), 0);
+    }
+
+    TestApp t;
+    ServerProfile profile;
+    QString session = u"luke.cfg"_s;
+    std::vector<int> pointers;
+};
+
+TEST_F(SessionFileTest, AFreshProfileGivesTheWholeDefaultFileOnBothRoads)
+{
+    writeFile(file(), QByteArray(20000, 'x')); // the old file is replaced whole
+    EXPECT_TRUE(run());
+    expectGolden(file(), kDefault);
+    EXPECT_EQ(t.prompts.texts(), QStringList{kCreated}) << "the export's announcement alone";
+    EXPECT_EQ(pointers.front(), 11) << "the hourglass while the file is written";
+    EXPECT_EQ(profile.formPointer(), 0) << "and the pointer reset at the end";
+
+    EXPECT_TRUE(run(false, false));
+    expectGolden(file(), kDefault);
+    EXPECT_EQ(profile.formPointer(), 0);
+}
+
+TEST_F(SessionFileTest, TheNameGetsUnderscoresAndLowerCaseAndTheBaseFolderIsFoundInAnyCase)
+{
+    ASSERT_TRUE(QDir(t.baseFolder()).removeRecursively());
+    ASSERT_TRUE(QDir().mkpath(t.gameFolder() + u"BASE"_s));
+    writeFile(t.gameFolder() + u"base"_s, "a file, not the folder");
+    session = u"My Server.CFG"_s;
+    EXPECT_TRUE(run());
+    EXPECT_EQ(session, u"my_server.cfg"_s) << "for the caller too";
+    expectGolden(t.gameFolder() + u"BASE/my_server.cfg"_s, kDefault);
+    EXPECT_FALSE(QFile::exists(t.gameFolder() + u"BASE/My Server.CFG"_s));
+}
+
+TEST_F(SessionFileTest, FieldTextGoesOutAsItStandsInLatin1)
+{
+    set("txtServerConfig", 0, u"Say \"hi\" at the caf\u00e9"_s);
+    EXPECT_TRUE(run());
+    EXPECT_TRUE(fileBytes(file()).contains("seta g_motd \"Say \"hi\" at the caf\xe9\"\r\n"));
+}
+
+// Each case changes the profile and names the lines of the default file that change.
+struct Variant {
+    const char* name;
+    std::function<void(ServerProfile&)> setup;
+    std::vector<Change> changes;
+};
+
+void PrintTo(const Variant& v, std::ostream* os) { *os << v.name; }
+
+class SessionFileVariants : public SessionFileTest, public ::testing::WithParamInterface<Variant> {};
+
+TEST_P(SessionFileVariants, ChangeOnlyTheirOwnLines)
+{
+    GetParam().setup(profile);
+    EXPECT_TRUE(run());
+    expectFile(file(), kDefault, GetParam().changes);
+}
+
+using Edit = std::function<void(ServerProfile&)>;
+/// Fields set in order: boxes and options take the number, a grid the text as its one row (none when
+/// empty), the others the text.
+template <class... Rest>
+Edit with(Rest... rest)
+{
+    std::vector<std::pair<FieldId, QString>> fields;
+    const auto add = [&](auto self, FieldId id, const QString& text, auto... more) -> void {
+        fields.emplace_back(id, text);
+        if constexpr (sizeof...(more) > 0)
+            self(self, more...);
+    };
+    add(add, rest...);
+    return [=](ServerProfile& p) {
+        for (const auto& [id, text] : fields) {
+            Field& f = p.field(id);
+            if (f.kind() == FieldKind::Check || f.kind() == FieldKind::Option)
+                f.setValue(text.toInt());
+            else if (f.kind() == FieldKind::Grid)
+                f.setRows(text.isEmpty() ? QList<QStringList>{} : QList<QStringList>{{text}});
+            else
+                f.setText(text);
+        }
+    };
+}
+Edit cfg(int index, const char* text) { return with(F::txtServerConfig(index), text); }
+Edit spin(int index, const char* text) { return with(F::txtServerConfigSpin(index), text); }
+Edit speed(int index, const char* text) { return with(F::txtSpeed(index), text); }
+Change gone(const QString& line) { return {line, {}}; }
+Change line(const QString& was, const QString& is) { return {was, {is}}; }
+
+const Variant variants[] = {
+    {"EmptyMotdIsStillWritten", cfg(0, ""), {to("g_motd", "")}},
+    {"HostName", cfg(2, "My Host"), {to("sv_hostname", "My Host")}},
+    {"AdminWithAQuotedKey", cfg(3, "Bob"), {after(seta("sv_hostname", ""), {sets("Admin", "Bob")})}},
+    {"EmptyDescriptiveFieldsAreLeftOut", cfg(4, ""), {gone(sets("Admin E-Mail", "arena.steward@example.org"))}},
+    {"KeysWithBlanksStay",
+     cfg(8, "2 GHz"),
+     {after(sets("URL", "http://www.jk2files.com"), {sets("Server Spec", "2 GHz")})}},
+    {"EmptyPortHasNoLineButTheNoteSays28070", cfg(12, ""), {gone("//seta net_port \"28070\"")}},
+    {"PortWithBlanksIsCommentedAsItStandsAndConvertedTrimmed",
+     cfg(12, " 27960 "),
+     {line("//seta net_port \"28070\"", "//seta net_port \" 27960 \""), line("// Port = 28070", "// Port = 27960")}},
+    {"BlanksOnlyPortCountsAsEmpty", cfg(12, "   "), {line("//seta net_port \"28070\"", "//seta net_port \"   \"")}},
+    {"AddressIsCommentedOutAndNoted",
+     cfg(16, "10.0.0.5"),
+     {after(seta("g_password", ""), {"//seta net_ip \"10.0.0.5\""}), line("// IP = ", "// IP = 10.0.0.5")}},
+    {"PrivatePassword", cfg(13, "p1"), {to("sv_privatePassword", "p1")}},
+    {"RemotePassword", cfg(14, "r1"), {to("rconPassword", "r1")}},
+    {"ServerPasswordAsItStands", cfg(15, " x "), {to("g_needpass", "1"), to("g_password", " x ")}},
+    {"BlanksOnlyPasswordCountsAsNone", cfg(15, "   "), {}},
+    {"SessionFieldAsTyped",
+     cfg(1, "Other Name"),
+     {line(sets("Config File", "Luke"), sets("Config File", "Other Name"))}},
+    {"SpawnProtectIsNeverWritten", spin(3, "99"), {}},
+    {"EmptyNumberIsLeftOut", spin(0, ""), {gone(seta("sv_maxclients", "12"))}},
+    {"NumberAsItStands", spin(17, "4x"), {to("g_minGameClients", "4x")}},
+    {"EmptySaberValueIsLeftOut", with(F::txtAdvancedSaber(1), ""), {gone(seta("g_saberdmgvelocityscale", "0"))}},
+    {"ClearSaberCheckWritesZero", with(F::chkAdvancedSaber(2), "0"), {to("_saberalwaysboxtrace", "0")}},
+    {"MemoryRoundsHalfToEven", spin(11, "16.5"), {to("com_zoneMegs", "16.5")}},
+    {"MemoryByLeadingNumber",
+     spin(12, "17.5mb"),
+     {to("com_SoundMegs", "17.5mb"), line("// SoundMegs = 16", "// SoundMegs = 18")}},
+    {"MemoryWithoutNumberIsZero",
+     spin(5, "abc"),
+     {to("com_HunkMegs", "abc"), line("// HunkMegs = 32", "// HunkMegs = 0")}},
+    {"GravityLettersFallBack", speed(1, "abc"), {}},
+    {"GravityOwnValue", speed(1, "350"), {to("g_gravity", "350")}},
+    {"SpeedZeroFallsBackTo280", speed(0, "0"), {to("g_speed", "280")}},
+    {"SpeedLeadingNumberKeepsTheText", speed(0, "12abc"), {to("g_speed", "12abc")}},
+    {"SpecTimeOutEmptyFallsBackTo180", speed(2, ""), {to("g_timeouttospec", "180")}},
+    {"DismemberAboveZero", speed(3, "5"), {after(seta("g_timeouttospec", "70"), {seta("g_dismember", "5")})}},
+    {"DismemberLettersWriteNothing", speed(3, "abc"), {}},
+    {"ForceRankLetters", with(F::txtMaxForceRank, "abc"), {}},
+    {"ForceRankOwnValue", with(F::txtMaxForceRank, "7"), {to("g_maxForceRank", "7")}},
+    {"ForceRegenZero", with(F::txtForceReGen(0), "0"), {}},
+    {"MapTimeOutNegative", with(F::txtMapTimeOut, "-5"), {}},
+    {"HolocronsZeroFallBackTo3", with(F::txtMaxHolocronCarry, "0"), {}},
+    {"WeaponsStayIsWrittenAs5", with(F::txtWeapRespawn, "0"), {}},
+    {"WeaponRespawnFraction", with(F::txtWeapRespawn, "0.5"), {to("g_weaponrespawn", "0.5")}},
+    {"KnockbackIsNotWritten", with(F::txtKnockBack, "abc"), {}},
+    {"QuadFactorIsNotWritten", with(F::txtWeaponEnhancer, "9"), {}},
+    {"TickedOptionWritesOne", with(F::chkQuake3Specific(0), "1"), {to("g_allowvote", "1")}},
+    {"DisableTheForceComesBeforeTheFlagLine", with(F::chkQuake3Specific(17), "1"), {to("g_forcePowerDisable", "1")}},
+    {"JediVsMercTickedWritesNoLine", with(F::chkQuake3Specific(18), "1"), {gone(seta("g_jediVmerc", "0"))}},
+    {"FlagFieldsAsTheyStand",
+     with(F::txtWeaponFlags, "12", F::txtForceFlags, "131072", F::txtDMFlags, "40", F::txtDuelWeaponFlags, "4"),
+     {line("seta g_weaponDisable \"0\" // Weapons Disabled", "seta g_weaponDisable \"12\" // Weapons Disabled"),
+      line("seta g_forcePowerDisable \"0\" // Force Power Disabled",
+           "seta g_forcePowerDisable \"131072\" // Force Power Disabled"),
+      to("dmflags", "40")}},
+    {"DuelWritesTheDuelWeapons",
+     with(F::optDefaultGameType(3), "1", F::txtDuelWeaponFlags, "4"),
+     {after("seta g_weaponDisable \"0\" // Weapons Disabled",
+            {"seta g_duelWeaponDisable \"4\" // Weapons Disabled Duel Only"})}},
+    {"LimitsAsTheyStand",
+     with(F::txtGameLimits(0), "", F::txtGameLimits(1), "", F::txtGameLimits(2), "", F::txtGameLimits(3), ""),
+     {to("fraglimit", ""), to("timelimit", ""), to("capturelimit", ""), to("duel_fraglimit", "")}},
+    {"StatsEnabled",
+     with(F::optLogging(4), "1"), // the stats frame gives no second g_log
+     {{seta("g_statLog", "5"), {seta("g_statLog", "1"), seta("g_statLogFile", "stats.log")}},
+      gone(seta("g_log", "games.log"))}},
+    {"NoGameLogging",
+     with(F::optLogging(0), "1", F::txtLogFileName, "my.log"),
+     {to("logfile", "0"), to("g_log", "my.log"), to("g_log", "my.log")}},
+    {"NothingSelectedInEitherFrame",
+     with(F::optLogging(3), "0", F::optLogging(5), "0"),
+     {gone(seta("logfile", "3")), gone(seta("g_log", "games.log")), gone(seta("g_statLog", "5")),
+      gone(seta("g_log", "games.log"))}},
+    {"FirstRowWhenNoStartingMap", with(F::StartingMap, ""), {line("Map ffa_bespin", "Map ffa_bespin")}},
+    {"StartingMapBeforeTheFirstRow", with(F::StartingMap, "ffa_yavin"), {line("Map ffa_bespin", "Map ffa_yavin")}},
+    {"AutoCycleNeedsNoRotation",
+     with(F::chkMapAutoCycle, "1", F::lsvMapRotation, "", F::StartingMap, "", F::cboStartingMap, "ffa_raven"),
+     {line("g_autoMapCycle \"0\"", "g_autoMapCycle \"1\""), line("Map ffa_bespin", "map ffa_raven"), gone(kMaps)}},
+    {"AdditionalConfigsTrimmedAndUnquoted",
+     with(F::cboConfig(0), "  first.cfg ", F::cboConfig(1), "   ", F::cboConfig(3), "my cfg.cfg"),
+     {after(kMaps, {"exec first.cfg", "exec my cfg.cfg"})}},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, SessionFileVariants, ::testing::ValuesIn(variants), caseName<Variant>);
+
+TEST_F(SessionFileTest, OtherGameTypesNeverWriteTheDuelWeapons)
+{
+    for (int type : {0, 1, 2, 4, 5, 6}) {
+        SCOPED_TRACE(type);
+        tick("optDefaultGameType", type);
+        for (int i = 16; i <= 31; ++i)
+            tick("chkWeaponFlags", i);
+        set("txtDuelWeaponFlags", -1, u"65535"_s);
+        EXPECT_TRUE(run());
+        EXPECT_FALSE(fileBytes(file()).contains("g_duelWeaponDisable"));
+    }
+}
+
+TEST_F(SessionFileTest, OnlyAnInternetServerListsTheMasters)
+{
+    for (int type : {0, 1}) {
+        tick("chkServerType", type);
+        EXPECT_TRUE(run());
+        expectGolden(file(), kDefault);
+    }
+    tick("chkServerType", 2);
+    profile.setText(F::txtMaster1, u"  one.example.org  "_s);
+    profile.setText(F::txtMaster3, u"three.example.org:27950"_s);
+    EXPECT_TRUE(run());
+    expectFile(
+        file(), kDefault,
+        {after(seta("dmflags", "0"),
+               {"// ------------------- Additional Master Server List -------------------", seta("sv_master5", ""),
+                seta("sv_master4", "master.jkhub.org"), seta("sv_master3", "three.example.org:27950"),
+                seta("sv_master2", "master.jk2mv.org"), seta("sv_master1", "one.example.org"),
+                "// --------------------------------------------------------------------", ""})});
+}
+
+TEST_F(SessionFileTest, ASavedCycleStartsWithItsMarkedMapAndIsExecuted)
+{
+    const QString saved = t.root() + u"/cycles/My Cycle.cfg"_s;
+    writeFile(saved, "// an advanced cycle\r\n// ***    DO NOT DELETE MAP NAME ***\r\n//\r\n//ffa_raven\r\n");
+    with(F::txtServerINI, saved, F::lsvMapRotation, "", F::StartingMap, "")(profile);
+    const QString first = gbln_LoadMapCycle(*t.app, profile, saved); // what the cycle loader reads from the file
+
+    EXPECT_TRUE(run(true));
+    expectFile(file(), kDefault, {line("Map ffa_bespin", "Map " + first), line(kMaps, "exec \"My Cycle.cfg\"")});
+    EXPECT_FALSE(QFile::exists(t.baseFolder() + u"/jediMaps.cfg"_s)) << "no cycle is made";
+}
+
+TEST_F(SessionFileTest, BotsAndBansAreExecutedExactlyWhenTheirFilesWereMade)
+{
+    // User-defined bots with a password don't refuse; the exec line follows the bot
+    // writer's success, and the ban line the ban writer's.
+    tick("chkBOTs", 5);
+    set("txtServerConfig", 15, u"secret"_s);
+    profile.field(F::lstBannedIPs).setItems({u"10.0.0.9"_s});
+    EXPECT_TRUE(run());
+    QStringList added;
+    if (QFile::exists(t.baseFolder() + u"/BOTFile.cfg"_s))
+        added << "exec \"BOTFile.cfg\"";
+    if (QFile::exists(t.baseFolder() + u"/BAN.cfg"_s))
+        added << "exec \"BAN.cfg\"";
+    expectFile(file(), kDefault, {to("g_needpass", "1"), to("g_password", "secret"), after(kMaps, added)});
+    EXPECT_EQ(t.prompts.texts(), QStringList{kCreated}) << "the export's announcement alone";
+}
+
+TEST_F(SessionFileTest, BotsWithoutANumberOfPlayersAreWarnedAboutAndNotExecuted)
+{
+    tick("chkBOTs", 0);
+    for (const auto& [players, executed] : {std::pair{"2", true}, {"0", false}}) {
+        SCOPED_TRACE(players);
+        t.prompts.shown.clear();
+        set("txtServerConfigSpin", 6, QString::fromLatin1(players));
+        EXPECT_TRUE(run()) << "the server starts with or without the bots";
+        const QStringList lines = crlfLines(file());
+        EXPECT_EQ(lines.last(), u"//EOF"_s);
+        EXPECT_EQ(lines.contains(u"exec \"BOTFile.cfg\""_s), executed);
+        const auto warnings = std::count_if(t.prompts.shown.begin(), t.prompts.shown.end(),
+                                            [](const auto& s) { return s.request.icon == Icon::Exclamation; });
+        EXPECT_EQ(warnings, executed ? 0 : 1) << "the bot writer's warning";
+    }
+}
+
+TEST_F(SessionFileTest, APasswordRefusesEnabledBotsAndCutsTheFileOff)
+{
+    const Box refusal{kProductTitle, Icon::Exclamation,
+                      u"Arena Steward does not support adding BOT's to a password enabled server         \r\n"
+                      "either uncheck enable BOT's or remove password to continue         "_s,
+                      Buttons::Ok};
+    const std::pair<const char*, std::vector<Change>> cases[] = {
+        {"secret", {to("g_needpass", "1"), to("g_password", "secret")}}, {"   ", {}}, // trimmed above, not here
+    };
+    for (const auto& [password, changes] : cases) {
+        SCOPED_TRACE(password);
+        t.prompts.shown.clear();
+        tick("chkBOTs", 0);
+        tick("chkBOTs", 5);
+        set("txtServerConfig", 15, QString::fromLatin1(password));
+        EXPECT_FALSE(run());
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_TRUE(isBox(t.prompts.last(), refusal));
+        expectFile(file(), cutAt(changed(goldenLines(kDefault), changes), kMaps, true));
+        EXPECT_EQ(profile.formPointer(), 11) << "the hourglass stays after a refusal";
+    }
+    tick("chkBOTs", 0, 0);
+    tick("chkBOTs", 5, 0);
+    EXPECT_TRUE(run());
+    EXPECT_EQ(profile.formPointer(), 0) << "the next run puts the pointer back";
+}
+
+// A run-time error ends the file where it happened, reports with the routine's tag and
+// gives false; the complete lines written before it stay on disk.
+TEST_F(SessionFileTest, ARunTimeErrorEndsTheFileWhereItHappensAndIsReported)
+{
+    const struct {
+        Edit setup;
+        std::vector<Change> changes; ///< of the default file, before it is cut
+        const char* fileEndsBefore;
+        int number;
+    } cases[] = {
+        {cfg(12, "28a70"),
+         {line("//seta net_port \"28070\"", "//seta net_port \"28a70\"")},
+         "// ZoneMegs = 16",
+         err::TypeMismatch},
+        {spin(5, "40000"), {to("com_HunkMegs", "40000")}, "// ZoneMegs = 16", err::Overflow},
+        {with(F::lsvMapRotation, "", F::StartingMap, ""), {}, "Map ffa_bespin", err::IndexOutOfBounds},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.number);
+        fresh();
+        t.prompts.shown.clear();
+        c.setup(profile);
+        EXPECT_FALSE(run());
+        expectFile(file(),
+                   cutAt(changed(goldenLines(kDefault), c.changes), QString::fromLatin1(c.fileEndsBefore), false));
+        expectErrorReported(c.number);
+    }
+}
+
+TEST_F(SessionFileTest, AMissingBaseFolderIsThePathNotFoundRoad)
+{
+    ASSERT_TRUE(QDir(t.baseFolder()).removeRecursively());
+    tick("chkMapAutoCycle", -1); // no cycle file, so the session file is the first to miss the folder
+    session = u"Luke.cfg"_s;
+    EXPECT_FALSE(run());
+    EXPECT_EQ(session, u"luke.cfg"_s) << "the name was already changed";
+    EXPECT_FALSE(QFile::exists(t.gameFolder() + u"Base/luke.cfg"_s));
+    expectErrorReported(err::PathNotFound, t.gameFolder() + u"Base/luke.cfg"_s);
+}
+
+// The export command: each failed check with its wording and page, then the written file
+// announced and shown, nothing started and the change mark left alone.
+TEST_F(SessionFileTest, ExportChecksTheSessionAndTheMapsThenWritesAndShowsTheFile)
+{
+    CountingLauncher launcher;
+    t.app->services.launcher = &launcher;
+    const QString gone = t.root() + u"/gone.cfg"_s;
+    const struct {
+        Edit setup;
+        QString text;
+        int page;
+    } cases[] = {
+        {with(F::txtServerConfig(1), ""), u"A Session name is required"_s, 0},
+        {with(F::txtServerConfig(1), "a<b"), u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s, 3},
+        {with(F::chkMapAutoCycle, "0", F::chkUseINI, "1", F::txtServerINI, gone),
+         "Selected Map List " + gone + " is missing, please define a new map list", 2},
+        {with(F::chkMapAutoCycle, "0"), u"No Maps have been selected"_s, 2},
+        {with(F::chkMapAutoCycle, "0", F::lsvMapRotation, "ffa_bespin"), u"No Starting Map has been selected"_s, 2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text.toStdString());
+        profile.resetAll();
+        profile.setValue(F::chkMapAutoCycle, 1);
+        profile.setValue(F::vsMainTab, 3);
+        t.prompts.shown.clear();
+        c.setup(profile);
+        mnuExportServer_Click(*t.app, profile);
+        ASSERT_EQ(t.prompts.shown.size(), 1u);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.text + kTail, Buttons::Ok}));
+        EXPECT_EQ(profile.value(F::vsMainTab), c.page);
+    }
+    EXPECT_TRUE(t.opener.opened.empty());
+
+    profile.resetAll();
+    profile.setValue(F::chkMapAutoCycle, 1);
+    profile.setText(F::txtServerConfig(1), u"My Server"_s);
+    profile.setConfigurationChanged(true);
+    profile.setFormPointer(pointer::Hourglass);
+    mnuExportServer_Click(*t.app, profile);
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Information, "'my_server.cfg' has been created" + kTail, Buttons::Ok}));
+    ASSERT_EQ(t.opener.opened.size(), 1u);
+    EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(t.baseFolder() + u"/my_server.cfg"_s));
+    EXPECT_EQ(launcher.starts, 0);
+    EXPECT_TRUE(profile.configurationChanged()) << "an export leaves the change mark alone";
+    EXPECT_EQ(profile.formPointer(), pointer::Default);
+}
+
+} // namespace
