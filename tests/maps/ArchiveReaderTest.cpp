@@ -13,6 +13,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -20,11 +21,8 @@ class ArchiveReaderTest : public ::testing::Test {
 protected:
     QTemporaryDir dir;
     QString root() const { return dir.path(); }
-    QString archive(const QString& name = QStringLiteral("test.pk3")) const
-    {
-        return root() + QStringLiteral("/") + name;
-    }
-    QString target() const { return root() + QStringLiteral("/target"); }
+    QString archive(const QString& name = u"test.pk3"_s) const { return root() + u"/"_s + name; }
+    QString target() const { return root() + u"/target"_s; }
 
     // Every file below the temporary folder other than the archives and the target.
     QStringList filesOutsideTarget() const
@@ -33,7 +31,7 @@ protected:
         QDirIterator it(root(), QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
         while (it.hasNext()) {
             const QString path = it.next();
-            if (!path.startsWith(target() + QStringLiteral("/")) && !path.endsWith(QStringLiteral(".pk3")))
+            if (!path.startsWith(target() + u"/"_s) && !path.endsWith(u".pk3"_s))
                 found << path;
         }
         return found;
@@ -64,19 +62,19 @@ int errorNumberOf(const std::function<void()>& action)
 TEST_F(ArchiveReaderTest, ListsTheDirectoryInItsOrderWithFoldersAndNames)
 {
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("maps/mymap.bsp"), "BSP")
-                    .folder(QStringLiteral("models/players/"))
-                    .file(QStringLiteral("top.txt"), "top")
-                    .file(QStringLiteral("levelshots/mymap.jpg"), "JPG")
+                    .file(u"maps/mymap.bsp"_s, "BSP")
+                    .folder(u"models/players/"_s)
+                    .file(u"top.txt"_s, "top")
+                    .file(u"levelshots/mymap.jpg"_s, "JPG")
                     .write(archive()));
     ArchiveReader reader(archive());
     ASSERT_EQ(reader.entryCount(), 4);
-    EXPECT_EQ(reader.entry(0).folder, QStringLiteral("maps"));
-    EXPECT_EQ(reader.entry(0).name, QStringLiteral("mymap.bsp"));
-    EXPECT_EQ(reader.entryText(0), QStringLiteral("maps\\|mymap.bsp"));
+    EXPECT_EQ(reader.entry(0).folder, u"maps"_s);
+    EXPECT_EQ(reader.entry(0).name, u"mymap.bsp"_s);
+    EXPECT_EQ(reader.entryText(0), u"maps\\|mymap.bsp"_s);
     EXPECT_TRUE(reader.entry(1).isFolder);
-    EXPECT_EQ(reader.entryText(1), QStringLiteral("models\\players\\|"));
-    EXPECT_EQ(reader.entryText(2), QStringLiteral("|top.txt"));
+    EXPECT_EQ(reader.entryText(1), u"models\\players\\|"_s);
+    EXPECT_EQ(reader.entryText(2), u"|top.txt"_s);
     EXPECT_EQ(reader.entry(3).size, 3u);
     EXPECT_EQ(reader.readEntry(3), QByteArray("JPG"));
     EXPECT_EQ(errorNumberOf([&] { reader.entry(4); }), err::SubscriptOutOfRange);
@@ -84,7 +82,7 @@ TEST_F(ArchiveReaderTest, ListsTheDirectoryInItsOrderWithFoldersAndNames)
 
 TEST_F(ArchiveReaderTest, ReadsAnEntryOnlyWithinItsLimit)
 {
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("a.txt"), QByteArray(1000, 'a')).write(archive()));
+    ASSERT_TRUE(ZipBuilder().file(u"a.txt"_s, QByteArray(1000, 'a')).write(archive()));
     ArchiveReader reader(archive());
     EXPECT_EQ(reader.readEntry(0, 1000).size(), 1000);
     EXPECT_EQ(errorNumberOf([&] { reader.readEntry(0, 999); }), err::BadArchive);
@@ -93,77 +91,74 @@ TEST_F(ArchiveReaderTest, ReadsAnEntryOnlyWithinItsLimit)
 TEST_F(ArchiveReaderTest, SelectionMatchesFoldersAndNamesWithoutRegardToCase)
 {
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("LevelShots/One.JPG"), "1")
-                    .file(QStringLiteral("levelshots/two.tga"), "2")
-                    .file(QStringLiteral("levelshots/three.png"), "3")
-                    .file(QStringLiteral("levelshots/sub/four.jpg"), "4")
-                    .file(QStringLiteral("five.jpg"), "5")
+                    .file(u"LevelShots/One.JPG"_s, "1")
+                    .file(u"levelshots/two.tga"_s, "2")
+                    .file(u"levelshots/three.png"_s, "3")
+                    .file(u"levelshots/sub/four.jpg"_s, "4")
+                    .file(u"five.jpg"_s, "5")
                     .write(archive()));
-    QDir().mkpath(target() + QStringLiteral("/levelshots"));
+    QDir().mkpath(target() + u"/levelshots"_s);
     ArchiveReader reader(archive());
-    reader.selectFiles(QStringLiteral("levelshots\\*.jpg"));
-    reader.selectFiles(QStringLiteral("levelshots/*.tga"));
+    reader.selectFiles(u"levelshots\\*.jpg"_s);
+    reader.selectFiles(u"levelshots/*.tga"_s);
     reader.extract(target());
     // The folder that exists takes the pictures whatever case the archive gives it.
-    EXPECT_EQ(filesIn(target()),
-              (QStringList{QStringLiteral("levelshots/One.JPG"), QStringLiteral("levelshots/two.tga")}));
+    EXPECT_EQ(filesIn(target()), (QStringList{u"levelshots/One.JPG"_s, u"levelshots/two.tga"_s}));
 
     ArchiveReader none(archive());
-    none.selectFiles(QStringLiteral("Scripts\\missing.arena"));
+    none.selectFiles(u"Scripts\\missing.arena"_s);
     EXPECT_TRUE(none.extract(target()).isEmpty());
 }
 
 TEST_F(ArchiveReaderTest, ALaterExtractionReplacesTheFileAndKeepsTheReadOnlyMark)
 {
-    ASSERT_TRUE(ZipBuilder().readOnlyFile(QStringLiteral("scripts/x.arena"), "first").write(archive()));
+    ASSERT_TRUE(ZipBuilder().readOnlyFile(u"scripts/x.arena"_s, "first").write(archive()));
     ArchiveReader reader(archive());
     const QString written = reader.extractEntry(0, target());
-    EXPECT_EQ(written, QFileInfo(target()).canonicalFilePath() + QStringLiteral("/scripts/x.arena"));
+    EXPECT_EQ(written, QFileInfo(target()).canonicalFilePath() + u"/scripts/x.arena"_s);
     EXPECT_FALSE(QFileInfo(written).permission(QFile::WriteOwner));
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("Scripts/x.arena"), "second").write(archive(QStringLiteral("b.pk3"))));
-    ArchiveReader second(archive(QStringLiteral("b.pk3")));
+    ASSERT_TRUE(ZipBuilder().file(u"Scripts/x.arena"_s, "second").write(archive(u"b.pk3"_s)));
+    ArchiveReader second(archive(u"b.pk3"_s));
     second.extractEntry(0, target());
     EXPECT_EQ(fileBytes(written), QByteArray("second"));
     EXPECT_TRUE(QFileInfo(written).permission(QFile::WriteOwner));
-    EXPECT_EQ(filesIn(target()), QStringList{QStringLiteral("scripts/x.arena")});
+    EXPECT_EQ(filesIn(target()), QStringList{u"scripts/x.arena"_s});
 }
 
 TEST_F(ArchiveReaderTest, HostileNamesAreNeverWrittenOutsideTheTarget)
 {
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("levelshots/../../escape1.jpg"), "evil")
-                    .file(QStringLiteral("../escape2.jpg"), "evil")
-                    .file(root() + QStringLiteral("/escape3.jpg"), "evil")
-                    .file(QStringLiteral("levelshots\\..\\..\\escape4.jpg"), "evil")
-                    .symlink(QStringLiteral("levelshots/link.jpg"), root() + QStringLiteral("/victim.txt"))
-                    .file(QStringLiteral("levelshots/good.jpg"), "good")
+                    .file(u"levelshots/../../escape1.jpg"_s, "evil")
+                    .file(u"../escape2.jpg"_s, "evil")
+                    .file(root() + u"/escape3.jpg"_s, "evil")
+                    .file(u"levelshots\\..\\..\\escape4.jpg"_s, "evil")
+                    .symlink(u"levelshots/link.jpg"_s, root() + u"/victim.txt"_s)
+                    .file(u"levelshots/good.jpg"_s, "good")
                     .write(archive()));
-    writeFile(root() + QStringLiteral("/victim.txt"), "untouched");
+    writeFile(root() + u"/victim.txt"_s, "untouched");
 
     ArchiveReader reader(archive());
     for (int i = 0; i < 5; ++i) {
         SCOPED_TRACE(reader.entry(i).path.toStdString());
         EXPECT_EQ(errorNumberOf([&] { reader.extractEntry(i, target()); }), err::UnsafeEntry);
     }
-    for (const QString& pattern : {QStringLiteral("levelshots\\*.jpg"), QStringLiteral("*.jpg"),
-                                   QStringLiteral("levelshots/../../*.jpg"), QStringLiteral("../*.jpg")})
+    for (const QString& pattern : {u"levelshots\\*.jpg"_s, u"*.jpg"_s, u"levelshots/../../*.jpg"_s, u"../*.jpg"_s})
         reader.selectFiles(pattern);
     reader.extract(target());
-    EXPECT_EQ(reader.skippedEntries(),
-              (QStringList{QStringLiteral("levelshots/../../escape1.jpg"), QStringLiteral("../escape2.jpg"),
-                           QStringLiteral("levelshots/../../escape4.jpg"), QStringLiteral("levelshots/link.jpg")}));
-    EXPECT_EQ(filesIn(target()), QStringList{QStringLiteral("levelshots/good.jpg")});
-    EXPECT_EQ(filesOutsideTarget(), QStringList{root() + QStringLiteral("/victim.txt")});
-    EXPECT_EQ(fileBytes(root() + QStringLiteral("/victim.txt")), QByteArray("untouched"));
+    EXPECT_EQ(reader.skippedEntries(), (QStringList{u"levelshots/../../escape1.jpg"_s, u"../escape2.jpg"_s,
+                                                    u"levelshots/../../escape4.jpg"_s, u"levelshots/link.jpg"_s}));
+    EXPECT_EQ(filesIn(target()), QStringList{u"levelshots/good.jpg"_s});
+    EXPECT_EQ(filesOutsideTarget(), QStringList{root() + u"/victim.txt"_s});
+    EXPECT_EQ(fileBytes(root() + u"/victim.txt"_s), QByteArray("untouched"));
 }
 
 TEST_F(ArchiveReaderTest, AFolderOfTheTargetThatLeadsElsewhereIsNotFollowed)
 {
-    const QString outside = root() + QStringLiteral("/outside");
+    const QString outside = root() + u"/outside"_s;
     QDir().mkpath(outside);
     QDir().mkpath(target());
-    ASSERT_TRUE(QFile::link(outside, target() + QStringLiteral("/levelshots")));
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/a.jpg"), "a").write(archive()));
+    ASSERT_TRUE(QFile::link(outside, target() + u"/levelshots"_s));
+    ASSERT_TRUE(ZipBuilder().file(u"levelshots/a.jpg"_s, "a").write(archive()));
     ArchiveReader reader(archive());
     EXPECT_EQ(errorNumberOf([&] { reader.extractEntry(0, target()); }), err::UnsafeEntry);
     EXPECT_TRUE(QDir(outside).entryList(QDir::Files | QDir::Hidden).isEmpty());
@@ -171,28 +166,28 @@ TEST_F(ArchiveReaderTest, AFolderOfTheTargetThatLeadsElsewhereIsNotFollowed)
 
 TEST_F(ArchiveReaderTest, ALinkStandingAtTheTargetIsReplacedNotFollowed)
 {
-    writeFile(root() + QStringLiteral("/victim.txt"), "untouched");
-    QDir().mkpath(target() + QStringLiteral("/levelshots"));
-    ASSERT_TRUE(QFile::link(root() + QStringLiteral("/victim.txt"), target() + QStringLiteral("/levelshots/a.jpg")));
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/a.jpg"), "picture").write(archive()));
+    writeFile(root() + u"/victim.txt"_s, "untouched");
+    QDir().mkpath(target() + u"/levelshots"_s);
+    ASSERT_TRUE(QFile::link(root() + u"/victim.txt"_s, target() + u"/levelshots/a.jpg"_s));
+    ASSERT_TRUE(ZipBuilder().file(u"levelshots/a.jpg"_s, "picture").write(archive()));
     ArchiveReader(archive()).extractEntry(0, target());
-    EXPECT_EQ(fileBytes(root() + QStringLiteral("/victim.txt")), QByteArray("untouched"));
-    EXPECT_FALSE(QFileInfo(target() + QStringLiteral("/levelshots/a.jpg")).isSymLink());
-    EXPECT_EQ(fileBytes(target() + QStringLiteral("/levelshots/a.jpg")), QByteArray("picture"));
+    EXPECT_EQ(fileBytes(root() + u"/victim.txt"_s), QByteArray("untouched"));
+    EXPECT_FALSE(QFileInfo(target() + u"/levelshots/a.jpg"_s).isSymLink());
+    EXPECT_EQ(fileBytes(target() + u"/levelshots/a.jpg"_s), QByteArray("picture"));
 }
 
 TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
 {
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("levelshots/a.jpg"), QByteArray(4000, 'a'))
-                    .file(QStringLiteral("levelshots/b.jpg"), "b")
-                    .write(archive(QStringLiteral("good.pk3"))));
-    const QByteArray good = fileBytes(archive(QStringLiteral("good.pk3")));
+                    .file(u"levelshots/a.jpg"_s, QByteArray(4000, 'a'))
+                    .file(u"levelshots/b.jpg"_s, "b")
+                    .write(archive(u"good.pk3"_s)));
+    const QByteArray good = fileBytes(archive(u"good.pk3"_s));
 
-    writeFile(archive(QStringLiteral("truncated.pk3")), good.left(good.size() - 30));
-    writeFile(archive(QStringLiteral("halved.pk3")), good.left(good.size() / 2));
-    writeFile(archive(QStringLiteral("text.pk3")), "this is not a zip archive at all\r\n");
-    QDir().mkpath(archive(QStringLiteral("folder.pk3")));
+    writeFile(archive(u"truncated.pk3"_s), good.left(good.size() - 30));
+    writeFile(archive(u"halved.pk3"_s), good.left(good.size() / 2));
+    writeFile(archive(u"text.pk3"_s), "this is not a zip archive at all\r\n");
+    QDir().mkpath(archive(u"folder.pk3"_s));
 
     for (const char* name : {"truncated.pk3", "halved.pk3", "text.pk3", "folder.pk3", "missing.pk3"}) {
         SCOPED_TRACE(name);
@@ -210,27 +205,27 @@ TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
     const qsizetype data = spoiled.indexOf("levelshots/a.jpg") + 16;
     for (qsizetype i = data + 2; i < data + 12; ++i)
         spoiled[i] = static_cast<char>(~spoiled[i]);
-    writeFile(archive(QStringLiteral("spoiled.pk3")), spoiled);
-    ArchiveReader reader(archive(QStringLiteral("spoiled.pk3")));
+    writeFile(archive(u"spoiled.pk3"_s), spoiled);
+    ArchiveReader reader(archive(u"spoiled.pk3"_s));
     EXPECT_EQ(errorNumberOf([&] { reader.readEntry(0); }), err::BadArchive);
-    reader.selectFiles(QStringLiteral("levelshots\\*.jpg"));
+    reader.selectFiles(u"levelshots\\*.jpg"_s);
     EXPECT_EQ(errorNumberOf([&] { reader.extract(target()); }), err::BadArchive);
-    EXPECT_TRUE(filesIn(target()).isEmpty()) << filesIn(target()).join(QLatin1Char(' ')).toStdString();
+    EXPECT_TRUE(filesIn(target()).isEmpty()) << filesIn(target()).join(u' ').toStdString();
 }
 
 TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnpacked)
 {
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/bomb.jpg"), QByteArray(5000, 'z')).write(archive()));
-    ASSERT_TRUE(patchClaimedSize(archive(), QStringLiteral("levelshots/bomb.jpg"), 0xFFFFFFF0u));
+    ASSERT_TRUE(ZipBuilder().file(u"levelshots/bomb.jpg"_s, QByteArray(5000, 'z')).write(archive()));
+    ASSERT_TRUE(patchClaimedSize(archive(), u"levelshots/bomb.jpg"_s, 0xFFFFFFF0u));
     ArchiveReader reader(archive());
     EXPECT_EQ(reader.entry(0).size, 0xFFFFFFF0u);
     EXPECT_EQ(errorNumberOf([&] { reader.readEntry(0); }), err::BadArchive);
-    reader.selectFiles(QStringLiteral("levelshots\\*.jpg"));
+    reader.selectFiles(u"levelshots\\*.jpg"_s);
     EXPECT_EQ(errorNumberOf([&] { reader.extract(target()); }), err::BadArchive);
     EXPECT_TRUE(filesIn(target()).isEmpty());
 
     // An entry that claims less than it holds is caught as well.
-    ASSERT_TRUE(patchClaimedSize(archive(), QStringLiteral("levelshots/bomb.jpg"), 100));
+    ASSERT_TRUE(patchClaimedSize(archive(), u"levelshots/bomb.jpg"_s, 100));
     ArchiveReader liar(archive());
     EXPECT_EQ(errorNumberOf([&] { liar.readEntry(0); }), err::BadArchive);
     EXPECT_EQ(errorNumberOf([&] { liar.extractEntry(0, target()); }), err::BadArchive);
@@ -239,12 +234,12 @@ TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnp
     // Many entries that each stay below the entry limit are refused as a whole, before
     // the first is written, when together they claim more than the extraction allows.
     ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("levelshots/a.jpg"), QByteArray(1000, 'a'))
-                    .file(QStringLiteral("levelshots/b.jpg"), QByteArray(1000, 'b'))
-                    .file(QStringLiteral("levelshots/c.jpg"), QByteArray(1000, 'c'))
-                    .write(archive(QStringLiteral("many.pk3"))));
-    ArchiveReader many(archive(QStringLiteral("many.pk3")));
-    many.selectFiles(QStringLiteral("levelshots\\*.jpg"));
+                    .file(u"levelshots/a.jpg"_s, QByteArray(1000, 'a'))
+                    .file(u"levelshots/b.jpg"_s, QByteArray(1000, 'b'))
+                    .file(u"levelshots/c.jpg"_s, QByteArray(1000, 'c'))
+                    .write(archive(u"many.pk3"_s)));
+    ArchiveReader many(archive(u"many.pk3"_s));
+    many.selectFiles(u"levelshots\\*.jpg"_s);
     EXPECT_EQ(errorNumberOf([&] { many.extract(target(), 1000, 2999); }), err::BadArchive);
     EXPECT_TRUE(filesIn(target()).isEmpty());
     EXPECT_EQ(many.extract(target(), 1000, 3000).size(), 3);

@@ -11,6 +11,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -37,11 +38,11 @@ QString openError(ArchiveShelf& shelf, const QString& path)
 TEST(ArchiveShelf, AnArchiveReadAheadIsTakenAsItsFileIsWhenOpened)
 {
     QTemporaryDir dir;
-    auto path = [&dir](const char* name) { return dir.path() + QLatin1Char('/') + QLatin1String(name); };
+    auto path = [&dir](const char* name) { return dir.path() + u'/' + QLatin1String(name); };
     const QString kept = path("kept.pk3"), changed = path("changed.pk3"), gone = path("gone.pk3"),
                   broken = path("broken.pk3");
     for (const QString& archive : {kept, changed, gone})
-        ASSERT_TRUE(ZipBuilder().file(QStringLiteral("maps/a.bsp")).write(archive));
+        ASSERT_TRUE(ZipBuilder().file(u"maps/a.bsp"_s).write(archive));
     QFile bad(broken);
     ASSERT_TRUE(bad.open(QIODevice::WriteOnly) && bad.write("not an archive") > 0);
     bad.close();
@@ -56,13 +57,12 @@ TEST(ArchiveShelf, AnArchiveReadAheadIsTakenAsItsFileIsWhenOpened)
     QThreadPool pool;
     ArchiveShelf shelf;
     shelf.readAhead(pool, {kept, changed, gone, broken});
-    EXPECT_EQ(paths(shelf.open(kept)), QStringList{QStringLiteral("maps/a.bsp")});
+    EXPECT_EQ(paths(shelf.open(kept)), QStringList{u"maps/a.bsp"_s});
     pool.waitForDone(); // the others are read ahead by now
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("maps/b.bsp")).file(QStringLiteral("scripts/b.arena")).write(changed));
+    ASSERT_TRUE(ZipBuilder().file(u"maps/b.bsp"_s).file(u"scripts/b.arena"_s).write(changed));
     ASSERT_TRUE(QFile::remove(gone));
 
-    EXPECT_EQ(paths(shelf.open(changed)),
-              (QStringList{QStringLiteral("maps/b.bsp"), QStringLiteral("scripts/b.arena")}));
+    EXPECT_EQ(paths(shelf.open(changed)), (QStringList{u"maps/b.bsp"_s, u"scripts/b.arena"_s}));
     EXPECT_FALSE(openError(shelf, gone).isEmpty());
     EXPECT_EQ(openError(shelf, broken), brokenError);
     EXPECT_EQ(shelf.size(), 2);

@@ -17,6 +17,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -38,19 +39,10 @@ class HostileEntries : public ::testing::Test {
 protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
 
-    void pk3(const QString& name, const ZipBuilder& zip)
-    {
-        ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name));
-    }
-    QString shots() const { return t.programFolder() + QStringLiteral("/levelshots"); }
-    QString log() const
-    {
-        return QString::fromUtf8(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
-    }
-    bool pictures()
-    {
-        return ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()) && ConvertTgaToBmp(*t.app);
-    }
+    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + u"/"_s + name)); }
+    QString shots() const { return t.programFolder() + u"/levelshots"_s; }
+    QString log() const { return QString::fromUtf8(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
+    bool pictures() { return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()) && ConvertTgaToBmp(*t.app); }
     // Every file below the program's folder, relative to it.
     QStringList programFiles() const
     {
@@ -119,71 +111,64 @@ TEST_F(HostileEntries, ARunLengthBombBecomesNoBitmapButALogEntryAndTheMapKeepsTh
 {
     // 4096 by 2048 pixels of one colour: 260 KB of runs, a few KB in the archive, and
     // a 32 MB bmp if it were converted.
-    pk3(QStringLiteral("bomb.pk3"), ZipBuilder()
-                                        .file(QStringLiteral("maps/bomb.bsp"))
-                                        .file(QStringLiteral("levelshots/bomb.tga"), runLengthPicture(4096, 2048))
-                                        .file(QStringLiteral("levelshots/fine.tga"), runLengthPicture(512, 512)));
+    pk3(u"bomb.pk3"_s, ZipBuilder()
+                           .file(u"maps/bomb.bsp"_s)
+                           .file(u"levelshots/bomb.tga"_s, runLengthPicture(4096, 2048))
+                           .file(u"levelshots/fine.tga"_s, runLengthPicture(512, 512)));
     EXPECT_TRUE(pictures());
     EXPECT_EQ(QDir(shots()).entryList(QDir::Files, QDir::Name),
-              (QStringList{QStringLiteral("fine.bmp"), QStringLiteral("unknown.bmp"), QStringLiteral("unknown.jpg")}));
-    EXPECT_TRUE(
-        log().contains(QStringLiteral("The level shot bomb.tga was not converted: it is larger than 2048 by 2048")))
+              (QStringList{u"fine.bmp"_s, u"unknown.bmp"_s, u"unknown.jpg"_s}));
+    EXPECT_TRUE(log().contains(u"The level shot bomb.tga was not converted: it is larger than 2048 by 2048"_s))
         << log().toStdString();
-    EXPECT_TRUE(log().contains(QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)")));
+    EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(HostileEntries, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutWithALogEntry)
 {
-    const QString overlong = QString(252, QLatin1Char('a')) + QStringLiteral(".jpg"); // 256 bytes
-    const QString longest = QString(251, QLatin1Char('b')) + QStringLiteral(".jpg");  // 255 bytes
-    pk3(QStringLiteral("names.pk3"), ZipBuilder()
-                                         .file(QStringLiteral("levelshots/new\nline.tga"), tgaPicture(2, 2, 1, 2, 3))
-                                         .file(QStringLiteral("levelshots/tab\tbed.jpg"), "jpg")
-                                         .file(QStringLiteral("levelshots/") + overlong, "jpg")
-                                         .file(QStringLiteral("levelshots/") + longest, "jpg")
-                                         .file(QStringLiteral("levelshots/plain.tga"), tgaPicture(2, 2, 1, 2, 3)));
+    const QString overlong = QString(252, u'a') + u".jpg"_s; // 256 bytes
+    const QString longest = QString(251, u'b') + u".jpg"_s;  // 255 bytes
+    pk3(u"names.pk3"_s, ZipBuilder()
+                            .file(u"levelshots/new\nline.tga"_s, tgaPicture(2, 2, 1, 2, 3))
+                            .file(u"levelshots/tab\tbed.jpg"_s, "jpg")
+                            .file(u"levelshots/"_s + overlong, "jpg")
+                            .file(u"levelshots/"_s + longest, "jpg")
+                            .file(u"levelshots/plain.tga"_s, tgaPicture(2, 2, 1, 2, 3)));
     EXPECT_TRUE(pictures());
     EXPECT_EQ(programFiles(),
-              (QStringList{QStringLiteral("Jedi.aml"), QStringLiteral("arena-steward.log"),
-                           QStringLiteral("levelshots/") + longest, QStringLiteral("levelshots/plain.bmp"),
-                           QStringLiteral("levelshots/unknown.bmp"), QStringLiteral("levelshots/unknown.jpg")}));
+              (QStringList{u"Jedi.aml"_s, u"arena-steward.log"_s, u"levelshots/"_s + longest, u"levelshots/plain.bmp"_s,
+                           u"levelshots/unknown.bmp"_s, u"levelshots/unknown.jpg"_s}));
     const QString text = log();
     EXPECT_TRUE(
         text.contains(QStringLiteral("The level shot levelshots/new\\x0aline.tga of names.pk3 was left out: its "
                                      "name holds a control character")))
         << text.toStdString();
-    EXPECT_TRUE(text.contains(QStringLiteral("levelshots/tab\\x09bed.jpg")));
-    EXPECT_TRUE(text.contains(QStringLiteral("longer than 255 bytes")));
+    EXPECT_TRUE(text.contains(u"levelshots/tab\\x09bed.jpg"_s));
+    EXPECT_TRUE(text.contains(u"longer than 255 bytes"_s));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(HostileEntries, AScriptWithAControlCharacterInItsNameIsLeftOutAndTheMapIsUnknown)
 {
-    pk3(QStringLiteral("a.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("maps/a.bsp"))
-            .file(QStringLiteral("scripts/a\nb.arena"),
-                  arenaScript(QStringLiteral("a"), QStringLiteral("Never"), QStringLiteral("ffa"))));
-    pk3(QStringLiteral("b.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("maps/b.bsp"))
-            .file(QString::fromLatin1("scripts/b\x7f.arena"), "{\r\n}\r\n")
-            .file(QStringLiteral("scripts/b.arena"),
-                  arenaScript(QStringLiteral("b"), QStringLiteral("Bee"), QStringLiteral("ffa"))));
-    ASSERT_TRUE(ScanForMaps(*t.app, QStringLiteral("Base"), QStringLiteral("Jedi"), t.gameFolder()));
-    EXPECT_EQ(crlfLines(t.programFolder() + QStringLiteral("/Jedi.aml")),
-              (QStringList{QStringLiteral("a.pk3,a,a,a,unknown"), QStringLiteral("b.pk3,b,b,Bee,FFA")}));
-    EXPECT_EQ(programFiles(), QStringList{QStringLiteral("Jedi.aml")} << QStringLiteral("arena-steward.log"));
-    EXPECT_TRUE(log().contains(QStringLiteral("The script a\\x0ab.arena of a.pk3 was left out")));
-    EXPECT_TRUE(log().contains(QStringLiteral("The script b\\x7f.arena of b.pk3 was left out")));
+    pk3(u"a.pk3"_s,
+        ZipBuilder().file(u"maps/a.bsp"_s).file(u"scripts/a\nb.arena"_s, arenaScript(u"a"_s, u"Never"_s, u"ffa"_s)));
+    pk3(u"b.pk3"_s, ZipBuilder()
+                        .file(u"maps/b.bsp"_s)
+                        .file(QString::fromLatin1("scripts/b\x7f.arena"), "{\r\n}\r\n")
+                        .file(u"scripts/b.arena"_s, arenaScript(u"b"_s, u"Bee"_s, u"ffa"_s)));
+    ASSERT_TRUE(ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()));
+    EXPECT_EQ(crlfLines(t.programFolder() + u"/Jedi.aml"_s),
+              (QStringList{u"a.pk3,a,a,a,unknown"_s, u"b.pk3,b,b,Bee,FFA"_s}));
+    EXPECT_EQ(programFiles(), QStringList{u"Jedi.aml"_s} << u"arena-steward.log"_s);
+    EXPECT_TRUE(log().contains(u"The script a\\x0ab.arena of a.pk3 was left out"_s));
+    EXPECT_TRUE(log().contains(u"The script b\\x7f.arena of b.pk3 was left out"_s));
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST(EntryNames, OnlyPlainNamesOfAtMost255BytesPass)
 {
-    EXPECT_TRUE(entryNameProblem(QStringLiteral("ffa_yavin.jpg")).isEmpty());
-    EXPECT_TRUE(entryNameProblem(QStringLiteral("with blanks, commas & äccents.tga")).isEmpty());
+    EXPECT_TRUE(entryNameProblem(u"ffa_yavin.jpg"_s).isEmpty());
+    EXPECT_TRUE(entryNameProblem(u"with blanks, commas & äccents.tga"_s).isEmpty());
     EXPECT_TRUE(entryNameProblem(QString(127, QChar(0xe4))).isEmpty()); // 254 bytes of UTF-8
     EXPECT_FALSE(entryNameProblem(QString(128, QChar(0xe4))).isEmpty());
     for (const char* bad : {"a\nb", "a\rb", "\x7f", "a\x1b[2J", "a/b", "a\\b"})

@@ -15,6 +15,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,17 +23,11 @@ class LevelShotsTest : public ::testing::Test {
 protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
 
-    void pk3(const QString& name, const ZipBuilder& zip)
-    {
-        ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name));
-    }
-    bool extract() { return ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()); }
-    QString shots() const { return t.programFolder() + QStringLiteral("/levelshots"); }
+    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + u"/"_s + name)); }
+    bool extract() { return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()); }
+    QString shots() const { return t.programFolder() + u"/levelshots"_s; }
     QStringList pictures() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
-    QString log() const
-    {
-        return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
-    }
+    QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
 
     TestApp t;
     RecordingScanProgress progress;
@@ -42,27 +37,23 @@ protected:
 
 TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 {
-    pk3(QStringLiteral("assets0.pk3"), ZipBuilder()
-                                           .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets0")
-                                           .file(QStringLiteral("maps/ffa_bespin.bsp")));
-    pk3(QStringLiteral("assets1.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets1")
-            .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 2, 200, 10, 20)));
-    pk3(QStringLiteral("nopictures.pk3"),
-        ZipBuilder().file(QStringLiteral("maps/x.bsp")).file(QStringLiteral("x.jpg")));
-    pk3(QStringLiteral("zmap.pk3"), ZipBuilder()
-                                        .file(QStringLiteral("LevelShots/zmap.tga"), tgaPicture(2, 2, 0, 0, 255))
-                                        .file(QStringLiteral("levelshots/zmap.jpg"), "a jpg stays a jpg")
-                                        .file(QStringLiteral("levelshots/zmap.png"), "not selected"));
+    pk3(u"assets0.pk3"_s,
+        ZipBuilder().file(u"levelshots/ffa_bespin.jpg"_s, "from assets0").file(u"maps/ffa_bespin.bsp"_s));
+    pk3(u"assets1.pk3"_s, ZipBuilder()
+                              .file(u"levelshots/ffa_bespin.jpg"_s, "from assets1")
+                              .file(u"levelshots/duel_pit.tga"_s, tgaPicture(4, 2, 200, 10, 20)));
+    pk3(u"nopictures.pk3"_s, ZipBuilder().file(u"maps/x.bsp"_s).file(u"x.jpg"_s));
+    pk3(u"zmap.pk3"_s, ZipBuilder()
+                           .file(u"LevelShots/zmap.tga"_s, tgaPicture(2, 2, 0, 0, 255))
+                           .file(u"levelshots/zmap.jpg"_s, "a jpg stays a jpg")
+                           .file(u"levelshots/zmap.png"_s, "not selected"));
 
     EXPECT_TRUE(extract());
-    EXPECT_EQ(pictures(), (QStringList{QStringLiteral("duel_pit.tga"), QStringLiteral("ffa_bespin.jpg"),
-                                       QStringLiteral("unknown.bmp"), QStringLiteral("unknown.jpg"),
-                                       QStringLiteral("zmap.jpg"), QStringLiteral("zmap.tga")}));
-    EXPECT_EQ(fileBytes(shots() + QStringLiteral("/ffa_bespin.jpg")), QByteArray("from assets1"));
-    EXPECT_EQ(progress.activities.first(), QStringLiteral("Copying images from assets0.pk3...."));
-    EXPECT_EQ(progress.activity, QStringLiteral("Done"));
+    EXPECT_EQ(pictures(), (QStringList{u"duel_pit.tga"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
+                                       u"zmap.jpg"_s, u"zmap.tga"_s}));
+    EXPECT_EQ(fileBytes(shots() + u"/ffa_bespin.jpg"_s), QByteArray("from assets1"));
+    EXPECT_EQ(progress.activities.first(), u"Copying images from assets0.pk3...."_s);
+    EXPECT_EQ(progress.activity, u"Done"_s);
     EXPECT_EQ(progress.value, 0);
     EXPECT_EQ(progress.maximum, 4);
     std::vector<int> counted; // the bar moves one step for each archive
@@ -70,65 +61,63 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_EQ(counted, (std::vector<int>{1, 2, 3, 4}));
 
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(pictures(), (QStringList{QStringLiteral("duel_pit.bmp"), QStringLiteral("ffa_bespin.jpg"),
-                                       QStringLiteral("unknown.bmp"), QStringLiteral("unknown.jpg"),
-                                       QStringLiteral("zmap.bmp"), QStringLiteral("zmap.jpg")}));
-    const QImage converted(shots() + QStringLiteral("/duel_pit.bmp"), "BMP");
+    EXPECT_EQ(pictures(), (QStringList{u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
+                                       u"zmap.bmp"_s, u"zmap.jpg"_s}));
+    const QImage converted(shots() + u"/duel_pit.bmp"_s, "BMP");
     ASSERT_FALSE(converted.isNull());
     EXPECT_EQ(converted.size(), QSize(4, 2));
     EXPECT_EQ(converted.pixelColor(1, 1), QColor(200, 10, 20));
-    EXPECT_EQ(fileBytes(shots() + QStringLiteral("/zmap.jpg")), QByteArray("a jpg stays a jpg"));
+    EXPECT_EQ(fileBytes(shots() + u"/zmap.jpg"_s), QByteArray("a jpg stays a jpg"));
     EXPECT_TRUE(progress.activityVisible);
-    EXPECT_TRUE(progress.activities.contains(QStringLiteral("Verifying images....")));
-    EXPECT_TRUE(progress.activities.contains(QStringLiteral("Converting duel_pit.tga....")));
+    EXPECT_TRUE(progress.activities.contains(u"Verifying images...."_s));
+    EXPECT_TRUE(progress.activities.contains(u"Converting duel_pit.tga...."_s));
     EXPECT_FALSE(progress.overshoot);
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(LevelShotsTest, ABrokenArchiveIsLoggedEndsThePhaseAndTheResultStaysTrue)
 {
-    pk3(QStringLiteral("a.pk3"), ZipBuilder().file(QStringLiteral("levelshots/a.jpg"), "a"));
-    writeFile(t.baseFolder() + QStringLiteral("/b.pk3"), "no zip here");
-    pk3(QStringLiteral("c.pk3"), ZipBuilder().file(QStringLiteral("levelshots/c.jpg"), "c"));
+    pk3(u"a.pk3"_s, ZipBuilder().file(u"levelshots/a.jpg"_s, "a"));
+    writeFile(t.baseFolder() + u"/b.pk3"_s, "no zip here");
+    pk3(u"c.pk3"_s, ZipBuilder().file(u"levelshots/c.jpg"_s, "c"));
     EXPECT_TRUE(extract());
-    EXPECT_TRUE(QFileInfo::exists(shots() + QStringLiteral("/a.jpg")));
-    EXPECT_FALSE(QFileInfo::exists(shots() + QStringLiteral("/c.jpg")));
+    EXPECT_TRUE(QFileInfo::exists(shots() + u"/a.jpg"_s));
+    EXPECT_FALSE(QFileInfo::exists(shots() + u"/c.jpg"_s));
     EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(
-        log().contains(QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)")))
+    EXPECT_TRUE(log().contains(u"arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)"_s))
         << log().toStdString();
     EXPECT_EQ(progress.value, 0);
-    EXPECT_EQ(progress.activity, QStringLiteral("Done"));
+    EXPECT_EQ(progress.activity, u"Done"_s);
 }
 
 TEST_F(LevelShotsTest, ConversionWithoutAPictureFolderIsLoggedAndStaysTrue)
 {
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(log().contains(QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)")));
+    EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
 }
 
 TEST_F(LevelShotsTest, AReadOnlyOrUnreadableTgaIsDeletedAnyway)
 {
     QDir().mkpath(shots());
-    writeFile(shots() + QStringLiteral("/ro.tga"), tgaPicture(2, 2, 1, 2, 3));
-    QFile::setPermissions(shots() + QStringLiteral("/ro.tga"), QFile::ReadOwner);
-    writeFile(shots() + QStringLiteral("/broken.TGA"), "not a picture");
+    writeFile(shots() + u"/ro.tga"_s, tgaPicture(2, 2, 1, 2, 3));
+    QFile::setPermissions(shots() + u"/ro.tga"_s, QFile::ReadOwner);
+    writeFile(shots() + u"/broken.TGA"_s, "not a picture");
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(pictures(), QStringList{QStringLiteral("ro.bmp")});
+    EXPECT_EQ(pictures(), QStringList{u"ro.bmp"_s});
     EXPECT_EQ(progress.maximum, 2);
 }
 
 TEST_F(LevelShotsTest, TheFallbackPicturesAreWrittenOnlyWhereMissing)
 {
     QDir().mkpath(shots());
-    writeFile(shots() + QStringLiteral("/unknown.jpg"), "the user's own");
+    writeFile(shots() + u"/unknown.jpg"_s, "the user's own");
     EXPECT_TRUE(EnsureFallbackPictures(*t.app));
-    EXPECT_EQ(fileBytes(shots() + QStringLiteral("/unknown.jpg")), QByteArray("the user's own"));
-    const QImage bmp(shots() + QStringLiteral("/unknown.bmp"));
+    EXPECT_EQ(fileBytes(shots() + u"/unknown.jpg"_s), QByteArray("the user's own"));
+    const QImage bmp(shots() + u"/unknown.bmp"_s);
     EXPECT_FALSE(bmp.isNull());
 
-    QFile::remove(shots() + QStringLiteral("/unknown.jpg"));
+    QFile::remove(shots() + u"/unknown.jpg"_s);
     EXPECT_TRUE(EnsureFallbackPictures(*t.app));
-    EXPECT_FALSE(QImage(shots() + QStringLiteral("/unknown.jpg")).isNull());
+    EXPECT_FALSE(QImage(shots() + u"/unknown.jpg"_s).isNull());
 }

@@ -12,6 +12,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -24,14 +25,14 @@ protected:
         QStringList list;
         for (int row = 0; row < grid().count(); ++row)
             list << grid().cell(row, 0);
-        return list.join(QLatin1Char(' '));
+        return list.join(u' ');
     }
     /// One character a row: * for the starting map's mark, - for none.
     QString marks()
     {
         QString list;
         for (int row = 0; row < grid().count(); ++row)
-            list += rotationMark(grid(), row) == kMarkSelected ? QLatin1Char('*') : QLatin1Char('-');
+            list += rotationMark(grid(), row) == kMarkSelected ? u'*' : u'-';
         return list;
     }
     void rows(std::initializer_list<const char*> maps)
@@ -57,43 +58,42 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
 {
     profile.setValue(F::optDefaultGameType(1), 1);
     AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
-    EXPECT_EQ(names(), QStringLiteral("ctf_bespin ctf_imperial ctf_ns_streets ctf_yavin"));
-    EXPECT_EQ(marks(), QStringLiteral("----"));
-    EXPECT_EQ(grid().rows().at(3), (QStringList{QStringLiteral("ctf_yavin"), QStringLiteral("Temple Tournament"),
-                                                QStringLiteral("ctf cty team ffa holocron jedimaster"), QString(),
-                                                QStringLiteral("imgMapNotSelected")}));
+    EXPECT_EQ(names(), u"ctf_bespin ctf_imperial ctf_ns_streets ctf_yavin"_s);
+    EXPECT_EQ(marks(), u"----"_s);
+    EXPECT_EQ(grid().rows().at(3),
+              (QStringList{u"ctf_yavin"_s, u"Temple Tournament"_s, u"ctf cty team ffa holocron jedimaster"_s, QString(),
+                           u"imgMapNotSelected"_s}));
     EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_EQ(selected(), QStringLiteral("4 Selected Maps"));
+    EXPECT_EQ(selected(), u"4 Selected Maps"_s);
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(5))) << "the set's game type is selected";
     EXPECT_TRUE(profile.configurationChanged());
     EXPECT_TRUE(rotationMenuOpens(profile));
     grid().setCurrent(3);
     ID_SetStartingMap(*t.app, profile);
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("ctf_yavin"));
+    EXPECT_EQ(profile.startingMap(), u"ctf_yavin"_s);
 }
 
 TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
 {
     rows({"mine"});
     profile.setValue(F::chkUseINI, 1);
-    profile.setText(F::txtServerINI, QStringLiteral("/x/saved.cfg"));
-    setFirstMapType(profile, QStringLiteral("FFA"));
-    profile.setStartingMap(QStringLiteral("mine"));
+    profile.setText(F::txtServerINI, u"/x/saved.cfg"_s);
+    setFirstMapType(profile, u"FFA"_s);
+    profile.setStartingMap(u"mine"_s);
     t.prompts.answerNext(Answer::No);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Question, QStringLiteral("Clear Map list?") + kTail, Buttons::YesNo}));
-    EXPECT_EQ(names(), QStringLiteral("mine"));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Clear Map list?"_s + kTail, Buttons::YesNo}));
+    EXPECT_EQ(names(), u"mine"_s);
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
     EXPECT_FALSE(profile.configurationChanged());
 
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
-    EXPECT_EQ(names(), QStringLiteral("duel_bay duel_carbon duel_jedi duel_pit"));
+    EXPECT_EQ(names(), u"duel_bay duel_carbon duel_jedi duel_pit"_s);
     EXPECT_EQ(firstMapType(profile), QString());
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.text(F::txtServerINI), QString()); // the box's click ran
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("mine"));
+    EXPECT_EQ(profile.startingMap(), u"mine"_s);
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(3)));
 }
 
@@ -101,23 +101,23 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
 {
     rows({"a", "b", "c"});
     setStart(1);
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("b"));
-    EXPECT_EQ(grid().tag(), QStringLiteral("1"));
-    EXPECT_EQ(marks(), QStringLiteral("-*-"));
+    EXPECT_EQ(profile.startingMap(), u"b"_s);
+    EXPECT_EQ(grid().tag(), u"1"_s);
+    EXPECT_EQ(marks(), u"-*-"_s);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information,
-                                         QStringLiteral("b has been set as the starting map") + kTail, Buttons::Ok}));
+                                         u"b has been set as the starting map"_s + kTail, Buttons::Ok}));
 
     setStart(2);
-    EXPECT_EQ(marks(), QStringLiteral("--*"));
+    EXPECT_EQ(marks(), u"--*"_s);
 
     // After a sort the Tag points at another row, which loses a mark it didn't have,
     // while the old mark moves with its row and stays.
     ID_SortDescending(profile);
-    EXPECT_EQ(names(), QStringLiteral("c b a"));
-    EXPECT_EQ(grid().tag(), QStringLiteral("2"));
+    EXPECT_EQ(names(), u"c b a"_s);
+    EXPECT_EQ(grid().tag(), u"2"_s);
     setStart(1);
-    EXPECT_EQ(marks(), QStringLiteral("**-"));
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("b"));
+    EXPECT_EQ(marks(), u"**-"_s);
+    EXPECT_EQ(profile.startingMap(), u"b"_s);
 }
 
 TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
@@ -129,58 +129,57 @@ TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
     ID_RemoveMap(*t.app, profile);
     t.prompts.answerNext(Answer::Yes);
     ID_RemoveMap(*t.app, profile);
-    ASSERT_EQ(names(), QStringLiteral("a"));
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("c"));
+    ASSERT_EQ(names(), u"a"_s);
+    EXPECT_EQ(profile.startingMap(), u"c"_s);
     setStart(0);
-    EXPECT_EQ(marks(), QStringLiteral("*"));
-    EXPECT_EQ(grid().tag(), QStringLiteral("0"));
+    EXPECT_EQ(marks(), u"*"_s);
+    EXPECT_EQ(grid().tag(), u"0"_s);
 
     rows({"b"});
-    grid().setTag(QStringLiteral("2")); // exactly one past the last row: skipped, no error
+    grid().setTag(u"2"_s); // exactly one past the last row: skipped, no error
     setStart(1);
-    EXPECT_EQ(marks(), QStringLiteral("**")) << "the first row's mark stays, as the Tag didn't name it";
-    EXPECT_TRUE(t.prompts.shown.back().request.text.startsWith(QStringLiteral("b has been set")));
+    EXPECT_EQ(marks(), u"**"_s) << "the first row's mark stays, as the Tag didn't name it";
+    EXPECT_TRUE(t.prompts.shown.back().request.text.startsWith(u"b has been set"_s));
 }
 
 TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
 {
     rows({"b", "B", "a", "A"});
     ID_SortAscending(profile);
-    EXPECT_EQ(names(), QStringLiteral("A B a b"));
+    EXPECT_EQ(names(), u"A B a b"_s);
     ID_SortDescending(profile);
-    EXPECT_EQ(names(), QStringLiteral("b a B A"));
+    EXPECT_EQ(names(), u"b a B A"_s);
 
     // A map that stands twice keeps the order of its rows either way.
-    grid().setRows({rotationRow(QStringLiteral("x"), QStringLiteral("first"), {}),
-                    rotationRow(QStringLiteral("x"), QStringLiteral("second"), {})});
+    grid().setRows({rotationRow(u"x"_s, u"first"_s, {}), rotationRow(u"x"_s, u"second"_s, {})});
     for (auto sort : {ID_SortDescending, ID_SortAscending}) {
         sort(profile);
-        EXPECT_EQ(grid().cell(0, 1), QStringLiteral("first"));
+        EXPECT_EQ(grid().cell(0, 1), u"first"_s);
     }
 }
 
 TEST_F(MapRotationTest, RemovingUsesItsOwnWordings)
 {
     rows({"a", "b", "c"});
-    setFirstMapType(profile, QStringLiteral("FFA"));
-    profile.setStartingMap(QStringLiteral("a"));
+    setFirstMapType(profile, u"FFA"_s);
+    profile.setStartingMap(u"a"_s);
     grid().setCurrent(0);
     t.prompts.answerNext(Answer::No);
     ID_RemoveMap(*t.app, profile);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Question, QStringLiteral("Remove Selected Map?") + kTail, Buttons::YesNo}));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Remove Selected Map?"_s + kTail, Buttons::YesNo}));
     EXPECT_EQ(grid().count(), 3);
 
     ID_RemoveMap(*t.app, profile);
-    EXPECT_EQ(names(), QStringLiteral("b c"));
-    EXPECT_EQ(selected(), QStringLiteral("2 Maps Selected"));
-    EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
+    EXPECT_EQ(names(), u"b c"_s);
+    EXPECT_EQ(selected(), u"2 Maps Selected"_s);
+    EXPECT_EQ(firstMapType(profile), u"FFA"_s);
     ID_RemoveMap(*t.app, profile);
     ID_RemoveMap(*t.app, profile);
     EXPECT_EQ(grid().count(), 0);
-    EXPECT_EQ(selected(), QStringLiteral("0 Maps Selected"));
+    EXPECT_EQ(selected(), u"0 Maps Selected"_s);
     EXPECT_EQ(firstMapType(profile), QString());
-    EXPECT_EQ(profile.startingMap(), QStringLiteral("a"));
+    EXPECT_EQ(profile.startingMap(), u"a"_s);
 }
 
 TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
@@ -190,14 +189,13 @@ TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
     profile.setValue(F::chkUseINI, 1);
     t.prompts.answerNext(Answer::No);
     ID_ClearList(*t.app, profile);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Question, QStringLiteral("Clear Map List?") + kTail, Buttons::YesNo}));
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Clear Map List?"_s + kTail, Buttons::YesNo}));
     EXPECT_EQ(grid().count(), 2);
     ID_ClearList(*t.app, profile);
     EXPECT_EQ(grid().count(), 0);
-    EXPECT_EQ(selected(), QStringLiteral("0 Maps Selected"));
+    EXPECT_EQ(selected(), u"0 Maps Selected"_s);
     EXPECT_EQ(profile.startingMap(), QString());
-    EXPECT_EQ(grid().tag(), QStringLiteral("1"));
+    EXPECT_EQ(grid().tag(), u"1"_s);
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_FALSE(rotationMenuOpens(profile));
 }
@@ -208,7 +206,7 @@ TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
         F::tvwAvailMaps, F::picMap,        F::lsvMapRotation, F::lblMapsSelected, F::lblNumberOfMapsAvailable,
         F::lblMapType,   F::lblLongMapName};
     profile.setValue(F::chkUseINI, 1);
-    profile.setText(F::txtServerINI, QStringLiteral("/x/saved.cfg"));
+    profile.setText(F::txtServerINI, u"/x/saved.cfg"_s);
     setCheckFromCode(profile, F::chkMapAutoCycle, 1);
     // Clearing chkUseINI ran its click, which showed the controls again behind step 1.
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
@@ -233,17 +231,16 @@ TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
     setStart(0);
     m_MoveUpInList(*t.app, profile, 0);
     m_MoveDownInList(*t.app, profile, 2);
-    EXPECT_EQ(names(), QStringLiteral("a b c"));
+    EXPECT_EQ(names(), u"a b c"_s);
     m_MoveDownInList(*t.app, profile, 0);
-    EXPECT_EQ(names(), QStringLiteral("b a c"));
-    EXPECT_EQ(marks(), QStringLiteral("*--"));
+    EXPECT_EQ(names(), u"b a c"_s);
+    EXPECT_EQ(marks(), u"*--"_s);
     m_MoveUpInList(*t.app, profile, 2);
-    EXPECT_EQ(names(), QStringLiteral("b c a"));
+    EXPECT_EQ(names(), u"b c a"_s);
 
     const size_t boxes = t.prompts.shown.size();
     m_MoveUpInList(*t.app, profile, 7);
     ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
-    EXPECT_TRUE(isBox(
-        t.prompts.last(),
-        errorBox(err::IndexOutOfBounds, QStringLiteral("arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"))));
+    EXPECT_TRUE(isBox(t.prompts.last(), errorBox(err::IndexOutOfBounds,
+                                                 u"arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"_s)));
 }

@@ -17,6 +17,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,12 +26,9 @@ protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
 
     QString base() const { return t.baseFolder(); }
-    void pk3(const QString& name, const ZipBuilder& zip)
-    {
-        ASSERT_TRUE(zip.write(base() + QStringLiteral("/") + name));
-    }
-    bool scan() { return ScanForMaps(*t.app, QStringLiteral("Base"), QStringLiteral("Jedi"), t.gameFolder()); }
-    QStringList catalogue() const { return crlfLines(t.programFolder() + QStringLiteral("/Jedi.aml")); }
+    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(base() + u"/"_s + name)); }
+    bool scan() { return ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()); }
+    QStringList catalogue() const { return crlfLines(t.programFolder() + u"/Jedi.aml"_s); }
     // The folder takes the case of the first archive that brought a script.
     QString scripts() const { return scriptFolder(*t.app); }
 
@@ -49,94 +47,82 @@ const QString kArenaMessage = QStringLiteral(
 
 TEST_F(MapScanTest, SkipsAssets1AndTheOtherLevelsOfAssets0AndTakesAnyNameEndingInPk3)
 {
-    pk3(QStringLiteral("assets0.pk3"), ZipBuilder()
-                                           .file(QStringLiteral("maps/ffa_bespin.bsp"))
-                                           .file(QStringLiteral("maps/mp_training.bsp"))
-                                           .file(QStringLiteral("maps/duel_pit.bsp")));
-    pk3(QStringLiteral("Assets1.PK3"), ZipBuilder().file(QStringLiteral("maps/ctf_yavin.bsp")));
-    pk3(QStringLiteral("custompk3"), ZipBuilder().file(QStringLiteral("maps/ffa_raven.bsp")));
-    writeFile(base() + QStringLiteral("/readme.txt"), "not an archive");
-    QDir().mkpath(base() + QStringLiteral("/sub.pk3"));
+    pk3(u"assets0.pk3"_s,
+        ZipBuilder().file(u"maps/ffa_bespin.bsp"_s).file(u"maps/mp_training.bsp"_s).file(u"maps/duel_pit.bsp"_s));
+    pk3(u"Assets1.PK3"_s, ZipBuilder().file(u"maps/ctf_yavin.bsp"_s));
+    pk3(u"custompk3"_s, ZipBuilder().file(u"maps/ffa_raven.bsp"_s));
+    writeFile(base() + u"/readme.txt"_s, "not an archive");
+    QDir().mkpath(base() + u"/sub.pk3"_s);
 
     ASSERT_TRUE(scan());
-    EXPECT_EQ(
-        catalogue(),
-        (QStringList{
-            QStringLiteral("assets0.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"),
-            QStringLiteral("assets0.pk3,duel_pit,duel_pit,Trial Pit,duel"),
-            QStringLiteral("custompk3,ffa_raven,ffa_raven,Imperial Labs: Raven,ffa holocron jedimaster duel team"),
-        }));
-    const QByteArray bytes = fileBytes(t.programFolder() + QStringLiteral("/Jedi.aml"));
+    EXPECT_EQ(catalogue(),
+              (QStringList{
+                  u"assets0.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"_s,
+                  u"assets0.pk3,duel_pit,duel_pit,Trial Pit,duel"_s,
+                  u"custompk3,ffa_raven,ffa_raven,Imperial Labs: Raven,ffa holocron jedimaster duel team"_s,
+              }));
+    const QByteArray bytes = fileBytes(t.programFolder() + u"/Jedi.aml"_s);
     EXPECT_TRUE(bytes.endsWith("duel team\r\n"));
 
     // The window: shown, busy for the scan, one activity per archive, the bar over
     // every file of the folder, back at 0 at the end; it stays on screen.
-    EXPECT_EQ(progress.events, (QStringList{QStringLiteral("show"), QStringLiteral("busy"), QStringLiteral("idle")}));
+    EXPECT_EQ(progress.events, (QStringList{u"show"_s, u"busy"_s, u"idle"_s}));
     EXPECT_TRUE(progress.visible);
     EXPECT_EQ(progress.maximum, 4);
     EXPECT_EQ(progress.values, (std::vector<int>{1, 1, 2, 3, 4, 0}));
-    EXPECT_EQ(progress.activities, (QStringList{QString(), QStringLiteral("Scanning assets0.pk3 ...."),
-                                                QStringLiteral("Scanning custompk3 ....")}));
+    EXPECT_EQ(progress.activities,
+              (QStringList{QString(), u"Scanning assets0.pk3 ...."_s, u"Scanning custompk3 ...."_s}));
 }
 
 TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
 {
     // Listing order: a, b, c, ... The long name and type carry over from one script
     // to the next, and the type is upper-cased.
-    pk3(QStringLiteral("a_stockfirst.pk3"),
+    pk3(u"a_stockfirst.pk3"_s,
         ZipBuilder()
-            .file(QStringLiteral("maps/ffa_bespin.bsp"))
-            .file(QStringLiteral("maps/mymap.bsp"))
-            .file(QStringLiteral("maps/second.bsp"))
-            .file(QStringLiteral("scripts/mymap.arena"),
-                  arenaScript(QStringLiteral("mymap"), QStringLiteral("My Map"), QStringLiteral("ffa duel"))));
-    pk3(QStringLiteral("b_customfirst.pk3"),
+            .file(u"maps/ffa_bespin.bsp"_s)
+            .file(u"maps/mymap.bsp"_s)
+            .file(u"maps/second.bsp"_s)
+            .file(u"scripts/mymap.arena"_s, arenaScript(u"mymap"_s, u"My Map"_s, u"ffa duel"_s)));
+    pk3(u"b_customfirst.pk3"_s,
         ZipBuilder()
-            .file(QStringLiteral("maps/other.bsp"))
-            .file(QStringLiteral("maps/ffa_yavin.bsp"))
-            .file(QStringLiteral("scripts/other.arena"),
-                  script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n")));
-    pk3(QStringLiteral("c_upper.pk3"),
+            .file(u"maps/other.bsp"_s)
+            .file(u"maps/ffa_yavin.bsp"_s)
+            .file(u"scripts/other.arena"_s, script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n")));
+    pk3(u"c_upper.pk3"_s,
         ZipBuilder()
-            .file(QStringLiteral("maps/FFA_BESPIN.bsp"))
-            .file(QStringLiteral("Scripts/upper.arena"), script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n")));
-    pk3(QStringLiteral("d_longonly.pk3"),
+            .file(u"maps/FFA_BESPIN.bsp"_s)
+            .file(u"Scripts/upper.arena"_s, script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n")));
+    pk3(u"d_longonly.pk3"_s,
+        ZipBuilder().file(u"maps/d.bsp"_s).file(u"scripts/d.arena"_s, script("{\nlongname \"D Only\"\n}\n")));
+    pk3(u"e_oneline.pk3"_s, ZipBuilder()
+                                .file(u"maps/e.bsp"_s)
+                                .file(u"scripts/e.arena"_s, script("{ map \"e\" longname \"E\" type \"duel\" }\n")));
+    pk3(u"f_noscript.pk3"_s, ZipBuilder().file(u"maps/f.bsp"_s).file(u"f.txt"_s));
+    pk3(u"g_nobsp.pk3"_s, ZipBuilder().file(u"textures/g.jpg"_s).file(u"g.arena"_s, "no bsp, so never looked at"));
+    pk3(u"h_multi.pk3"_s,
         ZipBuilder()
-            .file(QStringLiteral("maps/d.bsp"))
-            .file(QStringLiteral("scripts/d.arena"), script("{\nlongname \"D Only\"\n}\n")));
-    pk3(QStringLiteral("e_oneline.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("maps/e.bsp"))
-            .file(QStringLiteral("scripts/e.arena"), script("{ map \"e\" longname \"E\" type \"duel\" }\n")));
-    pk3(QStringLiteral("f_noscript.pk3"),
-        ZipBuilder().file(QStringLiteral("maps/f.bsp")).file(QStringLiteral("f.txt")));
-    pk3(QStringLiteral("g_nobsp.pk3"), ZipBuilder()
-                                           .file(QStringLiteral("textures/g.jpg"))
-                                           .file(QStringLiteral("g.arena"), "no bsp, so never looked at"));
-    pk3(QStringLiteral("h_multi.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("maps/h.bsp"))
-            .file(QStringLiteral("scripts/h.arena"),
+            .file(u"maps/h.bsp"_s)
+            .file(u"scripts/h.arena"_s,
                   script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n{\nmap \"h2\"\nlongname \"H Two\"\ntype "
                          "\"ctf\"\n}\n")));
-    pk3(QStringLiteral("i_noblock.pk3"),
+    pk3(u"i_noblock.pk3"_s,
         ZipBuilder()
-            .file(QStringLiteral("maps/i.bsp"))
-            .file(QStringLiteral("scripts/i.arena"), script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n")));
+            .file(u"maps/i.bsp"_s)
+            .file(u"scripts/i.arena"_s, script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n")));
 
     ASSERT_TRUE(scan());
-    EXPECT_EQ(catalogue(),
-              (QStringList{
-                  QStringLiteral("a_stockfirst.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"),
-                  QStringLiteral("a_stockfirst.pk3,mymap,mymap,My Map,FFA DUEL"),
-                  QStringLiteral("b_customfirst.pk3,other,other,Other,CTF"),
-                  QStringLiteral("c_upper.pk3,FFA_BESPIN,FFA_BESPIN,Upper,TEAM"),
-                  QStringLiteral("d_longonly.pk3,d,d,D Only,TEAM"),
-                  QStringLiteral("e_oneline.pk3,e,e,D Only,TEAM"),
-                  QStringLiteral("f_noscript.pk3,f,f,f,unknown"),
-                  QStringLiteral("h_multi.pk3,h,h,H One,DUEL"),
-                  QStringLiteral("i_noblock.pk3,i,i,I, the map,FFA"),
-              }));
+    EXPECT_EQ(catalogue(), (QStringList{
+                               u"a_stockfirst.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"_s,
+                               u"a_stockfirst.pk3,mymap,mymap,My Map,FFA DUEL"_s,
+                               u"b_customfirst.pk3,other,other,Other,CTF"_s,
+                               u"c_upper.pk3,FFA_BESPIN,FFA_BESPIN,Upper,TEAM"_s,
+                               u"d_longonly.pk3,d,d,D Only,TEAM"_s,
+                               u"e_oneline.pk3,e,e,D Only,TEAM"_s,
+                               u"f_noscript.pk3,f,f,f,unknown"_s,
+                               u"h_multi.pk3,h,h,H One,DUEL"_s,
+                               u"i_noblock.pk3,i,i,I, the map,FFA"_s,
+                           }));
     // The scripts read are deleted; the folder stays.
     EXPECT_TRUE(QFileInfo(scripts()).isDir());
     EXPECT_TRUE(QDir(scripts()).entryList(QDir::Files | QDir::Hidden).isEmpty());
@@ -145,87 +131,78 @@ TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
 
 TEST_F(MapScanTest, AReadOnlyScriptIsLeftBehind)
 {
-    pk3(QStringLiteral("ro.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("maps/ro.bsp"))
-            .readOnlyFile(QStringLiteral("scripts/ro.arena"),
-                          arenaScript(QStringLiteral("ro"), QStringLiteral("Kept"), QStringLiteral("duel"))));
-    pk3(QStringLiteral("rw.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("maps/rw.bsp"))
-            .file(QStringLiteral("scripts/rw.arena"),
-                  arenaScript(QStringLiteral("rw"), QStringLiteral("Gone"), QStringLiteral("ffa"))));
+    pk3(u"ro.pk3"_s, ZipBuilder()
+                         .file(u"maps/ro.bsp"_s)
+                         .readOnlyFile(u"scripts/ro.arena"_s, arenaScript(u"ro"_s, u"Kept"_s, u"duel"_s)));
+    pk3(u"rw.pk3"_s,
+        ZipBuilder().file(u"maps/rw.bsp"_s).file(u"scripts/rw.arena"_s, arenaScript(u"rw"_s, u"Gone"_s, u"ffa"_s)));
     ASSERT_TRUE(scan());
-    EXPECT_EQ(catalogue(),
-              (QStringList{QStringLiteral("ro.pk3,ro,ro,Kept,DUEL"), QStringLiteral("rw.pk3,rw,rw,Gone,FFA")}));
-    EXPECT_EQ(QDir(scripts()).entryList(QDir::Files), QStringList{QStringLiteral("ro.arena")});
-    EXPECT_EQ(fileAttributes(scripts() + QStringLiteral("/ro.arena")), 1);
+    EXPECT_EQ(catalogue(), (QStringList{u"ro.pk3,ro,ro,Kept,DUEL"_s, u"rw.pk3,rw,rw,Gone,FFA"_s}));
+    EXPECT_EQ(QDir(scripts()).entryList(QDir::Files), QStringList{u"ro.arena"_s});
+    EXPECT_EQ(fileAttributes(scripts() + u"/ro.arena"_s), 1);
 }
 
 TEST_F(MapScanTest, AnArenaScriptOutsideTheScriptsFolderEndsTheScanWithTheArchiveBox)
 {
-    pk3(QStringLiteral("a.pk3"), ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")));
-    pk3(QStringLiteral("b.pk3"),
-        ZipBuilder().file(QStringLiteral("maps/b.bsp")).file(QStringLiteral("b.arena"), "{\r\n}\r\n"));
-    pk3(QStringLiteral("c.pk3"), ZipBuilder().file(QStringLiteral("maps/ffa_yavin.bsp")));
+    pk3(u"a.pk3"_s, ZipBuilder().file(u"maps/duel_pit.bsp"_s));
+    pk3(u"b.pk3"_s, ZipBuilder().file(u"maps/b.bsp"_s).file(u"b.arena"_s, "{\r\n}\r\n"));
+    pk3(u"c.pk3"_s, ZipBuilder().file(u"maps/ffa_yavin.bsp"_s));
 
     EXPECT_FALSE(scan());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, kArenaMessage, Buttons::Ok}));
-    EXPECT_EQ(catalogue(), QStringList{QStringLiteral("a.pk3,duel_pit,duel_pit,Trial Pit,duel")});
+    EXPECT_EQ(catalogue(), QStringList{u"a.pk3,duel_pit,duel_pit,Trial Pit,duel"_s});
     EXPECT_FALSE(progress.visible);
     EXPECT_EQ(progress.value, 0);
     EXPECT_FALSE(progress.busy);
-    EXPECT_EQ(t.store->GetSetting(QStringLiteral("RunOnce"), QStringLiteral("unset")), QStringLiteral("unset"));
+    EXPECT_EQ(t.store->GetSetting(u"RunOnce"_s, u"unset"_s), u"unset"_s);
 }
 
 TEST_F(MapScanTest, ABspNameWithoutADotEndsTheScanWithItsOwnDescription)
 {
-    pk3(QStringLiteral("a.pk3"), ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")));
-    pk3(QStringLiteral("b.pk3"), ZipBuilder().file(QStringLiteral("maps/nodotbsp")));
+    pk3(u"a.pk3"_s, ZipBuilder().file(u"maps/duel_pit.bsp"_s));
+    pk3(u"b.pk3"_s, ZipBuilder().file(u"maps/nodotbsp"_s));
     EXPECT_FALSE(scan());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {QStringLiteral("arena-steward"), Icon::Exclamation,
-                                         QStringLiteral("Invalid procedure call or argument"), Buttons::Ok}));
-    EXPECT_EQ(catalogue(), QStringList{QStringLiteral("a.pk3,duel_pit,duel_pit,Trial Pit,duel")});
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {u"arena-steward"_s, Icon::Exclamation, u"Invalid procedure call or argument"_s, Buttons::Ok}));
+    EXPECT_EQ(catalogue(), QStringList{u"a.pk3,duel_pit,duel_pit,Trial Pit,duel"_s});
     EXPECT_TRUE(progress.visible); // only the first two kinds hide the window
     EXPECT_FALSE(progress.busy);
 }
 
 TEST_F(MapScanTest, AMissingBaseFolderResetsThePathAndTheFirstRunMarker)
 {
-    t.store->SaveSetting(QStringLiteral("PathToJedi"), QStringLiteral("/somewhere"));
-    t.store->SaveSetting(QStringLiteral("RunOnce"), QStringLiteral("1"));
-    EXPECT_FALSE(
-        ScanForMaps(*t.app, QStringLiteral("Base"), QStringLiteral("Jedi"), t.root() + QStringLiteral("/nogame")));
+    t.store->SaveSetting(u"PathToJedi"_s, u"/somewhere"_s);
+    t.store->SaveSetting(u"RunOnce"_s, u"1"_s);
+    EXPECT_FALSE(ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.root() + u"/nogame"_s));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     const QString tail = kTail;
-    EXPECT_TRUE(isBox(
-        t.prompts.last(),
-        {kProductTitle, Icon::Critical,
-         QStringLiteral("Arena Steward was unable to locate any pk3 files in your Jedi base folder") + tail +
-             QStringLiteral("\r\nThis might be because the path to Jedi Knight 2 is inncorrect") + tail +
-             QStringLiteral("\r\nArena Steward will now close and reset the selected path to Jedi Knight 2") + tail +
-             QStringLiteral("\r\nRestart Arena Steward and make sure you select the correct path to Jedi Knight 2") +
-             tail + QStringLiteral("\r\nIf this problem continues please contact ") + kContactAddress + tail,
-         Buttons::Ok}));
-    EXPECT_EQ(t.store->GetSetting(QStringLiteral("PathToJedi"), QStringLiteral("unset")), QString());
-    EXPECT_EQ(t.store->GetSetting(QStringLiteral("RunOnce")), QStringLiteral("0"));
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Critical,
+                       u"Arena Steward was unable to locate any pk3 files in your Jedi base folder"_s + tail +
+                           u"\r\nThis might be because the path to Jedi Knight 2 is inncorrect"_s + tail +
+                           u"\r\nArena Steward will now close and reset the selected path to Jedi Knight 2"_s + tail +
+                           u"\r\nRestart Arena Steward and make sure you select the correct path to Jedi Knight 2"_s +
+                           tail + u"\r\nIf this problem continues please contact "_s + kContactAddress + tail,
+                       Buttons::Ok}));
+    EXPECT_EQ(t.store->GetSetting(u"PathToJedi"_s, u"unset"_s), QString());
+    EXPECT_EQ(t.store->GetSetting(u"RunOnce"_s), u"0"_s);
     EXPECT_FALSE(progress.visible);
 }
 
 TEST_F(MapScanTest, ABaseFolderWithoutArchivesGivesAnEmptyCatalogue)
 {
-    writeFile(t.programFolder() + QStringLiteral("/Jedi.aml"), "old.pk3,x,x,x,x\r\n");
+    writeFile(t.programFolder() + u"/Jedi.aml"_s, "old.pk3,x,x,x,x\r\n");
     EXPECT_TRUE(scan());
-    EXPECT_TRUE(QFileInfo::exists(t.programFolder() + QStringLiteral("/Jedi.aml")));
-    EXPECT_EQ(fileBytes(t.programFolder() + QStringLiteral("/Jedi.aml")), QByteArray());
+    EXPECT_TRUE(QFileInfo::exists(t.programFolder() + u"/Jedi.aml"_s));
+    EXPECT_EQ(fileBytes(t.programFolder() + u"/Jedi.aml"_s), QByteArray());
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 namespace {
 /// The archive b.pk3 with its map, for one entry more.
-ZipBuilder withMap() { return ZipBuilder().file(QStringLiteral("maps/b.bsp")); }
+ZipBuilder withMap() { return ZipBuilder().file(u"maps/b.bsp"_s); }
 
 struct Hostile {
     const char* name;
@@ -239,30 +216,26 @@ TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCata
     const Hostile cases[] = {
         {"zip slip",
          [](const QString& p, const QString&) {
-             withMap().file(QStringLiteral("scripts/../../../../evil.arena"), "{\r\n}\r\n").write(p);
+             withMap().file(u"scripts/../../../../evil.arena"_s, "{\r\n}\r\n").write(p);
          },
          true},
         {"absolute",
-         [](const QString& p, const QString& victim) {
-             withMap().file(victim + QStringLiteral(".arena"), "{\r\n}\r\n").write(p);
-         },
+         [](const QString& p, const QString& victim) { withMap().file(victim + u".arena"_s, "{\r\n}\r\n").write(p); },
          true},
         {"link",
-         [](const QString& p, const QString& victim) {
-             withMap().symlink(QStringLiteral("scripts/b.arena"), victim).write(p);
-         },
+         [](const QString& p, const QString& victim) { withMap().symlink(u"scripts/b.arena"_s, victim).write(p); },
          true},
         {"truncated",
          [](const QString& p, const QString&) {
-             withMap().file(QStringLiteral("scripts/b.arena"), QByteArray(3000, 'x')).write(p);
+             withMap().file(u"scripts/b.arena"_s, QByteArray(3000, 'x')).write(p);
              truncateFile(p, QFileInfo(p).size() / 2);
          },
          false},
         {"not a zip", [](const QString& p, const QString&) { writeFile(p, QByteArray(5000, 'P')); }, false},
         {"huge claim",
          [](const QString& p, const QString&) {
-             withMap().file(QStringLiteral("scripts/b.arena"), QByteArray(3000, ' ')).write(p);
-             patchClaimedSize(p, QStringLiteral("scripts/b.arena"), 0xFFFFFF00u);
+             withMap().file(u"scripts/b.arena"_s, QByteArray(3000, ' ')).write(p);
+             patchClaimedSize(p, u"scripts/b.arena"_s, 0xFFFFFF00u);
          },
          false},
     };
@@ -271,31 +244,28 @@ TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCata
         TestApp app;
         RecordingScanProgress shown;
         app.app->services.scanProgress = &shown;
-        const QString victim = app.root() + QStringLiteral("/victim");
+        const QString victim = app.root() + u"/victim"_s;
         writeFile(victim, "untouched");
-        ASSERT_TRUE(
-            ZipBuilder().file(QStringLiteral("maps/duel_pit.bsp")).write(app.baseFolder() + QStringLiteral("/a.pk3")));
-        c.make(app.baseFolder() + QStringLiteral("/b.pk3"), victim);
-        ASSERT_TRUE(
-            ZipBuilder().file(QStringLiteral("maps/ffa_yavin.bsp")).write(app.baseFolder() + QStringLiteral("/c.pk3")));
+        ASSERT_TRUE(ZipBuilder().file(u"maps/duel_pit.bsp"_s).write(app.baseFolder() + u"/a.pk3"_s));
+        c.make(app.baseFolder() + u"/b.pk3"_s, victim);
+        ASSERT_TRUE(ZipBuilder().file(u"maps/ffa_yavin.bsp"_s).write(app.baseFolder() + u"/c.pk3"_s));
 
-        EXPECT_FALSE(ScanForMaps(*app.app, QStringLiteral("Base"), QStringLiteral("Jedi"), app.gameFolder()));
-        EXPECT_EQ(crlfLines(app.programFolder() + QStringLiteral("/Jedi.aml")),
-                  QStringList{QStringLiteral("a.pk3,duel_pit,duel_pit,Trial Pit,duel")});
+        EXPECT_FALSE(ScanForMaps(*app.app, u"Base"_s, u"Jedi"_s, app.gameFolder()));
+        EXPECT_EQ(crlfLines(app.programFolder() + u"/Jedi.aml"_s),
+                  QStringList{u"a.pk3,duel_pit,duel_pit,Trial Pit,duel"_s});
         ASSERT_EQ(app.prompts.shown.size(), 1u);
         if (c.arenaBox) {
             EXPECT_TRUE(isBox(app.prompts.last(), {kProductTitle, Icon::Exclamation, kArenaMessage, Buttons::Ok}));
         } else {
-            EXPECT_TRUE(app.prompts.last().request.text.contains(QStringLiteral("b.pk3")))
+            EXPECT_TRUE(app.prompts.last().request.text.contains(u"b.pk3"_s))
                 << app.prompts.last().request.text.toStdString();
-            EXPECT_EQ(app.prompts.last().request.title, QStringLiteral("ArchiveReader"));
+            EXPECT_EQ(app.prompts.last().request.title, u"ArchiveReader"_s);
         }
         EXPECT_EQ(fileBytes(victim), QByteArray("untouched"));
         QDirIterator all(app.root(), QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
         while (all.hasNext()) {
             const QString path = all.next();
-            EXPECT_FALSE(path.contains(QStringLiteral("evil")) || path.endsWith(QStringLiteral(".arena")))
-                << path.toStdString();
+            EXPECT_FALSE(path.contains(u"evil"_s) || path.endsWith(u".arena"_s)) << path.toStdString();
         }
     }
 }

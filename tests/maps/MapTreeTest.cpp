@@ -14,13 +14,14 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 class MapTreeTest : public ::testing::Test {
 protected:
-    void catalogue(const QByteArray& bytes) { writeFile(t.programFolder() + QStringLiteral("/Jedi.aml"), bytes); }
-    void load() { LoadMapTree(*t.app, profile, QStringLiteral("Jedi"), QStringLiteral("Jedi")); }
+    void catalogue(const QByteArray& bytes) { writeFile(t.programFolder() + u"/Jedi.aml"_s, bytes); }
+    void load() { LoadMapTree(*t.app, profile, u"Jedi"_s, u"Jedi"_s); }
     MapTreeModel& tree() { return mapTreeOf(profile); }
     QStringList texts(const MapTreeNode* node) const
     {
@@ -29,13 +30,13 @@ protected:
             list << child->text;
         return list;
     }
-    QString shots() const { return t.programFolder() + QStringLiteral("/levelshots"); }
+    QString shots() const { return t.programFolder() + u"/levelshots"_s; }
     void picture(const QString& name, const char* format)
     {
         QDir().mkpath(shots());
         QImage image(4, 4, QImage::Format_RGB32);
         image.fill(Qt::red);
-        ASSERT_TRUE(image.save(shots() + QStringLiteral("/") + name, format));
+        ASSERT_TRUE(image.save(shots() + u"/"_s + name, format));
     }
     MapTreeNode* node(const QString& key) { return tree().findKey(key); }
     QString label(FieldId name) const { return profile.text(name); }
@@ -54,38 +55,35 @@ TEST(CatalogueReader, ReadsValuesAsOneStreamSoACommaInALongNameShiftsTheRecordsB
     QString v;
     while (reader.next(v))
         values << v;
-    EXPECT_EQ(values,
-              (QStringList{QStringLiteral("a.pk3"), QStringLiteral("m1"), QStringLiteral("m1"), QStringLiteral("Long"),
-                           QStringLiteral("with comma"), QStringLiteral("FFA"), QStringLiteral("b.pk3"),
-                           QStringLiteral("m2"), QStringLiteral("m2"), QStringLiteral("Two"), QStringLiteral("DUEL"),
-                           QStringLiteral("quoted, value"), QStringLiteral("x")}));
+    EXPECT_EQ(values, (QStringList{u"a.pk3"_s, u"m1"_s, u"m1"_s, u"Long"_s, u"with comma"_s, u"FFA"_s, u"b.pk3"_s,
+                                   u"m2"_s, u"m2"_s, u"Two"_s, u"DUEL"_s, u"quoted, value"_s, u"x"_s}));
     EXPECT_TRUE(reader.atEnd());
 
     CatalogueReader records("a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n");
     MapEntry entry;
     ASSERT_TRUE(records.read(entry));
-    EXPECT_EQ(entry.MapType, QStringLiteral("with comma"));
+    EXPECT_EQ(entry.MapType, u"with comma"_s);
     ASSERT_TRUE(records.read(entry));
-    EXPECT_EQ(entry.Pk3File, QStringLiteral("FFA"));
-    EXPECT_EQ(entry.MapName, QStringLiteral("b.pk3"));
-    EXPECT_EQ(entry.MapType, QStringLiteral("Two"));
+    EXPECT_EQ(entry.Pk3File, u"FFA"_s);
+    EXPECT_EQ(entry.MapName, u"b.pk3"_s);
+    EXPECT_EQ(entry.MapType, u"Two"_s);
     EXPECT_FALSE(records.read(entry));
-    EXPECT_EQ(entry.Pk3File, QStringLiteral("DUEL")); // the rest keep the last record's values
-    EXPECT_EQ(entry.MapName, QStringLiteral("b.pk3"));
+    EXPECT_EQ(entry.Pk3File, u"DUEL"_s); // the rest keep the last record's values
+    EXPECT_EQ(entry.MapName, u"b.pk3"_s);
 }
 
 TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWas)
 {
-    QFile::remove(t.programFolder() + QStringLiteral("/Jedi.aml"));
-    profile.setText(F::lblNumberOfMapsAvailable, QStringLiteral("7 Maps available"));
+    QFile::remove(t.programFolder() + u"/Jedi.aml"_s);
+    profile.setText(F::lblNumberOfMapsAvailable, u"7 Maps available"_s);
     profile.setFormPointer(11);
     load();
     ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Exclamation,
-                       QStringLiteral("Unable to locate Jedi file, please run a new Map Scan") + kTail, Buttons::Ok}));
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
+                                 u"Unable to locate Jedi file, please run a new Map Scan"_s + kTail, Buttons::Ok}));
     EXPECT_EQ(tree().nodeCount(), 0);
-    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("7 Maps available"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"7 Maps available"_s);
     EXPECT_EQ(profile.formPointer(), 0);
 }
 
@@ -94,12 +92,12 @@ TEST_F(MapTreeTest, AnEmptyCatalogueGivesTheRootAlone)
     catalogue("");
     load();
     ASSERT_EQ(tree().roots().size(), 1u);
-    EXPECT_EQ(tree().root()->text, QStringLiteral("Jedi"));
+    EXPECT_EQ(tree().root()->text, u"Jedi"_s);
     EXPECT_EQ(tree().nodeCount(), 1);
-    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("0 Maps available"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"0 Maps available"_s);
     EXPECT_TRUE(t.prompts.shown.empty());
     // The fallback pictures are in place for the preview.
-    EXPECT_TRUE(QFile::exists(shots() + QStringLiteral("/unknown.jpg")));
+    EXPECT_TRUE(QFile::exists(shots() + u"/unknown.jpg"_s));
 }
 
 TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
@@ -112,28 +110,27 @@ TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
               "BETA.PK3,b2,b2,Bee Two,unknown\r\n");
     load();
     MapTreeNode* root = tree().root();
-    EXPECT_EQ(texts(root),
-              (QStringList{QStringLiteral("assets0.pk3"), QStringLiteral("Beta.pk3"), QStringLiteral("zeta.pk3")}));
-    EXPECT_EQ(texts(root->children[0].get()), (QStringList{QStringLiteral("ffa_yavin"), QStringLiteral("duel_bay")}));
-    EXPECT_EQ(texts(root->children[1].get()), (QStringList{QStringLiteral("b"), QStringLiteral("b2")}));
-    EXPECT_EQ(texts(root->children[2].get()), (QStringList{QStringLiteral("z2"), QStringLiteral("z1")}));
-    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("6 Maps available"));
+    EXPECT_EQ(texts(root), (QStringList{u"assets0.pk3"_s, u"Beta.pk3"_s, u"zeta.pk3"_s}));
+    EXPECT_EQ(texts(root->children[0].get()), (QStringList{u"ffa_yavin"_s, u"duel_bay"_s}));
+    EXPECT_EQ(texts(root->children[1].get()), (QStringList{u"b"_s, u"b2"_s}));
+    EXPECT_EQ(texts(root->children[2].get()), (QStringList{u"z2"_s, u"z1"_s}));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"6 Maps available"_s);
 
-    const MapTreeNode* map = node(QStringLiteral("zeta.pk3\\z1"));
+    const MapTreeNode* map = node(u"zeta.pk3\\z1"_s);
     ASSERT_NE(map, nullptr);
-    EXPECT_EQ(map->tag, QStringLiteral("z1,Zed One,DUEL"));
+    EXPECT_EQ(map->tag, u"z1,Zed One,DUEL"_s);
     EXPECT_EQ(map->image, 5);
-    EXPECT_EQ(node(QStringLiteral("Jedi\\zeta.pk3"))->image, 3);
+    EXPECT_EQ(node(u"Jedi\\zeta.pk3"_s)->image, 3);
     EXPECT_EQ(root->image, 1);
-    EXPECT_TRUE(node(QStringLiteral("Jedi\\zeta.pk3"))->tag.isEmpty());
+    EXPECT_TRUE(node(u"Jedi\\zeta.pk3"_s)->tag.isEmpty());
 
     // The same through the item model a view reads.
     const QModelIndex top = tree().index(0, 0);
     EXPECT_EQ(tree().rowCount(top), 3);
     const QModelIndex archive = tree().index(2, 0, top);
-    EXPECT_EQ(archive.data().toString(), QStringLiteral("zeta.pk3"));
-    EXPECT_EQ(tree().index(1, 0, archive).data(MapTreeModel::TagRole).toString(), QStringLiteral("z1,Zed One,DUEL"));
-    EXPECT_EQ(archive.data(MapTreeModel::ImageKeyRole).toString(), QStringLiteral("PAK"));
+    EXPECT_EQ(archive.data().toString(), u"zeta.pk3"_s);
+    EXPECT_EQ(tree().index(1, 0, archive).data(MapTreeModel::TagRole).toString(), u"z1,Zed One,DUEL"_s);
+    EXPECT_EQ(archive.data(MapTreeModel::ImageKeyRole).toString(), u"PAK"_s);
     EXPECT_EQ(tree().parent(archive), top);
 }
 
@@ -147,14 +144,13 @@ TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
     // Records read: a/m, a/m again (no node), b/n with the type "Comma", then
     // "DUEL,c.pk3,o,o,Oh", then the lone "CTF" that the end of the file cuts short and
     // that keeps the other four values.
-    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), QStringLiteral("5 Maps available"));
-    EXPECT_EQ(texts(tree().root()), (QStringList{QStringLiteral("a.pk3"), QStringLiteral("b.pk3"),
-                                                 QStringLiteral("CTF"), QStringLiteral("DUEL")}));
-    EXPECT_EQ(texts(node(QStringLiteral("Jedi\\a.pk3"))), QStringList{QStringLiteral("m")});
-    EXPECT_EQ(node(QStringLiteral("a.pk3\\m"))->tag, QStringLiteral("m,First,FFA"));
-    EXPECT_EQ(node(QStringLiteral("b.pk3\\n"))->tag, QStringLiteral("n,Long,Comma"));
-    EXPECT_EQ(node(QStringLiteral("DUEL\\c.pk3"))->tag, QStringLiteral("o,o,Oh"));
-    EXPECT_EQ(node(QStringLiteral("CTF\\c.pk3"))->tag, QStringLiteral("o,o,Oh"));
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"5 Maps available"_s);
+    EXPECT_EQ(texts(tree().root()), (QStringList{u"a.pk3"_s, u"b.pk3"_s, u"CTF"_s, u"DUEL"_s}));
+    EXPECT_EQ(texts(node(u"Jedi\\a.pk3"_s)), QStringList{u"m"_s});
+    EXPECT_EQ(node(u"a.pk3\\m"_s)->tag, u"m,First,FFA"_s);
+    EXPECT_EQ(node(u"b.pk3\\n"_s)->tag, u"n,Long,Comma"_s);
+    EXPECT_EQ(node(u"DUEL\\c.pk3"_s)->tag, u"o,o,Oh"_s);
+    EXPECT_EQ(node(u"CTF\\c.pk3"_s)->tag, u"o,o,Oh"_s);
 }
 
 TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
@@ -163,35 +159,35 @@ TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
               "m.pk3,withbmp,withbmp,With Bmp,duel\r\n"
               "m.pk3,none,none,None,unknown\r\n");
     load();
-    picture(QStringLiteral("withjpg.jpg"), "JPG");
-    picture(QStringLiteral("withjpg.bmp"), "BMP");
-    picture(QStringLiteral("withbmp.bmp"), "BMP");
-    writeFile(shots() + QStringLiteral("/none.jpg"), "a broken picture");
+    picture(u"withjpg.jpg"_s, "JPG");
+    picture(u"withjpg.bmp"_s, "BMP");
+    picture(u"withbmp.bmp"_s, "BMP");
+    writeFile(shots() + u"/none.jpg"_s, "a broken picture");
 
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withjpg")));
-    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/withjpg.jpg"));
-    EXPECT_EQ(label(F::lblLongMapName), QStringLiteral("With Jpg"));
-    EXPECT_EQ(label(F::lblMapType), QStringLiteral("FFA"));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withjpg"_s));
+    EXPECT_EQ(profile.text(F::picMap), shots() + u"/withjpg.jpg"_s);
+    EXPECT_EQ(label(F::lblLongMapName), u"With Jpg"_s);
+    EXPECT_EQ(label(F::lblMapType), u"FFA"_s);
 
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withbmp")));
-    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/withbmp.bmp"));
-    EXPECT_EQ(label(F::lblMapType), QStringLiteral("duel"));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withbmp"_s));
+    EXPECT_EQ(profile.text(F::picMap), shots() + u"/withbmp.bmp"_s);
+    EXPECT_EQ(label(F::lblMapType), u"duel"_s);
 
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\none")));
-    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/unknown.jpg"));
-    EXPECT_EQ(label(F::lblLongMapName), QStringLiteral("None"));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\none"_s));
+    EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
+    EXPECT_EQ(label(F::lblLongMapName), u"None"_s);
 
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withjpg")));
-    tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(QStringLiteral("Jedi\\m.pk3"))));
-    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/unknown.jpg"));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withjpg"_s));
+    tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(u"Jedi\\m.pk3"_s)));
+    EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
     EXPECT_EQ(label(F::lblLongMapName), QString());
     EXPECT_EQ(label(F::lblMapType), QString());
 
     // Without any fallback picture the last picture stays.
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\withjpg")));
-    QFile::remove(shots() + QStringLiteral("/unknown.jpg"));
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\none")));
-    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/withjpg.jpg"));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withjpg"_s));
+    QFile::remove(shots() + u"/unknown.jpg"_s);
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\none"_s));
+    EXPECT_EQ(profile.text(F::picMap), shots() + u"/withjpg.jpg"_s);
 }
 
 TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
@@ -202,51 +198,49 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     load();
     Field& grid = profile.field(F::lsvMapRotation);
 
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\one")));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\one"_s));
     tvwAvailMaps_DblClick(*t.app, profile);
     tvwAvailMaps_DblClick(*t.app, profile);
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\two")));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\two"_s));
     tvwAvailMaps_DblClick(*t.app, profile);
     ASSERT_EQ(grid.count(), 3);
-    EXPECT_EQ(grid.rows().at(0), rotationRow(QStringLiteral("one"), QStringLiteral("One"), QStringLiteral("FFA")));
+    EXPECT_EQ(grid.rows().at(0), rotationRow(u"one"_s, u"One"_s, u"FFA"_s));
     EXPECT_EQ(grid.rows().at(1), grid.rows().at(0)); // the same map may stand twice
-    EXPECT_EQ(grid.rows().at(2), (QStringList{QStringLiteral("two"), QStringLiteral("Two"), QStringLiteral("DUEL"),
-                                              QString(), QStringLiteral("imgMapNotSelected")}));
-    EXPECT_EQ(label(F::lblMapsSelected), QStringLiteral("3 Selected Maps"));
-    EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
+    EXPECT_EQ(grid.rows().at(2), (QStringList{u"two"_s, u"Two"_s, u"DUEL"_s, QString(), u"imgMapNotSelected"_s}));
+    EXPECT_EQ(label(F::lblMapsSelected), u"3 Selected Maps"_s);
+    EXPECT_EQ(firstMapType(profile), u"FFA"_s);
     EXPECT_TRUE(profile.configurationChanged());
 
     // The root and an archive in small letters add nothing and show the unknown picture.
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\two")));
-    tree().setSelectedNode(node(QStringLiteral("Jedi\\m.pk3")));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\two"_s));
+    tree().setSelectedNode(node(u"Jedi\\m.pk3"_s));
     tvwAvailMaps_DblClick(*t.app, profile);
     EXPECT_EQ(grid.count(), 3);
     EXPECT_EQ(label(F::lblMapType), QString());
-    EXPECT_EQ(profile.text(F::picMap), shots() + QStringLiteral("/unknown.jpg"));
+    EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
     tree().setSelectedNode(tree().root());
     tvwAvailMaps_DblClick(*t.app, profile);
     EXPECT_EQ(grid.count(), 3);
 
     // An archive named in capitals counts as a map, with the labels of the last click.
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("m.pk3\\two")));
-    tree().setSelectedNode(node(QStringLiteral("Jedi\\UPPER.PK3")));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\two"_s));
+    tree().setSelectedNode(node(u"Jedi\\UPPER.PK3"_s));
     tvwAvailMaps_DblClick(*t.app, profile);
     ASSERT_EQ(grid.count(), 4);
-    EXPECT_EQ(grid.rows().at(3).mid(0, 3),
-              (QStringList{QStringLiteral("UPPER.PK3"), QStringLiteral("Two"), QStringLiteral("DUEL")}));
-    EXPECT_EQ(firstMapType(profile), QStringLiteral("FFA"));
+    EXPECT_EQ(grid.rows().at(3).mid(0, 3), (QStringList{u"UPPER.PK3"_s, u"Two"_s, u"DUEL"_s}));
+    EXPECT_EQ(firstMapType(profile), u"FFA"_s);
 }
 
 TEST_F(MapTreeTest, AReloadReplacesTheTreeAndForgetsTheSelection)
 {
     catalogue("a.pk3,one,one,One,FFA\r\n");
     load();
-    tvwAvailMaps_NodeClick(*t.app, profile, node(QStringLiteral("a.pk3\\one")));
+    tvwAvailMaps_NodeClick(*t.app, profile, node(u"a.pk3\\one"_s));
     catalogue("b.pk3,two,two,Two,FFA\r\n");
     load();
     EXPECT_EQ(tree().selectedNode(), nullptr);
-    EXPECT_EQ(node(QStringLiteral("a.pk3\\one")), nullptr);
-    EXPECT_NE(node(QStringLiteral("b.pk3\\two")), nullptr);
+    EXPECT_EQ(node(u"a.pk3\\one"_s), nullptr);
+    EXPECT_NE(node(u"b.pk3\\two"_s), nullptr);
     tvwAvailMaps_DblClick(*t.app, profile);
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
 }

@@ -15,14 +15,15 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 PackedEntry packedOf(const QByteArray& data, bool stored)
 {
     QTemporaryDir dir;
-    const QString path = dir.path() + QStringLiteral("/a.pk3");
-    EXPECT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/a.tga"), data, stored).write(path));
+    const QString path = dir.path() + u"/a.pk3"_s;
+    EXPECT_TRUE(ZipBuilder().file(u"levelshots/a.tga"_s, data, stored).write(path));
     ArchiveReader reader(path);
     PackedEntry packed;
     EXPECT_TRUE(reader.readPacked(0, &packed));
@@ -35,7 +36,7 @@ TEST(PackedShot, StoredAndDeflatedDataUnpackToTheSameBmpAsTheFileRoad)
 {
     const QByteArray tga = tgaPicture(6, 3, 10, 200, 30);
     QTemporaryDir dir;
-    const QString bmp = dir.path() + QStringLiteral("/a.bmp");
+    const QString bmp = dir.path() + u"/a.bmp"_s;
     ASSERT_EQ(convertTgaToBmpFile(tga, bmp), TgaFault::None);
     for (const bool stored : {true, false}) {
         const PreparedShot shot = prepareShot(packedOf(tga, stored));
@@ -87,11 +88,11 @@ TEST(PackedShot, APictureTheReaderRefusesIsVerifiedDataWithItsFault)
 TEST(PackedShot, OnlyStoredOrDeflatedPlainEntriesAreReadPacked)
 {
     QTemporaryDir dir;
-    const QString path = dir.path() + QStringLiteral("/a.pk3");
+    const QString path = dir.path() + u"/a.pk3"_s;
     ASSERT_TRUE(ZipBuilder()
-                    .folder(QStringLiteral("levelshots/"))
-                    .symlink(QStringLiteral("levelshots/link.tga"), QStringLiteral("/etc/passwd"))
-                    .file(QStringLiteral("levelshots/big.tga"), QByteArray(4096, 'x'))
+                    .folder(u"levelshots/"_s)
+                    .symlink(u"levelshots/link.tga"_s, u"/etc/passwd"_s)
+                    .file(u"levelshots/big.tga"_s, QByteArray(4096, 'x'))
                     .write(path));
     ArchiveReader reader(path);
     PackedEntry packed;

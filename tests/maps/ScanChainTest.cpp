@@ -22,6 +22,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -44,16 +45,15 @@ QStringList tree(const QString& root)
         const QString path = walk.next();
         const QFileInfo info = walk.fileInfo();
         const QString relative = path.mid(root.size() + 1);
-        if (relative == QLatin1String("arena-steward.log"))
+        if (relative == u"arena-steward.log"_s)
             continue;
-        QString line = relative + QStringLiteral(" %1 %2")
-                                      .arg(info.isSymLink() ? "link"
-                                           : info.isDir()   ? "dir"
-                                                            : "file")
+        QString line = relative + u" %1 %2"_s.arg(info.isSymLink() ? "link"
+                                                  : info.isDir()   ? "dir"
+                                                                   : "file")
                                       .arg(static_cast<int>(info.permissions()), 0, 16);
         if (info.isFile() && !info.isSymLink())
-            line += QLatin1Char(' ') +
-                    QString::fromLatin1(QCryptographicHash::hash(fileBytes(path), QCryptographicHash::Sha1).toHex());
+            line +=
+                u' ' + QString::fromLatin1(QCryptographicHash::hash(fileBytes(path), QCryptographicHash::Sha1).toHex());
         files << line;
     }
     files.sort();
@@ -69,18 +69,17 @@ Outcome run(const Setup& setup, bool asChain)
 
     std::unique_ptr<MapScanChain> chain = asChain ? std::make_unique<MapScanChain>() : nullptr;
     Outcome outcome;
-    const QString base = QStringLiteral("Base");
-    outcome.scanned = ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), chain.get()) &&
+    const QString base = u"Base"_s;
+    outcome.scanned = ScanForMaps(*t.app, base, u"Jedi"_s, t.gameFolder(), chain.get()) &&
                       ExtractLevelShots(*t.app, base, t.gameFolder(), chain.get()) &&
                       ConvertTgaToBmp(*t.app, chain.get());
     chain.reset();
 
-    auto anonymous = [&](QString text) { return text.replace(t.root(), QStringLiteral("<root>")); };
+    auto anonymous = [&](QString text) { return text.replace(t.root(), u"<root>"_s); };
     outcome.files = tree(t.programFolder());
     for (const FakePrompts::Shown& shown : t.prompts.shown)
-        outcome.messages << anonymous(shown.request.title + QStringLiteral(" | ") + shown.request.text);
-    for (const QString& line : QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")))
-                                   .split(QLatin1Char('\n')))
+        outcome.messages << anonymous(shown.request.title + u" | "_s + shown.request.text);
+    for (const QString& line : QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)).split(u'\n'))
         outcome.log << anonymous(line);
     outcome.log.sort();
     outcome.activities = progress.activities;
@@ -90,23 +89,21 @@ Outcome run(const Setup& setup, bool asChain)
 
 int count(const QStringList& files, const QString& ending)
 {
-    return static_cast<int>(std::count_if(files.begin(), files.end(), [&](const QString& line) {
-        return line.section(QLatin1Char(' '), 0, 0).endsWith(ending);
-    }));
+    return static_cast<int>(std::count_if(
+        files.begin(), files.end(), [&](const QString& line) { return line.section(u' ', 0, 0).endsWith(ending); }));
 }
 
 void pk3(const QString& base, const QString& name, const ZipBuilder& zip)
 {
-    ASSERT_TRUE(zip.write(base + QLatin1Char('/') + name));
+    ASSERT_TRUE(zip.write(base + u'/' + name));
 }
 
 ZipBuilder customMap(const QString& map, const QByteArray& shot)
 {
     return ZipBuilder()
-        .file(QStringLiteral("maps/") + map + QStringLiteral(".bsp"))
-        .file(QStringLiteral("scripts/") + map + QStringLiteral(".arena"),
-              arenaScript(map, QStringLiteral("The ") + map, QStringLiteral("ffa duel")))
-        .file(QStringLiteral("levelshots/") + map + QStringLiteral(".tga"), shot);
+        .file(u"maps/"_s + map + u".bsp"_s)
+        .file(u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"The "_s + map, u"ffa duel"_s))
+        .file(u"levelshots/"_s + map + u".tga"_s, shot);
 }
 
 // Wider than any level shot the program takes.
@@ -126,111 +123,100 @@ std::vector<Case> cases()
         {"PlainArchivesAndAStockArchive",
          [=](const QString& base, const QString&) {
              for (const char* map : {"alpha", "beta", "gamma"})
-                 pk3(base, QString::fromLatin1(map) + QStringLiteral(".pk3"), customMap(QString::fromLatin1(map), red));
-             pk3(base, QStringLiteral("assets0.pk3"),
-                 ZipBuilder()
-                     .file(QStringLiteral("maps/ffa_bespin.bsp"))
-                     .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "jpg"));
+                 pk3(base, QString::fromLatin1(map) + u".pk3"_s, customMap(QString::fromLatin1(map), red));
+             pk3(base, u"assets0.pk3"_s,
+                 ZipBuilder().file(u"maps/ffa_bespin.bsp"_s).file(u"levelshots/ffa_bespin.jpg"_s, "jpg"));
          },
          [](const Outcome& o) {
              EXPECT_TRUE(o.scanned);
-             EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 4); // three shots and the fallback
-             EXPECT_EQ(count(o.files, QStringLiteral(".tga")), 0);
-             EXPECT_EQ(count(o.files, QStringLiteral(".arena")), 0);
+             EXPECT_EQ(count(o.files, u".bmp"_s), 4); // three shots and the fallback
+             EXPECT_EQ(count(o.files, u".tga"_s), 0);
+             EXPECT_EQ(count(o.files, u".arena"_s), 0);
          }},
         {"ALaterDuplicateThatCantBeReadLeavesNoPicture",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("twin"), red));
-             pk3(base, QStringLiteral("b.pk3"),
-                 ZipBuilder().file(QStringLiteral("levelshots/twin.tga"), "not a picture"));
+             pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
+             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"levelshots/twin.tga"_s, "not a picture"));
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral("twin.bmp")), 0); }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u"twin.bmp"_s), 0); }},
         {"ALaterDuplicateReplacesTheEarlierPicture",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("twin"), red));
-             pk3(base, QStringLiteral("b.pk3"), ZipBuilder().file(QStringLiteral("LevelShots/TWIN.tga"), blue));
+             pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
+             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"LevelShots/TWIN.tga"_s, blue));
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 3); }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 3); }},
         {"NamesThatDifferInCaseOnly",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"),
+             pk3(base, u"a.pk3"_s,
                  ZipBuilder()
-                     .file(QStringLiteral("levelshots/case.tga"), red)
-                     .file(QStringLiteral("levelshots/case.TGA"), largeShot())
-                     .file(QStringLiteral("levelshots/Case.tga"), blue));
+                     .file(u"levelshots/case.tga"_s, red)
+                     .file(u"levelshots/case.TGA"_s, largeShot())
+                     .file(u"levelshots/Case.tga"_s, blue));
          },
-         [](const Outcome& o) {
-             EXPECT_EQ(count(o.files, QStringLiteral(".tga")) + count(o.files, QStringLiteral(".TGA")), 0);
-         }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u".tga"_s) + count(o.files, u".TGA"_s), 0); }},
         {"ATooLargePictureIsLogged",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("big.pk3"), customMap(QStringLiteral("big"), largeShot()));
-         },
-         [](const Outcome& o) {
-             EXPECT_TRUE(o.log.join(QLatin1Char('\n')).contains(QStringLiteral("big.tga was not converted")));
-         }},
+         [=](const QString& base, const QString&) { pk3(base, u"big.pk3"_s, customMap(u"big"_s, largeShot())); },
+         [](const Outcome& o) { EXPECT_TRUE(o.log.join(u'\n').contains(u"big.tga was not converted"_s)); }},
         {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced",
          [=](const QString& base, const QString& program) {
-             pk3(base, QStringLiteral("a.pk3"),
+             pk3(base, u"a.pk3"_s,
                  ZipBuilder()
-                     .file(QStringLiteral("maps/kept.bsp"))
-                     .readOnlyFile(QStringLiteral("scripts/kept.arena"),
-                                   arenaScript(QStringLiteral("kept"), QStringLiteral("Kept"), QStringLiteral("ctf"))));
-             pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("there"), red));
-             writeFile(program + QStringLiteral("/Scripts/there.arena"), "an old script");
+                     .file(u"maps/kept.bsp"_s)
+                     .readOnlyFile(u"scripts/kept.arena"_s, arenaScript(u"kept"_s, u"Kept"_s, u"ctf"_s)));
+             pk3(base, u"b.pk3"_s, customMap(u"there"_s, red));
+             writeFile(program + u"/Scripts/there.arena"_s, "an old script");
          },
          [](const Outcome& o) {
-             EXPECT_EQ(count(o.files, QStringLiteral("kept.arena")), 1);
-             EXPECT_EQ(count(o.files, QStringLiteral("there.arena")), 0);
+             EXPECT_EQ(count(o.files, u"kept.arena"_s), 1);
+             EXPECT_EQ(count(o.files, u"there.arena"_s), 0);
          }},
         {"LeftoversOfAnEarlierScanAreConvertedToo",
          [=](const QString& base, const QString& program) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("fresh"), red));
-             writeFile(program + QStringLiteral("/levelshots/old.tga"), blue);
-             writeFile(program + QStringLiteral("/levelshots/fresh.bmp"), "an old bitmap");
+             pk3(base, u"a.pk3"_s, customMap(u"fresh"_s, red));
+             writeFile(program + u"/levelshots/old.tga"_s, blue);
+             writeFile(program + u"/levelshots/fresh.bmp"_s, "an old bitmap");
              // A leftover under the name of a new shot is replaced by it.
-             pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("again"), red));
-             writeFile(program + QStringLiteral("/levelshots/again.tga"), blue);
+             pk3(base, u"b.pk3"_s, customMap(u"again"_s, red));
+             writeFile(program + u"/levelshots/again.tga"_s, blue);
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 4); }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 4); }},
         {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("first"), red));
-             pk3(base, QStringLiteral("b.pk3"), ZipBuilder().file(QStringLiteral("levelshots/first.tga"), blue));
-             pk3(base, QStringLiteral("c.pk3"), customMap(QStringLiteral("third"), red));
+             pk3(base, u"a.pk3"_s, customMap(u"first"_s, red));
+             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"levelshots/first.tga"_s, blue));
+             pk3(base, u"c.pk3"_s, customMap(u"third"_s, red));
              // assets1 is read by the level shots only; its table of contents is cut off.
-             pk3(base, QStringLiteral("assets1.pk3"), ZipBuilder().file(QStringLiteral("levelshots/x.tga"), red));
-             truncateFile(base + QStringLiteral("/assets1.pk3"), 40);
+             pk3(base, u"assets1.pk3"_s, ZipBuilder().file(u"levelshots/x.tga"_s, red));
+             truncateFile(base + u"/assets1.pk3"_s, 40);
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 2); }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 2); }},
         {"DamagedPictureDataEndsThePhase",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("one"), red));
-             pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("two"), red));
-             patchClaimedSize(base + QStringLiteral("/b.pk3"), QStringLiteral("levelshots/two.tga"), 5);
-             pk3(base, QStringLiteral("c.pk3"), customMap(QStringLiteral("three"), red));
+             pk3(base, u"a.pk3"_s, customMap(u"one"_s, red));
+             pk3(base, u"b.pk3"_s, customMap(u"two"_s, red));
+             patchClaimedSize(base + u"/b.pk3"_s, u"levelshots/two.tga"_s, 5);
+             pk3(base, u"c.pk3"_s, customMap(u"three"_s, red));
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral("three.bmp")), 0); }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u"three.bmp"_s), 0); }},
         {"LinksAndBadNamesAreLeftOut",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"),
-                 customMap(QStringLiteral("named"), red)
-                     .symlink(QStringLiteral("levelshots/link.tga"), QStringLiteral("/etc/passwd"))
-                     .file(QStringLiteral("levelshots/new\nline.tga"), red)
-                     .file(QStringLiteral("levelshots/../escape.tga"), red));
+             pk3(base, u"a.pk3"_s,
+                 customMap(u"named"_s, red)
+                     .symlink(u"levelshots/link.tga"_s, u"/etc/passwd"_s)
+                     .file(u"levelshots/new\nline.tga"_s, red)
+                     .file(u"levelshots/../escape.tga"_s, red));
          },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 2); }},
+         [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 2); }},
         {"AFolderWhereAPictureGoesEndsThePhase",
          [=](const QString& base, const QString& program) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("blocked"), red));
-             QDir().mkpath(program + QStringLiteral("/levelshots/blocked.tga"));
+             pk3(base, u"a.pk3"_s, customMap(u"blocked"_s, red));
+             QDir().mkpath(program + u"/levelshots/blocked.tga"_s);
          },
-         [](const Outcome& o) { EXPECT_TRUE(o.log.join(QLatin1Char('\n')).contains(QStringLiteral("is a folder"))); }},
+         [](const Outcome& o) { EXPECT_TRUE(o.log.join(u'\n').contains(u"is a folder"_s)); }},
         {"AScriptOutsideTheScriptsFolderEndsTheScan",
          [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("fine"), red));
-             pk3(base, QStringLiteral("b.pk3"),
-                 ZipBuilder().file(QStringLiteral("maps/lost.bsp")).file(QStringLiteral("lost.arena"), "{\r\n}\r\n"));
+             pk3(base, u"a.pk3"_s, customMap(u"fine"_s, red));
+             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"maps/lost.bsp"_s).file(u"lost.arena"_s, "{\r\n}\r\n"));
          },
          [](const Outcome& o) {
              EXPECT_FALSE(o.scanned);
@@ -267,21 +253,21 @@ TEST(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
     RecordingScanProgress progress;
     t.app->services.scanProgress = &progress;
     for (int n = 0; n < 20; ++n) {
-        const QString map = QStringLiteral("m%1").arg(n);
+        const QString map = u"m%1"_s.arg(n);
         ASSERT_TRUE(customMap(map, tgaPicture(8, 8, static_cast<quint8>(n), 0, 0))
-                        .write(t.baseFolder() + QLatin1Char('/') + map + QStringLiteral(".pk3")));
+                        .write(t.baseFolder() + u'/' + map + u".pk3"_s));
     }
     MapScanChain chain;
-    const QString base = QStringLiteral("Base");
-    ASSERT_TRUE(ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), &chain));
-    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + QStringLiteral("/Scripts")));
+    const QString base = u"Base"_s;
+    ASSERT_TRUE(ScanForMaps(*t.app, base, u"Jedi"_s, t.gameFolder(), &chain));
+    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/Scripts"_s));
     EXPECT_EQ(chain.archives.size(), 20);
     ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
-    const QString shots = t.programFolder() + QStringLiteral("/levelshots");
-    EXPECT_TRUE(QDir(shots).entryList({QStringLiteral("*.tga")}, QDir::Files).isEmpty());
+    const QString shots = t.programFolder() + u"/levelshots"_s;
+    EXPECT_TRUE(QDir(shots).entryList({u"*.tga"_s}, QDir::Files).isEmpty());
     ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    EXPECT_EQ(QDir(shots).entryList({QStringLiteral("m*.bmp")}, QDir::Files).size(), 20);
-    EXPECT_EQ(progress.activities.count(QStringLiteral("Converting m7.tga....")), 1);
+    EXPECT_EQ(QDir(shots).entryList({u"m*.bmp"_s}, QDir::Files).size(), 20);
+    EXPECT_EQ(progress.activities.count(u"Converting m7.tga...."_s), 1);
 }
 
 TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
@@ -289,41 +275,37 @@ TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
     TestApp t;
     RecordingScanProgress progress;
     t.app->services.scanProgress = &progress;
-    const QString archive = t.baseFolder() + QStringLiteral("/a.pk3");
-    ASSERT_TRUE(customMap(QStringLiteral("before"), tgaPicture(2, 2, 1, 2, 3)).write(archive));
+    const QString archive = t.baseFolder() + u"/a.pk3"_s;
+    ASSERT_TRUE(customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)).write(archive));
     MapScanChain chain;
-    const QString base = QStringLiteral("Base");
-    ASSERT_TRUE(ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), &chain));
+    const QString base = u"Base"_s;
+    ASSERT_TRUE(ScanForMaps(*t.app, base, u"Jedi"_s, t.gameFolder(), &chain));
     ASSERT_TRUE(QFile::remove(archive));
-    ASSERT_TRUE(
-        ZipBuilder().file(QStringLiteral("levelshots/after.jpg"), "a longer picture than before").write(archive));
+    ASSERT_TRUE(ZipBuilder().file(u"levelshots/after.jpg"_s, "a longer picture than before").write(archive));
     ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
     ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    const QString shots = t.programFolder() + QStringLiteral("/levelshots");
-    EXPECT_TRUE(QFileInfo::exists(shots + QStringLiteral("/after.jpg")));
-    EXPECT_FALSE(QFileInfo::exists(shots + QStringLiteral("/before.bmp")));
+    const QString shots = t.programFolder() + u"/levelshots"_s;
+    EXPECT_TRUE(QFileInfo::exists(shots + u"/after.jpg"_s));
+    EXPECT_FALSE(QFileInfo::exists(shots + u"/before.bmp"_s));
 }
 
 TEST(ArchiveShelfFiles, KeptArchivesHoldNoFileOpen)
 {
     TestApp t;
-    auto openFiles = [] {
-        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size();
-    };
+    auto openFiles = [] { return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(); };
     const auto before = openFiles();
     ArchiveShelf shelf;
     for (int n = 0; n < 50; ++n) {
-        const QString path = t.baseFolder() + QStringLiteral("/a%1.pk3").arg(n);
-        ASSERT_TRUE(customMap(QStringLiteral("m%1").arg(n), tgaPicture(2, 2, 0, 0, 0)).write(path));
+        const QString path = t.baseFolder() + u"/a%1.pk3"_s.arg(n);
+        ASSERT_TRUE(customMap(u"m%1"_s.arg(n), tgaPicture(2, 2, 0, 0, 0)).write(path));
         ArchiveReader& reader = shelf.open(path);
-        EXPECT_EQ(reader.readEntry(1), arenaScript(QStringLiteral("m%1").arg(n), QStringLiteral("The m%1").arg(n),
-                                                   QStringLiteral("ffa duel")));
+        EXPECT_EQ(reader.readEntry(1), arenaScript(u"m%1"_s.arg(n), u"The m%1"_s.arg(n), u"ffa duel"_s));
         reader.park();
     }
     EXPECT_EQ(openFiles(), before);
     // A kept archive reads again after its file was closed.
-    ArchiveReader& again = shelf.open(t.baseFolder() + QStringLiteral("/a7.pk3"));
-    EXPECT_EQ(again.entry(2).name, QStringLiteral("m7.tga"));
+    ArchiveReader& again = shelf.open(t.baseFolder() + u"/a7.pk3"_s);
+    EXPECT_EQ(again.entry(2).name, u"m7.tga"_s);
     EXPECT_EQ(again.readEntry(2), tgaPicture(2, 2, 0, 0, 0));
     EXPECT_EQ(shelf.size(), 50);
 }
@@ -338,21 +320,20 @@ TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
             QByteArray tga = n % 7 == 3    ? largeShot()
                              : n % 11 == 5 ? QByteArray("broken")
                                            : tgaPicture(16, 8, static_cast<quint8>(n), 1, 2);
-            converter.add(QStringLiteral("p%1.tga").arg(n), tga, folder + QStringLiteral("/p%1.bmp").arg(n));
+            converter.add(u"p%1.tga"_s.arg(n), tga, folder + u"/p%1.bmp"_s.arg(n));
         }
         QStringList results;
         for (const ConvertedShot& shot : converter.finish())
-            results << shot.name + QLatin1Char(' ') + QString::number(static_cast<int>(shot.fault));
+            results << shot.name + u' ' + QString::number(static_cast<int>(shot.fault));
         return results;
     };
-    const QStringList one = convert(0, dir.path() + QStringLiteral("/one"));
-    const QStringList two = convert(2, dir.path() + QStringLiteral("/two"));
+    const QStringList one = convert(0, dir.path() + u"/one"_s);
+    const QStringList two = convert(2, dir.path() + u"/two"_s);
     EXPECT_EQ(two, one);
-    EXPECT_EQ(one.at(3), QStringLiteral("p3.tga 2"));
-    EXPECT_EQ(one.at(5), QStringLiteral("p5.tga 1"));
-    EXPECT_EQ(tree(dir.path() + QStringLiteral("/two")), tree(dir.path() + QStringLiteral("/one")));
-    const auto pictures =
-        std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(QLatin1String(" 0")); });
-    EXPECT_EQ(QDir(dir.path() + QStringLiteral("/one")).entryList(QDir::Files).size(), pictures);
+    EXPECT_EQ(one.at(3), u"p3.tga 2"_s);
+    EXPECT_EQ(one.at(5), u"p5.tga 1"_s);
+    EXPECT_EQ(tree(dir.path() + u"/two"_s), tree(dir.path() + u"/one"_s));
+    const auto pictures = std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(u" 0"_s); });
+    EXPECT_EQ(QDir(dir.path() + u"/one"_s).entryList(QDir::Files).size(), pictures);
     EXPECT_EQ(pictures, 60 - 9 - 4);
 }

@@ -14,6 +14,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,11 +23,8 @@ protected:
     void SetUp() override
     {
         for (int n = 0; n < 30; ++n) {
-            const QString path = dir.path() + QStringLiteral("/a%1.pk3").arg(n);
-            ASSERT_TRUE(ZipBuilder()
-                            .file(QStringLiteral("maps/m.bsp"))
-                            .file(QStringLiteral("levelshots/m.tga"), picture(n))
-                            .write(path));
+            const QString path = dir.path() + u"/a%1.pk3"_s.arg(n);
+            ASSERT_TRUE(ZipBuilder().file(u"maps/m.bsp"_s).file(u"levelshots/m.tga"_s, picture(n)).write(path));
             shelf.open(path).park();
             plan.push_back({path, 1});
         }
@@ -36,7 +34,7 @@ protected:
     static QByteArray bmpOf(int n)
     {
         QTemporaryDir out;
-        const QString bmp = out.path() + QStringLiteral("/p.bmp");
+        const QString bmp = out.path() + u"/p.bmp"_s;
         convertTgaToBmpFile(picture(n), bmp);
         return fileBytes(bmp);
     }
@@ -69,10 +67,7 @@ TEST_F(ShotPrefetchTest, UnplannedPassedOverOrChangedShotsAreNotThere)
     EXPECT_FALSE(prefetch.take(shelf, plan[3].archive, 1).verified); // gone for good
     // An archive replaced before it is read ahead: its shot isn't taken from the new file.
     ASSERT_TRUE(QFile::remove(plan[25].archive));
-    ASSERT_TRUE(ZipBuilder()
-                    .file(QStringLiteral("x"), "y")
-                    .file(QStringLiteral("levelshots/m.tga"), picture(99))
-                    .write(plan[25].archive));
+    ASSERT_TRUE(ZipBuilder().file(u"x"_s, "y").file(u"levelshots/m.tga"_s, picture(99)).write(plan[25].archive));
     EXPECT_FALSE(prefetch.take(shelf, plan[25].archive, 1).verified);
     EXPECT_TRUE(prefetch.take(shelf, plan[26].archive, 1).verified);
 }

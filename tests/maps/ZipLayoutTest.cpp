@@ -14,6 +14,7 @@
 
 using namespace steward;
 using namespace steward::testing;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -23,7 +24,7 @@ QString libraryRead(const QString& path, int index, QByteArray* data)
     int code = 0;
     zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &code);
     if (!archive)
-        return QStringLiteral("open failed");
+        return u"open failed"_s;
     QString problem;
     zip_file_t* file = zip_fopen_index(archive, static_cast<zip_uint64_t>(index), 0);
     if (!file) {
@@ -76,11 +77,11 @@ QByteArray someData()
 TEST(ZipLayout, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibrary)
 {
     QTemporaryDir dir;
-    const QString plain = dir.path() + QStringLiteral("/plain.pk3");
+    const QString plain = dir.path() + u"/plain.pk3"_s;
     ASSERT_TRUE(ZipBuilder()
-                    .folder(QStringLiteral("maps/"))
-                    .file(QStringLiteral("maps/a.bsp"), someData())
-                    .file(QStringLiteral("levelshots\\a.tga"), someData(), true)
+                    .folder(u"maps/"_s)
+                    .file(u"maps/a.bsp"_s, someData())
+                    .file(u"levelshots\\a.tga"_s, someData(), true)
                     .write(plain));
     ArchiveReader reader(plain);
     EXPECT_TRUE(reader.knowsLayout());
@@ -89,15 +90,15 @@ TEST(ZipLayout, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibrary)
     reader.park();
     EXPECT_EQ(reader.readEntry(1), someData()); // after the library's copy was let go
 
-    const QString accented = dir.path() + QStringLiteral("/accented.pk3");
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("levelshots/caf\u00e9.tga"), someData()).write(accented));
+    const QString accented = dir.path() + u"/accented.pk3"_s;
+    ASSERT_TRUE(ZipBuilder().file(u"levelshots/caf\u00e9.tga"_s, someData()).write(accented));
     ArchiveReader odd(accented);
     EXPECT_FALSE(odd.knowsLayout());
     odd.park();
     EXPECT_EQ(odd.readEntry(0), someData());
 
-    const QString trailing = dir.path() + QStringLiteral("/trailing.pk3");
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("a.txt"), "text").write(trailing));
+    const QString trailing = dir.path() + u"/trailing.pk3"_s;
+    ASSERT_TRUE(ZipBuilder().file(u"a.txt"_s, "text").write(trailing));
     patch(trailing, [](QByteArray& b) { b.append("junk after the end record"); });
     QByteArray data;
     const QString problem = readerRead(trailing, 0, &data);
@@ -133,8 +134,8 @@ TEST(ZipLayout, DamagedEntriesReadAsTheLibraryReadsThem)
     QTemporaryDir dir;
     int errors = 0;
     for (const Damage& d : damages) {
-        const QString path = dir.path() + QStringLiteral("/damaged.pk3");
-        ASSERT_TRUE(ZipBuilder().file(QStringLiteral("e.bin"), someData(), d.stored).write(path));
+        const QString path = dir.path() + u"/damaged.pk3"_s;
+        ASSERT_TRUE(ZipBuilder().file(u"e.bin"_s, someData(), d.stored).write(path));
         patch(path, d.change);
         QByteArray fromLibrary;
         const QString libraryProblem = libraryRead(path, 0, &fromLibrary);
@@ -155,10 +156,10 @@ TEST(ZipLayout, DamagedEntriesReadAsTheLibraryReadsThem)
 TEST(ZipLayout, PackedDataComesFromTheLayoutOrTheLibraryAlike)
 {
     QTemporaryDir dir;
-    const QString plain = dir.path() + QStringLiteral("/plain.pk3");
-    const QString accented = dir.path() + QStringLiteral("/accented.pk3");
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("shot.tga"), someData()).write(plain));
-    ASSERT_TRUE(ZipBuilder().file(QStringLiteral("sh\u00f6t.tga"), someData()).write(accented));
+    const QString plain = dir.path() + u"/plain.pk3"_s;
+    const QString accented = dir.path() + u"/accented.pk3"_s;
+    ASSERT_TRUE(ZipBuilder().file(u"shot.tga"_s, someData()).write(plain));
+    ASSERT_TRUE(ZipBuilder().file(u"sh\u00f6t.tga"_s, someData()).write(accented));
     ArchiveReader known(plain);
     ArchiveReader unknown(accented);
     ASSERT_TRUE(known.knowsLayout());
@@ -176,15 +177,15 @@ TEST(ZipLayout, PackedDataComesFromTheLayoutOrTheLibraryAlike)
 TEST(ZipLayout, AnEmptyFileIsNoArchiveAsForTheLibrary)
 {
     QTemporaryDir dir;
-    const QString path = dir.path() + QStringLiteral("/empty.pk3");
+    const QString path = dir.path() + u"/empty.pk3"_s;
     writeFile(path, QByteArray());
     QByteArray ignored;
-    EXPECT_EQ(libraryRead(path, 0, &ignored), QStringLiteral("open failed"));
+    EXPECT_EQ(libraryRead(path, 0, &ignored), u"open failed"_s);
     try {
         ArchiveReader reader(path);
         FAIL() << "an empty file was opened as an archive";
     } catch (const RuntimeError& e) {
         EXPECT_EQ(e.number(), err::BadArchive);
-        EXPECT_TRUE(e.description().endsWith(QStringLiteral("Not a zip archive"))) << e.description().toStdString();
+        EXPECT_TRUE(e.description().endsWith(u"Not a zip archive"_s)) << e.description().toStdString();
     }
 }
