@@ -85,23 +85,6 @@ TEST(PackedShot, APictureTheReaderRefusesIsVerifiedDataWithItsFault)
     EXPECT_EQ(damaged.fault, TgaFault::Damaged);
 }
 
-TEST(PackedShot, OnlyStoredOrDeflatedPlainEntriesAreReadPacked)
-{
-    QTemporaryDir dir;
-    const QString path = dir.path() + u"/a.pk3"_s;
-    ASSERT_TRUE(ZipBuilder()
-                    .folder(u"levelshots/"_s)
-                    .symlink(u"levelshots/link.tga"_s, u"/etc/passwd"_s)
-                    .file(u"levelshots/big.tga"_s, QByteArray(4096, 'x'))
-                    .write(path));
-    ArchiveReader reader(path);
-    PackedEntry packed;
-    EXPECT_FALSE(reader.readPacked(0, &packed));      // the folder
-    EXPECT_FALSE(reader.readPacked(1, &packed));      // the link
-    EXPECT_FALSE(reader.readPacked(2, &packed, 100)); // more than the limit
-    EXPECT_TRUE(reader.readPacked(2, &packed));
-}
-
 TEST(PackedShot, TheBmpBytesAreThoseQtWrites)
 {
     // Pixels of every channel value, so that a swapped or shifted channel shows.

@@ -289,27 +289,6 @@ TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
     EXPECT_FALSE(QFileInfo::exists(shots + u"/before.bmp"_s));
 }
 
-TEST(ArchiveShelfFiles, KeptArchivesHoldNoFileOpen)
-{
-    TestApp t;
-    auto openFiles = [] { return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(); };
-    const auto before = openFiles();
-    ArchiveShelf shelf;
-    for (int n = 0; n < 50; ++n) {
-        const QString path = t.baseFolder() + u"/a%1.pk3"_s.arg(n);
-        ASSERT_TRUE(customMap(u"m%1"_s.arg(n), tgaPicture(2, 2, 0, 0, 0)).write(path));
-        ArchiveReader& reader = shelf.open(path);
-        EXPECT_EQ(reader.readEntry(1), arenaScript(u"m%1"_s.arg(n), u"The m%1"_s.arg(n), u"ffa duel"_s));
-        reader.park();
-    }
-    EXPECT_EQ(openFiles(), before);
-    // A kept archive reads again after its file was closed.
-    ArchiveReader& again = shelf.open(t.baseFolder() + u"/a7.pk3"_s);
-    EXPECT_EQ(again.entry(2).name, u"m7.tga"_s);
-    EXPECT_EQ(again.readEntry(2), tgaPicture(2, 2, 0, 0, 0));
-    EXPECT_EQ(shelf.size(), 50);
-}
-
 TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
 {
     QTemporaryDir dir;
