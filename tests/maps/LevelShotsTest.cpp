@@ -1,53 +1,41 @@
+// The level shots of the scan: copied from every archive, converted from tga to bmp,
+// with the fallback pictures; strangers' entries (bombs, odd names) are left out with a
+// log entry; and shots read ahead are taken only as the extraction comes to them.
+#include "maps/ArchiveShelf.h"
+#include "maps/EntryChecks.h"
+#include "maps/LevelShotConverter.h"
 #include "maps/LevelShots.h"
-#include "maps/MapScanner.h"
-#include "support/AppContext.h"
-#include "testkit/Printers.h"
-#include "testkit/RecordingScanProgress.h"
-#include "testkit/TestApp.h"
-#include "testkit/ZipBuilder.h"
+#include "maps/PackedShot.h"
+#include "maps/ShotPrefetch.h"
+#include "MapsKit.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 #include <QImage>
+#include <QTemporaryDir>
+#include <QThreadPool>
 #include <algorithm>
-#include <gtest/gtest.h>
 
 using namespace steward;
 using namespace steward::testing;
-using namespace Qt::StringLiterals;
 
 namespace {
 
-class LevelShotsTest : public ::testing::Test {
+class LevelShotsTest : public ScanTest {
 protected:
-    void SetUp() override { t.app->services.scanProgress = &progress; }
-
-    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + u"/"_s + name)); }
-    bool extract() { return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()); }
-    QString shots() const { return t.programFolder() + u"/levelshots"_s; }
-    QStringList pictures() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
-    QString log() const { return QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
-
-    TestApp t;
-    RecordingScanProgress progress;
+    bool extractAndConvert() { return extract() && ConvertTgaToBmp(*t.app); }
+    QStringList programFiles() const { return filesUnder(t.programFolder()); }
 };
 
 } // namespace
 
 TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 {
-    pk3(u"assets0.pk3"_s,
-        ZipBuilder().file(u"levelshots/ffa_bespin.jpg"_s, "from assets0").file(u"maps/ffa_bespin.bsp"_s));
-    pk3(u"assets1.pk3"_s, ZipBuilder()
-                              .file(u"levelshots/ffa_bespin.jpg"_s, "from assets1")
-                              .file(u"levelshots/duel_pit.tga"_s, tgaPicture(4, 2, 200, 10, 20)));
-    pk3(u"nopictures.pk3"_s, ZipBuilder().file(u"maps/x.bsp"_s).file(u"x.jpg"_s));
-    pk3(u"zmap.pk3"_s, ZipBuilder()
-                           .file(u"LevelShots/zmap.tga"_s, tgaPicture(2, 2, 0, 0, 255))
-                           .file(u"levelshots/zmap.jpg"_s, "a jpg stays a jpg")
-                           .file(u"levelshots/zmap.png"_s, "not selected"));
-
+    pk3(u"assets0.pk3"_s, zipOf({{u"levelshots/ffa_bespin.jpg"_s, "from assets0"}, {u"maps/ffa_bespin.bsp"_s}}));
+    pk3(u"assets1.pk3"_s, zipOf({{u"levelshots/ffa_bespin.jpg"_s, "from assets1"},
+                                 {u"levelshots/duel_pit.tga"_s, tgaPicture(4, 2, 200, 10, 20)}}));
+    pk3(u"nopictures.pk3"_s, zipOf({{u"maps/x.bsp"_s}, {u"x.jpg"_s}}));
+    pk3(u"zmap.pk3"_s, zipOf({{u"LevelShots/zmap.tga"_s, tgaPicture(2, 2, 0, 0, 255)},
+                              {u"levelshots/zmap.jpg"_s, "a jpg stays a jpg"},
+                              {u"levelshots/zmap.png"_s, "not selected"}}));
     EXPECT_TRUE(extract());
     EXPECT_EQ(pictures(), (QStringList{u"duel_pit.tga"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
                                        u"zmap.jpg"_s, u"zmap.tga"_s}));
@@ -64,7 +52,6 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_EQ(pictures(), (QStringList{u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
                                        u"zmap.bmp"_s, u"zmap.jpg"_s}));
     const QImage converted(shots() + u"/duel_pit.bmp"_s, "BMP");
-    ASSERT_FALSE(converted.isNull());
     EXPECT_EQ(converted.size(), QSize(4, 2));
     EXPECT_EQ(converted.pixelColor(1, 1), QColor(200, 10, 20));
     EXPECT_EQ(fileBytes(shots() + u"/zmap.jpg"_s), QByteArray("a jpg stays a jpg"));
@@ -77,9 +64,9 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 
 TEST_F(LevelShotsTest, ABrokenArchiveIsLoggedEndsThePhaseAndTheResultStaysTrue)
 {
-    pk3(u"a.pk3"_s, ZipBuilder().file(u"levelshots/a.jpg"_s, "a"));
+    pk3(u"a.pk3"_s, zipOf({{u"levelshots/a.jpg"_s}}));
     writeFile(t.baseFolder() + u"/b.pk3"_s, "no zip here");
-    pk3(u"c.pk3"_s, ZipBuilder().file(u"levelshots/c.jpg"_s, "c"));
+    pk3(u"c.pk3"_s, zipOf({{u"levelshots/c.jpg"_s}}));
     EXPECT_TRUE(extract());
     EXPECT_TRUE(QFileInfo::exists(shots() + u"/a.jpg"_s));
     EXPECT_FALSE(QFileInfo::exists(shots() + u"/c.jpg"_s));
@@ -99,7 +86,6 @@ TEST_F(LevelShotsTest, ConversionWithoutAPictureFolderIsLoggedAndStaysTrue)
 
 TEST_F(LevelShotsTest, AReadOnlyOrUnreadableTgaIsDeletedAnyway)
 {
-    QDir().mkpath(shots());
     writeFile(shots() + u"/ro.tga"_s, tgaPicture(2, 2, 1, 2, 3));
     QFile::setPermissions(shots() + u"/ro.tga"_s, QFile::ReadOwner);
     writeFile(shots() + u"/broken.TGA"_s, "not a picture");
@@ -110,14 +96,95 @@ TEST_F(LevelShotsTest, AReadOnlyOrUnreadableTgaIsDeletedAnyway)
 
 TEST_F(LevelShotsTest, TheFallbackPicturesAreWrittenOnlyWhereMissing)
 {
-    QDir().mkpath(shots());
     writeFile(shots() + u"/unknown.jpg"_s, "the user's own");
     EXPECT_TRUE(EnsureFallbackPictures(*t.app));
     EXPECT_EQ(fileBytes(shots() + u"/unknown.jpg"_s), QByteArray("the user's own"));
-    const QImage bmp(shots() + u"/unknown.bmp"_s);
-    EXPECT_FALSE(bmp.isNull());
-
+    EXPECT_FALSE(QImage(shots() + u"/unknown.bmp"_s).isNull());
     QFile::remove(shots() + u"/unknown.jpg"_s);
     EXPECT_TRUE(EnsureFallbackPictures(*t.app));
     EXPECT_FALSE(QImage(shots() + u"/unknown.jpg"_s).isNull());
+}
+
+TEST_F(LevelShotsTest, ARunLengthBombBecomesNoBitmapButALogEntryAndTheMapKeepsTheFallback)
+{
+    // 4096 by 2048 pixels of one colour: 260 KB of runs, a few KB in the archive, and
+    // a 32 MB bmp if it were converted.
+    pk3(u"bomb.pk3"_s, zipOf({{u"maps/bomb.bsp"_s},
+                              {u"levelshots/bomb.tga"_s, runLengthPicture(4096, 2048)},
+                              {u"levelshots/fine.tga"_s, runLengthPicture(512, 512)}}));
+    EXPECT_TRUE(extractAndConvert());
+    EXPECT_EQ(pictures(), (QStringList{u"fine.bmp"_s, u"unknown.bmp"_s, u"unknown.jpg"_s}));
+    EXPECT_TRUE(log().contains(u"The level shot bomb.tga was not converted: it is larger than 2048 by 2048"_s))
+        << log().toStdString();
+    EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(LevelShotsTest, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutWithALogEntry)
+{
+    const QString overlong = QString(252, u'a') + u".jpg"_s; // 256 bytes
+    const QString longest = QString(251, u'b') + u".jpg"_s;  // 255 bytes
+    pk3(u"names.pk3"_s, zipOf({{u"levelshots/new\nline.tga"_s, tgaPicture(2, 2, 1, 2, 3)},
+                               {u"levelshots/tab\tbed.jpg"_s},
+                               {u"levelshots/"_s + overlong},
+                               {u"levelshots/"_s + longest},
+                               {u"levelshots/plain.tga"_s, tgaPicture(2, 2, 1, 2, 3)}}));
+    EXPECT_TRUE(extractAndConvert());
+    EXPECT_EQ(programFiles(),
+              (QStringList{u"Jedi.aml"_s, u"arena-steward.log"_s, u"levelshots/"_s + longest, u"levelshots/plain.bmp"_s,
+                           u"levelshots/unknown.bmp"_s, u"levelshots/unknown.jpg"_s}));
+    EXPECT_TRUE(log().contains(u"The level shot levelshots/new\\x0aline.tga of names.pk3 was left out: its "
+                               "name holds a control character"_s))
+        << log().toStdString();
+    EXPECT_TRUE(log().contains(u"levelshots/tab\\x09bed.jpg"_s));
+    EXPECT_TRUE(log().contains(u"longer than 255 bytes"_s));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(EntryNames, OnlyPlainNamesOfAtMost255BytesPass)
+{
+    EXPECT_TRUE(entryNameProblem(u"ffa_yavin.jpg"_s).isEmpty());
+    EXPECT_TRUE(entryNameProblem(u"with blanks, commas & äccents.tga"_s).isEmpty());
+    EXPECT_TRUE(entryNameProblem(QString(127, QChar(0xe4))).isEmpty()); // 254 bytes of UTF-8
+    EXPECT_FALSE(entryNameProblem(QString(128, QChar(0xe4))).isEmpty());
+    for (const char* bad : {"a\nb", "a\rb", "\x7f", "a\x1b[2J", "a/b", "a\\b"})
+        EXPECT_FALSE(entryNameProblem(QString::fromLatin1(bad)).isEmpty()) << bad;
+    EXPECT_FALSE(entryNameProblem(QString(QChar(0x85))).isEmpty()) << "a C1 control character";
+}
+
+// Level shots read ahead of the extraction: each is taken as the extraction comes to
+// it, and a shot that wasn't planned, was passed over, or whose archive changed is
+// simply not there, so that the extraction reads it itself.
+TEST(ShotPrefetch, ShotsAreTakenInTheirOrderOnlyAsPlanned)
+{
+    QTemporaryDir dir;
+    ArchiveShelf shelf;
+    std::vector<ShotPrefetch::Planned> plan;
+    auto picture = [](int n) { return tgaPicture(4, 4, static_cast<quint8>(n), 7, 9); };
+    for (int n = 0; n < 30; ++n) {
+        const QString path = dir.path() + u"/a%1.pk3"_s.arg(n);
+        ASSERT_TRUE(zipOf({{u"maps/m.bsp"_s}, {u"levelshots/m.tga"_s, picture(n)}}).write(path));
+        shelf.open(path).park();
+        plan.push_back({path, 1});
+    }
+    QThreadPool pool;
+    ShotPrefetch inOrder(pool);
+    inOrder.setPlan(plan);
+    for (int n = 0; n < 30; ++n) {
+        const PreparedShot shot = inOrder.take(shelf, plan[n].archive, 1);
+        ASSERT_TRUE(shot.verified) << n;
+        ASSERT_EQ(convertTgaToBmpFile(picture(n), dir.path() + u"/p.bmp"_s), TgaFault::None);
+        EXPECT_EQ(shot.bmp, fileBytes(dir.path() + u"/p.bmp"_s)) << n;
+    }
+
+    ShotPrefetch prefetch(pool);
+    prefetch.setPlan(plan);
+    EXPECT_FALSE(prefetch.take(shelf, plan[0].archive, 0).verified); // the bsp isn't planned
+    EXPECT_TRUE(prefetch.take(shelf, plan[5].archive, 1).verified);  // 0 to 4 passed over
+    EXPECT_FALSE(prefetch.take(shelf, plan[3].archive, 1).verified); // gone for good
+    // An archive replaced before it is read ahead: its shot isn't taken from the new file.
+    ASSERT_TRUE(QFile::remove(plan[25].archive));
+    ASSERT_TRUE(zipOf({{u"x"_s, "y"}, {u"levelshots/m.tga"_s, picture(99)}}).write(plan[25].archive));
+    EXPECT_FALSE(prefetch.take(shelf, plan[25].archive, 1).verified);
+    EXPECT_TRUE(prefetch.take(shelf, plan[26].archive, 1).verified);
 }

@@ -1,69 +1,48 @@
-#include "maps/MapScanner.h"
+// The map scan: the catalogue it writes from the archives and their arena scripts, the
+// progress window, and the boxes that end it, for broken and hostile archives too,
+// which never write outside the program's folder and keep the catalogue so far.
 #include "maps/MapTreeModel.h"
 #include "model/Constants.h"
-#include "model/ServerProfile.h"
-#include "testkit/Printers.h"
-#include "testkit/RecordingScanProgress.h"
 #include "testkit/BoxExpect.h"
-#include "testkit/TestApp.h"
-#include "testkit/ZipBuilder.h"
-
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <functional>
-#include <gtest/gtest.h>
+#include "MapsKit.h"
 
 using namespace steward;
 using namespace steward::testing;
-using namespace Qt::StringLiterals;
 
 namespace {
 
-class MapScanTest : public ::testing::Test {
+class MapScanTest : public ScanTest {
 protected:
-    void SetUp() override { t.app->services.scanProgress = &progress; }
-
-    QString base() const { return t.baseFolder(); }
-    void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(base() + u"/"_s + name)); }
-    bool scan() { return ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()); }
-    QStringList catalogue() const { return crlfLines(t.programFolder() + u"/Jedi.aml"_s); }
     // The folder takes the case of the first archive that brought a script.
     QString scripts() const { return scriptFolder(*t.app); }
-
-    TestApp t;
-    RecordingScanProgress progress;
 };
 
 QByteArray script(const char* text) { return QByteArray(text).replace("\n", "\r\n"); }
+QByteArray arena(const char* map, const char* longName, const char* type)
+{
+    return arenaScript(QString::fromUtf8(map), QString::fromUtf8(longName), QString::fromUtf8(type));
+}
 
-const QString kArenaMessage = QStringLiteral(
-    "The following pk3 b.pk3 file does not contain an arena file, Arena Steward is unable to process "
+const QString kArenaMessage =
+    u"The following pk3 b.pk3 file does not contain an arena file, Arena Steward is unable to process "
     "this file\r\nit is recomended that you remove this pk3 file from your Jedi Main folder and run this "
-    "map scan again         ");
+    "map scan again         "_s;
 
 } // namespace
 
 TEST_F(MapScanTest, SkipsAssets1AndTheOtherLevelsOfAssets0AndTakesAnyNameEndingInPk3)
 {
-    pk3(u"assets0.pk3"_s,
-        ZipBuilder().file(u"maps/ffa_bespin.bsp"_s).file(u"maps/mp_training.bsp"_s).file(u"maps/duel_pit.bsp"_s));
-    pk3(u"Assets1.PK3"_s, ZipBuilder().file(u"maps/ctf_yavin.bsp"_s));
-    pk3(u"custompk3"_s, ZipBuilder().file(u"maps/ffa_raven.bsp"_s));
-    writeFile(base() + u"/readme.txt"_s, "not an archive");
-    QDir().mkpath(base() + u"/sub.pk3"_s);
-
+    pk3(u"assets0.pk3"_s, zipOf({{u"maps/ffa_bespin.bsp"_s}, {u"maps/mp_training.bsp"_s}, {u"maps/duel_pit.bsp"_s}}));
+    pk3(u"Assets1.PK3"_s, zipOf({{u"maps/ctf_yavin.bsp"_s}}));
+    pk3(u"custompk3"_s, zipOf({{u"maps/ffa_raven.bsp"_s}}));
+    writeFile(t.baseFolder() + u"/readme.txt"_s, "not an archive");
+    QDir().mkpath(t.baseFolder() + u"/sub.pk3"_s);
     ASSERT_TRUE(scan());
     EXPECT_EQ(catalogue(),
-              (QStringList{
-                  u"assets0.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"_s,
-                  u"assets0.pk3,duel_pit,duel_pit,Trial Pit,duel"_s,
-                  u"custompk3,ffa_raven,ffa_raven,Imperial Labs: Raven,ffa holocron jedimaster duel team"_s,
-              }));
-    const QByteArray bytes = fileBytes(t.programFolder() + u"/Jedi.aml"_s);
-    EXPECT_TRUE(bytes.endsWith("duel team\r\n"));
-
+              (QStringList{u"assets0.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"_s,
+                           u"assets0.pk3,duel_pit,duel_pit,Trial Pit,duel"_s,
+                           u"custompk3,ffa_raven,ffa_raven,Imperial Labs: Raven,ffa holocron jedimaster duel team"_s}));
+    EXPECT_TRUE(fileBytes(t.programFolder() + u"/Jedi.aml"_s).endsWith("duel team\r\n"));
     // The window: shown, busy for the scan, one activity per archive, the bar over
     // every file of the folder, back at 0 at the end; it stays on screen.
     EXPECT_EQ(progress.events, (QStringList{u"show"_s, u"busy"_s, u"idle"_s}));
@@ -78,76 +57,67 @@ TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
 {
     // Listing order: a, b, c, ... The long name and type carry over from one script
     // to the next, and the type is upper-cased.
-    pk3(u"a_stockfirst.pk3"_s,
-        ZipBuilder()
-            .file(u"maps/ffa_bespin.bsp"_s)
-            .file(u"maps/mymap.bsp"_s)
-            .file(u"maps/second.bsp"_s)
-            .file(u"scripts/mymap.arena"_s, arenaScript(u"mymap"_s, u"My Map"_s, u"ffa duel"_s)));
+    pk3(u"a_stockfirst.pk3"_s, zipOf({{u"maps/ffa_bespin.bsp"_s},
+                                      {u"maps/mymap.bsp"_s},
+                                      {u"maps/second.bsp"_s},
+                                      {u"scripts/mymap.arena"_s, arena("mymap", "My Map", "ffa duel")}}));
     pk3(u"b_customfirst.pk3"_s,
-        ZipBuilder()
-            .file(u"maps/other.bsp"_s)
-            .file(u"maps/ffa_yavin.bsp"_s)
-            .file(u"scripts/other.arena"_s, script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n")));
+        zipOf({{u"maps/other.bsp"_s},
+               {u"maps/ffa_yavin.bsp"_s},
+               {u"scripts/other.arena"_s, script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n")}}));
     pk3(u"c_upper.pk3"_s,
-        ZipBuilder()
-            .file(u"maps/FFA_BESPIN.bsp"_s)
-            .file(u"Scripts/upper.arena"_s, script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n")));
-    pk3(u"d_longonly.pk3"_s,
-        ZipBuilder().file(u"maps/d.bsp"_s).file(u"scripts/d.arena"_s, script("{\nlongname \"D Only\"\n}\n")));
-    pk3(u"e_oneline.pk3"_s, ZipBuilder()
-                                .file(u"maps/e.bsp"_s)
-                                .file(u"scripts/e.arena"_s, script("{ map \"e\" longname \"E\" type \"duel\" }\n")));
-    pk3(u"f_noscript.pk3"_s, ZipBuilder().file(u"maps/f.bsp"_s).file(u"f.txt"_s));
-    pk3(u"g_nobsp.pk3"_s, ZipBuilder().file(u"textures/g.jpg"_s).file(u"g.arena"_s, "no bsp, so never looked at"));
+        zipOf({{u"maps/FFA_BESPIN.bsp"_s},
+               {u"Scripts/upper.arena"_s, script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n")}}));
+    pk3(u"d_longonly.pk3"_s, zipOf({{u"maps/d.bsp"_s}, {u"scripts/d.arena"_s, script("{\nlongname \"D Only\"\n}\n")}}));
+    pk3(u"e_oneline.pk3"_s,
+        zipOf({{u"maps/e.bsp"_s}, {u"scripts/e.arena"_s, script("{ map \"e\" longname \"E\" type \"duel\" }\n")}}));
+    pk3(u"f_noscript.pk3"_s, zipOf({{u"maps/f.bsp"_s}, {u"f.txt"_s}}));
+    pk3(u"g_nobsp.pk3"_s, zipOf({{u"textures/g.jpg"_s}, {u"g.arena"_s, "no bsp, so never looked at"}}));
     pk3(u"h_multi.pk3"_s,
-        ZipBuilder()
-            .file(u"maps/h.bsp"_s)
-            .file(u"scripts/h.arena"_s,
-                  script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n{\nmap \"h2\"\nlongname \"H Two\"\ntype "
-                         "\"ctf\"\n}\n")));
+        zipOf({{u"maps/h.bsp"_s},
+               {u"scripts/h.arena"_s, script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n"
+                                             "{\nmap \"h2\"\nlongname \"H Two\"\ntype \"ctf\"\n}\n")}}));
     pk3(u"i_noblock.pk3"_s,
-        ZipBuilder()
-            .file(u"maps/i.bsp"_s)
-            .file(u"scripts/i.arena"_s, script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n")));
-
+        zipOf({{u"maps/i.bsp"_s},
+               {u"scripts/i.arena"_s, script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n")}}));
     ASSERT_TRUE(scan());
-    EXPECT_EQ(catalogue(), (QStringList{
-                               u"a_stockfirst.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"_s,
-                               u"a_stockfirst.pk3,mymap,mymap,My Map,FFA DUEL"_s,
-                               u"b_customfirst.pk3,other,other,Other,CTF"_s,
-                               u"c_upper.pk3,FFA_BESPIN,FFA_BESPIN,Upper,TEAM"_s,
-                               u"d_longonly.pk3,d,d,D Only,TEAM"_s,
-                               u"e_oneline.pk3,e,e,D Only,TEAM"_s,
-                               u"f_noscript.pk3,f,f,f,unknown"_s,
-                               u"h_multi.pk3,h,h,H One,DUEL"_s,
-                               u"i_noblock.pk3,i,i,I, the map,FFA"_s,
-                           }));
+    EXPECT_EQ(
+        catalogue(),
+        (QStringList{u"a_stockfirst.pk3,ffa_bespin,ffa_bespin,Bespin Streets,ffa holocron jedimaster team"_s,
+                     u"a_stockfirst.pk3,mymap,mymap,My Map,FFA DUEL"_s, u"b_customfirst.pk3,other,other,Other,CTF"_s,
+                     u"c_upper.pk3,FFA_BESPIN,FFA_BESPIN,Upper,TEAM"_s, u"d_longonly.pk3,d,d,D Only,TEAM"_s,
+                     u"e_oneline.pk3,e,e,D Only,TEAM"_s, u"f_noscript.pk3,f,f,f,unknown"_s,
+                     u"h_multi.pk3,h,h,H One,DUEL"_s, u"i_noblock.pk3,i,i,I, the map,FFA"_s}));
     // The scripts read are deleted; the folder stays.
     EXPECT_TRUE(QFileInfo(scripts()).isDir());
-    EXPECT_TRUE(QDir(scripts()).entryList(QDir::Files | QDir::Hidden).isEmpty());
+    EXPECT_EQ(filesUnder(scripts()), QStringList());
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(MapScanTest, AReadOnlyScriptIsLeftBehind)
+TEST_F(MapScanTest, AReadOnlyScriptIsLeftBehindAndScriptsWithControlCharactersAreLeftOut)
 {
-    pk3(u"ro.pk3"_s, ZipBuilder()
-                         .file(u"maps/ro.bsp"_s)
-                         .readOnlyFile(u"scripts/ro.arena"_s, arenaScript(u"ro"_s, u"Kept"_s, u"duel"_s)));
-    pk3(u"rw.pk3"_s,
-        ZipBuilder().file(u"maps/rw.bsp"_s).file(u"scripts/rw.arena"_s, arenaScript(u"rw"_s, u"Gone"_s, u"ffa"_s)));
+    pk3(u"ro.pk3"_s, zipOf({{u"maps/ro.bsp"_s}}).readOnlyFile(u"scripts/ro.arena"_s, arena("ro", "Kept", "duel")));
+    pk3(u"rw.pk3"_s, zipOf({{u"maps/rw.bsp"_s}, {u"scripts/rw.arena"_s, arena("rw", "Gone", "ffa")}}));
+    pk3(u"s.pk3"_s, zipOf({{u"maps/s.bsp"_s}, {u"scripts/s\nb.arena"_s, arena("s", "Never", "ffa")}}));
+    pk3(u"t.pk3"_s, zipOf({{u"maps/t.bsp"_s},
+                           {QString::fromLatin1("scripts/t\x7f.arena"), "{\r\n}\r\n"},
+                           {u"scripts/t.arena"_s, arena("t", "Tee", "ffa")}}));
     ASSERT_TRUE(scan());
-    EXPECT_EQ(catalogue(), (QStringList{u"ro.pk3,ro,ro,Kept,DUEL"_s, u"rw.pk3,rw,rw,Gone,FFA"_s}));
-    EXPECT_EQ(QDir(scripts()).entryList(QDir::Files), QStringList{u"ro.arena"_s});
+    EXPECT_EQ(catalogue(), (QStringList{u"ro.pk3,ro,ro,Kept,DUEL"_s, u"rw.pk3,rw,rw,Gone,FFA"_s,
+                                        u"s.pk3,s,s,s,unknown"_s, u"t.pk3,t,t,Tee,FFA"_s}));
+    EXPECT_EQ(filesUnder(t.programFolder()),
+              (QStringList{u"Jedi.aml"_s, u"arena-steward.log"_s, u"scripts/ro.arena"_s}));
     EXPECT_EQ(fileAttributes(scripts() + u"/ro.arena"_s), 1);
+    EXPECT_TRUE(log().contains(u"The script s\\x0ab.arena of s.pk3 was left out"_s)) << log().toStdString();
+    EXPECT_TRUE(log().contains(u"The script t\\x7f.arena of t.pk3 was left out"_s));
+    EXPECT_TRUE(t.prompts.shown.empty());
 }
 
 TEST_F(MapScanTest, AnArenaScriptOutsideTheScriptsFolderEndsTheScanWithTheArchiveBox)
 {
-    pk3(u"a.pk3"_s, ZipBuilder().file(u"maps/duel_pit.bsp"_s));
-    pk3(u"b.pk3"_s, ZipBuilder().file(u"maps/b.bsp"_s).file(u"b.arena"_s, "{\r\n}\r\n"));
-    pk3(u"c.pk3"_s, ZipBuilder().file(u"maps/ffa_yavin.bsp"_s));
-
+    pk3(u"a.pk3"_s, zipOf({{u"maps/duel_pit.bsp"_s}}));
+    pk3(u"b.pk3"_s, zipOf({{u"maps/b.bsp"_s}, {u"b.arena"_s, "{\r\n}\r\n"}}));
+    pk3(u"c.pk3"_s, zipOf({{u"maps/ffa_yavin.bsp"_s}}));
     EXPECT_FALSE(scan());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, kArenaMessage, Buttons::Ok}));
@@ -160,8 +130,8 @@ TEST_F(MapScanTest, AnArenaScriptOutsideTheScriptsFolderEndsTheScanWithTheArchiv
 
 TEST_F(MapScanTest, ABspNameWithoutADotEndsTheScanWithItsOwnDescription)
 {
-    pk3(u"a.pk3"_s, ZipBuilder().file(u"maps/duel_pit.bsp"_s));
-    pk3(u"b.pk3"_s, ZipBuilder().file(u"maps/nodotbsp"_s));
+    pk3(u"a.pk3"_s, zipOf({{u"maps/duel_pit.bsp"_s}}));
+    pk3(u"b.pk3"_s, zipOf({{u"maps/nodotbsp"_s}}));
     EXPECT_FALSE(scan());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(),
@@ -200,40 +170,35 @@ TEST_F(MapScanTest, ABaseFolderWithoutArchivesGivesAnEmptyCatalogue)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-namespace {
-/// The archive b.pk3 with its map, for one entry more.
-ZipBuilder withMap() { return ZipBuilder().file(u"maps/b.bsp"_s); }
-
-struct Hostile {
-    const char* name;
-    std::function<void(const QString& path, const QString& victim)> make;
-    bool arenaBox; ///< ends in the "does not contain an arena file" box, else in the description box
-};
-} // namespace
-
-TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCatalogueSoFar)
+TEST(MapScanHostile, ArchivesEndTheScanWithoutWritingOutsideAndKeepTheCatalogueSoFar)
 {
+    struct Hostile {
+        const char* name;
+        std::function<void(const QString& path, const QString& victim)> make;
+        bool arenaBox; ///< ends in the "does not contain an arena file" box, else in the description box
+    };
+    const auto withMap = [] { return zipOf({{u"maps/b.bsp"_s}}); };
     const Hostile cases[] = {
         {"zip slip",
-         [](const QString& p, const QString&) {
+         [&](const QString& p, const QString&) {
              withMap().file(u"scripts/../../../../evil.arena"_s, "{\r\n}\r\n").write(p);
          },
          true},
         {"absolute",
-         [](const QString& p, const QString& victim) { withMap().file(victim + u".arena"_s, "{\r\n}\r\n").write(p); },
+         [&](const QString& p, const QString& victim) { withMap().file(victim + u".arena"_s, "{\r\n}\r\n").write(p); },
          true},
         {"link",
-         [](const QString& p, const QString& victim) { withMap().symlink(u"scripts/b.arena"_s, victim).write(p); },
+         [&](const QString& p, const QString& victim) { withMap().symlink(u"scripts/b.arena"_s, victim).write(p); },
          true},
         {"truncated",
-         [](const QString& p, const QString&) {
+         [&](const QString& p, const QString&) {
              withMap().file(u"scripts/b.arena"_s, QByteArray(3000, 'x')).write(p);
              truncateFile(p, QFileInfo(p).size() / 2);
          },
          false},
         {"not a zip", [](const QString& p, const QString&) { writeFile(p, QByteArray(5000, 'P')); }, false},
         {"huge claim",
-         [](const QString& p, const QString&) {
+         [&](const QString& p, const QString&) {
              withMap().file(u"scripts/b.arena"_s, QByteArray(3000, ' ')).write(p);
              patchClaimedSize(p, u"scripts/b.arena"_s, 0xFFFFFF00u);
          },
@@ -246,9 +211,9 @@ TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCata
         app.app->services.scanProgress = &shown;
         const QString victim = app.root() + u"/victim"_s;
         writeFile(victim, "untouched");
-        ASSERT_TRUE(ZipBuilder().file(u"maps/duel_pit.bsp"_s).write(app.baseFolder() + u"/a.pk3"_s));
+        ASSERT_TRUE(zipOf({{u"maps/duel_pit.bsp"_s}}).write(app.baseFolder() + u"/a.pk3"_s));
         c.make(app.baseFolder() + u"/b.pk3"_s, victim);
-        ASSERT_TRUE(ZipBuilder().file(u"maps/ffa_yavin.bsp"_s).write(app.baseFolder() + u"/c.pk3"_s));
+        ASSERT_TRUE(zipOf({{u"maps/ffa_yavin.bsp"_s}}).write(app.baseFolder() + u"/c.pk3"_s));
 
         EXPECT_FALSE(ScanForMaps(*app.app, u"Base"_s, u"Jedi"_s, app.gameFolder()));
         EXPECT_EQ(crlfLines(app.programFolder() + u"/Jedi.aml"_s),
@@ -262,10 +227,7 @@ TEST_F(MapScanTest, HostileArchivesEndTheScanWithoutWritingOutsideAndKeepTheCata
             EXPECT_EQ(app.prompts.last().request.title, u"ArchiveReader"_s);
         }
         EXPECT_EQ(fileBytes(victim), QByteArray("untouched"));
-        QDirIterator all(app.root(), QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
-        while (all.hasNext()) {
-            const QString path = all.next();
+        for (const QString& path : filesUnder(app.root()))
             EXPECT_FALSE(path.contains(u"evil"_s) || path.endsWith(u".arena"_s)) << path.toStdString();
-        }
     }
 }

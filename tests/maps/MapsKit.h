@@ -55,6 +55,15 @@ inline QStringList filesUnder(const QString& folder)
     return found;
 }
 
+// A run-length true-colour picture of one colour: full runs of 128 pixels.
+inline QByteArray runLengthPicture(int width, int height)
+{
+    QByteArray data = tgaHeader(10, width, height, 24);
+    for (qint64 left = static_cast<qint64>(width) * height; left > 0; left -= 128)
+        data.append(static_cast<char>(0x80 | (std::min<qint64>(left, 128) - 1))).append("\x10\x20\x30", 3);
+    return data;
+}
+
 class ScanTest : public ::testing::Test {
 protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
