@@ -3,26 +3,15 @@
 // leave when each works through files on its own: the same catalogue, files,
 // permissions, messages and log entries. Each case builds the same base folder twice
 // and runs it both ways.
-#include "maps/ArchiveShelf.h"
 #include "maps/LevelShotConverter.h"
 #include "maps/MapScanChain.h"
-#include "maps/MapScanner.h"
-#include "testkit/Printers.h"
-#include "testkit/RecordingScanProgress.h"
-#include "testkit/TestApp.h"
-#include "testkit/ZipBuilder.h"
+#include "MapsKit.h"
 
 #include <QCryptographicHash>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <functional>
-#include <gtest/gtest.h>
+#include <QTemporaryDir>
 
 using namespace steward;
 using namespace steward::testing;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -66,12 +55,10 @@ Outcome run(const Setup& setup, bool asChain)
     RecordingScanProgress progress;
     t.app->services.scanProgress = &progress;
     setup(t.baseFolder(), t.programFolder());
-
     std::unique_ptr<MapScanChain> chain = asChain ? std::make_unique<MapScanChain>() : nullptr;
     Outcome outcome;
-    const QString base = u"Base"_s;
-    outcome.scanned = ScanForMaps(*t.app, base, u"Jedi"_s, t.gameFolder(), chain.get()) &&
-                      ExtractLevelShots(*t.app, base, t.gameFolder(), chain.get()) &&
+    outcome.scanned = ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder(), chain.get()) &&
+                      ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), chain.get()) &&
                       ConvertTgaToBmp(*t.app, chain.get());
     chain.reset();
 
@@ -100,14 +87,15 @@ void pk3(const QString& base, const QString& name, const ZipBuilder& zip)
 
 ZipBuilder customMap(const QString& map, const QByteArray& shot)
 {
-    return ZipBuilder()
-        .file(u"maps/"_s + map + u".bsp"_s)
-        .file(u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"The "_s + map, u"ffa duel"_s))
-        .file(u"levelshots/"_s + map + u".tga"_s, shot);
+    return zipOf({{u"maps/"_s + map + u".bsp"_s},
+                  {u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"The "_s + map, u"ffa duel"_s)},
+                  {u"levelshots/"_s + map + u".tga"_s, shot}});
 }
 
 // Wider than any level shot the program takes.
 QByteArray largeShot() { return tgaHeader(2, 4096, 1, 24) + QByteArray(3, '\0'); }
+
+bool logHas(const Outcome& o, const QString& text) { return o.log.join(u'\n').contains(text); }
 
 struct Case {
     const char* name;
@@ -122,10 +110,9 @@ std::vector<Case> cases()
     return {
         {"PlainArchivesAndAStockArchive",
          [=](const QString& base, const QString&) {
-             for (const char* map : {"alpha", "beta", "gamma"})
-                 pk3(base, QString::fromLatin1(map) + u".pk3"_s, customMap(QString::fromLatin1(map), red));
-             pk3(base, u"assets0.pk3"_s,
-                 ZipBuilder().file(u"maps/ffa_bespin.bsp"_s).file(u"levelshots/ffa_bespin.jpg"_s, "jpg"));
+             for (const QString& map : {u"alpha"_s, u"beta"_s, u"gamma"_s})
+                 pk3(base, map + u".pk3"_s, customMap(map, red));
+             pk3(base, u"assets0.pk3"_s, zipOf({{u"maps/ffa_bespin.bsp"_s}, {u"levelshots/ffa_bespin.jpg"_s, "jpg"}}));
          },
          [](const Outcome& o) {
              EXPECT_TRUE(o.scanned);
@@ -136,32 +123,30 @@ std::vector<Case> cases()
         {"ALaterDuplicateThatCantBeReadLeavesNoPicture",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
-             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"levelshots/twin.tga"_s, "not a picture"));
+             pk3(base, u"b.pk3"_s, zipOf({{u"levelshots/twin.tga"_s, "not a picture"}}));
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u"twin.bmp"_s), 0); }},
         {"ALaterDuplicateReplacesTheEarlierPicture",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
-             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"LevelShots/TWIN.tga"_s, blue));
+             pk3(base, u"b.pk3"_s, zipOf({{u"LevelShots/TWIN.tga"_s, blue}}));
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 3); }},
         {"NamesThatDifferInCaseOnly",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s,
-                 ZipBuilder()
-                     .file(u"levelshots/case.tga"_s, red)
-                     .file(u"levelshots/case.TGA"_s, largeShot())
-                     .file(u"levelshots/Case.tga"_s, blue));
+                 zipOf({{u"levelshots/case.tga"_s, red},
+                        {u"levelshots/case.TGA"_s, largeShot()},
+                        {u"levelshots/Case.tga"_s, blue}}));
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".tga"_s) + count(o.files, u".TGA"_s), 0); }},
         {"ATooLargePictureIsLogged",
          [=](const QString& base, const QString&) { pk3(base, u"big.pk3"_s, customMap(u"big"_s, largeShot())); },
-         [](const Outcome& o) { EXPECT_TRUE(o.log.join(u'\n').contains(u"big.tga was not converted"_s)); }},
+         [](const Outcome& o) { EXPECT_TRUE(logHas(o, u"big.tga was not converted"_s)); }},
         {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced",
          [=](const QString& base, const QString& program) {
              pk3(base, u"a.pk3"_s,
-                 ZipBuilder()
-                     .file(u"maps/kept.bsp"_s)
+                 zipOf({{u"maps/kept.bsp"_s}})
                      .readOnlyFile(u"scripts/kept.arena"_s, arenaScript(u"kept"_s, u"Kept"_s, u"ctf"_s)));
              pk3(base, u"b.pk3"_s, customMap(u"there"_s, red));
              writeFile(program + u"/Scripts/there.arena"_s, "an old script");
@@ -183,10 +168,10 @@ std::vector<Case> cases()
         {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"first"_s, red));
-             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"levelshots/first.tga"_s, blue));
+             pk3(base, u"b.pk3"_s, zipOf({{u"levelshots/first.tga"_s, blue}}));
              pk3(base, u"c.pk3"_s, customMap(u"third"_s, red));
              // assets1 is read by the level shots only; its table of contents is cut off.
-             pk3(base, u"assets1.pk3"_s, ZipBuilder().file(u"levelshots/x.tga"_s, red));
+             pk3(base, u"assets1.pk3"_s, zipOf({{u"levelshots/x.tga"_s, red}}));
              truncateFile(base + u"/assets1.pk3"_s, 40);
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 2); }},
@@ -212,11 +197,11 @@ std::vector<Case> cases()
              pk3(base, u"a.pk3"_s, customMap(u"blocked"_s, red));
              QDir().mkpath(program + u"/levelshots/blocked.tga"_s);
          },
-         [](const Outcome& o) { EXPECT_TRUE(o.log.join(u'\n').contains(u"is a folder"_s)); }},
+         [](const Outcome& o) { EXPECT_TRUE(logHas(o, u"is a folder"_s)); }},
         {"AScriptOutsideTheScriptsFolderEndsTheScan",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"fine"_s, red));
-             pk3(base, u"b.pk3"_s, ZipBuilder().file(u"maps/lost.bsp"_s).file(u"lost.arena"_s, "{\r\n}\r\n"));
+             pk3(base, u"b.pk3"_s, zipOf({{u"maps/lost.bsp"_s}, {u"lost.arena"_s, "{\r\n}\r\n"}}));
          },
          [](const Outcome& o) {
              EXPECT_FALSE(o.scanned);
@@ -228,6 +213,16 @@ std::vector<Case> cases()
 void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 
 class ScanChain : public ::testing::TestWithParam<Case> {};
+
+class ScanChainPhases : public ScanTest {
+protected:
+    bool scanInto() { return ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder(), &chain); }
+    bool extractAndConvert()
+    {
+        return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), &chain) && ConvertTgaToBmp(*t.app, &chain);
+    }
+    MapScanChain chain;
+};
 
 } // namespace
 
@@ -247,46 +242,29 @@ TEST_P(ScanChain, LeavesWhatThePhasesLeaveAlone)
 INSTANTIATE_TEST_SUITE_P(Cases, ScanChain, ::testing::ValuesIn(cases()),
                          [](const ::testing::TestParamInfo<Case>& param) { return std::string(param.param.name); });
 
-TEST(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
+TEST_F(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
 {
-    TestApp t;
-    RecordingScanProgress progress;
-    t.app->services.scanProgress = &progress;
-    for (int n = 0; n < 20; ++n) {
-        const QString map = u"m%1"_s.arg(n);
-        ASSERT_TRUE(customMap(map, tgaPicture(8, 8, static_cast<quint8>(n), 0, 0))
-                        .write(t.baseFolder() + u'/' + map + u".pk3"_s));
-    }
-    MapScanChain chain;
-    const QString base = u"Base"_s;
-    ASSERT_TRUE(ScanForMaps(*t.app, base, u"Jedi"_s, t.gameFolder(), &chain));
+    for (int n = 0; n < 20; ++n)
+        pk3(u"m%1.pk3"_s.arg(n), customMap(u"m%1"_s.arg(n), tgaPicture(8, 8, static_cast<quint8>(n), 0, 0)));
+    ASSERT_TRUE(scanInto());
     EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/Scripts"_s));
     EXPECT_EQ(chain.archives.size(), 20);
-    ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
-    const QString shots = t.programFolder() + u"/levelshots"_s;
-    EXPECT_TRUE(QDir(shots).entryList({u"*.tga"_s}, QDir::Files).isEmpty());
+    ASSERT_TRUE(ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), &chain));
+    EXPECT_EQ(QDir(shots()).entryList({u"*.tga"_s}, QDir::Files), QStringList());
     ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    EXPECT_EQ(QDir(shots).entryList({u"m*.bmp"_s}, QDir::Files).size(), 20);
+    EXPECT_EQ(QDir(shots()).entryList({u"m*.bmp"_s}, QDir::Files).size(), 20);
     EXPECT_EQ(progress.activities.count(u"Converting m7.tga...."_s), 1);
 }
 
-TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
+TEST_F(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
 {
-    TestApp t;
-    RecordingScanProgress progress;
-    t.app->services.scanProgress = &progress;
-    const QString archive = t.baseFolder() + u"/a.pk3"_s;
-    ASSERT_TRUE(customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)).write(archive));
-    MapScanChain chain;
-    const QString base = u"Base"_s;
-    ASSERT_TRUE(ScanForMaps(*t.app, base, u"Jedi"_s, t.gameFolder(), &chain));
-    ASSERT_TRUE(QFile::remove(archive));
-    ASSERT_TRUE(ZipBuilder().file(u"levelshots/after.jpg"_s, "a longer picture than before").write(archive));
-    ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
-    ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    const QString shots = t.programFolder() + u"/levelshots"_s;
-    EXPECT_TRUE(QFileInfo::exists(shots + u"/after.jpg"_s));
-    EXPECT_FALSE(QFileInfo::exists(shots + u"/before.bmp"_s));
+    pk3(u"a.pk3"_s, customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)));
+    ASSERT_TRUE(scanInto());
+    ASSERT_TRUE(QFile::remove(t.baseFolder() + u"/a.pk3"_s));
+    pk3(u"a.pk3"_s, zipOf({{u"levelshots/after.jpg"_s, "a longer picture than before"}}));
+    ASSERT_TRUE(extractAndConvert());
+    EXPECT_TRUE(QFileInfo::exists(shots() + u"/after.jpg"_s));
+    EXPECT_FALSE(QFileInfo::exists(shots() + u"/before.bmp"_s));
 }
 
 TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
