@@ -1,44 +1,39 @@
+// The tree of available maps, filled from the catalogue: its order, its labels and
+// pictures, and what a click or a double click on it does to the profile.
 #include "maps/MapRotation.h"
 #include "maps/MapTree.h"
 #include "maps/MapTreeModel.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
-#include "testkit/Printers.h"
 #include "testkit/BoxExpect.h"
-#include "testkit/TestApp.h"
+#include "MapsKit.h"
 
-#include <QDir>
-#include <QFile>
 #include <QImage>
-#include <gtest/gtest.h>
 
 using namespace steward;
 using namespace steward::testing;
-using namespace Qt::StringLiterals;
 
 namespace {
 
 class MapTreeTest : public ::testing::Test {
 protected:
-    void catalogue(const QByteArray& bytes) { writeFile(t.programFolder() + u"/Jedi.aml"_s, bytes); }
-    void load() { LoadMapTree(*t.app, profile, u"Jedi"_s, u"Jedi"_s); }
+    void load(const QByteArray& catalogue)
+    {
+        writeFile(t.programFolder() + u"/Jedi.aml"_s, catalogue);
+        LoadMapTree(*t.app, profile, u"Jedi"_s, u"Jedi"_s);
+    }
     MapTreeModel& tree() { return mapTreeOf(profile); }
-    QStringList texts(const MapTreeNode* node) const
+    MapTreeNode* node(const QString& key) { return tree().findKey(key); }
+    QStringList texts(const QString& key)
     {
         QStringList list;
-        for (const auto& child : node->children)
+        for (const auto& child : (key.isEmpty() ? tree().root() : node(key))->children)
             list << child->text;
         return list;
     }
+    void click(const QString& key) { tvwAvailMaps_NodeClick(*t.app, profile, node(key)); }
+    void doubleClick() { tvwAvailMaps_DblClick(*t.app, profile); }
     QString shots() const { return t.programFolder() + u"/levelshots"_s; }
-    void picture(const QString& name, const char* format)
-    {
-        QDir().mkpath(shots());
-        QImage image(4, 4, QImage::Format_RGB32);
-        image.fill(Qt::red);
-        ASSERT_TRUE(image.save(shots() + u"/"_s + name, format));
-    }
-    MapTreeNode* node(const QString& key) { return tree().findKey(key); }
     QString label(FieldId name) const { return profile.text(name); }
 
     TestApp t;
@@ -49,17 +44,16 @@ protected:
 
 TEST(CatalogueReader, ReadsValuesAsOneStreamSoACommaInALongNameShiftsTheRecordsBehindIt)
 {
-    CatalogueReader reader(
-        "a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n  \"quoted, value\"  junk,x\r\n");
+    const QByteArray text = "a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n";
+    CatalogueReader reader(text + "  \"quoted, value\"  junk,x\r\n");
     QStringList values;
-    QString v;
-    while (reader.next(v))
+    for (QString v; reader.next(v);)
         values << v;
     EXPECT_EQ(values, (QStringList{u"a.pk3"_s, u"m1"_s, u"m1"_s, u"Long"_s, u"with comma"_s, u"FFA"_s, u"b.pk3"_s,
                                    u"m2"_s, u"m2"_s, u"Two"_s, u"DUEL"_s, u"quoted, value"_s, u"x"_s}));
     EXPECT_TRUE(reader.atEnd());
 
-    CatalogueReader records("a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n");
+    CatalogueReader records(text);
     MapEntry entry;
     ASSERT_TRUE(records.read(entry));
     EXPECT_EQ(entry.MapType, u"with comma"_s);
@@ -72,12 +66,12 @@ TEST(CatalogueReader, ReadsValuesAsOneStreamSoACommaInALongNameShiftsTheRecordsB
     EXPECT_EQ(entry.MapName, u"b.pk3"_s);
 }
 
-TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWas)
+TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWasAndAnEmptyOneGivesTheRootAlone)
 {
     QFile::remove(t.programFolder() + u"/Jedi.aml"_s);
     profile.setText(F::lblNumberOfMapsAvailable, u"7 Maps available"_s);
     profile.setFormPointer(11);
-    load();
+    LoadMapTree(*t.app, profile, u"Jedi"_s, u"Jedi"_s);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(
         isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
@@ -85,43 +79,32 @@ TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWas)
     EXPECT_EQ(tree().nodeCount(), 0);
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"7 Maps available"_s);
     EXPECT_EQ(profile.formPointer(), 0);
-}
 
-TEST_F(MapTreeTest, AnEmptyCatalogueGivesTheRootAlone)
-{
-    catalogue("");
-    load();
+    load("");
     ASSERT_EQ(tree().roots().size(), 1u);
     EXPECT_EQ(tree().root()->text, u"Jedi"_s);
     EXPECT_EQ(tree().nodeCount(), 1);
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"0 Maps available"_s);
-    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_EQ(t.prompts.shown.size(), 1u);
     // The fallback pictures are in place for the preview.
     EXPECT_TRUE(QFile::exists(shots() + u"/unknown.jpg"_s));
 }
 
 TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
 {
-    catalogue("zeta.pk3,z2,z2,Zed Two,FFA\r\n"
-              "zeta.pk3,z1,z1,Zed One,DUEL\r\n"
-              "assets0.pk3,ffa_yavin,ffa_yavin,Massassi Temple,ffa holocron jedimaster team\r\n"
-              "assets0.pk3,duel_bay,duel_bay,Imperial Shuttle Bay,duel\r\n"
-              "Beta.pk3,b,b,Bee,unknown\r\n"
-              "BETA.PK3,b2,b2,Bee Two,unknown\r\n");
-    load();
-    MapTreeNode* root = tree().root();
-    EXPECT_EQ(texts(root), (QStringList{u"assets0.pk3"_s, u"Beta.pk3"_s, u"zeta.pk3"_s}));
-    EXPECT_EQ(texts(root->children[0].get()), (QStringList{u"ffa_yavin"_s, u"duel_bay"_s}));
-    EXPECT_EQ(texts(root->children[1].get()), (QStringList{u"b"_s, u"b2"_s}));
-    EXPECT_EQ(texts(root->children[2].get()), (QStringList{u"z2"_s, u"z1"_s}));
+    load("zeta.pk3,z2,z2,Zed Two,FFA\r\nzeta.pk3,z1,z1,Zed One,DUEL\r\n"
+         "assets0.pk3,ffa_yavin,ffa_yavin,Massassi Temple,ffa holocron jedimaster team\r\n"
+         "assets0.pk3,duel_bay,duel_bay,Imperial Shuttle Bay,duel\r\n"
+         "Beta.pk3,b,b,Bee,unknown\r\nBETA.PK3,b2,b2,Bee Two,unknown\r\n");
+    EXPECT_EQ(texts({}), (QStringList{u"assets0.pk3"_s, u"Beta.pk3"_s, u"zeta.pk3"_s}));
+    EXPECT_EQ(texts(u"Jedi\\assets0.pk3"_s), (QStringList{u"ffa_yavin"_s, u"duel_bay"_s}));
+    EXPECT_EQ(texts(u"Jedi\\Beta.pk3"_s), (QStringList{u"b"_s, u"b2"_s}));
+    EXPECT_EQ(texts(u"Jedi\\zeta.pk3"_s), (QStringList{u"z2"_s, u"z1"_s}));
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"6 Maps available"_s);
-
-    const MapTreeNode* map = node(u"zeta.pk3\\z1"_s);
-    ASSERT_NE(map, nullptr);
-    EXPECT_EQ(map->tag, u"z1,Zed One,DUEL"_s);
-    EXPECT_EQ(map->image, 5);
+    EXPECT_EQ(node(u"zeta.pk3\\z1"_s)->tag, u"z1,Zed One,DUEL"_s);
+    EXPECT_EQ(node(u"zeta.pk3\\z1"_s)->image, 5);
     EXPECT_EQ(node(u"Jedi\\zeta.pk3"_s)->image, 3);
-    EXPECT_EQ(root->image, 1);
+    EXPECT_EQ(tree().root()->image, 1);
     EXPECT_TRUE(node(u"Jedi\\zeta.pk3"_s)->tag.isEmpty());
 
     // The same through the item model a view reads.
@@ -136,17 +119,13 @@ TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
 
 TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
 {
-    catalogue("a.pk3,m,m,First,FFA\r\n"
-              "a.pk3,m,m,Again,FFA\r\n"
-              "b.pk3,n,n,Long, Comma,DUEL\r\n"
-              "c.pk3,o,o,Oh,CTF\r\n");
-    load();
+    load("a.pk3,m,m,First,FFA\r\na.pk3,m,m,Again,FFA\r\nb.pk3,n,n,Long, Comma,DUEL\r\nc.pk3,o,o,Oh,CTF\r\n");
     // Records read: a/m, a/m again (no node), b/n with the type "Comma", then
     // "DUEL,c.pk3,o,o,Oh", then the lone "CTF" that the end of the file cuts short and
     // that keeps the other four values.
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"5 Maps available"_s);
-    EXPECT_EQ(texts(tree().root()), (QStringList{u"a.pk3"_s, u"b.pk3"_s, u"CTF"_s, u"DUEL"_s}));
-    EXPECT_EQ(texts(node(u"Jedi\\a.pk3"_s)), QStringList{u"m"_s});
+    EXPECT_EQ(texts({}), (QStringList{u"a.pk3"_s, u"b.pk3"_s, u"CTF"_s, u"DUEL"_s}));
+    EXPECT_EQ(texts(u"Jedi\\a.pk3"_s), QStringList{u"m"_s});
     EXPECT_EQ(node(u"a.pk3\\m"_s)->tag, u"m,First,FFA"_s);
     EXPECT_EQ(node(u"b.pk3\\n"_s)->tag, u"n,Long,Comma"_s);
     EXPECT_EQ(node(u"DUEL\\c.pk3"_s)->tag, u"o,o,Oh"_s);
@@ -155,54 +134,45 @@ TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
 
 TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
 {
-    catalogue("m.pk3,withjpg,withjpg,With Jpg,FFA\r\n"
-              "m.pk3,withbmp,withbmp,With Bmp,duel\r\n"
-              "m.pk3,none,none,None,unknown\r\n");
-    load();
-    picture(u"withjpg.jpg"_s, "JPG");
-    picture(u"withjpg.bmp"_s, "BMP");
-    picture(u"withbmp.bmp"_s, "BMP");
+    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With "
+         "Bmp,duel\r\nm.pk3,none,none,None,unknown\r\n");
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    for (const char* name : {"withjpg.jpg", "withjpg.bmp", "withbmp.bmp"})
+        ASSERT_TRUE(image.save(shots() + u'/' + QString::fromLatin1(name)));
     writeFile(shots() + u"/none.jpg"_s, "a broken picture");
 
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withjpg"_s));
+    click(u"m.pk3\\withjpg"_s);
     EXPECT_EQ(profile.text(F::picMap), shots() + u"/withjpg.jpg"_s);
     EXPECT_EQ(label(F::lblLongMapName), u"With Jpg"_s);
     EXPECT_EQ(label(F::lblMapType), u"FFA"_s);
-
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withbmp"_s));
+    click(u"m.pk3\\withbmp"_s);
     EXPECT_EQ(profile.text(F::picMap), shots() + u"/withbmp.bmp"_s);
     EXPECT_EQ(label(F::lblMapType), u"duel"_s);
-
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\none"_s));
+    click(u"m.pk3\\none"_s);
     EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
     EXPECT_EQ(label(F::lblLongMapName), u"None"_s);
-
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withjpg"_s));
+    click(u"m.pk3\\withjpg"_s);
     tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(u"Jedi\\m.pk3"_s)));
     EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
     EXPECT_EQ(label(F::lblLongMapName), QString());
     EXPECT_EQ(label(F::lblMapType), QString());
-
     // Without any fallback picture the last picture stays.
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\withjpg"_s));
+    click(u"m.pk3\\withjpg"_s);
     QFile::remove(shots() + u"/unknown.jpg"_s);
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\none"_s));
+    click(u"m.pk3\\none"_s);
     EXPECT_EQ(profile.text(F::picMap), shots() + u"/withjpg.jpg"_s);
 }
 
 TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
 {
-    catalogue("m.pk3,one,one,One,FFA\r\n"
-              "m.pk3,two,two,Two,DUEL\r\n"
-              "UPPER.PK3,three,three,Three,CTF\r\n");
-    load();
+    load("m.pk3,one,one,One,FFA\r\nm.pk3,two,two,Two,DUEL\r\nUPPER.PK3,three,three,Three,CTF\r\n");
     Field& grid = profile.field(F::lsvMapRotation);
-
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\one"_s));
-    tvwAvailMaps_DblClick(*t.app, profile);
-    tvwAvailMaps_DblClick(*t.app, profile);
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\two"_s));
-    tvwAvailMaps_DblClick(*t.app, profile);
+    click(u"m.pk3\\one"_s);
+    doubleClick();
+    doubleClick();
+    click(u"m.pk3\\two"_s);
+    doubleClick();
     ASSERT_EQ(grid.count(), 3);
     EXPECT_EQ(grid.rows().at(0), rotationRow(u"one"_s, u"One"_s, u"FFA"_s));
     EXPECT_EQ(grid.rows().at(1), grid.rows().at(0)); // the same map may stand twice
@@ -212,35 +182,29 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     EXPECT_TRUE(profile.configurationChanged());
 
     // The root and an archive in small letters add nothing and show the unknown picture.
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\two"_s));
+    click(u"m.pk3\\two"_s);
     tree().setSelectedNode(node(u"Jedi\\m.pk3"_s));
-    tvwAvailMaps_DblClick(*t.app, profile);
+    doubleClick();
     EXPECT_EQ(grid.count(), 3);
     EXPECT_EQ(label(F::lblMapType), QString());
     EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
     tree().setSelectedNode(tree().root());
-    tvwAvailMaps_DblClick(*t.app, profile);
+    doubleClick();
     EXPECT_EQ(grid.count(), 3);
 
     // An archive named in capitals counts as a map, with the labels of the last click.
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"m.pk3\\two"_s));
+    click(u"m.pk3\\two"_s);
     tree().setSelectedNode(node(u"Jedi\\UPPER.PK3"_s));
-    tvwAvailMaps_DblClick(*t.app, profile);
+    doubleClick();
     ASSERT_EQ(grid.count(), 4);
     EXPECT_EQ(grid.rows().at(3).mid(0, 3), (QStringList{u"UPPER.PK3"_s, u"Two"_s, u"DUEL"_s}));
     EXPECT_EQ(firstMapType(profile), u"FFA"_s);
-}
 
-TEST_F(MapTreeTest, AReloadReplacesTheTreeAndForgetsTheSelection)
-{
-    catalogue("a.pk3,one,one,One,FFA\r\n");
-    load();
-    tvwAvailMaps_NodeClick(*t.app, profile, node(u"a.pk3\\one"_s));
-    catalogue("b.pk3,two,two,Two,FFA\r\n");
-    load();
+    // A reload replaces the tree and forgets the selection.
+    load("b.pk3,two,two,Two,FFA\r\n");
     EXPECT_EQ(tree().selectedNode(), nullptr);
-    EXPECT_EQ(node(u"a.pk3\\one"_s), nullptr);
+    EXPECT_EQ(node(u"m.pk3\\one"_s), nullptr);
     EXPECT_NE(node(u"b.pk3\\two"_s), nullptr);
-    tvwAvailMaps_DblClick(*t.app, profile);
-    EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
+    doubleClick();
+    EXPECT_EQ(grid.count(), 4);
 }
