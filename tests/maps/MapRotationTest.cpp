@@ -1,18 +1,16 @@
+// The map rotation grid: stock sets, the starting map's mark, sorting, moving,
+// removing and clearing, each with the boxes the user answers.
 #include "commands/MapCycleCommands.h"
 #include "commands/MapScanCommand.h"
 #include "maps/MapRotation.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
-#include "testkit/Printers.h"
 #include "support/ErrorBox.h"
 #include "testkit/BoxExpect.h"
-#include "testkit/TestApp.h"
-
-#include <gtest/gtest.h>
+#include "MapsKit.h"
 
 using namespace steward;
 using namespace steward::testing;
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,6 +43,16 @@ protected:
         grid().setCurrent(row);
         ID_SetStartingMap(*t.app, profile);
     }
+    void remove(Answer answer = Answer::Yes)
+    {
+        t.prompts.answerNext(answer);
+        ID_RemoveMap(*t.app, profile);
+    }
+    bool asked(const char* question) const
+    {
+        return isBox(t.prompts.last(),
+                     {kProductTitle, Icon::Question, QString::fromLatin1(question) + kTail, Buttons::YesNo});
+    }
     QString selected() const { return profile.text(F::lblMapsSelected); }
 
     TestApp t;
@@ -68,8 +76,7 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(5))) << "the set's game type is selected";
     EXPECT_TRUE(profile.configurationChanged());
     EXPECT_TRUE(rotationMenuOpens(profile));
-    grid().setCurrent(3);
-    ID_SetStartingMap(*t.app, profile);
+    setStart(3);
     EXPECT_EQ(profile.startingMap(), u"ctf_yavin"_s);
 }
 
@@ -82,7 +89,7 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     profile.setStartingMap(u"mine"_s);
     t.prompts.answerNext(Answer::No);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Clear Map list?"_s + kTail, Buttons::YesNo}));
+    EXPECT_TRUE(asked("Clear Map list?"));
     EXPECT_EQ(names(), u"mine"_s);
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
     EXPECT_FALSE(profile.configurationChanged());
@@ -106,10 +113,8 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
     EXPECT_EQ(marks(), u"-*-"_s);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information,
                                          u"b has been set as the starting map"_s + kTail, Buttons::Ok}));
-
     setStart(2);
     EXPECT_EQ(marks(), u"--*"_s);
-
     // After a sort the Tag points at another row, which loses a mark it didn't have,
     // while the old mark moves with its row and stays.
     ID_SortDescending(profile);
@@ -124,11 +129,9 @@ TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
 {
     rows({"a", "b", "c"});
     setStart(2);
-    t.prompts.answerNext(Answer::Yes);
     grid().setCurrent(2);
-    ID_RemoveMap(*t.app, profile);
-    t.prompts.answerNext(Answer::Yes);
-    ID_RemoveMap(*t.app, profile);
+    remove();
+    remove();
     ASSERT_EQ(names(), u"a"_s);
     EXPECT_EQ(profile.startingMap(), u"c"_s);
     setStart(0);
@@ -149,7 +152,6 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
     EXPECT_EQ(names(), u"A B a b"_s);
     ID_SortDescending(profile);
     EXPECT_EQ(names(), u"b a B A"_s);
-
     // A map that stands twice keeps the order of its rows either way.
     grid().setRows({rotationRow(u"x"_s, u"first"_s, {}), rotationRow(u"x"_s, u"second"_s, {})});
     for (auto sort : {ID_SortDescending, ID_SortAscending}) {
@@ -158,38 +160,33 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
     }
 }
 
-TEST_F(MapRotationTest, RemovingUsesItsOwnWordings)
+TEST_F(MapRotationTest, RemovingAndClearingUseTheirOwnWordings)
 {
     rows({"a", "b", "c"});
     setFirstMapType(profile, u"FFA"_s);
     profile.setStartingMap(u"a"_s);
     grid().setCurrent(0);
-    t.prompts.answerNext(Answer::No);
-    ID_RemoveMap(*t.app, profile);
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Remove Selected Map?"_s + kTail, Buttons::YesNo}));
+    remove(Answer::No);
+    EXPECT_TRUE(asked("Remove Selected Map?"));
     EXPECT_EQ(grid().count(), 3);
-
-    ID_RemoveMap(*t.app, profile);
+    remove();
     EXPECT_EQ(names(), u"b c"_s);
     EXPECT_EQ(selected(), u"2 Maps Selected"_s);
     EXPECT_EQ(firstMapType(profile), u"FFA"_s);
-    ID_RemoveMap(*t.app, profile);
-    ID_RemoveMap(*t.app, profile);
+    remove();
+    remove();
     EXPECT_EQ(grid().count(), 0);
     EXPECT_EQ(selected(), u"0 Maps Selected"_s);
     EXPECT_EQ(firstMapType(profile), QString());
     EXPECT_EQ(profile.startingMap(), u"a"_s);
-}
 
-TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
-{
+    // Clearing empties the starting map but keeps the Tag.
     rows({"a", "b"});
     setStart(1);
     profile.setValue(F::chkUseINI, 1);
     t.prompts.answerNext(Answer::No);
     ID_ClearList(*t.app, profile);
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Clear Map List?"_s + kTail, Buttons::YesNo}));
+    EXPECT_TRUE(asked("Clear Map List?"));
     EXPECT_EQ(grid().count(), 2);
     ID_ClearList(*t.app, profile);
     EXPECT_EQ(grid().count(), 0);
@@ -202,27 +199,24 @@ TEST_F(MapRotationTest, ClearingEmptiesTheStartingMapButKeepsTheTag)
 
 TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
 {
-    const FieldId controls[] = {
-        F::tvwAvailMaps, F::picMap,        F::lsvMapRotation, F::lblMapsSelected, F::lblNumberOfMapsAvailable,
-        F::lblMapType,   F::lblLongMapName};
+    auto shown = [&](bool maps, bool combo) {
+        for (FieldId name : {F::tvwAvailMaps, F::picMap, F::lsvMapRotation, F::lblMapsSelected,
+                             F::lblNumberOfMapsAvailable, F::lblMapType, F::lblLongMapName})
+            EXPECT_EQ(profile.field(name).isVisible(), maps) << name.name;
+        EXPECT_EQ(profile.field(F::cboStartingMap).isVisible(), combo);
+    };
     profile.setValue(F::chkUseINI, 1);
     profile.setText(F::txtServerINI, u"/x/saved.cfg"_s);
     setCheckFromCode(profile, F::chkMapAutoCycle, 1);
     // Clearing chkUseINI ran its click, which showed the controls again behind step 1.
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.text(F::txtServerINI), QString());
-    for (FieldId name : controls)
-        EXPECT_TRUE(profile.field(name).isVisible()) << name.name;
-    EXPECT_TRUE(profile.field(F::cboStartingMap).isVisible());
-
+    shown(true, true);
     setCheckFromCode(profile, F::chkMapAutoCycle, 0);
     setCheckFromCode(profile, F::chkMapAutoCycle, 1);
-    for (FieldId name : controls)
-        EXPECT_FALSE(profile.field(name).isVisible()) << name.name;
+    shown(false, true);
     setCheckFromCode(profile, F::chkMapAutoCycle, 0);
-    for (FieldId name : controls)
-        EXPECT_TRUE(profile.field(name).isVisible()) << name.name;
-    EXPECT_FALSE(profile.field(F::cboStartingMap).isVisible());
+    shown(true, false);
 }
 
 TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
@@ -237,7 +231,6 @@ TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
     EXPECT_EQ(marks(), u"*--"_s);
     m_MoveUpInList(*t.app, profile, 2);
     EXPECT_EQ(names(), u"b c a"_s);
-
     const size_t boxes = t.prompts.shown.size();
     m_MoveUpInList(*t.app, profile, 7);
     ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
