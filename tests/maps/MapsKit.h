@@ -69,6 +69,7 @@ protected:
     void SetUp() override { t.app->services.scanProgress = &progress; }
 
     void pk3(const QString& name, const ZipBuilder& zip) { ASSERT_TRUE(zip.write(t.baseFolder() + u'/' + name)); }
+    void pk3(const QString& name, std::initializer_list<Entry> entries) { pk3(name, zipOf(entries)); }
     QString shots() const { return t.programFolder() + u"/levelshots"_s; }
     QStringList pictures() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
     QString log() const { return QString::fromUtf8(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }

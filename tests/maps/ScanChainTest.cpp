@@ -84,6 +84,10 @@ void pk3(const QString& base, const QString& name, const ZipBuilder& zip)
 {
     ASSERT_TRUE(zip.write(base + u'/' + name));
 }
+void pk3(const QString& base, const QString& name, std::initializer_list<Entry> entries)
+{
+    pk3(base, name, zipOf(entries));
+}
 
 ZipBuilder customMap(const QString& map, const QByteArray& shot)
 {
@@ -112,7 +116,7 @@ std::vector<Case> cases()
          [=](const QString& base, const QString&) {
              for (const QString& map : {u"alpha"_s, u"beta"_s, u"gamma"_s})
                  pk3(base, map + u".pk3"_s, customMap(map, red));
-             pk3(base, u"assets0.pk3"_s, zipOf({{u"maps/ffa_bespin.bsp"_s}, {u"levelshots/ffa_bespin.jpg"_s, "jpg"}}));
+             pk3(base, u"assets0.pk3"_s, {{"maps/ffa_bespin.bsp"}, {"levelshots/ffa_bespin.jpg", "jpg"}});
          },
          [](const Outcome& o) {
              EXPECT_TRUE(o.scanned);
@@ -123,21 +127,21 @@ std::vector<Case> cases()
         {"ALaterDuplicateThatCantBeReadLeavesNoPicture",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
-             pk3(base, u"b.pk3"_s, zipOf({{u"levelshots/twin.tga"_s, "not a picture"}}));
+             pk3(base, u"b.pk3"_s, {{"levelshots/twin.tga", "not a picture"}});
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u"twin.bmp"_s), 0); }},
         {"ALaterDuplicateReplacesTheEarlierPicture",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
-             pk3(base, u"b.pk3"_s, zipOf({{u"LevelShots/TWIN.tga"_s, blue}}));
+             pk3(base, u"b.pk3"_s, {{"LevelShots/TWIN.tga", blue}});
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 3); }},
         {"NamesThatDifferInCaseOnly",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s,
-                 zipOf({{u"levelshots/case.tga"_s, red},
-                        {u"levelshots/case.TGA"_s, largeShot()},
-                        {u"levelshots/Case.tga"_s, blue}}));
+                 zipOf({{"levelshots/case.tga", red},
+                        {"levelshots/case.TGA", largeShot()},
+                        {"levelshots/Case.tga", blue}}));
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".tga"_s) + count(o.files, u".TGA"_s), 0); }},
         {"ATooLargePictureIsLogged",
@@ -146,7 +150,7 @@ std::vector<Case> cases()
         {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced",
          [=](const QString& base, const QString& program) {
              pk3(base, u"a.pk3"_s,
-                 zipOf({{u"maps/kept.bsp"_s}})
+                 zipOf({{"maps/kept.bsp"}})
                      .readOnlyFile(u"scripts/kept.arena"_s, arenaScript(u"kept"_s, u"Kept"_s, u"ctf"_s)));
              pk3(base, u"b.pk3"_s, customMap(u"there"_s, red));
              writeFile(program + u"/Scripts/there.arena"_s, "an old script");
@@ -168,10 +172,10 @@ std::vector<Case> cases()
         {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"first"_s, red));
-             pk3(base, u"b.pk3"_s, zipOf({{u"levelshots/first.tga"_s, blue}}));
+             pk3(base, u"b.pk3"_s, {{"levelshots/first.tga", blue}});
              pk3(base, u"c.pk3"_s, customMap(u"third"_s, red));
              // assets1 is read by the level shots only; its table of contents is cut off.
-             pk3(base, u"assets1.pk3"_s, zipOf({{u"levelshots/x.tga"_s, red}}));
+             pk3(base, u"assets1.pk3"_s, {{"levelshots/x.tga", red}});
              truncateFile(base + u"/assets1.pk3"_s, 40);
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 2); }},
@@ -201,7 +205,7 @@ std::vector<Case> cases()
         {"AScriptOutsideTheScriptsFolderEndsTheScan",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"fine"_s, red));
-             pk3(base, u"b.pk3"_s, zipOf({{u"maps/lost.bsp"_s}, {u"lost.arena"_s, "{\r\n}\r\n"}}));
+             pk3(base, u"b.pk3"_s, {{"maps/lost.bsp"}, {"lost.arena", "{\r\n}\r\n"}});
          },
          [](const Outcome& o) {
              EXPECT_FALSE(o.scanned);
@@ -261,7 +265,7 @@ TEST_F(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
     pk3(u"a.pk3"_s, customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)));
     ASSERT_TRUE(scanInto());
     ASSERT_TRUE(QFile::remove(t.baseFolder() + u"/a.pk3"_s));
-    pk3(u"a.pk3"_s, zipOf({{u"levelshots/after.jpg"_s, "a longer picture than before"}}));
+    pk3(u"a.pk3"_s, {{"levelshots/after.jpg", "a longer picture than before"}});
     ASSERT_TRUE(extractAndConvert());
     EXPECT_TRUE(QFileInfo::exists(shots() + u"/after.jpg"_s));
     EXPECT_FALSE(QFileInfo::exists(shots() + u"/before.bmp"_s));
