@@ -79,11 +79,8 @@ void patch(const QString& path, const std::function<void(QByteArray&)>& change)
 
 TEST_F(ArchiveReaderTest, ListsTheDirectoryInItsOrderWithFoldersAndNamesAndReadsWithinALimit)
 {
-    ASSERT_TRUE(zipOf({{"maps/mymap.bsp", "BSP"},
-                       {"models/players/"},
-                       {"top.txt", "top"},
-                       {"levelshots/mymap.jpg", "JPG"},
-                       {"a.txt", QByteArray(1000, 'a')}})
+    ASSERT_TRUE(zipOf({entry("maps/mymap.bsp", "BSP"), "models/players/", entry("top.txt", "top"),
+                       entry("levelshots/mymap.jpg", "JPG"), entry("a.txt", QByteArray(1000, 'a'))})
                     .write(archive()));
     ArchiveReader reader(archive());
     ASSERT_EQ(reader.entryCount(), 5);
@@ -102,11 +99,8 @@ TEST_F(ArchiveReaderTest, ListsTheDirectoryInItsOrderWithFoldersAndNamesAndReads
 
 TEST_F(ArchiveReaderTest, SelectionMatchesFoldersAndNamesWithoutRegardToCase)
 {
-    ASSERT_TRUE(zipOf({{"LevelShots/One.JPG"},
-                       {"levelshots/two.tga"},
-                       {"levelshots/three.png"},
-                       {"levelshots/sub/four.jpg"},
-                       {"five.jpg"}})
+    ASSERT_TRUE(zipOf({"LevelShots/One.JPG", "levelshots/two.tga", "levelshots/three.png", "levelshots/sub/four.jpg",
+                       "five.jpg"})
                     .write(archive()));
     QDir().mkpath(target() + u"/levelshots"_s);
     ArchiveReader reader(archive());
@@ -126,7 +120,7 @@ TEST_F(ArchiveReaderTest, ALaterExtractionReplacesTheFileAndKeepsTheReadOnlyMark
     const QString written = ArchiveReader(archive()).extractEntry(0, target());
     EXPECT_EQ(written, QFileInfo(target()).canonicalFilePath() + u"/scripts/x.arena"_s);
     EXPECT_FALSE(QFileInfo(written).permission(QFile::WriteOwner));
-    ASSERT_TRUE(zipOf({{"Scripts/x.arena", "second"}}).write(archive(u"b.pk3"_s)));
+    ASSERT_TRUE(zipOf({entry("Scripts/x.arena", "second")}).write(archive(u"b.pk3"_s)));
     ArchiveReader(archive(u"b.pk3"_s)).extractEntry(0, target());
     EXPECT_EQ(fileBytes(written), QByteArray("second"));
     EXPECT_TRUE(QFileInfo(written).permission(QFile::WriteOwner));
@@ -135,10 +129,8 @@ TEST_F(ArchiveReaderTest, ALaterExtractionReplacesTheFileAndKeepsTheReadOnlyMark
 
 TEST_F(ArchiveReaderTest, HostileNamesAreNeverWrittenOutsideTheTarget)
 {
-    ASSERT_TRUE(zipOf({{"levelshots/../../escape1.jpg", "evil"},
-                       {"../escape2.jpg", "evil"},
-                       {root() + u"/escape3.jpg"_s, "evil"},
-                       {"levelshots\\..\\..\\escape4.jpg", "evil"}})
+    ASSERT_TRUE(zipOf({entry("levelshots/../../escape1.jpg", "evil"), entry("../escape2.jpg", "evil"),
+                       entry(root() + u"/escape3.jpg"_s, "evil"), entry("levelshots\\..\\..\\escape4.jpg", "evil")})
                     .symlink(u"levelshots/link.jpg"_s, root() + u"/victim.txt"_s)
                     .file(u"levelshots/good.jpg"_s, "good")
                     .write(archive()));
@@ -165,7 +157,7 @@ TEST_F(ArchiveReaderTest, LinksAtTheTargetAreNotFollowed)
     QDir().mkpath(outside);
     QDir().mkpath(target());
     ASSERT_TRUE(QFile::link(outside, target() + u"/levelshots"_s));
-    ASSERT_TRUE(zipOf({{"levelshots/a.jpg", "picture"}}).write(archive()));
+    ASSERT_TRUE(zipOf({entry("levelshots/a.jpg", "picture")}).write(archive()));
     EXPECT_EQ(errorNumberOf([&] { ArchiveReader(archive()).extractEntry(0, target()); }), err::UnsafeEntry);
     EXPECT_TRUE(QDir(outside).entryList(QDir::Files | QDir::Hidden).isEmpty());
     // A link standing where the file goes is replaced.
@@ -181,8 +173,8 @@ TEST_F(ArchiveReaderTest, LinksAtTheTargetAreNotFollowed)
 
 TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
 {
-    ASSERT_TRUE(
-        zipOf({{"levelshots/a.jpg", QByteArray(4000, 'a')}, {"levelshots/b.jpg", "b"}}).write(archive(u"good.pk3"_s)));
+    ASSERT_TRUE(zipOf({entry("levelshots/a.jpg", QByteArray(4000, 'a')), entry("levelshots/b.jpg", "b")})
+                    .write(archive(u"good.pk3"_s)));
     const QByteArray good = fileBytes(archive(u"good.pk3"_s));
     writeFile(archive(u"truncated.pk3"_s), good.left(good.size() - 30));
     writeFile(archive(u"halved.pk3"_s), good.left(good.size() / 2));
@@ -216,7 +208,7 @@ TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
 
 TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnpacked)
 {
-    ASSERT_TRUE(zipOf({{"levelshots/bomb.jpg", QByteArray(5000, 'z')}}).write(archive()));
+    ASSERT_TRUE(zipOf({entry("levelshots/bomb.jpg", QByteArray(5000, 'z'))}).write(archive()));
     ASSERT_TRUE(patchClaimedSize(archive(), u"levelshots/bomb.jpg"_s, 0xFFFFFFF0u));
     ArchiveReader reader(archive());
     EXPECT_EQ(reader.entry(0).size, 0xFFFFFFF0u);
@@ -234,10 +226,10 @@ TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnp
 
     // Many entries that each stay below the entry limit are refused as a whole, before
     // the first is written, when together they claim more than the extraction allows.
-    ASSERT_TRUE(zipOf({{"levelshots/a.jpg", QByteArray(1000, 'a')},
-                       {"levelshots/b.jpg", QByteArray(1000, 'b')},
-                       {"levelshots/c.jpg", QByteArray(1000, 'c')}})
-                    .write(archive(u"many.pk3"_s)));
+    ASSERT_TRUE(
+        zipOf({entry("levelshots/a.jpg", QByteArray(1000, 'a')), entry("levelshots/b.jpg", QByteArray(1000, 'b')),
+               entry("levelshots/c.jpg", QByteArray(1000, 'c'))})
+            .write(archive(u"many.pk3"_s)));
     ArchiveReader many(archive(u"many.pk3"_s));
     many.selectFiles(u"levelshots\\*.jpg"_s);
     EXPECT_EQ(errorNumberOf([&] { many.extract(target(), 1000, 2999); }), err::BadArchive);
@@ -250,8 +242,9 @@ TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnp
 // an entry reads as the library alone reads it: the same bytes, or the same error.
 TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibrary)
 {
-    ASSERT_TRUE(
-        zipOf({{"maps/"}, {"maps/a.bsp", someData()}}).file(u"levelshots\\a.tga"_s, someData(), true).write(archive()));
+    ASSERT_TRUE(zipOf({"maps/", entry("maps/a.bsp", someData())})
+                    .file(u"levelshots\\a.tga"_s, someData(), true)
+                    .write(archive()));
     ArchiveReader reader(archive());
     EXPECT_TRUE(reader.knowsLayout());
     EXPECT_EQ(reader.readEntry(1), someData());
@@ -259,7 +252,7 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibr
     reader.park();
     EXPECT_EQ(reader.readEntry(1), someData()); // after the library's copy was let go
 
-    ASSERT_TRUE(zipOf({{"levelshots/caf\u00e9.tga", someData()}}).write(archive(u"accented.pk3"_s)));
+    ASSERT_TRUE(zipOf({entry("levelshots/caf\u00e9.tga", someData())}).write(archive(u"accented.pk3"_s)));
     ArchiveReader odd(archive(u"accented.pk3"_s));
     EXPECT_FALSE(odd.knowsLayout());
     odd.park();
@@ -274,7 +267,7 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibr
     EXPECT_EQ(a.size, b.size);
     EXPECT_EQ(a.method, 8);
 
-    ASSERT_TRUE(zipOf({{"a.txt", "text"}}).write(archive(u"trailing.pk3"_s)));
+    ASSERT_TRUE(zipOf({entry("a.txt", "text")}).write(archive(u"trailing.pk3"_s)));
     patch(archive(u"trailing.pk3"_s), [](QByteArray& bytes) { bytes.append("junk after the end record"); });
     QByteArray data, expected;
     EXPECT_EQ(readerRead(archive(u"trailing.pk3"_s), 0, &data).isEmpty(),
@@ -320,7 +313,7 @@ TEST_F(ArchiveReaderTest, DamagedEntriesReadAsTheLibraryReadsThem)
 
 TEST_F(ArchiveReaderTest, OnlyStoredOrDeflatedPlainEntriesAreReadPacked)
 {
-    ASSERT_TRUE(zipOf({{"levelshots/"}})
+    ASSERT_TRUE(zipOf({"levelshots/"})
                     .symlink(u"levelshots/link.tga"_s, u"/etc/passwd"_s)
                     .file(u"levelshots/big.tga"_s, QByteArray(4096, 'x'))
                     .write(archive()));
@@ -345,7 +338,7 @@ TEST_F(ArchiveReaderTest, AShelfTakesAnArchiveReadAheadAsItsFileIsWhenOpened)
     const QString kept = archive(u"kept.pk3"_s), changed = archive(u"changed.pk3"_s), gone = archive(u"gone.pk3"_s),
                   broken = archive(u"broken.pk3"_s);
     for (const QString& path : {kept, changed, gone})
-        ASSERT_TRUE(zipOf({{"maps/a.bsp"}}).write(path));
+        ASSERT_TRUE(zipOf({"maps/a.bsp"}).write(path));
     writeFile(broken, "not an archive");
     const QString brokenError = thrown([&] { ArchiveReader reader(broken); }).second;
     ASSERT_FALSE(brokenError.isEmpty());
@@ -355,7 +348,7 @@ TEST_F(ArchiveReaderTest, AShelfTakesAnArchiveReadAheadAsItsFileIsWhenOpened)
     shelf.readAhead(pool, {kept, changed, gone, broken});
     EXPECT_EQ(paths(shelf.open(kept)), QStringList{u"maps/a.bsp"_s});
     pool.waitForDone(); // the others are read ahead by now
-    ASSERT_TRUE(zipOf({{"maps/b.bsp"}, {"scripts/b.arena"}}).write(changed));
+    ASSERT_TRUE(zipOf({"maps/b.bsp", "scripts/b.arena"}).write(changed));
     ASSERT_TRUE(QFile::remove(gone));
     EXPECT_EQ(paths(shelf.open(changed)), (QStringList{u"maps/b.bsp"_s, u"scripts/b.arena"_s}));
     EXPECT_FALSE(thrown([&] { shelf.open(gone); }).second.isEmpty());
@@ -370,7 +363,7 @@ TEST_F(ArchiveReaderTest, KeptArchivesHoldNoFileOpen)
     ArchiveShelf shelf;
     for (int n = 0; n < 50; ++n) {
         const QString path = archive(u"a%1.pk3"_s.arg(n));
-        ASSERT_TRUE(zipOf({{"maps/m.bsp"}, {"scripts/m.arena", QByteArray::number(n)}}).write(path));
+        ASSERT_TRUE(zipOf({"maps/m.bsp", entry("scripts/m.arena", QByteArray::number(n))}).write(path));
         ArchiveReader& reader = shelf.open(path);
         EXPECT_EQ(reader.readEntry(1), QByteArray::number(n));
         reader.park();

@@ -29,13 +29,13 @@ protected:
 
 TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 {
-    pk3(u"assets0.pk3"_s, {{"levelshots/ffa_bespin.jpg", "from assets0"}, {"maps/ffa_bespin.bsp"}});
-    pk3(u"assets1.pk3"_s,
-        {{"levelshots/ffa_bespin.jpg", "from assets1"}, {"levelshots/duel_pit.tga", tgaPicture(4, 2, 200, 10, 20)}});
-    pk3(u"nopictures.pk3"_s, {{"maps/x.bsp"}, {"x.jpg"}});
-    pk3(u"zmap.pk3"_s, {{"LevelShots/zmap.tga", tgaPicture(2, 2, 0, 0, 255)},
-                        {"levelshots/zmap.jpg", "a jpg stays a jpg"},
-                        {"levelshots/zmap.png", "not selected"}});
+    pk3(u"assets0.pk3"_s, {entry("levelshots/ffa_bespin.jpg", "from assets0"), "maps/ffa_bespin.bsp"});
+    pk3(u"assets1.pk3"_s, {entry("levelshots/ffa_bespin.jpg", "from assets1"),
+                           entry("levelshots/duel_pit.tga", tgaPicture(4, 2, 200, 10, 20))});
+    pk3(u"nopictures.pk3"_s, {"maps/x.bsp", "x.jpg"});
+    pk3(u"zmap.pk3"_s,
+        {entry("LevelShots/zmap.tga", tgaPicture(2, 2, 0, 0, 255)), entry("levelshots/zmap.jpg", "a jpg stays a jpg"),
+         entry("levelshots/zmap.png", "not selected")});
     EXPECT_TRUE(extract());
     EXPECT_EQ(pictures(), (QStringList{u"duel_pit.tga"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
                                        u"zmap.jpg"_s, u"zmap.tga"_s}));
@@ -64,9 +64,9 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 
 TEST_F(LevelShotsTest, ABrokenArchiveIsLoggedEndsThePhaseAndTheResultStaysTrue)
 {
-    pk3(u"a.pk3"_s, {{"levelshots/a.jpg"}});
+    pk3(u"a.pk3"_s, {"levelshots/a.jpg"});
     writeFile(t.baseFolder() + u"/b.pk3"_s, "no zip here");
-    pk3(u"c.pk3"_s, {{"levelshots/c.jpg"}});
+    pk3(u"c.pk3"_s, {"levelshots/c.jpg"});
     EXPECT_TRUE(extract());
     EXPECT_TRUE(QFileInfo::exists(shots() + u"/a.jpg"_s));
     EXPECT_FALSE(QFileInfo::exists(shots() + u"/c.jpg"_s));
@@ -109,9 +109,8 @@ TEST_F(LevelShotsTest, ARunLengthBombBecomesNoBitmapButALogEntryAndTheMapKeepsTh
 {
     // 4096 by 2048 pixels of one colour: 260 KB of runs, a few KB in the archive, and
     // a 32 MB bmp if it were converted.
-    pk3(u"bomb.pk3"_s, {{"maps/bomb.bsp"},
-                        {"levelshots/bomb.tga", runLengthPicture(4096, 2048)},
-                        {"levelshots/fine.tga", runLengthPicture(512, 512)}});
+    pk3(u"bomb.pk3"_s, {"maps/bomb.bsp", entry("levelshots/bomb.tga", runLengthPicture(4096, 2048)),
+                        entry("levelshots/fine.tga", runLengthPicture(512, 512))});
     EXPECT_TRUE(extractAndConvert());
     EXPECT_EQ(pictures(), (QStringList{u"fine.bmp"_s, u"unknown.bmp"_s, u"unknown.jpg"_s}));
     EXPECT_TRUE(log().contains(u"The level shot bomb.tga was not converted: it is larger than 2048 by 2048"_s))
@@ -124,11 +123,9 @@ TEST_F(LevelShotsTest, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutW
 {
     const QString overlong = QString(252, u'a') + u".jpg"_s; // 256 bytes
     const QString longest = QString(251, u'b') + u".jpg"_s;  // 255 bytes
-    pk3(u"names.pk3"_s, {{"levelshots/new\nline.tga", tgaPicture(2, 2, 1, 2, 3)},
-                         {"levelshots/tab\tbed.jpg"},
-                         {u"levelshots/"_s + overlong},
-                         {u"levelshots/"_s + longest},
-                         {"levelshots/plain.tga", tgaPicture(2, 2, 1, 2, 3)}});
+    pk3(u"names.pk3"_s, {entry("levelshots/new\nline.tga", tgaPicture(2, 2, 1, 2, 3)), "levelshots/tab\tbed.jpg",
+                         u"levelshots/"_s + overlong, u"levelshots/"_s + longest,
+                         entry("levelshots/plain.tga", tgaPicture(2, 2, 1, 2, 3))});
     EXPECT_TRUE(extractAndConvert());
     EXPECT_EQ(programFiles(),
               (QStringList{u"Jedi.aml"_s, u"arena-steward.log"_s, u"levelshots/"_s + longest, u"levelshots/plain.bmp"_s,
@@ -163,7 +160,7 @@ TEST(ShotPrefetch, ShotsAreTakenInTheirOrderOnlyAsPlanned)
     auto picture = [](int n) { return tgaPicture(4, 4, static_cast<quint8>(n), 7, 9); };
     for (int n = 0; n < 30; ++n) {
         const QString path = dir.path() + u"/a%1.pk3"_s.arg(n);
-        ASSERT_TRUE(zipOf({{"maps/m.bsp"}, {"levelshots/m.tga", picture(n)}}).write(path));
+        ASSERT_TRUE(zipOf({"maps/m.bsp", entry("levelshots/m.tga", picture(n))}).write(path));
         shelf.open(path).park();
         plan.push_back({path, 1});
     }
@@ -184,7 +181,7 @@ TEST(ShotPrefetch, ShotsAreTakenInTheirOrderOnlyAsPlanned)
     EXPECT_FALSE(prefetch.take(shelf, plan[3].archive, 1).verified); // gone for good
     // An archive replaced before it is read ahead: its shot isn't taken from the new file.
     ASSERT_TRUE(QFile::remove(plan[25].archive));
-    ASSERT_TRUE(zipOf({{"x", "y"}, {"levelshots/m.tga", picture(99)}}).write(plan[25].archive));
+    ASSERT_TRUE(zipOf({entry("x", "y"), entry("levelshots/m.tga", picture(99))}).write(plan[25].archive));
     EXPECT_FALSE(prefetch.take(shelf, plan[25].archive, 1).verified);
     EXPECT_TRUE(prefetch.take(shelf, plan[26].archive, 1).verified);
 }

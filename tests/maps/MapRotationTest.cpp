@@ -17,21 +17,13 @@ namespace {
 class MapRotationTest : public ::testing::Test {
 protected:
     Field& grid() { return profile.field(F::lsvMapRotation); }
-    /// The map names, one blank apart.
-    QString names()
+    /// The map names, one blank apart, each marked * when it bears the starting map's mark.
+    QString rotation()
     {
         QStringList list;
         for (int row = 0; row < grid().count(); ++row)
-            list << grid().cell(row, 0);
+            list << grid().cell(row, 0) + (rotationMark(grid(), row) == kMarkSelected ? u"*"_s : QString());
         return list.join(u' ');
-    }
-    /// One character a row: * for the starting map's mark, - for none.
-    QString marks()
-    {
-        QString list;
-        for (int row = 0; row < grid().count(); ++row)
-            list += rotationMark(grid(), row) == kMarkSelected ? u'*' : u'-';
-        return list;
     }
     void rows(std::initializer_list<const char*> maps)
     {
@@ -43,10 +35,10 @@ protected:
         grid().setCurrent(row);
         ID_SetStartingMap(*t.app, profile);
     }
-    void remove(Answer answer = Answer::Yes)
+    void answer(Answer answer, void (*command)(AppContext&, ServerProfile&))
     {
         t.prompts.answerNext(answer);
-        ID_RemoveMap(*t.app, profile);
+        command(*t.app, profile);
     }
     bool asked(const char* question) const
     {
@@ -66,8 +58,7 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
 {
     profile.setValue(F::optDefaultGameType(1), 1);
     AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
-    EXPECT_EQ(names(), u"ctf_bespin ctf_imperial ctf_ns_streets ctf_yavin"_s);
-    EXPECT_EQ(marks(), u"----"_s);
+    EXPECT_EQ(rotation(), u"ctf_bespin ctf_imperial ctf_ns_streets ctf_yavin"_s);
     EXPECT_EQ(grid().rows().at(3),
               (QStringList{u"ctf_yavin"_s, u"Temple Tournament"_s, u"ctf cty team ffa holocron jedimaster"_s, QString(),
                            u"imgMapNotSelected"_s}));
@@ -90,13 +81,13 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     t.prompts.answerNext(Answer::No);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     EXPECT_TRUE(asked("Clear Map list?"));
-    EXPECT_EQ(names(), u"mine"_s);
+    EXPECT_EQ(rotation(), u"mine"_s);
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
     EXPECT_FALSE(profile.configurationChanged());
 
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
-    EXPECT_EQ(names(), u"duel_bay duel_carbon duel_jedi duel_pit"_s);
+    EXPECT_EQ(rotation(), u"duel_bay duel_carbon duel_jedi duel_pit"_s);
     EXPECT_EQ(firstMapType(profile), QString());
     EXPECT_EQ(profile.value(F::chkUseINI), 0);
     EXPECT_EQ(profile.text(F::txtServerINI), QString()); // the box's click ran
@@ -110,18 +101,18 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
     setStart(1);
     EXPECT_EQ(profile.startingMap(), u"b"_s);
     EXPECT_EQ(grid().tag(), u"1"_s);
-    EXPECT_EQ(marks(), u"-*-"_s);
+    EXPECT_EQ(rotation(), u"a b* c"_s);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information,
                                          u"b has been set as the starting map"_s + kTail, Buttons::Ok}));
     setStart(2);
-    EXPECT_EQ(marks(), u"--*"_s);
+    EXPECT_EQ(rotation(), u"a b c*"_s);
     // After a sort the Tag points at another row, which loses a mark it didn't have,
     // while the old mark moves with its row and stays.
     ID_SortDescending(profile);
-    EXPECT_EQ(names(), u"c b a"_s);
+    EXPECT_EQ(rotation(), u"c* b a"_s);
     EXPECT_EQ(grid().tag(), u"2"_s);
     setStart(1);
-    EXPECT_EQ(marks(), u"**-"_s);
+    EXPECT_EQ(rotation(), u"c* b* a"_s);
     EXPECT_EQ(profile.startingMap(), u"b"_s);
 }
 
@@ -130,18 +121,17 @@ TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
     rows({"a", "b", "c"});
     setStart(2);
     grid().setCurrent(2);
-    remove();
-    remove();
-    ASSERT_EQ(names(), u"a"_s);
+    answer(Answer::Yes, ID_RemoveMap);
+    answer(Answer::Yes, ID_RemoveMap);
+    ASSERT_EQ(rotation(), u"a"_s);
     EXPECT_EQ(profile.startingMap(), u"c"_s);
     setStart(0);
-    EXPECT_EQ(marks(), u"*"_s);
+    EXPECT_EQ(rotation(), u"a*"_s);
     EXPECT_EQ(grid().tag(), u"0"_s);
-
     rows({"b"});
     grid().setTag(u"2"_s); // exactly one past the last row: skipped, no error
     setStart(1);
-    EXPECT_EQ(marks(), u"**"_s) << "the first row's mark stays, as the Tag didn't name it";
+    EXPECT_EQ(rotation(), u"a* b*"_s) << "the first row's mark stays, as the Tag didn't name it";
     EXPECT_TRUE(t.prompts.shown.back().request.text.startsWith(u"b has been set"_s));
 }
 
@@ -149,9 +139,9 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
 {
     rows({"b", "B", "a", "A"});
     ID_SortAscending(profile);
-    EXPECT_EQ(names(), u"A B a b"_s);
+    EXPECT_EQ(rotation(), u"A B a b"_s);
     ID_SortDescending(profile);
-    EXPECT_EQ(names(), u"b a B A"_s);
+    EXPECT_EQ(rotation(), u"b a B A"_s);
     // A map that stands twice keeps the order of its rows either way.
     grid().setRows({rotationRow(u"x"_s, u"first"_s, {}), rotationRow(u"x"_s, u"second"_s, {})});
     for (auto sort : {ID_SortDescending, ID_SortAscending}) {
@@ -166,16 +156,16 @@ TEST_F(MapRotationTest, RemovingAndClearingUseTheirOwnWordings)
     setFirstMapType(profile, u"FFA"_s);
     profile.setStartingMap(u"a"_s);
     grid().setCurrent(0);
-    remove(Answer::No);
+    answer(Answer::No, ID_RemoveMap);
     EXPECT_TRUE(asked("Remove Selected Map?"));
-    EXPECT_EQ(grid().count(), 3);
-    remove();
-    EXPECT_EQ(names(), u"b c"_s);
+    EXPECT_EQ(rotation(), u"a b c"_s);
+    answer(Answer::Yes, ID_RemoveMap);
+    EXPECT_EQ(rotation(), u"b c"_s);
     EXPECT_EQ(selected(), u"2 Maps Selected"_s);
     EXPECT_EQ(firstMapType(profile), u"FFA"_s);
-    remove();
-    remove();
-    EXPECT_EQ(grid().count(), 0);
+    answer(Answer::Yes, ID_RemoveMap);
+    answer(Answer::Yes, ID_RemoveMap);
+    EXPECT_EQ(rotation(), QString());
     EXPECT_EQ(selected(), u"0 Maps Selected"_s);
     EXPECT_EQ(firstMapType(profile), QString());
     EXPECT_EQ(profile.startingMap(), u"a"_s);
@@ -184,12 +174,11 @@ TEST_F(MapRotationTest, RemovingAndClearingUseTheirOwnWordings)
     rows({"a", "b"});
     setStart(1);
     profile.setValue(F::chkUseINI, 1);
-    t.prompts.answerNext(Answer::No);
-    ID_ClearList(*t.app, profile);
+    answer(Answer::No, ID_ClearList);
     EXPECT_TRUE(asked("Clear Map List?"));
-    EXPECT_EQ(grid().count(), 2);
-    ID_ClearList(*t.app, profile);
-    EXPECT_EQ(grid().count(), 0);
+    EXPECT_EQ(rotation(), u"a b*"_s);
+    answer(Answer::Yes, ID_ClearList);
+    EXPECT_EQ(rotation(), QString());
     EXPECT_EQ(selected(), u"0 Maps Selected"_s);
     EXPECT_EQ(profile.startingMap(), QString());
     EXPECT_EQ(grid().tag(), u"1"_s);
@@ -225,12 +214,11 @@ TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
     setStart(0);
     m_MoveUpInList(*t.app, profile, 0);
     m_MoveDownInList(*t.app, profile, 2);
-    EXPECT_EQ(names(), u"a b c"_s);
+    EXPECT_EQ(rotation(), u"a* b c"_s);
     m_MoveDownInList(*t.app, profile, 0);
-    EXPECT_EQ(names(), u"b a c"_s);
-    EXPECT_EQ(marks(), u"*--"_s);
+    EXPECT_EQ(rotation(), u"b* a c"_s); // the text moves, the mark stays
     m_MoveUpInList(*t.app, profile, 2);
-    EXPECT_EQ(names(), u"b c a"_s);
+    EXPECT_EQ(rotation(), u"b* c a"_s);
     const size_t boxes = t.prompts.shown.size();
     m_MoveUpInList(*t.app, profile, 7);
     ASSERT_EQ(t.prompts.shown.size(), boxes + 1);

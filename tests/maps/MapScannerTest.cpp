@@ -32,9 +32,9 @@ const QString kArenaMessage =
 
 TEST_F(MapScanTest, SkipsAssets1AndTheOtherLevelsOfAssets0AndTakesAnyNameEndingInPk3)
 {
-    pk3(u"assets0.pk3"_s, {{"maps/ffa_bespin.bsp"}, {"maps/mp_training.bsp"}, {"maps/duel_pit.bsp"}});
-    pk3(u"Assets1.PK3"_s, {{"maps/ctf_yavin.bsp"}});
-    pk3(u"custompk3"_s, {{"maps/ffa_raven.bsp"}});
+    pk3(u"assets0.pk3"_s, {"maps/ffa_bespin.bsp", "maps/mp_training.bsp", "maps/duel_pit.bsp"});
+    pk3(u"Assets1.PK3"_s, {"maps/ctf_yavin.bsp"});
+    pk3(u"custompk3"_s, {"maps/ffa_raven.bsp"});
     writeFile(t.baseFolder() + u"/readme.txt"_s, "not an archive");
     QDir().mkpath(t.baseFolder() + u"/sub.pk3"_s);
     ASSERT_TRUE(scan());
@@ -57,26 +57,25 @@ TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
 {
     // Listing order: a, b, c, ... The long name and type carry over from one script
     // to the next, and the type is upper-cased.
-    pk3(u"a_stockfirst.pk3"_s, {{"maps/ffa_bespin.bsp"},
-                                {"maps/mymap.bsp"},
-                                {"maps/second.bsp"},
-                                {"scripts/mymap.arena", arena("mymap", "My Map", "ffa duel")}});
+    pk3(u"a_stockfirst.pk3"_s, {"maps/ffa_bespin.bsp", "maps/mymap.bsp", "maps/second.bsp",
+                                entry("scripts/mymap.arena", arena("mymap", "My Map", "ffa duel"))});
     pk3(u"b_customfirst.pk3"_s,
-        zipOf({{"maps/other.bsp"},
-               {"maps/ffa_yavin.bsp"},
-               {"scripts/other.arena", script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n")}}));
-    pk3(u"c_upper.pk3"_s, zipOf({{"maps/FFA_BESPIN.bsp"},
-                                 {"Scripts/upper.arena", script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n")}}));
-    pk3(u"d_longonly.pk3"_s, {{"maps/d.bsp"}, {"scripts/d.arena", script("{\nlongname \"D Only\"\n}\n")}});
+        zipOf({"maps/other.bsp", "maps/ffa_yavin.bsp",
+               entry("scripts/other.arena", script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n"))}));
+    pk3(u"c_upper.pk3"_s,
+        zipOf({"maps/FFA_BESPIN.bsp",
+               entry("Scripts/upper.arena", script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n"))}));
+    pk3(u"d_longonly.pk3"_s, {"maps/d.bsp", entry("scripts/d.arena", script("{\nlongname \"D Only\"\n}\n"))});
     pk3(u"e_oneline.pk3"_s,
-        zipOf({{"maps/e.bsp"}, {"scripts/e.arena", script("{ map \"e\" longname \"E\" type \"duel\" }\n")}}));
-    pk3(u"f_noscript.pk3"_s, {{"maps/f.bsp"}, {"f.txt"}});
-    pk3(u"g_nobsp.pk3"_s, {{"textures/g.jpg"}, {"g.arena", "no bsp, so never looked at"}});
-    pk3(u"h_multi.pk3"_s, zipOf({{"maps/h.bsp"},
-                                 {"scripts/h.arena", script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n"
-                                                            "{\nmap \"h2\"\nlongname \"H Two\"\ntype \"ctf\"\n}\n")}}));
+        zipOf({"maps/e.bsp", entry("scripts/e.arena", script("{ map \"e\" longname \"E\" type \"duel\" }\n"))}));
+    pk3(u"f_noscript.pk3"_s, {"maps/f.bsp", "f.txt"});
+    pk3(u"g_nobsp.pk3"_s, {"textures/g.jpg", entry("g.arena", "no bsp, so never looked at")});
+    pk3(u"h_multi.pk3"_s, zipOf({"maps/h.bsp", entry("scripts/h.arena",
+                                                     script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n"
+                                                            "{\nmap \"h2\"\nlongname \"H Two\"\ntype \"ctf\"\n}\n"))}));
     pk3(u"i_noblock.pk3"_s,
-        zipOf({{"maps/i.bsp"}, {"scripts/i.arena", script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n")}}));
+        zipOf({"maps/i.bsp",
+               entry("scripts/i.arena", script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n"))}));
     ASSERT_TRUE(scan());
     EXPECT_EQ(
         catalogue(),
@@ -93,12 +92,11 @@ TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
 
 TEST_F(MapScanTest, AReadOnlyScriptIsLeftBehindAndScriptsWithControlCharactersAreLeftOut)
 {
-    pk3(u"ro.pk3"_s, zipOf({{"maps/ro.bsp"}}).readOnlyFile(u"scripts/ro.arena"_s, arena("ro", "Kept", "duel")));
-    pk3(u"rw.pk3"_s, {{"maps/rw.bsp"}, {"scripts/rw.arena", arena("rw", "Gone", "ffa")}});
-    pk3(u"s.pk3"_s, {{"maps/s.bsp"}, {"scripts/s\nb.arena", arena("s", "Never", "ffa")}});
-    pk3(u"t.pk3"_s, {{"maps/t.bsp"},
-                     {QString::fromLatin1("scripts/t\x7f.arena"), "{\r\n}\r\n"},
-                     {"scripts/t.arena", arena("t", "Tee", "ffa")}});
+    pk3(u"ro.pk3"_s, zipOf({"maps/ro.bsp"}).readOnlyFile(u"scripts/ro.arena"_s, arena("ro", "Kept", "duel")));
+    pk3(u"rw.pk3"_s, {"maps/rw.bsp", entry("scripts/rw.arena", arena("rw", "Gone", "ffa"))});
+    pk3(u"s.pk3"_s, {"maps/s.bsp", entry("scripts/s\nb.arena", arena("s", "Never", "ffa"))});
+    pk3(u"t.pk3"_s, {"maps/t.bsp", entry(QString::fromLatin1("scripts/t\x7f.arena"), "{\r\n}\r\n"),
+                     entry("scripts/t.arena", arena("t", "Tee", "ffa"))});
     ASSERT_TRUE(scan());
     EXPECT_EQ(catalogue(), (QStringList{u"ro.pk3,ro,ro,Kept,DUEL"_s, u"rw.pk3,rw,rw,Gone,FFA"_s,
                                         u"s.pk3,s,s,s,unknown"_s, u"t.pk3,t,t,Tee,FFA"_s}));
@@ -112,9 +110,9 @@ TEST_F(MapScanTest, AReadOnlyScriptIsLeftBehindAndScriptsWithControlCharactersAr
 
 TEST_F(MapScanTest, AnArenaScriptOutsideTheScriptsFolderEndsTheScanWithTheArchiveBox)
 {
-    pk3(u"a.pk3"_s, {{"maps/duel_pit.bsp"}});
-    pk3(u"b.pk3"_s, {{"maps/b.bsp"}, {"b.arena", "{\r\n}\r\n"}});
-    pk3(u"c.pk3"_s, {{"maps/ffa_yavin.bsp"}});
+    pk3(u"a.pk3"_s, {"maps/duel_pit.bsp"});
+    pk3(u"b.pk3"_s, {"maps/b.bsp", entry("b.arena", "{\r\n}\r\n")});
+    pk3(u"c.pk3"_s, {"maps/ffa_yavin.bsp"});
     EXPECT_FALSE(scan());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, kArenaMessage, Buttons::Ok}));
@@ -127,8 +125,8 @@ TEST_F(MapScanTest, AnArenaScriptOutsideTheScriptsFolderEndsTheScanWithTheArchiv
 
 TEST_F(MapScanTest, ABspNameWithoutADotEndsTheScanWithItsOwnDescription)
 {
-    pk3(u"a.pk3"_s, {{"maps/duel_pit.bsp"}});
-    pk3(u"b.pk3"_s, {{"maps/nodotbsp"}});
+    pk3(u"a.pk3"_s, {"maps/duel_pit.bsp"});
+    pk3(u"b.pk3"_s, {"maps/nodotbsp"});
     EXPECT_FALSE(scan());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(),
@@ -174,7 +172,7 @@ TEST(MapScanHostile, ArchivesEndTheScanWithoutWritingOutsideAndKeepTheCatalogueS
         std::function<void(const QString& path, const QString& victim)> make;
         bool arenaBox; ///< ends in the "does not contain an arena file" box, else in the description box
     };
-    const auto withMap = [] { return zipOf({{"maps/b.bsp"}}); };
+    const auto withMap = [] { return zipOf({"maps/b.bsp"}); };
     const Hostile cases[] = {
         {"zip slip",
          [&](const QString& p, const QString&) {
@@ -208,9 +206,9 @@ TEST(MapScanHostile, ArchivesEndTheScanWithoutWritingOutsideAndKeepTheCatalogueS
         app.app->services.scanProgress = &shown;
         const QString victim = app.root() + u"/victim"_s;
         writeFile(victim, "untouched");
-        ASSERT_TRUE(zipOf({{"maps/duel_pit.bsp"}}).write(app.baseFolder() + u"/a.pk3"_s));
+        ASSERT_TRUE(zipOf({"maps/duel_pit.bsp"}).write(app.baseFolder() + u"/a.pk3"_s));
         c.make(app.baseFolder() + u"/b.pk3"_s, victim);
-        ASSERT_TRUE(zipOf({{"maps/ffa_yavin.bsp"}}).write(app.baseFolder() + u"/c.pk3"_s));
+        ASSERT_TRUE(zipOf({"maps/ffa_yavin.bsp"}).write(app.baseFolder() + u"/c.pk3"_s));
 
         EXPECT_FALSE(ScanForMaps(*app.app, u"Base"_s, u"Jedi"_s, app.gameFolder()));
         EXPECT_EQ(crlfLines(app.programFolder() + u"/Jedi.aml"_s),

@@ -19,9 +19,12 @@ namespace steward::testing {
 using namespace Qt::StringLiterals;
 
 struct Entry {
+    Entry(const char* entryName, QByteArray bytes = "x") : name(QString::fromUtf8(entryName)), data(std::move(bytes)) {}
+    Entry(QString entryName, QByteArray bytes = "x") : name(std::move(entryName)), data(std::move(bytes)) {}
     QString name;
-    QByteArray data = "x";
+    QByteArray data;
 };
+inline Entry entry(const QString& name, const QByteArray& data) { return {name, data}; }
 
 /// An archive of these deflated entries in their order; a name that ends in / is a folder.
 inline ZipBuilder zipOf(std::initializer_list<Entry> entries)

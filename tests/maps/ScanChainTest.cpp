@@ -91,9 +91,9 @@ void pk3(const QString& base, const QString& name, std::initializer_list<Entry> 
 
 ZipBuilder customMap(const QString& map, const QByteArray& shot)
 {
-    return zipOf({{u"maps/"_s + map + u".bsp"_s},
-                  {u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"The "_s + map, u"ffa duel"_s)},
-                  {u"levelshots/"_s + map + u".tga"_s, shot}});
+    return zipOf({u"maps/"_s + map + u".bsp"_s,
+                  entry(u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"The "_s + map, u"ffa duel"_s)),
+                  entry(u"levelshots/"_s + map + u".tga"_s, shot)});
 }
 
 // Wider than any level shot the program takes.
@@ -116,7 +116,7 @@ std::vector<Case> cases()
          [=](const QString& base, const QString&) {
              for (const QString& map : {u"alpha"_s, u"beta"_s, u"gamma"_s})
                  pk3(base, map + u".pk3"_s, customMap(map, red));
-             pk3(base, u"assets0.pk3"_s, {{"maps/ffa_bespin.bsp"}, {"levelshots/ffa_bespin.jpg", "jpg"}});
+             pk3(base, u"assets0.pk3"_s, {"maps/ffa_bespin.bsp", entry("levelshots/ffa_bespin.jpg", "jpg")});
          },
          [](const Outcome& o) {
              EXPECT_TRUE(o.scanned);
@@ -127,21 +127,20 @@ std::vector<Case> cases()
         {"ALaterDuplicateThatCantBeReadLeavesNoPicture",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
-             pk3(base, u"b.pk3"_s, {{"levelshots/twin.tga", "not a picture"}});
+             pk3(base, u"b.pk3"_s, {entry("levelshots/twin.tga", "not a picture")});
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u"twin.bmp"_s), 0); }},
         {"ALaterDuplicateReplacesTheEarlierPicture",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
-             pk3(base, u"b.pk3"_s, {{"LevelShots/TWIN.tga", blue}});
+             pk3(base, u"b.pk3"_s, {entry("LevelShots/TWIN.tga", blue)});
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 3); }},
         {"NamesThatDifferInCaseOnly",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s,
-                 zipOf({{"levelshots/case.tga", red},
-                        {"levelshots/case.TGA", largeShot()},
-                        {"levelshots/Case.tga", blue}}));
+                 zipOf({entry("levelshots/case.tga", red), entry("levelshots/case.TGA", largeShot()),
+                        entry("levelshots/Case.tga", blue)}));
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".tga"_s) + count(o.files, u".TGA"_s), 0); }},
         {"ATooLargePictureIsLogged",
@@ -150,7 +149,7 @@ std::vector<Case> cases()
         {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced",
          [=](const QString& base, const QString& program) {
              pk3(base, u"a.pk3"_s,
-                 zipOf({{"maps/kept.bsp"}})
+                 zipOf({"maps/kept.bsp"})
                      .readOnlyFile(u"scripts/kept.arena"_s, arenaScript(u"kept"_s, u"Kept"_s, u"ctf"_s)));
              pk3(base, u"b.pk3"_s, customMap(u"there"_s, red));
              writeFile(program + u"/Scripts/there.arena"_s, "an old script");
@@ -172,10 +171,10 @@ std::vector<Case> cases()
         {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"first"_s, red));
-             pk3(base, u"b.pk3"_s, {{"levelshots/first.tga", blue}});
+             pk3(base, u"b.pk3"_s, {entry("levelshots/first.tga", blue)});
              pk3(base, u"c.pk3"_s, customMap(u"third"_s, red));
              // assets1 is read by the level shots only; its table of contents is cut off.
-             pk3(base, u"assets1.pk3"_s, {{"levelshots/x.tga", red}});
+             pk3(base, u"assets1.pk3"_s, {entry("levelshots/x.tga", red)});
              truncateFile(base + u"/assets1.pk3"_s, 40);
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".bmp"_s), 2); }},
@@ -205,7 +204,7 @@ std::vector<Case> cases()
         {"AScriptOutsideTheScriptsFolderEndsTheScan",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s, customMap(u"fine"_s, red));
-             pk3(base, u"b.pk3"_s, {{"maps/lost.bsp"}, {"lost.arena", "{\r\n}\r\n"}});
+             pk3(base, u"b.pk3"_s, {"maps/lost.bsp", entry("lost.arena", "{\r\n}\r\n")});
          },
          [](const Outcome& o) {
              EXPECT_FALSE(o.scanned);
@@ -265,7 +264,7 @@ TEST_F(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
     pk3(u"a.pk3"_s, customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)));
     ASSERT_TRUE(scanInto());
     ASSERT_TRUE(QFile::remove(t.baseFolder() + u"/a.pk3"_s));
-    pk3(u"a.pk3"_s, {{"levelshots/after.jpg", "a longer picture than before"}});
+    pk3(u"a.pk3"_s, {entry("levelshots/after.jpg", "a longer picture than before")});
     ASSERT_TRUE(extractAndConvert());
     EXPECT_TRUE(QFileInfo::exists(shots() + u"/after.jpg"_s));
     EXPECT_FALSE(QFileInfo::exists(shots() + u"/before.bmp"_s));
