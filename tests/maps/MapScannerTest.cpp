@@ -60,22 +60,20 @@ TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
     pk3(u"a_stockfirst.pk3"_s, {"maps/ffa_bespin.bsp", "maps/mymap.bsp", "maps/second.bsp",
                                 entry("scripts/mymap.arena", arena("mymap", "My Map", "ffa duel"))});
     pk3(u"b_customfirst.pk3"_s,
-        zipOf({"maps/other.bsp", "maps/ffa_yavin.bsp",
-               entry("scripts/other.arena", script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n"))}));
-    pk3(u"c_upper.pk3"_s,
-        zipOf({"maps/FFA_BESPIN.bsp",
-               entry("Scripts/upper.arena", script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n"))}));
+        {"maps/other.bsp", "maps/ffa_yavin.bsp",
+         entry("scripts/other.arena", script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n"))});
+    pk3(u"c_upper.pk3"_s, {"maps/FFA_BESPIN.bsp",
+                           entry("Scripts/upper.arena", script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n"))});
     pk3(u"d_longonly.pk3"_s, {"maps/d.bsp", entry("scripts/d.arena", script("{\nlongname \"D Only\"\n}\n"))});
     pk3(u"e_oneline.pk3"_s,
-        zipOf({"maps/e.bsp", entry("scripts/e.arena", script("{ map \"e\" longname \"E\" type \"duel\" }\n"))}));
+        {"maps/e.bsp", entry("scripts/e.arena", script("{ map \"e\" longname \"E\" type \"duel\" }\n"))});
     pk3(u"f_noscript.pk3"_s, {"maps/f.bsp", "f.txt"});
     pk3(u"g_nobsp.pk3"_s, {"textures/g.jpg", entry("g.arena", "no bsp, so never looked at")});
-    pk3(u"h_multi.pk3"_s, zipOf({"maps/h.bsp", entry("scripts/h.arena",
-                                                     script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n"
-                                                            "{\nmap \"h2\"\nlongname \"H Two\"\ntype \"ctf\"\n}\n"))}));
+    pk3(u"h_multi.pk3"_s,
+        {"maps/h.bsp", entry("scripts/h.arena", script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n"
+                                                       "{\nmap \"h2\"\nlongname \"H Two\"\ntype \"ctf\"\n}\n"))});
     pk3(u"i_noblock.pk3"_s,
-        zipOf({"maps/i.bsp",
-               entry("scripts/i.arena", script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n"))}));
+        {"maps/i.bsp", entry("scripts/i.arena", script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n"))});
     ASSERT_TRUE(scan());
     EXPECT_EQ(
         catalogue(),

@@ -139,8 +139,8 @@ std::vector<Case> cases()
         {"NamesThatDifferInCaseOnly",
          [=](const QString& base, const QString&) {
              pk3(base, u"a.pk3"_s,
-                 zipOf({entry("levelshots/case.tga", red), entry("levelshots/case.TGA", largeShot()),
-                        entry("levelshots/Case.tga", blue)}));
+                 {entry("levelshots/case.tga", red), entry("levelshots/case.TGA", largeShot()),
+                  entry("levelshots/Case.tga", blue)});
          },
          [](const Outcome& o) { EXPECT_EQ(count(o.files, u".tga"_s) + count(o.files, u".TGA"_s), 0); }},
         {"ATooLargePictureIsLogged",
