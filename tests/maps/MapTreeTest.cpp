@@ -35,6 +35,12 @@ protected:
     void doubleClick() { tvwAvailMaps_DblClick(*t.app, profile); }
     QString shots() const { return t.programFolder() + u"/levelshots"_s; }
     QString label(FieldId name) const { return profile.text(name); }
+    /// The level shot, long name and type shown, the level shots folder written as ~.
+    QString shown() const
+    {
+        return QString(label(F::picMap)).replace(shots(), u"~"_s) + u'|' + label(F::lblLongMapName) + u'|' +
+               label(F::lblMapType);
+    }
 
     TestApp t;
     ServerProfile profile;
@@ -143,25 +149,19 @@ TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
     writeFile(shots() + u"/none.jpg"_s, "a broken picture");
 
     click(u"m.pk3\\withjpg"_s);
-    EXPECT_EQ(profile.text(F::picMap), shots() + u"/withjpg.jpg"_s);
-    EXPECT_EQ(label(F::lblLongMapName), u"With Jpg"_s);
-    EXPECT_EQ(label(F::lblMapType), u"FFA"_s);
+    EXPECT_EQ(shown(), u"~/withjpg.jpg|With Jpg|FFA"_s);
     click(u"m.pk3\\withbmp"_s);
-    EXPECT_EQ(profile.text(F::picMap), shots() + u"/withbmp.bmp"_s);
-    EXPECT_EQ(label(F::lblMapType), u"duel"_s);
+    EXPECT_EQ(shown(), u"~/withbmp.bmp|With Bmp|duel"_s);
     click(u"m.pk3\\none"_s);
-    EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
-    EXPECT_EQ(label(F::lblLongMapName), u"None"_s);
+    EXPECT_EQ(shown(), u"~/unknown.jpg|None|unknown"_s);
     click(u"m.pk3\\withjpg"_s);
     tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(u"Jedi\\m.pk3"_s)));
-    EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
-    EXPECT_EQ(label(F::lblLongMapName), QString());
-    EXPECT_EQ(label(F::lblMapType), QString());
+    EXPECT_EQ(shown(), u"~/unknown.jpg||"_s);
     // Without any fallback picture the last picture stays.
     click(u"m.pk3\\withjpg"_s);
     QFile::remove(shots() + u"/unknown.jpg"_s);
     click(u"m.pk3\\none"_s);
-    EXPECT_EQ(profile.text(F::picMap), shots() + u"/withjpg.jpg"_s);
+    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|unknown"_s);
 }
 
 TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
@@ -186,8 +186,7 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     tree().setSelectedNode(node(u"Jedi\\m.pk3"_s));
     doubleClick();
     EXPECT_EQ(grid.count(), 3);
-    EXPECT_EQ(label(F::lblMapType), QString());
-    EXPECT_EQ(profile.text(F::picMap), shots() + u"/unknown.jpg"_s);
+    EXPECT_EQ(shown(), u"~/unknown.jpg||"_s);
     tree().setSelectedNode(tree().root());
     doubleClick();
     EXPECT_EQ(grid.count(), 3);

@@ -2,7 +2,6 @@
 // from an archive's packed data, taken only when the data unpacks exactly as the
 // directory claims, and then byte for byte what Qt writes of the same picture.
 #include "maps/ArchiveReader.h"
-#include "maps/LevelShotConverter.h"
 #include "maps/PackedShot.h"
 #include "maps/TgaPicture.h"
 #include "MapsKit.h"
@@ -117,19 +116,6 @@ TEST(TgaPicture, ReadsEveryKindWithinTheLimitsAndRefusesTheRestBeforeReadingThei
         EXPECT_EQ(picture.size(), c.size);
         for (const Pixel& p : c.pixels)
             EXPECT_EQ(picture.pixel(p.x, p.y), p.colour) << p.x << "," << p.y;
-    }
-}
-
-TEST(PackedShot, StoredAndDeflatedDataUnpackToTheSameBmpAsTheFileRoad)
-{
-    const QByteArray tga = tgaPicture(6, 3, 10, 200, 30);
-    QTemporaryDir dir;
-    ASSERT_EQ(convertTgaToBmpFile(tga, dir.path() + u"/a.bmp"_s), TgaFault::None);
-    for (const bool stored : {true, false}) {
-        const PreparedShot shot = prepareShot(packedOf(tga, stored));
-        EXPECT_TRUE(shot.verified) << stored;
-        EXPECT_EQ(shot.fault, TgaFault::None);
-        EXPECT_EQ(shot.bmp, fileBytes(dir.path() + u"/a.bmp"_s));
     }
 }
 
