@@ -6,6 +6,8 @@
 #include "testkit/BoxExpect.h"
 #include "MapsKit.h"
 
+#include <QTemporaryDir>
+
 using namespace steward;
 using namespace steward::testing;
 
@@ -165,47 +167,35 @@ TEST_F(MapScanTest, ABaseFolderWithoutArchivesGivesAnEmptyCatalogue)
 
 TEST(MapScanHostile, ArchivesEndTheScanWithoutWritingOutsideAndKeepTheCatalogueSoFar)
 {
+    QTemporaryDir outside;
+    const QString victim = outside.path() + u"/victim"_s;
+    writeFile(victim, "untouched");
     struct Hostile {
         const char* name;
-        std::function<void(const QString& path, const QString& victim)> make;
+        ZipBuilder zip;
+        std::function<void(const QString& path)> spoil;
         bool arenaBox; ///< ends in the "does not contain an arena file" box, else in the description box
     };
-    const auto withMap = [] { return zipOf({"maps/b.bsp"}); };
     const Hostile cases[] = {
-        {"zip slip",
-         [&](const QString& p, const QString&) {
-             withMap().file(u"scripts/../../../../evil.arena"_s, "{\r\n}\r\n").write(p);
-         },
-         true},
-        {"absolute",
-         [&](const QString& p, const QString& victim) { withMap().file(victim + u".arena"_s, "{\r\n}\r\n").write(p); },
-         true},
-        {"link",
-         [&](const QString& p, const QString& victim) { withMap().symlink(u"scripts/b.arena"_s, victim).write(p); },
-         true},
-        {"truncated",
-         [&](const QString& p, const QString&) {
-             withMap().file(u"scripts/b.arena"_s, QByteArray(3000, 'x')).write(p);
-             truncateFile(p, QFileInfo(p).size() / 2);
-         },
-         false},
-        {"not a zip", [](const QString& p, const QString&) { writeFile(p, QByteArray(5000, 'P')); }, false},
-        {"huge claim",
-         [&](const QString& p, const QString&) {
-             withMap().file(u"scripts/b.arena"_s, QByteArray(3000, ' ')).write(p);
-             patchClaimedSize(p, u"scripts/b.arena"_s, 0xFFFFFF00u);
-         },
-         false},
+        {"zip slip", zipOf({"maps/b.bsp", entry("scripts/../../../../evil.arena", "{\r\n}\r\n")}), {}, true},
+        {"absolute", zipOf({"maps/b.bsp", entry(victim + u".arena"_s, "{\r\n}\r\n")}), {}, true},
+        {"link", zipOf({"maps/b.bsp"}).symlink(u"scripts/b.arena"_s, victim), {}, true},
+        {"truncated", zipOf({"maps/b.bsp", entry("scripts/b.arena", QByteArray(3000, 'x'))}),
+         [](const QString& p) { truncateFile(p, QFileInfo(p).size() / 2); }, false},
+        {"not a zip", zipOf({"maps/b.bsp"}), [](const QString& p) { writeFile(p, QByteArray(5000, 'P')); }, false},
+        {"huge claim", zipOf({"maps/b.bsp", entry("scripts/b.arena", QByteArray(3000, ' '))}),
+         [](const QString& p) { patchClaimedSize(p, u"scripts/b.arena"_s, 0xFFFFFF00u); }, false},
     };
     for (const Hostile& c : cases) {
         SCOPED_TRACE(c.name);
         TestApp app;
         RecordingScanProgress shown;
         app.app->services.scanProgress = &shown;
-        const QString victim = app.root() + u"/victim"_s;
-        writeFile(victim, "untouched");
+        const QString b = app.baseFolder() + u"/b.pk3"_s;
         ASSERT_TRUE(zipOf({"maps/duel_pit.bsp"}).write(app.baseFolder() + u"/a.pk3"_s));
-        c.make(app.baseFolder() + u"/b.pk3"_s, victim);
+        ASSERT_TRUE(c.zip.write(b));
+        if (c.spoil)
+            c.spoil(b);
         ASSERT_TRUE(zipOf({"maps/ffa_yavin.bsp"}).write(app.baseFolder() + u"/c.pk3"_s));
 
         EXPECT_FALSE(ScanForMaps(*app.app, u"Base"_s, u"Jedi"_s, app.gameFolder()));
@@ -220,6 +210,7 @@ TEST(MapScanHostile, ArchivesEndTheScanWithoutWritingOutsideAndKeepTheCatalogueS
             EXPECT_EQ(app.prompts.last().request.title, u"ArchiveReader"_s);
         }
         EXPECT_EQ(fileBytes(victim), QByteArray("untouched"));
+        EXPECT_EQ(filesUnder(outside.path()), QStringList{u"victim"_s});
         for (const QString& path : filesUnder(app.root()))
             EXPECT_FALSE(path.contains(u"evil"_s) || path.endsWith(u".arena"_s)) << path.toStdString();
     }
