@@ -255,13 +255,8 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibr
 
 TEST_F(ArchiveReaderTest, DamagedEntriesReadAsTheLibraryReadsThem)
 {
-    struct Damage {
-        const char* what;
-        bool stored;
-        std::function<void(QByteArray&)> change;
-    };
     // Offsets in an archive of one entry named "e.bin": the local header at 0, its data at 35.
-    const Damage damages[] = {
+    const std::tuple<const char*, bool, std::function<void(QByteArray&)>> damages[] = {
         {"a flipped data byte", false, [](QByteArray& b) { b[40] = static_cast<char>(b[40] ^ 0x20); }},
         {"a flipped stored byte", true, [](QByteArray& b) { b[40] = static_cast<char>(b[40] ^ 0x20); }},
         {"a spoilt local header", false, [](QByteArray& b) { b[0] = 'X'; }},
@@ -270,11 +265,11 @@ TEST_F(ArchiveReaderTest, DamagedEntriesReadAsTheLibraryReadsThem)
         {"a wrong checksum in the directory", false, [](QByteArray& b) { b[b.indexOf("PK\1\2") + 16] ^= 1; }},
     };
     int errors = 0;
-    for (const Damage& d : damages) {
-        SCOPED_TRACE(d.what);
-        make(ZipBuilder().file(u"e.bin"_s, someData(), d.stored));
+    for (const auto& [what, stored, change] : damages) {
+        SCOPED_TRACE(what);
+        make(ZipBuilder().file(u"e.bin"_s, someData(), stored));
         QByteArray bytes = fileBytes(archive());
-        d.change(bytes);
+        change(bytes);
         writeFile(archive(), bytes);
         QByteArray fromLibrary, fromReader;
         const QString libraryProblem = libraryRead(archive(), 0, &fromLibrary);
