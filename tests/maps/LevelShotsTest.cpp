@@ -62,21 +62,6 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(LevelShotsTest, ABrokenArchiveIsLoggedEndsThePhaseAndTheResultStaysTrue)
-{
-    pk3(u"a.pk3"_s, {"levelshots/a.jpg"});
-    writeFile(t.baseFolder() + u"/b.pk3"_s, "no zip here");
-    pk3(u"c.pk3"_s, {"levelshots/c.jpg"});
-    EXPECT_TRUE(extract());
-    EXPECT_TRUE(QFileInfo::exists(shots() + u"/a.jpg"_s));
-    EXPECT_FALSE(QFileInfo::exists(shots() + u"/c.jpg"_s));
-    EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(log().contains(u"arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)"_s))
-        << log().toStdString();
-    EXPECT_EQ(progress.value, 0);
-    EXPECT_EQ(progress.activity, u"Done"_s);
-}
-
 TEST_F(LevelShotsTest, ConversionWithoutAPictureFolderIsLoggedAndStaysTrue)
 {
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));

@@ -156,7 +156,8 @@ std::vector<Case> cases()
              pk3(base, u"b.pk3"_s, customMap(u"again"_s, red));
              writeFile(program + u"/levelshots/again.tga"_s, blue);
          }},
-        {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore", ".bmp=2", "", true,
+        {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore", ".bmp=2",
+         "arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)", true,
          [=](Folder base, Folder) {
              pk3(base, u"a.pk3"_s, customMap(u"first"_s, red));
              pk3(base, u"b.pk3"_s, {entry("levelshots/first.tga", blue)});
