@@ -37,16 +37,10 @@ QByteArray qtBmp(const QImage& picture)
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    if (!picture.isNull()) {
-        EXPECT_TRUE(picture.convertToFormat(QImage::Format_RGB32).save(&buffer, "BMP"));
-    }
+    if (!picture.isNull() && !picture.convertToFormat(QImage::Format_RGB32).save(&buffer, "BMP"))
+        ADD_FAILURE() << "Qt wrote no bmp";
     return bytes;
 }
-
-struct Pixel {
-    int x, y;
-    QRgb colour;
-};
 
 } // namespace
 
@@ -57,11 +51,9 @@ TEST(TgaPicture, ReadsEveryKindWithinTheLimitsAndRefusesTheRestBeforeReadingThei
         QByteArray tga;
         TgaFault fault;
         QSize size = {0, 0};
-        std::vector<Pixel> pixels = {};
+        std::vector<std::tuple<int, int, QRgb>> pixels = {};
     };
     const QByteArray fullRuns = runLengthPicture(2048, 2048);
-    QByteArray huge = tgaHeader(2, 0, 0, 24, 0x20) + QByteArray(100, '\0');
-    huge[13] = huge[15] = '\xff'; // 65280 by 65280 pixels claimed
     const Case cases[] = {
         // Two pixels, one above the other; the file starts with the bottom row.
         {"bottom up",
@@ -106,7 +98,6 @@ TEST(TgaPicture, ReadsEveryKindWithinTheLimitsAndRefusesTheRestBeforeReadingThei
         {"too high", runLengthPicture(1, 2049), TgaFault::TooLarge},
         {"a bomb", runLengthPicture(4096, 2048), TgaFault::TooLarge},
         {"a header alone", tgaHeader(2, 65535, 1024, 32), TgaFault::TooLarge},
-        {"65280 by 65280", huge, TgaFault::TooLarge},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -114,8 +105,8 @@ TEST(TgaPicture, ReadsEveryKindWithinTheLimitsAndRefusesTheRestBeforeReadingThei
         const QImage picture = readTgaPicture(c.tga, &fault);
         EXPECT_EQ(fault, c.fault);
         EXPECT_EQ(picture.size(), c.size);
-        for (const Pixel& p : c.pixels)
-            EXPECT_EQ(picture.pixel(p.x, p.y), p.colour) << p.x << "," << p.y;
+        for (const auto& [x, y, colour] : c.pixels)
+            EXPECT_EQ(picture.pixel(x, y), colour) << x << "," << y;
     }
 }
 
