@@ -1,6 +1,7 @@
 #pragma once
 // What the map tests share: archives from a list of entries, the errors the readers
 // throw, folder listings, and a program whose scan shows a recording progress window.
+#include "maps/LevelShots.h"
 #include "maps/MapScanner.h"
 #include "support/Errors.h"
 #include "testkit/Printers.h"
@@ -77,8 +78,11 @@ protected:
     QStringList pictures() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
     QString log() const { return QString::fromUtf8(fileBytes(t.programFolder() + u"/arena-steward.log"_s)); }
     QStringList catalogue() const { return crlfLines(t.programFolder() + u"/Jedi.aml"_s); }
-    bool scan() { return ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()); }
-    bool extract() { return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()); }
+    bool scan(MapScanChain* chain = nullptr)
+    {
+        return ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder(), chain);
+    }
+    bool extract(MapScanChain* chain = nullptr) { return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), chain); }
 
     TestApp t;
     RecordingScanProgress progress;

@@ -200,11 +200,6 @@ class ScanChain : public ::testing::TestWithParam<Case> {};
 
 class ScanChainPhases : public ScanTest {
 protected:
-    bool scanInto() { return ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder(), &chain); }
-    bool extractAndConvert()
-    {
-        return ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), &chain) && ConvertTgaToBmp(*t.app, &chain);
-    }
     MapScanChain chain;
 };
 
@@ -235,10 +230,10 @@ TEST_F(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
 {
     for (int n = 0; n < 20; ++n)
         pk3(u"m%1.pk3"_s.arg(n), customMap(u"m%1"_s.arg(n), tgaPicture(8, 8, static_cast<quint8>(n), 0, 0)));
-    ASSERT_TRUE(scanInto());
+    ASSERT_TRUE(scan(&chain));
     EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/Scripts"_s));
     EXPECT_EQ(chain.archives.size(), 20);
-    ASSERT_TRUE(ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), &chain));
+    ASSERT_TRUE(extract(&chain));
     EXPECT_EQ(QDir(shots()).entryList({u"*.tga"_s}, QDir::Files), QStringList());
     ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
     EXPECT_EQ(QDir(shots()).entryList({u"m*.bmp"_s}, QDir::Files).size(), 20);
@@ -248,10 +243,10 @@ TEST_F(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
 TEST_F(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
 {
     pk3(u"a.pk3"_s, customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)));
-    ASSERT_TRUE(scanInto());
+    ASSERT_TRUE(scan(&chain));
     ASSERT_TRUE(QFile::remove(t.baseFolder() + u"/a.pk3"_s));
     pk3(u"a.pk3"_s, {entry("levelshots/after.jpg", "a longer picture than before")});
-    ASSERT_TRUE(extractAndConvert());
+    ASSERT_TRUE(extract(&chain) && ConvertTgaToBmp(*t.app, &chain));
     EXPECT_TRUE(QFileInfo::exists(shots() + u"/after.jpg"_s));
     EXPECT_FALSE(QFileInfo::exists(shots() + u"/before.bmp"_s));
 }
