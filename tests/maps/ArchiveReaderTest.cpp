@@ -40,8 +40,7 @@ QByteArray someData()
 // An entry as the library alone reads it: its bytes, or the library's word for what is wrong.
 QString libraryRead(const QString& path, int index, QByteArray* data)
 {
-    int code = 0;
-    zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &code);
+    zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, nullptr);
     if (!archive)
         return u"open failed"_s;
     QString problem;
