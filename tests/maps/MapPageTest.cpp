@@ -51,7 +51,7 @@ protected:
     ServerProfile profile;
 };
 
-class MapRotationTest : public ::testing::Test {
+class MapRotationTest : public MapTreeTest {
 protected:
     Field& grid() { return profile.field(F::lsvMapRotation); }
     /// The map names, one blank apart, each marked * when it bears the starting map's mark.
@@ -84,8 +84,6 @@ protected:
     }
     QString selected() const { return profile.text(F::lblMapsSelected); }
 
-    TestApp t;
-    ServerProfile profile;
     bool clicksAttached = (attachClickRoutines(*t.app, profile), true);
 };
 
