@@ -5,7 +5,6 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <cstdio>
 #include <vector>
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) __attribute__((weak));
@@ -16,17 +15,14 @@ int main(int argc, char** argv)
         LLVMFuzzerInitialize(&argc, &argv);
     QStringList files;
     for (int i = 1; i < argc; ++i) {
-        const QString path = QString::fromLocal8Bit(argv[i]);
-        if (QFileInfo(path).isDir()) {
-            QDirIterator walk(path, QDir::Files, QDirIterator::Subdirectories);
-            QStringList found;
+        QStringList found{QString::fromLocal8Bit(argv[i])};
+        if (QFileInfo(found.first()).isDir()) {
+            QDirIterator walk(found.takeFirst(), QDir::Files, QDirIterator::Subdirectories);
             while (walk.hasNext())
                 found << walk.next();
             found.sort();
-            files << found;
-        } else {
-            files << path;
         }
+        files << found;
     }
     if (files.isEmpty()) {
         std::fprintf(stderr, "no seed files given\n");

@@ -7,6 +7,7 @@
 #include "maps/ArchiveReader.h"
 #include "maps/PackedShot.h"
 #include "support/Errors.h"
+#include "testkit/TestApp.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,6 +15,7 @@
 #include <zip.h>
 
 using namespace steward;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -22,13 +24,9 @@ constexpr int kEntries = 16;
 
 const QString& archivePath()
 {
-    static const QString folder = [] {
-        const QString shm = QStringLiteral("/dev/shm");
-        static QTemporaryDir dir((QFileInfo(shm).isWritable() ? shm : QDir::tempPath()) +
-                                 QStringLiteral("/fuzz_archive_read-XXXXXX"));
-        return dir.path();
-    }();
-    static const QString path = folder + QStringLiteral("/input.pk3");
+    static QTemporaryDir dir((QFileInfo(u"/dev/shm"_s).isWritable() ? u"/dev/shm"_s : QDir::tempPath()) +
+                             u"/fuzz_archive_read-XXXXXX"_s);
+    static const QString path = dir.path() + u"/input.pk3"_s;
     return path;
 }
 
@@ -40,28 +38,19 @@ bool libraryRead(zip_t* archive, int index, QByteArray* data)
         return false;
     char buffer[8192];
     zip_int64_t got = 0;
-    while ((got = zip_fread(file, buffer, sizeof buffer)) > 0) {
+    while (data->size() <= kLimit && (got = zip_fread(file, buffer, sizeof buffer)) > 0)
         data->append(buffer, static_cast<qsizetype>(got));
-        if (data->size() > kLimit)
-            break;
-    }
-    const bool ok = got == 0 && zip_fclose(file) == 0;
-    if (got != 0)
-        zip_fclose(file);
-    return ok;
+    const int closed = zip_fclose(file);
+    return got == 0 && closed == 0;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    {
-        QFile file(archivePath());
-        fuzz::require(file.open(QIODevice::WriteOnly | QIODevice::Truncate), "the input can be written");
-        file.write(reinterpret_cast<const char*>(data), static_cast<qint64>(size));
-    }
-    int code = 0;
-    zip_t* library = zip_open(QFile::encodeName(archivePath()).constData(), ZIP_RDONLY, &code);
+    testing::writeFile(archivePath(), fuzz::bytesOf(data, size));
+    fuzz::require(QFileInfo(archivePath()).size() == qint64(size), "the input can be written");
+    zip_t* library = zip_open(QFile::encodeName(archivePath()).constData(), ZIP_RDONLY, nullptr);
     ArchiveReader reader;
     bool opened = true;
     try {

@@ -10,10 +10,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     const QByteArray datagram = fuzz::bytesOf(data, size);
     replyKind(datagram);
-    if (const auto status = parseStatusResponse(datagram)) {
+    if (const auto status = parseStatusResponse(datagram))
         for (const auto& player : status->players)
             colourCodesToHtml(player.name);
-    }
     if (const auto text = parsePrintReply(datagram)) {
         parseStatusTable(*text);
         rconNote(*text);

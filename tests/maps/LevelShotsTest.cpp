@@ -1,68 +1,197 @@
+// Level shots: the tga reader's kinds, limits and faults; the bmp prepared from an
+// archive's packed data, taken only when the data unpacks exactly as the directory
+// claims and then byte for byte what Qt writes; the scan's level shots, copied from
+// every archive and converted, with the fallback pictures; strangers' entries (bombs,
+// odd names) left out with a log entry; and shots read ahead, taken only as the
+// extraction comes to them.
+#include "maps/ArchiveReader.h"
+#include "maps/ArchiveShelf.h"
+#include "maps/EntryChecks.h"
+#include "maps/LevelShotConverter.h"
 #include "maps/LevelShots.h"
-#include "maps/MapScanner.h"
-#include "support/AppContext.h"
-#include "testkit/Printers.h"
-#include "testkit/RecordingScanProgress.h"
-#include "testkit/TestApp.h"
-#include "testkit/ZipBuilder.h"
+#include "maps/PackedShot.h"
+#include "maps/ShotPrefetch.h"
+#include "maps/TgaPicture.h"
+#include "MapsKit.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include <QBuffer>
 #include <QImage>
+#include <QTemporaryDir>
+#include <QThreadPool>
 #include <algorithm>
-#include <gtest/gtest.h>
 
 using namespace steward;
 using namespace steward::testing;
 
 namespace {
 
-class LevelShotsTest : public ::testing::Test {
+QByteArray withIdLength(QByteArray tga, char length)
+{
+    tga[0] = length;
+    return tga;
+}
+
+PackedEntry packedOf(const QByteArray& data, bool stored)
+{
+    QTemporaryDir dir;
+    const QString path = dir.path() + u"/a.pk3"_s;
+    EXPECT_TRUE(ZipBuilder().file(u"levelshots/a.tga"_s, data, stored).write(path));
+    PackedEntry packed;
+    EXPECT_TRUE(ArchiveReader(path).readPacked(0, &packed));
+    return packed;
+}
+
+// What Qt writes of a picture as a bmp; nothing for a null picture.
+QByteArray qtBmp(const QImage& picture)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!picture.isNull() && !picture.convertToFormat(QImage::Format_RGB32).save(&buffer, "BMP"))
+        ADD_FAILURE() << "Qt wrote no bmp";
+    return bytes;
+}
+
+class LevelShotsTest : public ScanTest {
 protected:
-    void SetUp() override { t.app->services.scanProgress = &progress; }
-
-    void pk3(const QString& name, const ZipBuilder& zip)
-    {
-        ASSERT_TRUE(zip.write(t.baseFolder() + QStringLiteral("/") + name));
-    }
-    bool extract() { return ExtractLevelShots(*t.app, QStringLiteral("Base"), t.gameFolder()); }
-    QString shots() const { return t.programFolder() + QStringLiteral("/levelshots"); }
-    QStringList pictures() const { return QDir(shots()).entryList(QDir::Files, QDir::Name); }
-    QString log() const
-    {
-        return QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")));
-    }
-
-    TestApp t;
-    RecordingScanProgress progress;
+    bool extractAndConvert() { return extract() && ConvertTgaToBmp(*t.app); }
+    QStringList programFiles() const { return filesUnder(t.programFolder()); }
 };
 
 } // namespace
 
+TEST(TgaPicture, ReadsEveryKindWithinTheLimitsAndRefusesTheRestBeforeReadingTheirData)
+{
+    struct Case {
+        const char* what;
+        QByteArray tga;
+        TgaFault fault;
+        QSize size = QSize(0, 0);
+        const char* pixels = ""; ///< "x,y=#aarrggbb ..."
+    };
+    const QByteArray fullRuns = runLengthPicture(2048, 2048);
+    const Case cases[] = {
+        // Two pixels, one above the other; the file starts with the bottom row.
+        {"bottom up", tgaHeader(2, 1, 2, 24, 0) + QByteArray("\x00\x00\xff\xff\x00\x00", 6), TgaFault::None,
+         QSize(1, 2), "0,0=#ff0000ff 0,1=#ffff0000"},
+        {"top down", tgaPicture(3, 2, 10, 20, 30), TgaFault::None, QSize(3, 2), "2,1=#ff0a141e"},
+        // A run of three red pixels, then one literal green pixel.
+        {"runs", tgaHeader(10, 4, 1, 24) + QByteArray("\x82\x00\x00\xff\x00\x00\xff\x00", 8), TgaFault::None,
+         QSize(4, 1), "2,0=#ffff0000 3,0=#ff00ff00"},
+        {"grey runs", tgaHeader(11, 2, 1, 8) + QByteArray("\x81\x40", 2), TgaFault::None, QSize(2, 1), "1,0=#ff404040"},
+        // 16 bits: x1111100 00000000 is full red; right to left, so it lands on the right.
+        {"16 bits", tgaHeader(2, 2, 1, 16, 0x30) + QByteArray("\x00\x7c\x00\x00", 4), TgaFault::None, QSize(2, 1),
+         "1,0=#ffff0000 0,0=#ff000000"},
+        {"32 bits", tgaHeader(2, 1, 1, 32, 0x28) + QByteArray("\x10\x20\x30\x80", 4), TgaFault::None, QSize(1, 1),
+         "0,0=#80302010"},
+        {"the largest", fullRuns, TgaFault::None, QSize(2048, 2048), "2047,2047=#ff302010"},
+        {"short", QByteArray("short"), TgaFault::Damaged},
+        {"cut off", tgaPicture(4, 4, 1, 2, 3).left(30), TgaFault::Damaged},
+        {"runs cut off", tgaHeader(10, 4, 1, 24) + QByteArray("\x83\x00", 2), TgaFault::Damaged},
+        {"colour-mapped", tgaHeader(1, 2, 2, 8) + QByteArray(4, '\0'), TgaFault::Damaged},
+        {"a few runs for 2048 by 2048", tgaHeader(10, 2048, 2048, 32) + QByteArray(1000, '\xff'), TgaFault::Damaged},
+        {"runs one packet short", fullRuns.left(fullRuns.size() - 4), TgaFault::Damaged},
+        {"grey runs, nothing at all", tgaHeader(11, 2048, 2048, 8), TgaFault::Damaged},
+        {"one byte short", tgaHeader(2, 64, 64, 24) + QByteArray(64 * 64 * 3 - 1, '\0'), TgaFault::Damaged},
+        {"an id longer than the file", withIdLength(tgaPicture(1, 1, 0, 0, 0), '\xff'), TgaFault::Damaged},
+        {"too wide", runLengthPicture(2049, 1), TgaFault::TooLarge},
+        {"too high", runLengthPicture(1, 2049), TgaFault::TooLarge},
+        {"a bomb", runLengthPicture(4096, 2048), TgaFault::TooLarge},
+        {"a header alone", tgaHeader(2, 65535, 1024, 32), TgaFault::TooLarge},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        TgaFault fault = TgaFault::None;
+        const QImage picture = readTgaPicture(c.tga, &fault);
+        EXPECT_EQ(fault, c.fault);
+        EXPECT_EQ(picture.size(), c.size);
+        for (const QString& pixel : QString::fromLatin1(c.pixels).split(u' ', Qt::SkipEmptyParts)) {
+            const QStringList at = pixel.section(u'=', 0, 0).split(u',');
+            EXPECT_EQ(QColor::fromRgba(picture.pixel(at[0].toInt(), at[1].toInt())).name(QColor::HexArgb),
+                      pixel.section(u'=', 1));
+        }
+    }
+}
+
+TEST(PackedShot, DataThatDoesNotUnpackExactlyIsNotTaken)
+{
+    const QByteArray tga = tgaPicture(8, 8, 1, 2, 3);
+    const std::pair<const char*, std::function<void(PackedEntry&)>> spoils[] = {
+        {"a wrong checksum", [](PackedEntry& p) { p.crc ^= 1; }},
+        {"a larger claim", [](PackedEntry& p) { ++p.size; }},
+        {"a smaller claim", [](PackedEntry& p) { --p.size; }},
+        {"cut-off data", [](PackedEntry& p) { p.data.chop(3); }},
+        {"data after the end of the stream", [](PackedEntry& p) { p.data.append("tail"); }},
+        {"a flipped byte", [](PackedEntry& p) { p.data[p.data.size() / 2] = char(p.data[p.data.size() / 2] ^ 0x55); }},
+        {"another packing", [](PackedEntry& p) { p.method = 12; }},
+    };
+    for (const auto& [what, spoil] : spoils) {
+        for (const bool stored : {true, false}) {
+            SCOPED_TRACE(::testing::Message() << what << (stored ? " stored" : " deflated"));
+            PackedEntry packed = packedOf(tga, stored);
+            spoil(packed);
+            QByteArray data;
+            EXPECT_FALSE(unpackExactly(packed, &data));
+            EXPECT_FALSE(prepareShot(packed).verified);
+        }
+    }
+}
+
+TEST(PackedShot, EveryKindOfTgaGivesTheBmpQtWritesOfItsPictureOrItsFault)
+{
+    // Plain true-colour data goes to the bmp straight; every other kind is decoded.
+    auto filled = [](int type, int width, int height, int depth, int descriptor) {
+        QByteArray tga = tgaHeader(type, width, height, depth, descriptor);
+        for (int i = 0; i < width * height * depth / 8; ++i)
+            tga.append(static_cast<char>((i * 131 + 7) & 0xff));
+        return tga;
+    };
+    const std::pair<const char*, QByteArray> cases[] = {
+        {"24 bits, bottom up", filled(2, 5, 3, 24, 0)},
+        {"24 bits, top down", filled(2, 5, 3, 24, 0x20)},
+        {"24 bits, no padding", filled(2, 4, 2, 24, 0)},
+        {"24 bits, rows padded by two bytes", filled(2, 2, 3, 24, 0x20)},
+        {"an odd width", filled(2, 127, 5, 24, 0)},
+        {"a level shot's size", filled(2, 128, 128, 24, 0x20)},
+        {"32 bits with alpha", filled(2, 3, 3, 32, 0x28)},
+        {"32 bits without alpha", filled(2, 2, 2, 32, 0x20)},
+        {"right to left", filled(2, 3, 2, 24, 0x10)},
+        {"an image id", withIdLength(filled(2, 3, 2, 24, 0), 4).insert(18, "name")},
+        {"16 bits", filled(2, 3, 2, 16, 0)},
+        {"grey", filled(3, 3, 2, 8, 0x20)},
+        {"run-length", tgaHeader(10, 2, 1, 24) + QByteArray("\x81\x01\x02\x03", 4)},
+        {"data short by a byte", filled(2, 3, 2, 24, 0).chopped(1)},
+        {"too large", tgaHeader(2, 4096, 1, 24)},
+        {"not a picture", "not a picture"},
+    };
+    for (const auto& [what, tga] : cases) {
+        for (const bool stored : {true, false}) {
+            SCOPED_TRACE(::testing::Message() << what << (stored ? " stored" : " deflated"));
+            TgaFault fault = TgaFault::None;
+            const QImage picture = readTgaPicture(tga, &fault);
+            const PreparedShot shot = prepareShot(packedOf(tga, stored));
+            EXPECT_TRUE(shot.verified);
+            EXPECT_EQ(shot.fault, fault);
+            EXPECT_EQ(shot.bmp, qtBmp(picture));
+        }
+    }
+}
+
 TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
 {
-    pk3(QStringLiteral("assets0.pk3"), ZipBuilder()
-                                           .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets0")
-                                           .file(QStringLiteral("maps/ffa_bespin.bsp")));
-    pk3(QStringLiteral("assets1.pk3"),
-        ZipBuilder()
-            .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "from assets1")
-            .file(QStringLiteral("levelshots/duel_pit.tga"), tgaPicture(4, 2, 200, 10, 20)));
-    pk3(QStringLiteral("nopictures.pk3"),
-        ZipBuilder().file(QStringLiteral("maps/x.bsp")).file(QStringLiteral("x.jpg")));
-    pk3(QStringLiteral("zmap.pk3"), ZipBuilder()
-                                        .file(QStringLiteral("LevelShots/zmap.tga"), tgaPicture(2, 2, 0, 0, 255))
-                                        .file(QStringLiteral("levelshots/zmap.jpg"), "a jpg stays a jpg")
-                                        .file(QStringLiteral("levelshots/zmap.png"), "not selected"));
-
+    pk3(u"assets0.pk3"_s, {entry("levelshots/ffa_bespin.jpg", "from assets0"), "maps/ffa_bespin.bsp"});
+    pk3(u"assets1.pk3"_s, {entry("levelshots/ffa_bespin.jpg", "from assets1"),
+                           entry("levelshots/duel_pit.tga", tgaPicture(4, 2, 200, 10, 20))});
+    pk3(u"nopictures.pk3"_s, {"maps/x.bsp", "x.jpg"});
+    pk3(u"zmap.pk3"_s,
+        {entry("LevelShots/zmap.tga", tgaPicture(2, 2, 0, 0, 255)), entry("levelshots/zmap.jpg", "a jpg stays a jpg"),
+         entry("levelshots/zmap.png", "not selected")});
     EXPECT_TRUE(extract());
-    EXPECT_EQ(pictures(), (QStringList{QStringLiteral("duel_pit.tga"), QStringLiteral("ffa_bespin.jpg"),
-                                       QStringLiteral("unknown.bmp"), QStringLiteral("unknown.jpg"),
-                                       QStringLiteral("zmap.jpg"), QStringLiteral("zmap.tga")}));
-    EXPECT_EQ(fileBytes(shots() + QStringLiteral("/ffa_bespin.jpg")), QByteArray("from assets1"));
-    EXPECT_EQ(progress.activities.first(), QStringLiteral("Copying images from assets0.pk3...."));
-    EXPECT_EQ(progress.activity, QStringLiteral("Done"));
+    EXPECT_EQ(pictures(), (QStringList{u"duel_pit.tga"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
+                                       u"zmap.jpg"_s, u"zmap.tga"_s}));
+    EXPECT_EQ(fileBytes(shots() + u"/ffa_bespin.jpg"_s), QByteArray("from assets1"));
+    EXPECT_EQ(progress.activities.first(), u"Copying images from assets0.pk3...."_s);
+    EXPECT_EQ(progress.activity, u"Done"_s);
     EXPECT_EQ(progress.value, 0);
     EXPECT_EQ(progress.maximum, 4);
     std::vector<int> counted; // the bar moves one step for each archive
@@ -70,65 +199,124 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_EQ(counted, (std::vector<int>{1, 2, 3, 4}));
 
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(pictures(), (QStringList{QStringLiteral("duel_pit.bmp"), QStringLiteral("ffa_bespin.jpg"),
-                                       QStringLiteral("unknown.bmp"), QStringLiteral("unknown.jpg"),
-                                       QStringLiteral("zmap.bmp"), QStringLiteral("zmap.jpg")}));
-    const QImage converted(shots() + QStringLiteral("/duel_pit.bmp"), "BMP");
-    ASSERT_FALSE(converted.isNull());
+    EXPECT_EQ(pictures(), (QStringList{u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
+                                       u"zmap.bmp"_s, u"zmap.jpg"_s}));
+    const QImage converted(shots() + u"/duel_pit.bmp"_s, "BMP");
     EXPECT_EQ(converted.size(), QSize(4, 2));
     EXPECT_EQ(converted.pixelColor(1, 1), QColor(200, 10, 20));
-    EXPECT_EQ(fileBytes(shots() + QStringLiteral("/zmap.jpg")), QByteArray("a jpg stays a jpg"));
+    EXPECT_EQ(fileBytes(shots() + u"/zmap.jpg"_s), QByteArray("a jpg stays a jpg"));
     EXPECT_TRUE(progress.activityVisible);
-    EXPECT_TRUE(progress.activities.contains(QStringLiteral("Verifying images....")));
-    EXPECT_TRUE(progress.activities.contains(QStringLiteral("Converting duel_pit.tga....")));
+    EXPECT_TRUE(progress.activities.contains(u"Verifying images...."_s));
+    EXPECT_TRUE(progress.activities.contains(u"Converting duel_pit.tga...."_s));
     EXPECT_FALSE(progress.overshoot);
     EXPECT_TRUE(t.prompts.shown.empty());
-}
-
-TEST_F(LevelShotsTest, ABrokenArchiveIsLoggedEndsThePhaseAndTheResultStaysTrue)
-{
-    pk3(QStringLiteral("a.pk3"), ZipBuilder().file(QStringLiteral("levelshots/a.jpg"), "a"));
-    writeFile(t.baseFolder() + QStringLiteral("/b.pk3"), "no zip here");
-    pk3(QStringLiteral("c.pk3"), ZipBuilder().file(QStringLiteral("levelshots/c.jpg"), "c"));
-    EXPECT_TRUE(extract());
-    EXPECT_TRUE(QFileInfo::exists(shots() + QStringLiteral("/a.jpg")));
-    EXPECT_FALSE(QFileInfo::exists(shots() + QStringLiteral("/c.jpg")));
-    EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(
-        log().contains(QStringLiteral("arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)")))
-        << log().toStdString();
-    EXPECT_EQ(progress.value, 0);
-    EXPECT_EQ(progress.activity, QStringLiteral("Done"));
 }
 
 TEST_F(LevelShotsTest, ConversionWithoutAPictureFolderIsLoggedAndStaysTrue)
 {
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(log().contains(QStringLiteral("::CMapScanner.ConvertTgaToBmp(Function)")));
+    EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
 }
 
 TEST_F(LevelShotsTest, AReadOnlyOrUnreadableTgaIsDeletedAnyway)
 {
-    QDir().mkpath(shots());
-    writeFile(shots() + QStringLiteral("/ro.tga"), tgaPicture(2, 2, 1, 2, 3));
-    QFile::setPermissions(shots() + QStringLiteral("/ro.tga"), QFile::ReadOwner);
-    writeFile(shots() + QStringLiteral("/broken.TGA"), "not a picture");
+    writeFile(shots() + u"/ro.tga"_s, tgaPicture(2, 2, 1, 2, 3));
+    QFile::setPermissions(shots() + u"/ro.tga"_s, QFile::ReadOwner);
+    writeFile(shots() + u"/broken.TGA"_s, "not a picture");
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(pictures(), QStringList{QStringLiteral("ro.bmp")});
+    EXPECT_EQ(pictures(), QStringList{u"ro.bmp"_s});
     EXPECT_EQ(progress.maximum, 2);
 }
 
 TEST_F(LevelShotsTest, TheFallbackPicturesAreWrittenOnlyWhereMissing)
 {
-    QDir().mkpath(shots());
-    writeFile(shots() + QStringLiteral("/unknown.jpg"), "the user's own");
+    writeFile(shots() + u"/unknown.jpg"_s, "the user's own");
     EXPECT_TRUE(EnsureFallbackPictures(*t.app));
-    EXPECT_EQ(fileBytes(shots() + QStringLiteral("/unknown.jpg")), QByteArray("the user's own"));
-    const QImage bmp(shots() + QStringLiteral("/unknown.bmp"));
-    EXPECT_FALSE(bmp.isNull());
+    EXPECT_EQ(fileBytes(shots() + u"/unknown.jpg"_s), QByteArray("the user's own"));
+    EXPECT_FALSE(QImage(shots() + u"/unknown.bmp"_s).isNull());
+    QFile::remove(shots() + u"/unknown.jpg"_s);
+    EXPECT_TRUE(EnsureFallbackPictures(*t.app));
+    EXPECT_FALSE(QImage(shots() + u"/unknown.jpg"_s).isNull());
+}
 
-    QFile::remove(shots() + QStringLiteral("/unknown.jpg"));
-    EXPECT_TRUE(EnsureFallbackPictures(*t.app));
-    EXPECT_FALSE(QImage(shots() + QStringLiteral("/unknown.jpg")).isNull());
+TEST_F(LevelShotsTest, ARunLengthBombBecomesNoBitmapButALogEntryAndTheMapKeepsTheFallback)
+{
+    // 4096 by 2048 pixels of one colour: 260 KB of runs, a few KB in the archive, and
+    // a 32 MB bmp if it were converted.
+    pk3(u"bomb.pk3"_s, {"maps/bomb.bsp", entry("levelshots/bomb.tga", runLengthPicture(4096, 2048)),
+                        entry("levelshots/fine.tga", runLengthPicture(512, 512))});
+    EXPECT_TRUE(extractAndConvert());
+    EXPECT_EQ(pictures(), (QStringList{u"fine.bmp"_s, u"unknown.bmp"_s, u"unknown.jpg"_s}));
+    EXPECT_TRUE(log().contains(u"The level shot bomb.tga was not converted: it is larger than 2048 by 2048"_s))
+        << log().toStdString();
+    EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(LevelShotsTest, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutWithALogEntry)
+{
+    const QString overlong = QString(252, u'a') + u".jpg"_s; // 256 bytes
+    const QString longest = QString(251, u'b') + u".jpg"_s;  // 255 bytes
+    pk3(u"names.pk3"_s, {entry("levelshots/new\nline.tga", tgaPicture(2, 2, 1, 2, 3)), "levelshots/tab\tbed.jpg",
+                         u"levelshots/"_s + overlong, u"levelshots/"_s + longest,
+                         entry("levelshots/plain.tga", tgaPicture(2, 2, 1, 2, 3))});
+    EXPECT_TRUE(extractAndConvert());
+    EXPECT_EQ(programFiles(),
+              (QStringList{u"Jedi.aml"_s, u"arena-steward.log"_s, u"levelshots/"_s + longest, u"levelshots/plain.bmp"_s,
+                           u"levelshots/unknown.bmp"_s, u"levelshots/unknown.jpg"_s}));
+    EXPECT_TRUE(log().contains(u"The level shot levelshots/new\\x0aline.tga of names.pk3 was left out: its "
+                               "name holds a control character"_s))
+        << log().toStdString();
+    EXPECT_TRUE(log().contains(u"levelshots/tab\\x09bed.jpg"_s));
+    EXPECT_TRUE(log().contains(u"longer than 255 bytes"_s));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(EntryNames, OnlyPlainNamesOfAtMost255BytesPass)
+{
+    EXPECT_TRUE(entryNameProblem(u"ffa_yavin.jpg"_s).isEmpty());
+    EXPECT_TRUE(entryNameProblem(u"with blanks, commas & äccents.tga"_s).isEmpty());
+    EXPECT_TRUE(entryNameProblem(QString(127, QChar(0xe4))).isEmpty()); // 254 bytes of UTF-8
+    EXPECT_FALSE(entryNameProblem(QString(128, QChar(0xe4))).isEmpty());
+    for (const char* bad : {"a\nb", "a\rb", "\x7f", "a\x1b[2J", "a/b", "a\\b"})
+        EXPECT_FALSE(entryNameProblem(QString::fromLatin1(bad)).isEmpty()) << bad;
+    EXPECT_FALSE(entryNameProblem(QString(QChar(0x85))).isEmpty()) << "a C1 control character";
+}
+
+// Level shots read ahead of the extraction: each is taken as the extraction comes to
+// it, and a shot that wasn't planned, was passed over, or whose archive changed is
+// simply not there, so that the extraction reads it itself.
+TEST(ShotPrefetch, ShotsAreTakenInTheirOrderOnlyAsPlanned)
+{
+    QTemporaryDir dir;
+    ArchiveShelf shelf;
+    std::vector<ShotPrefetch::Planned> plan;
+    auto picture = [](int n) { return tgaPicture(4, 4, static_cast<quint8>(n), 7, 9); };
+    for (int n = 0; n < 30; ++n) {
+        const QString path = dir.path() + u"/a%1.pk3"_s.arg(n);
+        ASSERT_TRUE(zipOf({"maps/m.bsp", entry("levelshots/m.tga", picture(n))}).write(path));
+        shelf.open(path).park();
+        plan.push_back({path, 1});
+    }
+    QThreadPool pool;
+    ShotPrefetch inOrder(pool);
+    inOrder.setPlan(plan);
+    for (int n = 0; n < 30; ++n) {
+        const PreparedShot shot = inOrder.take(shelf, plan[n].archive, 1);
+        ASSERT_TRUE(shot.verified) << n;
+        ASSERT_EQ(convertTgaToBmpFile(picture(n), dir.path() + u"/p.bmp"_s), TgaFault::None);
+        EXPECT_EQ(shot.bmp, fileBytes(dir.path() + u"/p.bmp"_s)) << n;
+    }
+
+    ShotPrefetch prefetch(pool);
+    prefetch.setPlan(plan);
+    EXPECT_FALSE(prefetch.take(shelf, plan[0].archive, 0).verified); // the bsp isn't planned
+    EXPECT_TRUE(prefetch.take(shelf, plan[5].archive, 1).verified);  // 0 to 4 passed over
+    EXPECT_FALSE(prefetch.take(shelf, plan[3].archive, 1).verified); // gone for good
+    // An archive replaced before it is read ahead: its shot isn't taken from the new file.
+    ASSERT_TRUE(QFile::remove(plan[25].archive));
+    ASSERT_TRUE(zipOf({entry("x", "y"), entry("levelshots/m.tga", picture(99))}).write(plan[25].archive));
+    EXPECT_FALSE(prefetch.take(shelf, plan[25].archive, 1).verified);
+    EXPECT_TRUE(prefetch.take(shelf, plan[26].archive, 1).verified);
 }

@@ -1,31 +1,25 @@
-// The scan's phases run as one chain (archives kept, scripts and level shots read in
-// memory, pictures converted on worker threads) must leave exactly what the phases
-// leave when each works through files on its own: the same catalogue, files,
-// permissions, messages and log entries. Each case builds the same base folder twice
-// and runs it both ways.
-#include "maps/ArchiveShelf.h"
+// The map scan: the catalogue it writes from the archives and their arena scripts, the
+// progress window, and the boxes that end it, for broken and hostile archives too,
+// which never write outside the program's folder and keep the catalogue so far. Run as
+// one chain (archives kept, scripts and level shots read in memory, pictures converted
+// on worker threads) its phases must leave exactly what they leave when each works
+// through files on its own: the same catalogue, files, permissions, messages and log
+// entries; each such case builds the same base folder twice and runs it both ways.
 #include "maps/LevelShotConverter.h"
 #include "maps/MapScanChain.h"
-#include "maps/MapScanner.h"
-#include "testkit/Printers.h"
-#include "testkit/RecordingScanProgress.h"
-#include "testkit/TestApp.h"
-#include "testkit/ZipBuilder.h"
+#include "maps/MapTreeModel.h"
+#include "model/Constants.h"
+#include "testkit/BoxExpect.h"
+#include "testkit/Golden.h"
+#include "MapsKit.h"
 
 #include <QCryptographicHash>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QFileInfo>
-#include <functional>
-#include <gtest/gtest.h>
+#include <QTemporaryDir>
 
 using namespace steward;
 using namespace steward::testing;
 
 namespace {
-
-using Setup = std::function<void(const QString& base, const QString& program)>;
 
 struct Outcome {
     bool scanned = false;
@@ -44,43 +38,39 @@ QStringList tree(const QString& root)
         const QString path = walk.next();
         const QFileInfo info = walk.fileInfo();
         const QString relative = path.mid(root.size() + 1);
-        if (relative == QLatin1String("arena-steward.log"))
+        if (relative == u"arena-steward.log"_s)
             continue;
-        QString line = relative + QStringLiteral(" %1 %2")
-                                      .arg(info.isSymLink() ? "link"
-                                           : info.isDir()   ? "dir"
-                                                            : "file")
+        QString line = relative + u" %1 %2"_s.arg(info.isSymLink() ? "link"
+                                                  : info.isDir()   ? "dir"
+                                                                   : "file")
                                       .arg(static_cast<int>(info.permissions()), 0, 16);
         if (info.isFile() && !info.isSymLink())
-            line += QLatin1Char(' ') +
-                    QString::fromLatin1(QCryptographicHash::hash(fileBytes(path), QCryptographicHash::Sha1).toHex());
+            line +=
+                u' ' + QString::fromLatin1(QCryptographicHash::hash(fileBytes(path), QCryptographicHash::Sha1).toHex());
         files << line;
     }
     files.sort();
     return files;
 }
 
-Outcome run(const Setup& setup, bool asChain)
+Outcome run(const std::function<void(const QString&, const QString&)>& setup, bool asChain)
 {
     TestApp t;
     RecordingScanProgress progress;
     t.app->services.scanProgress = &progress;
     setup(t.baseFolder(), t.programFolder());
-
     std::unique_ptr<MapScanChain> chain = asChain ? std::make_unique<MapScanChain>() : nullptr;
     Outcome outcome;
-    const QString base = QStringLiteral("Base");
-    outcome.scanned = ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), chain.get()) &&
-                      ExtractLevelShots(*t.app, base, t.gameFolder(), chain.get()) &&
+    outcome.scanned = ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder(), chain.get()) &&
+                      ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), chain.get()) &&
                       ConvertTgaToBmp(*t.app, chain.get());
     chain.reset();
 
-    auto anonymous = [&](QString text) { return text.replace(t.root(), QStringLiteral("<root>")); };
+    auto anonymous = [&](QString text) { return text.replace(t.root(), u"<root>"_s); };
     outcome.files = tree(t.programFolder());
     for (const FakePrompts::Shown& shown : t.prompts.shown)
-        outcome.messages << anonymous(shown.request.title + QStringLiteral(" | ") + shown.request.text);
-    for (const QString& line : QString::fromLatin1(fileBytes(t.programFolder() + QStringLiteral("/arena-steward.log")))
-                                   .split(QLatin1Char('\n')))
+        outcome.messages << anonymous(shown.request.title + u" | "_s + shown.request.text);
+    for (const QString& line : QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)).split(u'\n'))
         outcome.log << anonymous(line);
     outcome.log.sort();
     outcome.activities = progress.activities;
@@ -90,32 +80,39 @@ Outcome run(const Setup& setup, bool asChain)
 
 int count(const QStringList& files, const QString& ending)
 {
-    return static_cast<int>(std::count_if(files.begin(), files.end(), [&](const QString& line) {
-        return line.section(QLatin1Char(' '), 0, 0).endsWith(ending);
-    }));
+    return static_cast<int>(std::count_if(
+        files.begin(), files.end(), [&](const QString& line) { return line.section(u' ', 0, 0).endsWith(ending); }));
 }
 
 void pk3(const QString& base, const QString& name, const ZipBuilder& zip)
 {
-    ASSERT_TRUE(zip.write(base + QLatin1Char('/') + name));
+    ASSERT_TRUE(zip.write(base + u'/' + name));
+}
+void pk3(const QString& base, const QString& name, std::initializer_list<Entry> entries)
+{
+    pk3(base, name, zipOf(entries));
 }
 
 ZipBuilder customMap(const QString& map, const QByteArray& shot)
 {
-    return ZipBuilder()
-        .file(QStringLiteral("maps/") + map + QStringLiteral(".bsp"))
-        .file(QStringLiteral("scripts/") + map + QStringLiteral(".arena"),
-              arenaScript(map, QStringLiteral("The ") + map, QStringLiteral("ffa duel")))
-        .file(QStringLiteral("levelshots/") + map + QStringLiteral(".tga"), shot);
+    return zipOf({u"maps/"_s + map + u".bsp"_s,
+                  entry(u"scripts/"_s + map + u".arena"_s, arenaScript(map, u"The "_s + map, u"ffa duel"_s)),
+                  entry(u"levelshots/"_s + map + u".tga"_s, shot)});
 }
 
 // Wider than any level shot the program takes.
 QByteArray largeShot() { return tgaHeader(2, 4096, 1, 24) + QByteArray(3, '\0'); }
 
+using Folder = const QString&;
+
+// What a case is about, beyond sameness: how many files end so ("ending=count ..."), a
+// line the log holds, and whether the scan got through (else it ended in one box).
 struct Case {
     const char* name;
-    Setup setup;
-    std::function<void(const Outcome&)> check; // what the case is about, beyond sameness
+    const char* counts;
+    const char* logged;
+    bool scanned;
+    std::function<void(Folder base, Folder program)> setup;
 };
 
 std::vector<Case> cases()
@@ -123,118 +120,82 @@ std::vector<Case> cases()
     const QByteArray red = tgaPicture(4, 2, 200, 10, 20);
     const QByteArray blue = tgaPicture(2, 2, 0, 0, 255);
     return {
-        {"PlainArchivesAndAStockArchive",
-         [=](const QString& base, const QString&) {
-             for (const char* map : {"alpha", "beta", "gamma"})
-                 pk3(base, QString::fromLatin1(map) + QStringLiteral(".pk3"), customMap(QString::fromLatin1(map), red));
-             pk3(base, QStringLiteral("assets0.pk3"),
-                 ZipBuilder()
-                     .file(QStringLiteral("maps/ffa_bespin.bsp"))
-                     .file(QStringLiteral("levelshots/ffa_bespin.jpg"), "jpg"));
-         },
-         [](const Outcome& o) {
-             EXPECT_TRUE(o.scanned);
-             EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 4); // three shots and the fallback
-             EXPECT_EQ(count(o.files, QStringLiteral(".tga")), 0);
-             EXPECT_EQ(count(o.files, QStringLiteral(".arena")), 0);
+        // Three shots and the fallback.
+        {"PlainArchivesAndAStockArchive", ".bmp=4 .tga=0 .arena=0", "", true,
+         [=](Folder base, Folder) {
+             for (const QString& map : {u"alpha"_s, u"beta"_s, u"gamma"_s})
+                 pk3(base, map + u".pk3"_s, customMap(map, red));
+             pk3(base, u"assets0.pk3"_s, {"maps/ffa_bespin.bsp", entry("levelshots/ffa_bespin.jpg", "jpg")});
          }},
-        {"ALaterDuplicateThatCantBeReadLeavesNoPicture",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("twin"), red));
-             pk3(base, QStringLiteral("b.pk3"),
-                 ZipBuilder().file(QStringLiteral("levelshots/twin.tga"), "not a picture"));
-         },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral("twin.bmp")), 0); }},
-        {"ALaterDuplicateReplacesTheEarlierPicture",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("twin"), red));
-             pk3(base, QStringLiteral("b.pk3"), ZipBuilder().file(QStringLiteral("LevelShots/TWIN.tga"), blue));
-         },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 3); }},
-        {"NamesThatDifferInCaseOnly",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"),
-                 ZipBuilder()
-                     .file(QStringLiteral("levelshots/case.tga"), red)
-                     .file(QStringLiteral("levelshots/case.TGA"), largeShot())
-                     .file(QStringLiteral("levelshots/Case.tga"), blue));
-         },
-         [](const Outcome& o) {
-             EXPECT_EQ(count(o.files, QStringLiteral(".tga")) + count(o.files, QStringLiteral(".TGA")), 0);
+        {"ALaterDuplicateThatCantBeReadLeavesNoPicture", "twin.bmp=0", "", true,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
+             pk3(base, u"b.pk3"_s, {entry("levelshots/twin.tga", "not a picture")});
          }},
-        {"ATooLargePictureIsLogged",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("big.pk3"), customMap(QStringLiteral("big"), largeShot()));
-         },
-         [](const Outcome& o) {
-             EXPECT_TRUE(o.log.join(QLatin1Char('\n')).contains(QStringLiteral("big.tga was not converted")));
+        {"ALaterDuplicateReplacesTheEarlierPicture", ".bmp=3", "", true,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s, customMap(u"twin"_s, red));
+             pk3(base, u"b.pk3"_s, {entry("LevelShots/TWIN.tga", blue)});
          }},
-        {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced",
-         [=](const QString& base, const QString& program) {
-             pk3(base, QStringLiteral("a.pk3"),
-                 ZipBuilder()
-                     .file(QStringLiteral("maps/kept.bsp"))
-                     .readOnlyFile(QStringLiteral("scripts/kept.arena"),
-                                   arenaScript(QStringLiteral("kept"), QStringLiteral("Kept"), QStringLiteral("ctf"))));
-             pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("there"), red));
-             writeFile(program + QStringLiteral("/Scripts/there.arena"), "an old script");
-         },
-         [](const Outcome& o) {
-             EXPECT_EQ(count(o.files, QStringLiteral("kept.arena")), 1);
-             EXPECT_EQ(count(o.files, QStringLiteral("there.arena")), 0);
+        {"NamesThatDifferInCaseOnly", ".tga=0 .TGA=0", "", true,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s,
+                 {entry("levelshots/case.tga", red), entry("levelshots/case.TGA", largeShot()),
+                  entry("levelshots/Case.tga", blue)});
          }},
-        {"LeftoversOfAnEarlierScanAreConvertedToo",
-         [=](const QString& base, const QString& program) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("fresh"), red));
-             writeFile(program + QStringLiteral("/levelshots/old.tga"), blue);
-             writeFile(program + QStringLiteral("/levelshots/fresh.bmp"), "an old bitmap");
+        {"ATooLargePictureIsLogged", "", "big.tga was not converted", true,
+         [=](Folder base, Folder) { pk3(base, u"big.pk3"_s, customMap(u"big"_s, largeShot())); }},
+        {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced", "kept.arena=1 there.arena=0", "", true,
+         [=](Folder base, Folder program) {
+             pk3(base, u"a.pk3"_s,
+                 zipOf({"maps/kept.bsp"})
+                     .readOnlyFile(u"scripts/kept.arena"_s, arenaScript(u"kept"_s, u"Kept"_s, u"ctf"_s)));
+             pk3(base, u"b.pk3"_s, customMap(u"there"_s, red));
+             writeFile(program + u"/Scripts/there.arena"_s, "an old script");
+         }},
+        {"LeftoversOfAnEarlierScanAreConvertedToo", ".bmp=4", "", true,
+         [=](Folder base, Folder program) {
+             pk3(base, u"a.pk3"_s, customMap(u"fresh"_s, red));
+             writeFile(program + u"/levelshots/old.tga"_s, blue);
+             writeFile(program + u"/levelshots/fresh.bmp"_s, "an old bitmap");
              // A leftover under the name of a new shot is replaced by it.
-             pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("again"), red));
-             writeFile(program + QStringLiteral("/levelshots/again.tga"), blue);
-         },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 4); }},
-        {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("first"), red));
-             pk3(base, QStringLiteral("b.pk3"), ZipBuilder().file(QStringLiteral("levelshots/first.tga"), blue));
-             pk3(base, QStringLiteral("c.pk3"), customMap(QStringLiteral("third"), red));
+             pk3(base, u"b.pk3"_s, customMap(u"again"_s, red));
+             writeFile(program + u"/levelshots/again.tga"_s, blue);
+         }},
+        {"ABrokenArchiveEndsTheLevelShotsAfterTheOnesBefore", ".bmp=2",
+         "arena-steward::CMapScanner.ExtractLevelShots(Function) (ArchiveReader)", true,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s, customMap(u"first"_s, red));
+             pk3(base, u"b.pk3"_s, {entry("levelshots/first.tga", blue)});
+             pk3(base, u"c.pk3"_s, customMap(u"third"_s, red));
              // assets1 is read by the level shots only; its table of contents is cut off.
-             pk3(base, QStringLiteral("assets1.pk3"), ZipBuilder().file(QStringLiteral("levelshots/x.tga"), red));
-             truncateFile(base + QStringLiteral("/assets1.pk3"), 40);
-         },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 2); }},
-        {"DamagedPictureDataEndsThePhase",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("one"), red));
-             pk3(base, QStringLiteral("b.pk3"), customMap(QStringLiteral("two"), red));
-             patchClaimedSize(base + QStringLiteral("/b.pk3"), QStringLiteral("levelshots/two.tga"), 5);
-             pk3(base, QStringLiteral("c.pk3"), customMap(QStringLiteral("three"), red));
-         },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral("three.bmp")), 0); }},
-        {"LinksAndBadNamesAreLeftOut",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"),
-                 customMap(QStringLiteral("named"), red)
-                     .symlink(QStringLiteral("levelshots/link.tga"), QStringLiteral("/etc/passwd"))
-                     .file(QStringLiteral("levelshots/new\nline.tga"), red)
-                     .file(QStringLiteral("levelshots/../escape.tga"), red));
-         },
-         [](const Outcome& o) { EXPECT_EQ(count(o.files, QStringLiteral(".bmp")), 2); }},
-        {"AFolderWhereAPictureGoesEndsThePhase",
-         [=](const QString& base, const QString& program) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("blocked"), red));
-             QDir().mkpath(program + QStringLiteral("/levelshots/blocked.tga"));
-         },
-         [](const Outcome& o) { EXPECT_TRUE(o.log.join(QLatin1Char('\n')).contains(QStringLiteral("is a folder"))); }},
-        {"AScriptOutsideTheScriptsFolderEndsTheScan",
-         [=](const QString& base, const QString&) {
-             pk3(base, QStringLiteral("a.pk3"), customMap(QStringLiteral("fine"), red));
-             pk3(base, QStringLiteral("b.pk3"),
-                 ZipBuilder().file(QStringLiteral("maps/lost.bsp")).file(QStringLiteral("lost.arena"), "{\r\n}\r\n"));
-         },
-         [](const Outcome& o) {
-             EXPECT_FALSE(o.scanned);
-             EXPECT_EQ(o.messages.size(), 1);
+             pk3(base, u"assets1.pk3"_s, {entry("levelshots/x.tga", red)});
+             truncateFile(base + u"/assets1.pk3"_s, 40);
+         }},
+        {"DamagedPictureDataEndsThePhase", "three.bmp=0", "", true,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s, customMap(u"one"_s, red));
+             pk3(base, u"b.pk3"_s, customMap(u"two"_s, red));
+             patchClaimedSize(base + u"/b.pk3"_s, u"levelshots/two.tga"_s, 5);
+             pk3(base, u"c.pk3"_s, customMap(u"three"_s, red));
+         }},
+        {"LinksAndBadNamesAreLeftOut", ".bmp=2", "", true,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s,
+                 customMap(u"named"_s, red)
+                     .symlink(u"levelshots/link.tga"_s, u"/etc/passwd"_s)
+                     .file(u"levelshots/new\nline.tga"_s, red)
+                     .file(u"levelshots/../escape.tga"_s, red));
+         }},
+        {"AFolderWhereAPictureGoesEndsThePhase", "", "is a folder", true,
+         [=](Folder base, Folder program) {
+             pk3(base, u"a.pk3"_s, customMap(u"blocked"_s, red));
+             QDir().mkpath(program + u"/levelshots/blocked.tga"_s);
+         }},
+        {"AScriptOutsideTheScriptsFolderEndsTheScan", "", "", false,
+         [=](Folder base, Folder) {
+             pk3(base, u"a.pk3"_s, customMap(u"fine"_s, red));
+             pk3(base, u"b.pk3"_s, {"maps/lost.bsp", entry("lost.arena", "{\r\n}\r\n")});
          }},
     };
 }
@@ -242,6 +203,28 @@ std::vector<Case> cases()
 void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 
 class ScanChain : public ::testing::TestWithParam<Case> {};
+
+class ScanChainPhases : public ScanTest {
+protected:
+    MapScanChain chain;
+};
+
+class MapScanTest : public ScanTest {
+protected:
+    // The folder takes the case of the first archive that brought a script.
+    QString scripts() const { return scriptFolder(*t.app); }
+};
+
+QByteArray script(const char* text) { return QByteArray(text).replace("\n", "\r\n"); }
+QByteArray arena(const char* map, const char* longName, const char* type)
+{
+    return arenaScript(QString::fromUtf8(map), QString::fromUtf8(longName), QString::fromUtf8(type));
+}
+
+const QString kArenaMessage =
+    u"The following pk3 b.pk3 file does not contain an arena file, Arena Steward is unable to process "
+    "this file\r\nit is recomended that you remove this pk3 file from your Jedi Main folder and run this "
+    "map scan again         "_s;
 
 } // namespace
 
@@ -255,77 +238,40 @@ TEST_P(ScanChain, LeavesWhatThePhasesLeaveAlone)
     EXPECT_EQ(chained.messages, alone.messages);
     EXPECT_EQ(chained.log, alone.log);
     EXPECT_EQ(chained.activities, alone.activities);
-    c.check(chained);
+    for (const QString& expected : QString::fromLatin1(c.counts).split(u' ', Qt::SkipEmptyParts))
+        EXPECT_EQ(count(chained.files, expected.section(u'=', 0, 0)), expected.section(u'=', 1).toInt())
+            << qPrintable(expected);
+    EXPECT_TRUE(chained.log.join(u'\n').contains(QString::fromLatin1(c.logged)));
+    EXPECT_EQ(chained.scanned, c.scanned);
+    EXPECT_EQ(chained.messages.size(), c.scanned ? 0 : 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Cases, ScanChain, ::testing::ValuesIn(cases()),
                          [](const ::testing::TestParamInfo<Case>& param) { return std::string(param.param.name); });
 
-TEST(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
+TEST_F(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
 {
-    TestApp t;
-    RecordingScanProgress progress;
-    t.app->services.scanProgress = &progress;
-    for (int n = 0; n < 20; ++n) {
-        const QString map = QStringLiteral("m%1").arg(n);
-        ASSERT_TRUE(customMap(map, tgaPicture(8, 8, static_cast<quint8>(n), 0, 0))
-                        .write(t.baseFolder() + QLatin1Char('/') + map + QStringLiteral(".pk3")));
-    }
-    MapScanChain chain;
-    const QString base = QStringLiteral("Base");
-    ASSERT_TRUE(ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), &chain));
-    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + QStringLiteral("/Scripts")));
+    for (int n = 0; n < 20; ++n)
+        pk3(u"m%1.pk3"_s.arg(n), customMap(u"m%1"_s.arg(n), tgaPicture(8, 8, static_cast<quint8>(n), 0, 0)));
+    ASSERT_TRUE(scan(&chain));
+    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/Scripts"_s));
     EXPECT_EQ(chain.archives.size(), 20);
-    ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
-    const QString shots = t.programFolder() + QStringLiteral("/levelshots");
-    EXPECT_TRUE(QDir(shots).entryList({QStringLiteral("*.tga")}, QDir::Files).isEmpty());
+    ASSERT_TRUE(extract(&chain));
+    EXPECT_EQ(QDir(shots()).entryList({u"*.tga"_s}, QDir::Files), QStringList());
     ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    EXPECT_EQ(QDir(shots).entryList({QStringLiteral("m*.bmp")}, QDir::Files).size(), 20);
-    EXPECT_EQ(progress.activities.count(QStringLiteral("Converting m7.tga....")), 1);
+    EXPECT_EQ(QDir(shots()).entryList({u"m*.bmp"_s}, QDir::Files).size(), 20);
+    EXPECT_EQ(progress.activities.count(u"Converting m7.tga...."_s), 1);
 }
 
-TEST(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
+TEST_F(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
 {
-    TestApp t;
-    RecordingScanProgress progress;
-    t.app->services.scanProgress = &progress;
-    const QString archive = t.baseFolder() + QStringLiteral("/a.pk3");
-    ASSERT_TRUE(customMap(QStringLiteral("before"), tgaPicture(2, 2, 1, 2, 3)).write(archive));
-    MapScanChain chain;
-    const QString base = QStringLiteral("Base");
-    ASSERT_TRUE(ScanForMaps(*t.app, base, QStringLiteral("Jedi"), t.gameFolder(), &chain));
-    ASSERT_TRUE(QFile::remove(archive));
-    ASSERT_TRUE(
-        ZipBuilder().file(QStringLiteral("levelshots/after.jpg"), "a longer picture than before").write(archive));
-    ASSERT_TRUE(ExtractLevelShots(*t.app, base, t.gameFolder(), &chain));
-    ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    const QString shots = t.programFolder() + QStringLiteral("/levelshots");
-    EXPECT_TRUE(QFileInfo::exists(shots + QStringLiteral("/after.jpg")));
-    EXPECT_FALSE(QFileInfo::exists(shots + QStringLiteral("/before.bmp")));
-}
-
-TEST(ArchiveShelfFiles, KeptArchivesHoldNoFileOpen)
-{
-    TestApp t;
-    auto openFiles = [] {
-        return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size();
-    };
-    const auto before = openFiles();
-    ArchiveShelf shelf;
-    for (int n = 0; n < 50; ++n) {
-        const QString path = t.baseFolder() + QStringLiteral("/a%1.pk3").arg(n);
-        ASSERT_TRUE(customMap(QStringLiteral("m%1").arg(n), tgaPicture(2, 2, 0, 0, 0)).write(path));
-        ArchiveReader& reader = shelf.open(path);
-        EXPECT_EQ(reader.readEntry(1), arenaScript(QStringLiteral("m%1").arg(n), QStringLiteral("The m%1").arg(n),
-                                                   QStringLiteral("ffa duel")));
-        reader.park();
-    }
-    EXPECT_EQ(openFiles(), before);
-    // A kept archive reads again after its file was closed.
-    ArchiveReader& again = shelf.open(t.baseFolder() + QStringLiteral("/a7.pk3"));
-    EXPECT_EQ(again.entry(2).name, QStringLiteral("m7.tga"));
-    EXPECT_EQ(again.readEntry(2), tgaPicture(2, 2, 0, 0, 0));
-    EXPECT_EQ(shelf.size(), 50);
+    pk3(u"a.pk3"_s, customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)));
+    ASSERT_TRUE(scan(&chain));
+    ASSERT_TRUE(QFile::remove(t.baseFolder() + u"/a.pk3"_s));
+    pk3(u"a.pk3"_s, {entry("levelshots/after.jpg", "a longer picture than before")});
+    ASSERT_TRUE(extract(&chain) && ConvertTgaToBmp(*t.app, &chain));
+    EXPECT_TRUE(QFileInfo::exists(shots() + u"/after.jpg"_s));
+    EXPECT_FALSE(QFileInfo::exists(shots() + u"/before.bmp"_s));
 }
 
 TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
@@ -338,21 +284,176 @@ TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
             QByteArray tga = n % 7 == 3    ? largeShot()
                              : n % 11 == 5 ? QByteArray("broken")
                                            : tgaPicture(16, 8, static_cast<quint8>(n), 1, 2);
-            converter.add(QStringLiteral("p%1.tga").arg(n), tga, folder + QStringLiteral("/p%1.bmp").arg(n));
+            converter.add(u"p%1.tga"_s.arg(n), tga, folder + u"/p%1.bmp"_s.arg(n));
         }
         QStringList results;
         for (const ConvertedShot& shot : converter.finish())
-            results << shot.name + QLatin1Char(' ') + QString::number(static_cast<int>(shot.fault));
+            results << shot.name + u' ' + QString::number(static_cast<int>(shot.fault));
         return results;
     };
-    const QStringList one = convert(0, dir.path() + QStringLiteral("/one"));
-    const QStringList two = convert(2, dir.path() + QStringLiteral("/two"));
+    const QStringList one = convert(0, dir.path() + u"/one"_s);
+    const QStringList two = convert(2, dir.path() + u"/two"_s);
     EXPECT_EQ(two, one);
-    EXPECT_EQ(one.at(3), QStringLiteral("p3.tga 2"));
-    EXPECT_EQ(one.at(5), QStringLiteral("p5.tga 1"));
-    EXPECT_EQ(tree(dir.path() + QStringLiteral("/two")), tree(dir.path() + QStringLiteral("/one")));
-    const auto pictures =
-        std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(QLatin1String(" 0")); });
-    EXPECT_EQ(QDir(dir.path() + QStringLiteral("/one")).entryList(QDir::Files).size(), pictures);
+    EXPECT_EQ(one.at(3), u"p3.tga 2"_s);
+    EXPECT_EQ(one.at(5), u"p5.tga 1"_s);
+    EXPECT_EQ(tree(dir.path() + u"/two"_s), tree(dir.path() + u"/one"_s));
+    const auto pictures = std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(u" 0"_s); });
+    EXPECT_EQ(QDir(dir.path() + u"/one"_s).entryList(QDir::Files).size(), pictures);
     EXPECT_EQ(pictures, 60 - 9 - 4);
+}
+
+TEST_F(MapScanTest, SkipsAssets1AndTheOtherLevelsOfAssets0AndTakesAnyNameEndingInPk3)
+{
+    pk3(u"assets0.pk3"_s, {"maps/ffa_bespin.bsp", "maps/mp_training.bsp", "maps/duel_pit.bsp"});
+    pk3(u"Assets1.PK3"_s, {"maps/ctf_yavin.bsp"});
+    pk3(u"custompk3"_s, {"maps/ffa_raven.bsp"});
+    writeFile(t.baseFolder() + u"/readme.txt"_s, "not an archive");
+    QDir().mkpath(t.baseFolder() + u"/sub.pk3"_s);
+    ASSERT_TRUE(scan());
+    expectGolden(t.programFolder() + u"/Jedi.aml"_s, u"maps/stock.aml"_s);
+    // The window: shown, busy for the scan, one activity per archive, the bar over
+    // every file of the folder, back at 0 at the end; it stays on screen.
+    EXPECT_EQ(progress.events, (QStringList{u"show"_s, u"busy"_s, u"idle"_s}));
+    EXPECT_TRUE(progress.visible);
+    EXPECT_EQ(progress.maximum, 4);
+    EXPECT_EQ(progress.values, (std::vector<int>{1, 1, 2, 3, 4, 0}));
+    EXPECT_EQ(progress.activities,
+              (QStringList{QString(), u"Scanning assets0.pk3 ...."_s, u"Scanning custompk3 ...."_s}));
+}
+
+TEST_F(MapScanTest, TakesOneCustomMapPerArchiveWithItsArenaScript)
+{
+    // Listing order: a, b, c, ... The long name and type carry over from one script
+    // to the next, and the type is upper-cased.
+    pk3(u"a_stockfirst.pk3"_s, {"maps/ffa_bespin.bsp", "maps/mymap.bsp", "maps/second.bsp",
+                                entry("scripts/mymap.arena", arena("mymap", "My Map", "ffa duel"))});
+    pk3(u"b_customfirst.pk3"_s,
+        {"maps/other.bsp", "maps/ffa_yavin.bsp",
+         entry("scripts/other.arena", script("{\nmap \"other\"\ntype \"ctf\"\nlongname \"Other\"\n}\n"))});
+    pk3(u"c_upper.pk3"_s, {"maps/FFA_BESPIN.bsp",
+                           entry("Scripts/upper.arena", script("{\n  longname \"Upper\"\n  type \"team\"  \n}\n"))});
+    pk3(u"d_longonly.pk3"_s, {"maps/d.bsp", entry("scripts/d.arena", script("{\nlongname \"D Only\"\n}\n"))});
+    pk3(u"e_oneline.pk3"_s,
+        {"maps/e.bsp", entry("scripts/e.arena", script("{ map \"e\" longname \"E\" type \"duel\" }\n"))});
+    pk3(u"f_noscript.pk3"_s, {"maps/f.bsp", "f.txt"});
+    pk3(u"g_nobsp.pk3"_s, {"textures/g.jpg", entry("g.arena", "no bsp, so never looked at")});
+    pk3(u"h_multi.pk3"_s,
+        {"maps/h.bsp", entry("scripts/h.arena", script("{\nmap \"h\"\nlongname \"H One\"\ntype \"duel\"\n}\n"
+                                                       "{\nmap \"h2\"\nlongname \"H Two\"\ntype \"ctf\"\n}\n"))});
+    pk3(u"i_noblock.pk3"_s,
+        {"maps/i.bsp", entry("scripts/i.arena", script("map \"i\"\nlongname \"I, the map\"\ngametype \"ffa\"\n"))});
+    ASSERT_TRUE(scan());
+    expectGolden(t.programFolder() + u"/Jedi.aml"_s, u"maps/custom.aml"_s);
+    // The scripts read are deleted; the folder stays.
+    EXPECT_TRUE(QFileInfo(scripts()).isDir());
+    EXPECT_EQ(filesUnder(scripts()), QStringList());
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(MapScanTest, AReadOnlyScriptIsLeftBehindAndScriptsWithControlCharactersAreLeftOut)
+{
+    pk3(u"ro.pk3"_s, zipOf({"maps/ro.bsp"}).readOnlyFile(u"scripts/ro.arena"_s, arena("ro", "Kept", "duel")));
+    pk3(u"rw.pk3"_s, {"maps/rw.bsp", entry("scripts/rw.arena", arena("rw", "Gone", "ffa"))});
+    pk3(u"s.pk3"_s, {"maps/s.bsp", entry("scripts/s\nb.arena", arena("s", "Never", "ffa"))});
+    pk3(u"t.pk3"_s, {"maps/t.bsp", entry(QString::fromLatin1("scripts/t\x7f.arena"), "{\r\n}\r\n"),
+                     entry("scripts/t.arena", arena("t", "Tee", "ffa"))});
+    ASSERT_TRUE(scan());
+    EXPECT_EQ(catalogue(), (QStringList{u"ro.pk3,ro,ro,Kept,DUEL"_s, u"rw.pk3,rw,rw,Gone,FFA"_s,
+                                        u"s.pk3,s,s,s,unknown"_s, u"t.pk3,t,t,Tee,FFA"_s}));
+    EXPECT_EQ(filesUnder(t.programFolder()),
+              (QStringList{u"Jedi.aml"_s, u"arena-steward.log"_s, u"scripts/ro.arena"_s}));
+    EXPECT_EQ(fileAttributes(scripts() + u"/ro.arena"_s), 1);
+    EXPECT_TRUE(log().contains(u"The script s\\x0ab.arena of s.pk3 was left out"_s)) << log().toStdString();
+    EXPECT_TRUE(log().contains(u"The script t\\x7f.arena of t.pk3 was left out"_s));
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST_F(MapScanTest, AMissingBaseFolderResetsThePathAndTheFirstRunMarker)
+{
+    t.store->SaveSetting(u"PathToJedi"_s, u"/somewhere"_s);
+    t.store->SaveSetting(u"RunOnce"_s, u"1"_s);
+    EXPECT_FALSE(ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.root() + u"/nogame"_s));
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    const QString tail = kTail;
+    EXPECT_TRUE(isBox(t.prompts.last(),
+                      {kProductTitle, Icon::Critical,
+                       u"Arena Steward was unable to locate any pk3 files in your Jedi base folder"_s + tail +
+                           u"\r\nThis might be because the path to Jedi Knight 2 is inncorrect"_s + tail +
+                           u"\r\nArena Steward will now close and reset the selected path to Jedi Knight 2"_s + tail +
+                           u"\r\nRestart Arena Steward and make sure you select the correct path to Jedi Knight 2"_s +
+                           tail + u"\r\nIf this problem continues please contact "_s + kContactAddress + tail,
+                       Buttons::Ok}));
+    EXPECT_EQ(t.store->GetSetting(u"PathToJedi"_s, u"unset"_s), QString());
+    EXPECT_EQ(t.store->GetSetting(u"RunOnce"_s), u"0"_s);
+    EXPECT_FALSE(progress.visible);
+}
+
+TEST_F(MapScanTest, ABaseFolderWithoutArchivesGivesAnEmptyCatalogue)
+{
+    writeFile(t.programFolder() + u"/Jedi.aml"_s, "old.pk3,x,x,x,x\r\n");
+    EXPECT_TRUE(scan());
+    EXPECT_TRUE(QFileInfo::exists(t.programFolder() + u"/Jedi.aml"_s));
+    EXPECT_EQ(fileBytes(t.programFolder() + u"/Jedi.aml"_s), QByteArray());
+    EXPECT_TRUE(t.prompts.shown.empty());
+}
+
+TEST(MapScanHostile, ArchivesEndTheScanWithTheirBoxWithoutWritingOutsideAndKeepTheCatalogueSoFar)
+{
+    QTemporaryDir outside;
+    const QString victim = outside.path() + u"/victim"_s;
+    writeFile(victim, "untouched");
+    struct Hostile {
+        const char* name;
+        ZipBuilder zip;
+        std::function<void(const QString& path)> spoil;
+        QString title, text; ///< the box that ends the scan, and its text or (from the reader) a part of it
+    };
+    const QString arenaBox = kProductTitle, reader = u"ArchiveReader"_s;
+    const Hostile cases[] = {
+        {"outside the scripts folder", zipOf({"maps/b.bsp", entry("b.arena", "{\r\n}\r\n")}), nullptr, arenaBox,
+         kArenaMessage},
+        {"zip slip", zipOf({"maps/b.bsp", entry("scripts/../../../../evil.arena", "{\r\n}\r\n")}), nullptr, arenaBox,
+         kArenaMessage},
+        {"absolute", zipOf({"maps/b.bsp", entry(victim + u".arena"_s, "{\r\n}\r\n")}), nullptr, arenaBox,
+         kArenaMessage},
+        {"link", zipOf({"maps/b.bsp"}).symlink(u"scripts/b.arena"_s, victim), nullptr, arenaBox, kArenaMessage},
+        {"truncated", zipOf({"maps/b.bsp", entry("scripts/b.arena", QByteArray(3000, 'x'))}),
+         [](const QString& p) { truncateFile(p, QFileInfo(p).size() / 2); }, reader, u"b.pk3"_s},
+        {"not a zip", zipOf({"maps/b.bsp"}), [](const QString& p) { writeFile(p, QByteArray(5000, 'P')); }, reader,
+         u"b.pk3"_s},
+        {"huge claim", zipOf({"maps/b.bsp", entry("scripts/b.arena", QByteArray(3000, ' '))}),
+         [](const QString& p) { patchClaimedSize(p, u"scripts/b.arena"_s, 0xFFFFFF00u); }, reader, u"b.pk3"_s},
+        {"a bsp name without a dot", zipOf({"maps/nodotbsp"}), nullptr, u"arena-steward"_s,
+         u"Invalid procedure call or argument"_s},
+    };
+    for (const Hostile& c : cases) {
+        SCOPED_TRACE(c.name);
+        TestApp app;
+        RecordingScanProgress shown;
+        app.app->services.scanProgress = &shown;
+        const QString b = app.baseFolder() + u"/b.pk3"_s;
+        ASSERT_TRUE(zipOf({"maps/duel_pit.bsp"}).write(app.baseFolder() + u"/a.pk3"_s));
+        ASSERT_TRUE(c.zip.write(b));
+        if (c.spoil)
+            c.spoil(b);
+        ASSERT_TRUE(zipOf({"maps/ffa_yavin.bsp"}).write(app.baseFolder() + u"/c.pk3"_s));
+
+        EXPECT_FALSE(ScanForMaps(*app.app, u"Base"_s, u"Jedi"_s, app.gameFolder()));
+        EXPECT_EQ(crlfLines(app.programFolder() + u"/Jedi.aml"_s),
+                  QStringList{u"a.pk3,duel_pit,duel_pit,Trial Pit,duel"_s});
+        ASSERT_EQ(app.prompts.shown.size(), 1u);
+        const MessageBoxRequest& box = app.prompts.last().request;
+        EXPECT_EQ(box.title, c.title);
+        EXPECT_TRUE(c.title == reader ? box.text.contains(c.text) : box.text == c.text) << box.text.toStdString();
+        EXPECT_TRUE(isBox(app.prompts.last(), {box.title, Icon::Exclamation, box.text, Buttons::Ok}));
+        // The arena box hides the window; the others leave it on screen.
+        EXPECT_EQ(shown.visible, c.title != arenaBox);
+        EXPECT_EQ(shown.value, 0);
+        EXPECT_FALSE(shown.busy);
+        EXPECT_EQ(app.store->GetSetting(u"RunOnce"_s, u"unset"_s), u"unset"_s);
+        EXPECT_EQ(fileBytes(victim), QByteArray("untouched"));
+        EXPECT_EQ(filesUnder(outside.path()), QStringList{u"victim"_s});
+        for (const QString& path : filesUnder(app.root()))
+            EXPECT_FALSE(path.contains(u"evil"_s) || path.endsWith(u".arena"_s)) << path.toStdString();
+    }
 }
