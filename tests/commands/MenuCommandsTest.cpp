@@ -21,12 +21,10 @@
 #include "model/ServerProfile.h"
 #include "support/DesktopOpen.h"
 #include "testkit/BoxExpect.h"
-#include "testkit/FakeWindows.h"
 #include "testkit/Printers.h"
 #include "testkit/RecordingScanProgress.h"
 #include "testkit/TestApp.h"
 #include "testkit/ZipBuilder.h"
-#include "wizard/MapWizard.h"
 
 #include <QDir>
 #include <QFile>
@@ -258,31 +256,13 @@ QString dialogFolder(TestApp& t)
     return t.prompts.dialogs.empty() ? QString() : t.prompts.dialogs.back().state.InitialDir;
 }
 
-/// Where each road went: the folder its dialog opened on, or the file it wrote or found.
+/// Where each road went: the folder its dialog opened on, or the file it wrote or found. The export's
+/// dialog stands for the dialogs, which all start in the folder that the base folder's lookup gives.
 const std::pair<const char*, Road> kRoads[] = {
-    {"the wizard's save dialog",
-     [](TestApp& t, ServerProfile& profile) {
-         QuietWizardWindows windows;
-         MapWizard wizard(*t.app, windows);
-         wizard.ID_MapWizard(profile);
-         wizard.grdMapList_Click(0);
-         wizard.cmdNext_Click(1);
-         wizard.cmdNext_Click(2);
-         t.prompts.cancelNextDialog();
-         wizard.cmdFinish_Click();
-         return dialogFolder(t);
-     }},
     {"the map cycle export's dialog",
      [](TestApp& t, ServerProfile& profile) {
          t.prompts.cancelNextDialog();
          mnuExportMapCycle_Click(*t.app, profile);
-         return dialogFolder(t);
-     }},
-    {"the saved-cycle picker",
-     [](TestApp& t, ServerProfile& profile) {
-         t.prompts.cancelNextDialog();
-         profile.setValue(F::chkUseINI, 1);
-         chkUseINI_Click(*t.app, profile);
          return dialogFolder(t);
      }},
     {"the map cycle",

@@ -3,15 +3,15 @@
 #include "commands/OkCommand.h"
 #include "commands/ProfileCommands.h"
 #include "commands/ProfileSet.h"
+#include "commands/ConfigurationCommands.h"
 #include "model/Constants.h"
 #include "model/ServerProfile.h"
 #include "platform/ProcessIdentity.h"
-#include "commands/ConfigurationCommands.h"
+#include "testkit/BoxExpect.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
-#include "testkit/BoxExpect.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -82,14 +82,12 @@ protected:
         sleeper.start(u"sleep"_s, {u"30"_s});
         ASSERT_TRUE(sleeper.waitForStarted());
         WatchState state;
-        state.session = u"ctf.cfg"_s;
         state.profile = u"ctf"_s;
         state.port = port;
         state.server = identifyProcess(sleeper.processId());
         state.phase = WatchState::Phase::Running;
         const ServerFolder folder(t.programFolder(), u"ctf"_s);
-        ASSERT_TRUE(folder.make());
-        ASSERT_TRUE(writeWatchState(folder.stateFile(), state));
+        ASSERT_TRUE(folder.make() && writeWatchState(folder.stateFile(), state));
     }
     TestApp t;
     ProfileSet profiles{t.root() + u"/config"_s};
@@ -136,14 +134,10 @@ TEST_F(Profiles, ABadOrTakenNameSaysWhyAndMakesNothing)
 {
     newProfile(u"ctf"_s, Answer::No);
     switchTo(u"default"_s);
-    const QString rule = u"A profile name is 1 to 32 letters, digits, - and _, and not \"default\""_s;
-    const std::pair<QString, QString> cases[] = {{u"a b"_s, rule},
-                                                 {u"../x"_s, rule},
-                                                 {u"ünï"_s, rule},
-                                                 {QString(33, u'a'), rule},
-                                                 {u"DEFAULT"_s, rule},
-                                                 {u" "_s, rule},
-                                                 {u"ctf"_s, u"A profile named ctf already exists"_s}};
+    // Which names are good is the settings' tests'; here a bad one and a taken one reach their boxes.
+    const std::pair<QString, QString> cases[] = {
+        {u"../x"_s, u"A profile name is 1 to 32 letters, digits, - and _, and not \"default\""_s},
+        {u"ctf"_s, u"A profile named ctf already exists"_s}};
     for (const auto& [name, says] : cases) {
         SCOPED_TRACE(name.toStdString());
         t.prompts.shown.clear();
