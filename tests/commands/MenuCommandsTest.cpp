@@ -115,12 +115,6 @@ TEST(DesktopOpen, WithoutAnOpenerEachFileRoadSaysWhatCouldNotBeOpened)
              t.prompts.chooseFile(t.baseFolder() + u"/export.cfg"_s);
              mnuExportMapCycle_Click(*t.app, profile);
          }},
-        {"the saved cycle's double click",
-         [](TestApp& t, ServerProfile& profile) {
-             writeFile(t.baseFolder() + u"/saved.cfg"_s, "//ffa_bespin\r\n");
-             profile.setText(F::txtServerINI, t.baseFolder() + u"/saved.cfg"_s);
-             txtServerINI_DblClick(*t.app, profile);
-         }},
         {"the exported session file",
          [](TestApp& t, ServerProfile& profile) {
              profile.setValue(F::chkMapAutoCycle, 1);
@@ -205,6 +199,16 @@ TEST_F(MapScanCommandTest, NoScansNothingAndYesRewritesTheCatalogueReloadsTheTre
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{11, 0}));
 }
 
+TEST_F(MapScanCommandTest, ABrokenPictureArchiveStillEndsInTheTreeAndTheClosingMessage)
+{
+    // The map scan skips ASSETS1.PK3; the picture phase reads it and fails on it.
+    writeFile(t.baseFolder() + u"/assets1.pk3"_s, "broken");
+    run();
+    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information, u"Map scan complete "_s + kTail}));
+    EXPECT_NE(mapTreeOf(profile).findKey(u"mymap.pk3\\mymap"_s), nullptr);
+    EXPECT_TRUE(fileBytes(t.programFolder() + u"/arena-steward.log"_s).contains("ExtractLevelShots"));
+}
+
 TEST_F(MapScanCommandTest, WithoutAGameFolderTheWinePrefixNamesIt)
 {
     const QString prefix = t.root() + u"/wine"_s;
@@ -233,17 +237,6 @@ TEST_F(MapScanCommandTest, AFailedScanEndsTheChainAndUnloadsTheWindow)
     EXPECT_EQ(t.prompts.pointerHistory, (std::vector<int>{11, 0}));
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 1);
     EXPECT_EQ(mapTreeOf(profile).nodeCount(), 0);
-}
-
-TEST_F(MapScanCommandTest, ABrokenPictureArchiveStillEndsInTheTreeAndTheClosingMessage)
-{
-    // The map scan skips ASSETS1.PK3; the picture phase reads it and fails on it.
-    writeFile(t.baseFolder() + u"/assets1.pk3"_s, "broken");
-    run();
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Information, u"Map scan complete "_s + kTail}));
-    EXPECT_NE(mapTreeOf(profile).findKey(u"mymap.pk3\\mymap"_s), nullptr);
-    EXPECT_TRUE(
-        QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s)).contains(u"ExtractLevelShots"_s));
 }
 
 namespace {

@@ -20,7 +20,6 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <unistd.h>
 
 using namespace steward;
@@ -264,19 +263,6 @@ TEST_F(WatchParts, TheServerLogKeepsTheLastLinesAndMovesAFullLogAside)
     EXPECT_FALSE(QFileInfo::exists(file + u".2"_s));
     EXPECT_TRUE(ownerOnly(file));
     EXPECT_TRUE(fileBytes(file).endsWith("half a line"));
-}
-
-TEST(ProcessIdentityTest, OnlyTheRecordedProcessCountsAsRunning)
-{
-    const ProcessIdentity self = identifyProcess(::getpid());
-    ASSERT_FALSE(self.isNull());
-    EXPECT_TRUE(stillRuns(self));
-    // The same pid with another start is a process that reused the pid: left alone.
-    EXPECT_FALSE(stillRuns({self.pid, self.startTicks + 1}));
-    EXPECT_FALSE(signalProcess({self.pid, self.startTicks + 1}, 0));
-    EXPECT_FALSE(stillRuns(endedProcess()));
-    EXPECT_FALSE(stillRuns({}));
-    EXPECT_TRUE(identifyProcess(-1).isNull());
 }
 
 TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
