@@ -133,8 +133,6 @@ TEST_F(Launch, EachRefusalOfOkShowsItsBoxAndStartsNothing)
         {[](ServerProfile& p) { p.setText(kCfg(1), {}); }, u"A Session name is required"_s, 3},
         {[](ServerProfile& p) { p.setText(kCfg(1), u"a|b"_s); },
          u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s, 3},
-        {[](ServerProfile& p) { p.setValue(F::chkSendMessage, 1); },
-         u"An rcon password is required to enable server messaging"_s, 3},
         {watched("0", nullptr), u"The restart limit must be a whole number from 1 to 1000"_s, 3},
         {watched(nullptr, ""), u"The restart window must be a whole number of minutes from 1 to 1440"_s, 3},
     };

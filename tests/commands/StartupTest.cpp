@@ -351,20 +351,6 @@ TEST_F(MainFormLoadTest, RunsItsStepsInOrderFillsTheListsAndStartsAnEmptyAutoCyc
     writeSessionOpening(profile, facts, session, out);
     EXPECT_TRUE(out.lines.contains(u"map ctf_imperial"_s)) << out.lines.join(u'|').toStdString();
     EXPECT_FALSE(out.lines.contains(u"map "_s)) << "never a map line without a name";
-}
-
-TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
-{
-    writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
-    profile.setValue(F::vsMainTab, 4);
-    host.failures.insert(u"columns"_s, 35600);
-    load();
-    EXPECT_EQ(profile.value(F::vsMainTab), 2);
-    EXPECT_EQ(host.calls, kSteps);
-    EXPECT_EQ(configs(3), QStringList{u"server.cfg"_s});
-    EXPECT_FALSE(profile.isLoading());
-    EXPECT_TRUE(t.prompts.shown.empty());
-    EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
     Form gone; // a game folder that is gone leaves the lists of configs empty
     gone.t.app->gameFolder = u"/nonexistent/jk2/"_s;
     gone.load();
