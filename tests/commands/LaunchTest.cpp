@@ -122,11 +122,8 @@ TEST_F(Launch, EachRefusalOfOkShowsItsBoxAndStartsNothing)
                 p.setText(F::txtRestartWindow, QString::fromLatin1(window));
         };
     };
-    const struct {
-        std::function<void(ServerProfile&)> setup;
-        QString text;
-        int page;
-    } cases[] = {
+    // What the user left, the box's text and the page that OK turns to.
+    const std::tuple<std::function<void(ServerProfile&)>, QString, int> cases[] = {
         {cycleGone, u"Selected mapcycle file does not exist"_s, 3},
         {manualCycle, u"No maps have been selected"_s, 2},
         {oneMap, u"No Starting map has been selected"_s, 2},
@@ -136,17 +133,17 @@ TEST_F(Launch, EachRefusalOfOkShowsItsBoxAndStartsNothing)
         {watched("0", nullptr), u"The restart limit must be a whole number from 1 to 1000"_s, 3},
         {watched(nullptr, ""), u"The restart window must be a whole number of minutes from 1 to 1440"_s, 3},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text.toStdString());
+    for (const auto& [setup, text, page] : cases) {
+        SCOPED_TRACE(text.toStdString());
         profile.resetAll();
         profile.setValue(F::chkMapAutoCycle, 1);
         profile.setValue(F::vsMainTab, 3);
         t.prompts.shown.clear();
-        c.setup(profile);
+        setup(profile);
         ok();
         ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.text + kTail}));
-        EXPECT_EQ(profile.value(F::vsMainTab), c.page);
+        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, text + kTail}));
+        EXPECT_EQ(profile.value(F::vsMainTab), page);
     }
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_EQ(windows.closed + windows.minimized, 0);
@@ -211,37 +208,31 @@ TEST_F(Launch, TheQuestionAboutTheDefaultsComesFirstAndClearsTheMark)
 
 TEST_F(Launch, AStartedServerClosesTheProgramOrMinimisesItAndMessagingOverridesClose)
 {
-    const struct {
-        bool minimise, messaging;
-        int closed, minimised;
-    } cases[] = {{false, false, 1, 0}, {true, false, 0, 1}, {false, true, 0, 1}};
-    for (const auto& c : cases) {
-        SCOPED_TRACE(::testing::Message() << c.minimise << c.messaging);
+    // Minimise, messaging; then closed, minimised.
+    const std::tuple<bool, bool, int, int> cases[] = {{false, false, 1, 0}, {true, false, 0, 1}, {false, true, 0, 1}};
+    for (const auto& [minimise, messaging, closed, minimised] : cases) {
+        SCOPED_TRACE(::testing::Message() << minimise << messaging);
         RecordingWindows fresh;
         profile.resetAll();
         profile.setValue(F::chkMapAutoCycle, 1);
         ASSERT_TRUE(profile.isSet(F::optStartClose));
-        profile.setValue(F::optStartMinimize, c.minimise);
-        profile.setValue(F::chkSendMessage, c.messaging);
+        profile.setValue(F::optStartMinimize, minimise);
+        profile.setValue(F::chkSendMessage, messaging);
         profile.setText(kCfg(14), u"secret"_s);
         const StubServer server = stub();
         cmdOk_Click(*t.app, profile, fresh);
         ASSERT_TRUE(server.waitForRecord());
-        EXPECT_EQ(fresh.closed, c.closed);
-        EXPECT_EQ(fresh.minimized, c.minimised);
-        EXPECT_EQ(profile.isSet(F::optStartMinimize), c.minimise || c.messaging)
-            << "messaging leaves minimise selected";
-        EXPECT_EQ(profile.isSet(F::optStartClose), !c.minimise && !c.messaging);
+        EXPECT_EQ(fresh.closed, closed);
+        EXPECT_EQ(fresh.minimized, minimised);
+        EXPECT_EQ(profile.isSet(F::optStartMinimize), minimise || messaging) << "messaging leaves minimise selected";
+        EXPECT_EQ(profile.isSet(F::optStartClose), !minimise && !messaging);
     }
 }
 
 TEST_F(Launch, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
 {
-    const struct {
-        std::function<void()> setup;
-        int number;
-        QString culprit;
-    } cases[] = {
+    // What goes wrong, the error's number and the file or program that it names.
+    const std::tuple<std::function<void()>, int, QString> cases[] = {
         {[] {}, 53, u"(jk2ded)"_s}, // no server anywhere
         {[&] { StubServer(t.gameFolder(), u"jk2ded"_s, record(), false); }, 70, t.gameFolder() + u"jk2ded"_s},
         {[&] {
@@ -250,17 +241,17 @@ TEST_F(Launch, AFailedStartNamesWhatFailedThenSaysTheServerCouldNotStart)
          },
          75, t.baseFolder() + u"/luke.cfg"_s},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.number);
+    for (const auto& [setup, number, culprit] : cases) {
+        SCOPED_TRACE(number);
         t.prompts.shown.clear();
-        c.setup();
+        setup();
         ok();
         ASSERT_EQ(t.prompts.shown.size(), 2u);
         const auto& report = t.prompts.shown.front().request;
         EXPECT_EQ(report.icon, Icon::Critical);
-        EXPECT_TRUE(report.text.contains(u"Number: %1"_s.arg(c.number))) << report.text.toStdString();
+        EXPECT_TRUE(report.text.contains(u"Number: %1"_s.arg(number))) << report.text.toStdString();
         EXPECT_TRUE(report.text.contains(u"::Code.CreateJediConfiguration(Function)"_s));
-        EXPECT_TRUE(report.text.contains(c.culprit)) << report.text.toStdString();
+        EXPECT_TRUE(report.text.contains(culprit)) << report.text.toStdString();
         EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Critical, u"Could not start server!"_s + kTail}));
         EXPECT_EQ(windows.closed + windows.minimized, 0);
         EXPECT_EQ(profile.formPointer(), pointer::Default);
@@ -307,18 +298,13 @@ TEST_F(Launch, WithoutAServerTypeNothingStartsTheRunGoesOnAndDefaultCfgIsCreated
     EXPECT_TRUE(startServerAfterConfiguration(*t.app, profile, session));
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_EQ(launchRetryCount(), before + 1) << "the messaging step runs all the same";
-    // Default.cfg, in the base folder whatever its case.
+    // Default.cfg, in the base folder (whatever its case: the base-folder roads check that).
     const QString file = t.baseFolder() + u"/Default.cfg"_s;
     ASSERT_TRUE(QFileInfo(file).isFile());
     EXPECT_EQ(QFileInfo(file).size(), 0);
     writeFile(file, "set a 1\r\n");
     EnsureDefaultCfg(*t.app);
     EXPECT_EQ(fileBytes(file), QByteArray("set a 1\r\n"));
-    QFile::remove(file);
-    QDir(t.gameFolder()).rename(u"base"_s, u"BASE"_s);
-    EnsureDefaultCfg(*t.app);
-    EXPECT_TRUE(QFileInfo::exists(t.gameFolder() + u"BASE/Default.cfg"_s));
-    EXPECT_FALSE(QFileInfo::exists(t.gameFolder() + u"Base"_s));
 }
 
 TEST_F(Launch, MessagingIsArmedWhenTheBoxIsOneAndAnAddressInUseIsTriedUntilTheCounterPassesOneThousand)

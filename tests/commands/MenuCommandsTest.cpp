@@ -99,10 +99,7 @@ TEST(DesktopOpen, LinksMailAndHelpGoThroughTheOpenAction)
 
 TEST(DesktopOpen, WithoutAnOpenerEachFileRoadSaysWhatCouldNotBeOpened)
 {
-    const struct {
-        const char* name;
-        std::function<void(TestApp&, ServerProfile&)> run;
-    } roads[] = {
+    const std::pair<const char*, std::function<void(TestApp&, ServerProfile&)>> roads[] = {
         {"View of the bot file",
          [](TestApp& t, ServerProfile& profile) {
              appendRosterBot(profile, {u"Kyle"_s, u"Hardcore"_s, u"RED"_s, u"kyle"_s, u"0"_s});
@@ -122,12 +119,12 @@ TEST(DesktopOpen, WithoutAnOpenerEachFileRoadSaysWhatCouldNotBeOpened)
              CreateJediConfiguration(*t.app, profile, true, false, session);
          }},
     };
-    for (const auto& road : roads) {
-        SCOPED_TRACE(road.name);
+    for (const auto& [name, road] : roads) {
+        SCOPED_TRACE(name);
         TestApp t;
         t.opener.desktopHasOpener = false;
         ServerProfile profile;
-        road.run(t, profile);
+        road(t, profile);
         ASSERT_EQ(t.opener.opened.size(), 1u);
         EXPECT_TRUE(t.opener.opened[0].isLocalFile());
         EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, openFailedText(t.opener.opened[0])}));

@@ -148,30 +148,26 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgainButARestartOnRequestIsN
 
 TEST_F(WatchedStub, EachEndHasItsOwnOutcomeAndTheCrashPastTheLimitEndsTheWatch)
 {
-    const struct {
-        const char* mode;
-        bool restartOnCrash;
-        int limit, exitCode, relaunches;
-        const char* reason;
-    } cases[] = {
+    // The mode, a restart on a crash, the limit, then the exit code, the restarts and the reason.
+    const std::tuple<const char*, bool, int, int, int, const char*> cases[] = {
         {"quit", true, 5, 0, 0, "The server quit"},
         {"crash", false, 5, 1, 0, "Stopped after a crash, signal 11 (SIGSEGV)"},
         {"fail", false, 5, 1, 0, "Stopped after a crash, exit status 3"},
         {"fail", true, 2, 1, 2, "Stopped after 3 crashes in 10 minutes"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.reason);
+    for (const auto& [how, restartOnCrash, limit, code, restarts, reason] : cases) {
+        SCOPED_TRACE(reason);
         for (const QString& log : crashLogs())
             QFile::remove(folder.path() + u'/' + log);
         exitCode = -1;
         relaunches = 0;
-        mode(c.mode);
-        watch(c.restartOnCrash, c.limit);
+        mode(how);
+        watch(restartOnCrash, limit);
         ASSERT_TRUE(eventually([&] { return exitCode != -1; }));
-        EXPECT_EQ(exitCode, c.exitCode);
-        EXPECT_EQ(relaunches, c.relaunches);
-        EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, QString::fromUtf8(c.reason));
-        EXPECT_EQ(crashLogs().isEmpty(), c.exitCode == 0);
+        EXPECT_EQ(exitCode, code);
+        EXPECT_EQ(relaunches, restarts);
+        EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, QString::fromUtf8(reason));
+        EXPECT_EQ(crashLogs().isEmpty(), code == 0);
     }
 }
 
@@ -219,22 +215,17 @@ TEST_F(WatchParts, EverySessionNameGivesOneFolderInsideServersWhereCrashLogsOfOn
 TEST(RestartPolicyTest, CountsCrashesInASlidingWindow)
 {
     const qint64 minute = 60'000;
-    const struct {
-        int limit;
-        int window;
-        std::vector<qint64> crashes; // minutes
-        std::vector<bool> allowed;
-    } cases[] = {
+    // The limit, the window and the crashes in minutes, each allowed a restart or not.
+    const std::tuple<int, int, std::vector<qint64>, std::vector<bool>> cases[] = {
         {2, 10, {0, 1, 2}, {true, true, false}},
         {2, 10, {0, 11, 22, 33}, {true, true, true, true}},
         {2, 10, {0, 5, 10, 12}, {true, true, true, false}}, // the first leaves the window at 10
         {1, 1, {0, 0}, {true, false}},
     };
-    for (const auto& c : cases) {
-        RestartPolicy policy(c.limit, c.window);
-        for (size_t i = 0; i < c.crashes.size(); ++i)
-            EXPECT_EQ(policy.allowRestartAfterCrash(c.crashes[i] * minute), c.allowed[i])
-                << "limit " << c.limit << ", crash " << i;
+    for (const auto& [limit, window, crashes, allowed] : cases) {
+        RestartPolicy policy(limit, window);
+        for (size_t i = 0; i < crashes.size(); ++i)
+            EXPECT_EQ(policy.allowRestartAfterCrash(crashes[i] * minute), allowed[i]) << limit << ", crash " << i;
     }
 }
 
@@ -263,22 +254,18 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
 {
     const QDateTime crash(QDate(2026, 11, 25), QTime(13, 58), Qt::LocalTime);
     const QDateTime since(QDate(2026, 11, 25), QTime(14, 2), Qt::LocalTime);
-    const WatchState running{.session = u"luke.cfg"_s,
-                             .profile = {},
-                             .host = {},
-                             .port = 28070,
-                             .watched = true,
-                             .watcher = identifyProcess(::getpid()),
-                             .server = identifyProcess(::getpid()),
-                             .program = u"/games/jk2/jk2ded"_s,
-                             .arguments = {u"+set"_s, u"dedicated 2"_s},
-                             .workingFolder = {},
-                             .phase = WatchState::Phase::Running,
-                             .since = since,
-                             .restarts = 2,
-                             .lastCrash = crash,
-                             .lastCrashCause = u"signal 11"_s,
-                             .stoppedReason = {}};
+    WatchState running;
+    running.session = u"luke.cfg"_s;
+    running.port = 28070;
+    running.watched = true;
+    running.watcher = running.server = identifyProcess(::getpid());
+    running.program = u"/games/jk2/jk2ded"_s;
+    running.arguments = {u"+set"_s, u"dedicated 2"_s};
+    running.phase = WatchState::Phase::Running;
+    running.since = since;
+    running.restarts = 2;
+    running.lastCrash = crash;
+    running.lastCrashCause = u"signal 11"_s;
     ASSERT_TRUE(writeWatchState(file, running));
     EXPECT_TRUE(ownerOnly(file));
     const auto back = readWatchState(file);
@@ -295,10 +282,7 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
     WatchState stopped = gone;
     stopped.phase = WatchState::Phase::Stopped;
     stopped.stoppedReason = u"Stopped after 3 crashes in 10 minutes"_s;
-    const struct {
-        std::optional<WatchState> state;
-        const char* summary;
-    } cases[] = {
+    const std::pair<std::optional<WatchState>, const char*> cases[] = {
         {running, "Running since 14:02 · 2 restarts · last crash 13:58, signal 11"},
         {oneRestart, "Running since 14:02 · 1 restart"},
         {restarting, "Restarting after a crash at 13:58, signal 11"},
@@ -306,8 +290,8 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
         {stopped, "Stopped after 3 crashes in 10 minutes"},
         {std::nullopt, "Not running"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(watchSummary(c.state), QString::fromUtf8(c.summary));
+    for (const auto& [state, summary] : cases)
+        EXPECT_EQ(watchSummary(state), QString::fromUtf8(summary));
 }
 
 TEST_F(WatchParts, AnythingButAStateFileReadsAsNoneAndAFileThatCannotBeReplacedKeepsItsOldText)
