@@ -358,6 +358,21 @@ TEST_F(MainFormLoadTest, RunsItsStepsInOrderFillsTheListsAndStartsAnEmptyAutoCyc
     EXPECT_EQ(gone.profile.field(F::cboStartingMap).items().size(), 15);
 }
 
+TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
+{
+    // As a hand-edited setting that names a row the rotation doesn't have.
+    writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
+    profile.setValue(F::vsMainTab, 4);
+    host.failures.insert(u"columns"_s, 35600);
+    load();
+    EXPECT_EQ(profile.value(F::vsMainTab), 2);
+    EXPECT_EQ(host.calls, kSteps);
+    EXPECT_EQ(configs(3), QStringList{u"server.cfg"_s});
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
+}
+
 TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
 {
     writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
