@@ -12,7 +12,6 @@
 #include "model/ServerProfile.h"
 #include "platform/ProcessIdentity.h"
 #include "settings/ConfigurationFile.h"
-#include "settings/MemorySettingsStore.h"
 #include "settings/SaveSettings.h"
 #include "settings/SettingsStore.h"
 #include "testkit/FakeWindows.h"
@@ -23,7 +22,6 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -168,12 +166,9 @@ TEST_F(CtlStart, WritesWhatOkWritesAndStartsWhatOkStarts)
     ASSERT_EQ(t.launcher.started.size(), 2u);
     const LaunchRequest byCtl = t.launcher.started.back();
     EXPECT_EQ(byCtl.program, byWindow.program);
-    EXPECT_EQ(byCtl.arguments.join(u'|').toStdString(), byWindow.arguments.join(u'|').toStdString());
+    EXPECT_EQ(byCtl.arguments, byWindow.arguments);
     EXPECT_EQ(byCtl.workingFolder, byWindow.workingFolder);
-    const auto ctlFiles = baseFiles();
-    EXPECT_EQ(ctlFiles.keys(), windowFiles.keys());
-    for (const QString& name : windowFiles.keys())
-        EXPECT_EQ(ctlFiles.value(name).toStdString(), windowFiles.value(name).toStdString()) << name.toStdString();
+    EXPECT_EQ(baseFiles(), windowFiles);
     EXPECT_TRUE(err.isEmpty()) << err.toStdString();
 }
 
@@ -226,25 +221,12 @@ TEST_F(CtlStart, TheWindowsSettingsAloneHoldNoStartingMapAndSaySoWithTheWayOut)
 
 TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
 {
+    // OK's own refusals are its tests'; here one of them shows that start and run go through them.
     const QString start = u"start"_s, profile = u"--profile"_s, config = u"--config"_s, run = u"run"_s;
-    const auto restarts = [](const char* limit, const char* window) {
-        return [=](ServerProfile& p) {
-            p.setValue(F::chkRestartServer, 1);
-            if (limit)
-                p.setText(F::txtRestartLimit, QString::fromLatin1(limit));
-            if (window)
-                p.setText(F::txtRestartWindow, QString::fromLatin1(window));
-        };
+    const Settings badWindow = [](ServerProfile& p) {
+        p.setValue(F::chkRestartServer, 1);
+        p.setText(F::txtRestartWindow, u"ten"_s);
     };
-    const Settings noMaps = [](ServerProfile& p) {
-        p.setValue(F::chkUseINI, 0);
-        p.field(F::lsvMapRotation).setRows({});
-    };
-    const Settings messages = [](ServerProfile& p) {
-        p.setValue(F::chkSendMessage, 1);
-        p.setText(F::txtServerConfig(14), QString());
-    };
-    const Settings bots = [](ServerProfile& p) { p.setText(F::txtServerConfig(15), u"door"_s); };
     const auto unparsable = [&] { writeFile(t.root() + u"/bad.asc"_s, "MsgOn,1\r\nLone"); };
     const auto noExecutable = [&] { t.store->SaveSetting(u"PathToServer"_s, u"gone"_s); };
     // /proc/self takes no new file from anyone, root included.
@@ -252,8 +234,13 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         QDir(t.baseFolder()).removeRecursively();
         QFile::link(u"/proc/self"_s, t.baseFolder());
     };
-    const auto noCycle = [&] { QFile::remove(savedCycle()); };
     const auto noStore = [&] { QFile::remove(t.storeFile()); };
+    std::optional<QLockFile> held; // another watcher's lock on the session
+    const auto watched = [&] {
+        folder().make();
+        held.emplace(folder().lockFile());
+        held->tryLock(0);
+    };
     const struct {
         const char* name;
         QStringList arguments;
@@ -274,12 +261,8 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         {"bad configuration", {start, config, u"@/bad.asc"_s}, 2, "ends in the middle of a setting", {}, unparsable},
         {"missing executable", {start}, 2, "Could not find the server executable", {}, noExecutable},
         {"unwritable base folder", {start}, 2, "can't be written", {}, unwritable},
-        {"no maps", {start}, 2, "No maps have been selected", noMaps},
-        {"a saved cycle that is gone", {start}, 2, "Selected mapcycle file does not exist", {}, noCycle},
-        {"no rcon", {start}, 2, "An rcon password is required to enable server messaging", messages},
-        {"bots", {start}, 2, "does not support adding BOT's to a password enabled server\neither uncheck", bots},
-        {"no restarts", {start}, 2, "The restart limit must be a whole number from 1 to 1000", restarts("0", nullptr)},
-        {"bad window", {run}, 2, "window must be a whole number of minutes from 1 to 1440", restarts(nullptr, "ten")},
+        {"bad window", {run}, 2, "window must be a whole number of minutes from 1 to 1440", badWindow},
+        {"a second watcher", {run}, 2, "The server of duel_arena.cfg is already watched by process", {}, watched},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -299,20 +282,6 @@ TEST_F(CtlStart, ARefusalSaysWhyAndWritesNothing)
         else
             EXPECT_TRUE(baseFiles().isEmpty()) << QStringList(baseFiles().keys()).join(u' ').toStdString();
     }
-}
-
-TEST_F(CtlStart, ASecondWatcherOfTheSameSessionIsRefused)
-{
-    saveSettings();
-    ASSERT_TRUE(folder().make());
-    QLockFile held(folder().lockFile());
-    ASSERT_TRUE(held.tryLock(0));
-    EXPECT_EQ(ctl({u"run"_s}), 2);
-    EXPECT_TRUE(err.contains(
-        u"The server of duel_arena.cfg is already watched by process %1"_s.arg(QCoreApplication::applicationPid())))
-        << err.toStdString();
-    EXPECT_TRUE(t.launcher.started.empty());
-    EXPECT_TRUE(baseFiles().isEmpty());
 }
 
 namespace {
@@ -437,13 +406,9 @@ TEST_F(CtlState, TheServiceUnitIsOneThatSystemdAccepts)
     EXPECT_TRUE(fileBytes(installed).startsWith("[Unit]\n"));
     EXPECT_EQ(ctl({u"unit"_s, u"--config"_s, u"/nowhere.asc"_s}), 2);
     // A named profile's service is a template, run as arena-steward@<profile>.
-    ASSERT_EQ(ctl({u"unit"_s, u"--profile"_s, u"ctf"_s}), 0);
-    EXPECT_TRUE(out.contains(u"ExecStart="_s + system.ownProgram + u" run --profile %i\n"_s));
-    const QString instance = t.root() + u"/arena-steward@ctf.service"_s;
-    writeFile(instance, out.toUtf8());
-    EXPECT_EQ(systemdSays(instance), QByteArray()) << out.toStdString();
     ASSERT_EQ(ctl({u"unit"_s, u"--profile"_s, u"ctf"_s, u"--install"_s}), 0);
-    EXPECT_TRUE(QFileInfo(system.unitFolder + u"/arena-steward@.service"_s).isFile());
+    const QString instance = system.unitFolder + u"/arena-steward@.service"_s;
+    EXPECT_TRUE(fileBytes(instance).contains(u"ExecStart=%1 run --profile %i\n"_s.arg(system.ownProgram).toUtf8()));
     EXPECT_TRUE(out.contains(u"systemctl --user enable --now arena-steward@ctf.service\n"_s));
 }
 
@@ -605,12 +570,8 @@ TEST_F(WatchedRealServer, ACrashedServerAnswersAgainAndTheCrashPastTheLimitLeave
     ASSERT_FALSE(first.isNull()) << run.readAll().toStdString();
     EXPECT_TRUE(askStatus(port, 2000).contains("\\mapname\\oa_dm1\\"));
     ASSERT_TRUE(signalProcess(first, SIGSEGV));
-    QElapsedTimer back;
-    back.start();
     ProcessIdentity server = answeringServer(first, 15000);
     ASSERT_FALSE(server.isNull()) << "no answer within 15 s of the crash";
-    EXPECT_LT(back.elapsed(), 15000);
-    EXPECT_NE(server.pid, first.pid);
     EXPECT_TRUE(askStatus(port, 2000).contains("\\sv_hostname\\Steward Test Arena\\"));
     ASSERT_EQ(crashLogs().size(), 1);
     const QByteArray log = fileBytes(folder().path() + u'/' + crashLogs().first());
@@ -642,14 +603,8 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     const ServerFolder ffaFolder = folder(u"ffa"_s);
     const ProcessIdentity ffaServer = answering(ffaFolder, ffaPort, {}, 30000, run);
     const ProcessIdentity duelServer = answering(folder(u"duel"_s), duelPort, {}, 30000, duel);
-    if (ffaServer.isNull() || duelServer.isNull()) {
-        ::kill(static_cast<pid_t>(run.processId()), SIGTERM);
-        ::kill(static_cast<pid_t>(duel.processId()), SIGTERM);
-        run.waitForFinished(5000);
-        duel.waitForFinished(5000);
-        FAIL() << "ffa: " << run.readAll().toStdString() << "\nduel: " << duel.readAll().toStdString()
-               << "\nffa's log: " << fileBytes(ffaFolder.serverLog()).right(1500).toStdString();
-    }
+    ASSERT_FALSE(ffaServer.isNull()) << fileBytes(ffaFolder.serverLog()).right(1500).toStdString();
+    ASSERT_FALSE(duelServer.isNull()) << duel.readAll().toStdString();
     EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
     EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\mapname\\oa_dm1\\"));
     EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\sv_hostname\\Profile Duel\\"));

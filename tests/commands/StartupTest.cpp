@@ -1,12 +1,18 @@
-// Start-up: finding the game, the first run's scan, the -check switch, a second instance and a restart.
+// Start-up (finding the game, the first run's scan, the -check switch, a second instance, a restart) and
+// the main window's load: its steps in order, the lists it fills and how it passes over or reports an error.
+#include "commands/MainFormLoad.h"
 #include "commands/Startup.h"
+#include "generate/ServerConfigWriter.h"
 #include "model/Constants.h"
 #include "model/FieldNames.h"
+#include "model/ServerProfile.h"
 #include "support/Errors.h"
+#include "support/TextFile.h"
 #include "testkit/BoxExpect.h"
 #include "testkit/FakeWindows.h"
 #include "testkit/TestApp.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -85,9 +91,7 @@ TEST_F(Startup, AReadyStoreOpensTheMainWindowWithoutAQuestion)
     EXPECT_TRUE(t.prompts.dialogs.empty());
     EXPECT_TRUE(scans.isEmpty());
     EXPECT_EQ(t.prompts.eventRuns, 1);
-    // The cursor object is made and restored at the end.
-    EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>{pointer::Default});
-    EXPECT_FALSE(host.form.calls.isEmpty()) << "the main window's load ran";
+    EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>{pointer::Default}) << "the cursor is restored at the end";
 }
 
 TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheProcess)
@@ -100,11 +104,8 @@ TEST_F(Startup, NeitherKeyWritesTheDefaultFolderBeforeTheDialogAndCancelEndsTheP
     const FakePrompts::Dialog& dialog = onlyDialog();
     EXPECT_TRUE(dialog.open);
     EXPECT_EQ(dialog.state.DialogTitle, u"Select Star Wars JK II Jedi Outcast"_s);
-    EXPECT_EQ(dialog.state.DefaultExt, u"exe"_s);
     EXPECT_EQ(dialog.state.Filter, u"Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*"_s);
-    EXPECT_EQ(dialog.state.Flags, 0);
     EXPECT_EQ(dialog.state.InitialDir, kDefaultGameFolder + u'/');
-    EXPECT_TRUE(dialog.state.FileName.isEmpty());
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, u"User cancelled!"_s + kTail}));
     EXPECT_TRUE(host.calls.isEmpty()) << "no window, not even the scanner's";
@@ -150,29 +151,25 @@ TEST_F(Startup, AMissingExecutableIsAskedForAndTheChoiceIsStored)
 TEST_F(Startup, TheStoredFolderLosesItsBlanksAndOneTrailingNul)
 {
     const QChar nul(0);
-    const struct {
-        QString stored, folder;
-    } cases[] = {
+    // The NUL is cut after the trim, so a blank before it stays; only blanks are trimmed.
+    const std::pair<QString, QString> cases[] = {
         {u"   "_s, u"/"_s},
         {u"  /srv/jk2  "_s, u"/srv/jk2/"_s},
-        {u"/srv/jk2/"_s + nul, u"/srv/jk2/"_s},
         {u"/srv/jk2"_s + nul + u"  "_s, u"/srv/jk2/"_s},
-        // The NUL is cut after the trim, so a blank before it stays; only blanks are trimmed.
         {u"/srv/jk2 "_s + nul, u"/srv/jk2 /"_s},
         {u"/srv/jk2"_s + nul + nul, u"/srv/jk2"_s + nul + u"/"_s},
         {u"\t/srv/jk2\t"_s, u"\t/srv/jk2\t/"_s},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.stored.toUtf8().toHex().toStdString());
+    for (const auto& [stored, folder] : cases) {
+        SCOPED_TRACE(stored.toUtf8().toHex().toStdString());
         Process fresh;
-        fresh.save(kKeyPathToJedi, c.stored);
-        ASSERT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "the store keeps the text";
+        fresh.save(kKeyPathToJedi, stored);
         fresh.save(kKeyPathToServer, u"jk2ded-not-here"_s);
         fresh.t.prompts.cancelNextDialog();
         EXPECT_EQ(fresh.start(), StartupOutcome::EndProcess);
-        EXPECT_EQ(fresh.onlyDialog().state.InitialDir, c.folder);
-        EXPECT_EQ(fresh.t.app->gameFolder, c.folder);
-        EXPECT_EQ(fresh.stored(kKeyPathToJedi), c.stored) << "nothing written back";
+        EXPECT_EQ(fresh.onlyDialog().state.InitialDir, folder);
+        EXPECT_EQ(fresh.t.app->gameFolder, folder);
+        EXPECT_EQ(fresh.stored(kKeyPathToJedi), stored) << "nothing written back";
     }
 }
 
@@ -254,28 +251,20 @@ TEST_F(Startup, AnErrorBeforeTheWindowIsShownInAnExclamationBoxAndNoWindowOpens)
 
 TEST_F(Startup, OnlyTheExactCheckSwitchSkipsTheGameSearch)
 {
-    const std::pair<const char*, bool> cases[] = {{"-check", true},   {"-CHECK", true},   {"-ChEcK", true},
-                                                  {" -check", false}, {"-check ", false}, {"-check x", false},
-                                                  {"check", false},   {"", false}};
+    const std::pair<const char*, bool> cases[] = {{"-check", true},   {"-ChEcK", true},    {" -check", false},
+                                                  {"-check ", false}, {"-check x", false}, {"", false}};
     for (const auto& [commandLine, check] : cases) {
         SCOPED_TRACE(commandLine);
         Process fresh;
         fresh.t.prompts.cancelNextDialog();
-        const StartupOutcome outcome = fresh.start(QString::fromLatin1(commandLine));
+        EXPECT_EQ(fresh.start(QString::fromLatin1(commandLine)),
+                  check ? StartupOutcome::MainWindowOpen : StartupOutcome::EndProcess);
+        EXPECT_EQ(fresh.stored(kKeyPathToJedi), check ? kAbsent : kDefaultGameFolder) << "the store is not looked at";
+        EXPECT_EQ(fresh.t.prompts.dialogs.size(), check ? 0u : 1u);
         if (check) {
-            EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
             EXPECT_EQ(fresh.host.calls, kOpened);
-            EXPECT_FALSE(fresh.store().HasSetting(kKeyPathToJedi)) << "the store is not looked at";
-            EXPECT_TRUE(fresh.t.app->gameFolder.isEmpty());
-            EXPECT_TRUE(fresh.t.app->serverExecutable.isEmpty());
-            EXPECT_TRUE(fresh.t.prompts.dialogs.empty());
             EXPECT_TRUE(fresh.scans.isEmpty());
-            EXPECT_TRUE(fresh.t.prompts.pointerHistory.empty()) << "no cursor object";
             EXPECT_EQ(fresh.t.app->baseFolder(), u"/Base"_s) << "the load sees a base folder under a lone slash";
-        } else {
-            EXPECT_EQ(outcome, StartupOutcome::EndProcess);
-            EXPECT_EQ(fresh.stored(kKeyPathToJedi), kDefaultGameFolder);
-            EXPECT_EQ(fresh.t.prompts.dialogs.size(), 1u);
         }
     }
 }
@@ -289,17 +278,13 @@ TEST_F(Startup, ASecondInstanceIsRefusedOnlyWithMessagingOn)
             fresh.t.instances.otherRunning = otherRunning;
             // The value that the load restores from the settings.
             fresh.host.afterLoad = [&](ServerProfile& p) { p.setValue(F::chkSendMessage, sendMessage); };
-            const StartupOutcome outcome = fresh.start(u"-check"_s);
-            if (otherRunning && sendMessage) {
-                EXPECT_EQ(outcome, StartupOutcome::EndProcess);
-                EXPECT_EQ(fresh.host.calls, (QStringList{u"load"_s, u"unloadMain"_s}));
-                EXPECT_EQ(fresh.t.prompts.shown.size(), 1u);
+            const bool refused = otherRunning && sendMessage;
+            EXPECT_EQ(fresh.start(u"-check"_s), refused ? StartupOutcome::EndProcess : StartupOutcome::MainWindowOpen);
+            EXPECT_EQ(fresh.host.calls, refused ? (QStringList{u"load"_s, u"unloadMain"_s}) : kOpened);
+            EXPECT_EQ(fresh.t.prompts.shown.size(), refused ? 1u : 0u);
+            if (refused) {
                 EXPECT_TRUE(isBox(fresh.t.prompts.last(),
                                   {kProductTitle, Icon::Information, u"Arena Steward is already running"_s + kTail}));
-            } else {
-                EXPECT_EQ(outcome, StartupOutcome::MainWindowOpen);
-                EXPECT_EQ(fresh.host.calls, kOpened);
-                EXPECT_TRUE(fresh.t.prompts.shown.empty());
             }
         }
 }
@@ -316,20 +301,94 @@ TEST_F(Startup, ARestartRunsStartUpAgainWithTheSameCommandLine)
     EXPECT_EQ(scans.size(), 3);
     EXPECT_EQ(stored(kKeyRunOnce), u"1"_s);
     EXPECT_EQ(t.prompts.texts(), (QStringList{firstRunText(), u"Map Scan complete."_s + kTail}));
-    // One run of pending events at the first start; before, inside and after the restart.
-    EXPECT_EQ(t.prompts.eventRuns, 4);
-    Process checked;
-    ASSERT_EQ(checked.start(u"-Check"_s), StartupOutcome::MainWindowOpen);
-    EXPECT_EQ(checked.restart(), StartupOutcome::MainWindowOpen);
-    EXPECT_FALSE(checked.store().HasSetting(kKeyPathToJedi));
-    EXPECT_TRUE(checked.t.prompts.dialogs.empty());
-    EXPECT_EQ(checked.host.calls, (QStringList{u"load"_s, u"show"_s, u"closeAll"_s, u"load"_s, u"show"_s}));
-    Process ending; // a restart that ends the process runs nothing after it
-    ending.storeReadyGame();
-    ASSERT_EQ(ending.start(), StartupOutcome::MainWindowOpen);
-    ending.save(kKeyPathToServer, u"gone"_s);
-    ending.t.prompts.cancelNextDialog();
-    EXPECT_EQ(ending.restart(), StartupOutcome::EndProcess);
-    EXPECT_EQ(ending.t.prompts.eventRuns, 2) << "the first start's and the one before the restart";
-    EXPECT_EQ(ending.t.prompts.texts(), QStringList{u"User cancelled!"_s + kTail});
+    EXPECT_EQ(t.prompts.eventRuns, 4) << "once at the first start; before, inside and after the restart";
+}
+
+namespace {
+
+const QStringList kSteps{u"columns"_s, u"size"_s, u"center"_s, u"disableClose"_s};
+
+struct Form {
+    void load() { MainFormLoad(*t.app, profile, host); }
+    QStringList configs(int i) const { return profile.field(F::cboConfig(i)).items(); }
+    TestApp t;
+    ServerProfile profile;
+    FakeFormLoadHost host;
+};
+
+struct MainFormLoadTest : ::testing::Test, Form {};
+
+} // namespace
+
+TEST_F(MainFormLoadTest, RunsItsStepsInOrderFillsTheListsAndStartsAnEmptyAutoCycleOnEntryOne)
+{
+    const QString base = t.baseFolder() + u'/';
+    for (const char* name :
+         {"server.cfg", "FFA.CFG", "jediMaps.cfg", "readme.txt", "autoexeccfg", "cfg.txt", ".hidden.cfg", "ctf.Cfg"})
+        writeFile(base + QString::fromLatin1(name), "x");
+    QDir().mkpath(base + u"maps.cfg"_s);
+    QList<bool> loadingSeen;
+    host.onCall = [&](const QString&) { loadingSeen << profile.isLoading(); };
+    load();
+    EXPECT_EQ(host.calls, kSteps);
+    EXPECT_EQ(loadingSeen, (QList<bool>{true, true, true, true}));
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_EQ(t.app->helpFile, t.programFolder() + u"/arena-steward-guide.html"_s);
+    EXPECT_EQ(profile.field(F::cboStartingMap).items().size(), 15);
+    EXPECT_EQ(profile.text(F::cboStartingMap), u"ctf_imperial"_s) << "entry 1 stands selected";
+    EXPECT_EQ(profile.value(F::vsMainTab), 0);
+    EXPECT_TRUE(t.prompts.shown.empty());
+    // Every name whose lower case ends in "cfg", under its own spelling, by name.
+    for (int i = 0; i <= 3; ++i)
+        EXPECT_EQ(configs(i),
+                  (QStringList{u"autoexeccfg"_s, u"ctf.Cfg"_s, u"FFA.CFG"_s, u"jediMaps.cfg"_s, u"server.cfg"_s}))
+            << i;
+    profile.setValue(F::chkMapAutoCycle, 1);
+    SessionFacts facts;
+    facts.clock = &t.clock;
+    SessionValues session;
+    LineList out;
+    writeSessionOpening(profile, facts, session, out);
+    EXPECT_TRUE(out.lines.contains(u"map ctf_imperial"_s)) << out.lines.join(u'|').toStdString();
+    EXPECT_FALSE(out.lines.contains(u"map "_s)) << "never a map line without a name";
+    Form gone; // a game folder that is gone leaves the lists of configs empty
+    gone.t.app->gameFolder = u"/nonexistent/jk2/"_s;
+    gone.load();
+    EXPECT_TRUE(gone.configs(0).isEmpty());
+    EXPECT_EQ(gone.profile.field(F::cboStartingMap).items().size(), 15);
+}
+
+TEST_F(MainFormLoadTest, AnIndexOutOfRangeTurnsToPageTwoAndTheLoadGoesOn)
+{
+    // As a hand-edited setting that names a row the rotation doesn't have.
+    writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
+    profile.setValue(F::vsMainTab, 4);
+    host.failures.insert(u"columns"_s, 35600);
+    load();
+    EXPECT_EQ(profile.value(F::vsMainTab), 2);
+    EXPECT_EQ(host.calls, kSteps);
+    EXPECT_EQ(configs(3), QStringList{u"server.cfg"_s});
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(t.app->errorLog().lastFile().isEmpty()) << "nothing logged";
+}
+
+TEST_F(MainFormLoadTest, AnyOtherErrorIsLoggedWithTheLoadsTagAndEndsTheLoad)
+{
+    writeFile(t.baseFolder() + u"/server.cfg"_s, "x");
+    host.failures.insert(u"size"_s, 13);
+    load();
+    EXPECT_EQ(host.calls, (QStringList{u"columns"_s, u"size"_s}));
+    EXPECT_FALSE(profile.isLoading());
+    EXPECT_TRUE(t.app->helpFile.isEmpty());
+    EXPECT_TRUE(configs(0).isEmpty());
+    EXPECT_TRUE(profile.field(F::cboStartingMap).items().isEmpty());
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(
+        isBox(t.prompts.last(), {u"arena-steward Error"_s, Icon::Critical,
+                                 u"Following error occurred in this application:\r\n\r\nType mismatch\r\nNumber: 13\r\n"
+                                 "Source: arena-steward::frmMain.Form_Load(Sub) (frmMain)"_s}));
+    EXPECT_EQ(crlfLines(t.programFolder() + u"/arena-steward.log"_s),
+              (QStringList{QString(78, u'-'), u"---06/13/2002 21:05:33---"_s,
+                           u"Error 13 in arena-steward::frmMain.Form_Load(Sub) (frmMain):"_s, u"Type mismatch"_s}));
 }

@@ -20,7 +20,6 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <unistd.h>
 
 using namespace steward;
@@ -30,11 +29,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool ownerOnly(const QString& path)
-{
-    const QFileDevice::Permissions p = QFileInfo(path).permissions();
-    return p == (QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ReadUser | QFileDevice::WriteUser);
-}
+bool ownerOnly(const QString& path) { return (QFileInfo(path).permissions() & 0x0077) == 0; }
 
 /// A process that has come and gone: its identity no longer runs.
 ProcessIdentity endedProcess()
@@ -112,7 +107,7 @@ protected:
 
 } // namespace
 
-TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
+TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgainButARestartOnRequestIsNoCrash)
 {
     mode("crash");
     // The second start crashes as well, the third runs.
@@ -135,7 +130,14 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     EXPECT_TRUE(log.startsWith("The server crashed: signal 11 (SIGSEGV)\n")) << log.toStdString();
     EXPECT_TRUE(log.contains("going down\n"));
     EXPECT_TRUE(fileBytes(folder.serverLog()).contains("going down\n"));
-    EXPECT_EQ(QFileInfo(folder.serverLog()).permissions() & 0x0077, 0);
+    EXPECT_TRUE(ownerOnly(folder.serverLog()));
+    // A restart on request is no crash.
+    const ProcessIdentity beforeRestart = watcher->state().server;
+    const qsizetype logs = crashLogs().size();
+    watcher->restart();
+    ASSERT_TRUE(eventually([&] { return relaunches == 3 && watcher->serverRunning(); }));
+    EXPECT_FALSE(stillRuns(beforeRestart));
+    EXPECT_EQ(crashLogs().size(), logs);
     EXPECT_EQ(exitCode, -1);
     const ProcessIdentity server = watcher->state().server;
     watcher->stop();
@@ -144,66 +146,34 @@ TEST_F(WatchedStub, ACrashIsLoggedAndTheServerStartsAgain)
     EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, u"Stopped"_s);
 }
 
-TEST_F(WatchedStub, TheCrashPastTheLimitEndsTheWatch)
+TEST_F(WatchedStub, EachEndHasItsOwnOutcomeAndTheCrashPastTheLimitEndsTheWatch)
 {
-    mode("fail");
-    watch(true, 2);
-    ASSERT_TRUE(eventually([&] { return exitCode != -1; }));
-    EXPECT_EQ(exitCode, 1);
-    EXPECT_EQ(relaunches, 2);
-    const WatchState state = *readWatchState(folder.stateFile());
-    EXPECT_EQ(state.stoppedReason, u"Stopped after 3 crashes in 10 minutes"_s);
-    EXPECT_EQ(state.lastCrashCause, u"exit status 3"_s);
-    EXPECT_EQ(watchSummary(state), u"Stopped after 3 crashes in 10 minutes"_s);
-}
-
-TEST_F(WatchedStub, EachEndHasItsOwnOutcome)
-{
-    const struct {
-        const char* mode;
-        bool restartOnCrash;
-        int exitCode;
-        const char* reason;
-        bool crashLog;
-    } cases[] = {
-        {"quit", true, 0, "The server quit", false},
-        {"crash", false, 1, "Stopped after a crash, signal 11 (SIGSEGV)", true},
-        {"fail", false, 1, "Stopped after a crash, exit status 3", true},
+    // The mode, a restart on a crash, the limit, then the exit code, the restarts and the reason.
+    const std::tuple<const char*, bool, int, int, int, const char*> cases[] = {
+        {"quit", true, 5, 0, 0, "The server quit"},
+        {"crash", false, 5, 1, 0, "Stopped after a crash, signal 11 (SIGSEGV)"},
+        {"fail", false, 5, 1, 0, "Stopped after a crash, exit status 3"},
+        {"fail", true, 2, 1, 2, "Stopped after 3 crashes in 10 minutes"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.mode);
+    for (const auto& [how, restartOnCrash, limit, code, restarts, reason] : cases) {
+        SCOPED_TRACE(reason);
         for (const QString& log : crashLogs())
             QFile::remove(folder.path() + u'/' + log);
         exitCode = -1;
         relaunches = 0;
-        mode(c.mode);
-        watch(c.restartOnCrash);
+        mode(how);
+        watch(restartOnCrash, limit);
         ASSERT_TRUE(eventually([&] { return exitCode != -1; }));
-        EXPECT_EQ(exitCode, c.exitCode);
-        EXPECT_EQ(relaunches, 0);
-        EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, QString::fromUtf8(c.reason));
-        EXPECT_EQ(crashLogs().isEmpty(), !c.crashLog);
+        EXPECT_EQ(exitCode, code);
+        EXPECT_EQ(relaunches, restarts);
+        EXPECT_EQ(readWatchState(folder.stateFile())->stoppedReason, QString::fromUtf8(reason));
+        EXPECT_EQ(crashLogs().isEmpty(), code == 0);
     }
-}
-
-TEST_F(WatchedStub, ARestartOnRequestIsNoCrash)
-{
-    mode("run");
-    watch(false);
-    const ProcessIdentity first = watcher->state().server;
-    watcher->restart();
-    ASSERT_TRUE(eventually([&] { return relaunches == 1 && watcher->serverRunning(); }));
-    EXPECT_FALSE(stillRuns(first));
-    EXPECT_TRUE(crashLogs().isEmpty());
-    EXPECT_FALSE(readWatchState(folder.stateFile())->lastCrash.isValid());
-    EXPECT_EQ(exitCode, -1);
 }
 
 TEST_F(WatchedStub, AProgramThatCannotStartSaysWhy)
 {
-    ServerWatcher::Options options;
-    WatchState session;
-    ServerWatcher lone(folder, session, options, clock);
+    ServerWatcher lone(folder, {}, {}, clock);
     QString error;
     EXPECT_FALSE(lone.start({dir.filePath(u"missing"_s), {}, dir.path()}, &error));
     EXPECT_FALSE(error.isEmpty());
@@ -245,22 +215,17 @@ TEST_F(WatchParts, EverySessionNameGivesOneFolderInsideServersWhereCrashLogsOfOn
 TEST(RestartPolicyTest, CountsCrashesInASlidingWindow)
 {
     const qint64 minute = 60'000;
-    const struct {
-        int limit;
-        int window;
-        std::vector<qint64> crashes; // minutes
-        std::vector<bool> allowed;
-    } cases[] = {
+    // The limit, the window and the crashes in minutes, each allowed a restart or not.
+    const std::tuple<int, int, std::vector<qint64>, std::vector<bool>> cases[] = {
         {2, 10, {0, 1, 2}, {true, true, false}},
         {2, 10, {0, 11, 22, 33}, {true, true, true, true}},
         {2, 10, {0, 5, 10, 12}, {true, true, true, false}}, // the first leaves the window at 10
         {1, 1, {0, 0}, {true, false}},
     };
-    for (const auto& c : cases) {
-        RestartPolicy policy(c.limit, c.window);
-        for (size_t i = 0; i < c.crashes.size(); ++i)
-            EXPECT_EQ(policy.allowRestartAfterCrash(c.crashes[i] * minute), c.allowed[i])
-                << "limit " << c.limit << ", crash " << i;
+    for (const auto& [limit, window, crashes, allowed] : cases) {
+        RestartPolicy policy(limit, window);
+        for (size_t i = 0; i < crashes.size(); ++i)
+            EXPECT_EQ(policy.allowRestartAfterCrash(crashes[i] * minute), allowed[i]) << limit << ", crash " << i;
     }
 }
 
@@ -285,19 +250,6 @@ TEST_F(WatchParts, TheServerLogKeepsTheLastLinesAndMovesAFullLogAside)
     EXPECT_TRUE(fileBytes(file).endsWith("half a line"));
 }
 
-TEST(ProcessIdentityTest, OnlyTheRecordedProcessCountsAsRunning)
-{
-    const ProcessIdentity self = identifyProcess(::getpid());
-    ASSERT_FALSE(self.isNull());
-    EXPECT_TRUE(stillRuns(self));
-    // The same pid with another start is a process that reused the pid: left alone.
-    EXPECT_FALSE(stillRuns({self.pid, self.startTicks + 1}));
-    EXPECT_FALSE(signalProcess({self.pid, self.startTicks + 1}, 0));
-    EXPECT_FALSE(stillRuns(endedProcess()));
-    EXPECT_FALSE(stillRuns({}));
-    EXPECT_TRUE(identifyProcess(-1).isNull());
-}
-
 TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
 {
     const QDateTime crash(QDate(2026, 11, 25), QTime(13, 58), Qt::LocalTime);
@@ -306,8 +258,7 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
     running.session = u"luke.cfg"_s;
     running.port = 28070;
     running.watched = true;
-    running.watcher = identifyProcess(::getpid());
-    running.server = identifyProcess(::getpid());
+    running.watcher = running.server = identifyProcess(::getpid());
     running.program = u"/games/jk2/jk2ded"_s;
     running.arguments = {u"+set"_s, u"dedicated 2"_s};
     running.phase = WatchState::Phase::Running;
@@ -331,10 +282,7 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
     WatchState stopped = gone;
     stopped.phase = WatchState::Phase::Stopped;
     stopped.stoppedReason = u"Stopped after 3 crashes in 10 minutes"_s;
-    const struct {
-        std::optional<WatchState> state;
-        const char* summary;
-    } cases[] = {
+    const std::pair<std::optional<WatchState>, const char*> cases[] = {
         {running, "Running since 14:02 · 2 restarts · last crash 13:58, signal 11"},
         {oneRestart, "Running since 14:02 · 1 restart"},
         {restarting, "Restarting after a crash at 13:58, signal 11"},
@@ -342,8 +290,8 @@ TEST_F(WatchParts, TheStateSurvivesTheFileAndReadsAsOneLine)
         {stopped, "Stopped after 3 crashes in 10 minutes"},
         {std::nullopt, "Not running"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(watchSummary(c.state), QString::fromUtf8(c.summary));
+    for (const auto& [state, summary] : cases)
+        EXPECT_EQ(watchSummary(state), QString::fromUtf8(summary));
 }
 
 TEST_F(WatchParts, AnythingButAStateFileReadsAsNoneAndAFileThatCannotBeReplacedKeepsItsOldText)
