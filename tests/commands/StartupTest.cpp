@@ -331,6 +331,8 @@ TEST_F(MainFormLoadTest, RunsItsStepsInOrderFillsTheListsAndStartsAnEmptyAutoCyc
     host.onCall = [&](const QString&) { loadingSeen << profile.isLoading(); };
     load();
     EXPECT_EQ(host.calls, kSteps);
+    EXPECT_EQ(host.columns, (QList<int>{2205, 50, 0, 0}));
+    EXPECT_EQ(std::pair(host.height, host.width), std::pair(7490, 9600));
     EXPECT_EQ(loadingSeen, (QList<bool>{true, true, true, true}));
     EXPECT_FALSE(profile.isLoading());
     EXPECT_EQ(t.app->helpFile, t.programFolder() + u"/arena-steward-guide.html"_s);
