@@ -243,8 +243,7 @@ TEST(LocalAddressFailures, ArePlainBoxesTitledWithTheProgramsName)
     const std::pair<std::optional<int>, QString> cases[] = {
         {10093, u"Windows Sockets error  10093 has occurred. Unable to successfully get Host Name."_s},
         {-3, u"Windows Sockets error -3 has occurred. Unable to successfully get Host Name."_s},
-        {std::nullopt, u"Windows Sockets are not responding. Unable to successfully get Host Name."_s},
-    };
+        {std::nullopt, u"Windows Sockets are not responding. Unable to successfully get Host Name."_s}};
     for (const auto& [nameError, text] : cases) {
         TestApp t;
         ScriptedLookup lookup;

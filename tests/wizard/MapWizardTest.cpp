@@ -316,8 +316,7 @@ TEST(AdvancedCycle, WritesTheMainFileAndTheCompanionsByteForByte)
         // The starting map moves to the front and the others keep their order.
         {"start-first", {unconfigured("a"), unconfigured("b"), configured("c", u"g_gametype 7"_s)}, u"c"_s},
         // Two configured maps of the same name get their own companions.
-        {"twins", {configured("duel_pit", duel, 800, 10), configured("duel_pit", duel, 400, 30)}, u"duel_pit"_s},
-    };
+        {"twins", {configured("duel_pit", duel, 800, 10), configured("duel_pit", duel, 400, 30)}, u"duel_pit"_s}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.expected);
         TestApp t;
@@ -344,12 +343,10 @@ TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApplyAndTheStartMovesToTh
         bool forceDisabled;
         const char* duelWeapons;
         const char* force;
-    } cases[] = {
-        {"Duel with Saber Only", u"g_gametype 3"_s, true, false, "65531", "0"},
-        {"Free For All with the box ticked", u"g_gametype 0"_s, true, false, "0", "0"},
-        {"Duel without the box", u"g_gametype 3"_s, false, true, "0", "262143"},
-        {"a game type with a trailing blank is not Duel", u"g_gametype 3 "_s, true, false, "0", "0"},
-    };
+    } cases[] = {{"Duel with Saber Only", u"g_gametype 3"_s, true, false, "65531", "0"},
+                 {"Free For All with the box ticked", u"g_gametype 0"_s, true, false, "0", "0"},
+                 {"Duel without the box", u"g_gametype 3"_s, false, true, "0", "262143"},
+                 {"a game type with a trailing blank is not Duel", u"g_gametype 3 "_s, true, false, "0", "0"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         WizardMapRecord r = configured("duel_bay", c.gameType);
