@@ -53,7 +53,6 @@ TEST(CommandHistory, UpAndDownBrowseFromTheNewestAndTheCapIs200)
         EXPECT_EQ(h.newer(), QString::fromLatin1(newer));
     h.add(u"status"_s, {});
     EXPECT_EQ(h.entries().size(), 3) << "a repeat of the newest is not kept again";
-
     // It keeps the newest 200 and never the password.
     for (int i = 0; i < 250; ++i)
         h.add(u"say %1"_s.arg(i), u"s3cret"_s);
@@ -189,7 +188,6 @@ TEST(PrintReply, TextTheTwoRefusalsAndThePlayerTable)
         {"0", "Free For All"}, {"8", "Capture the Ysalimari"}, {"9", "9"}, {"-1", "-1"}, {"abc", "abc"}, {"", ""}};
     for (const auto& [number, name] : types)
         EXPECT_EQ(gameTypeName(QString::fromLatin1(number)), QString::fromLatin1(name)) << number;
-
     // The rows of the printed player table.
     const QString printed = u"map: oa_dm1\n"
                             "cl score ping name            address                                 rate \n"
@@ -306,7 +304,6 @@ TEST_F(Client, HostileRepliesAreUnreadableAndStrangersAreIgnored)
     status();
     ASSERT_TRUE(waitUntil([&] { return unreadable >= 3; }));
     EXPECT_TRUE(statuses.empty());
-
     // A datagram from another port is not the server's.
     FakeServer stranger;
     ASSERT_NE(client.localPort(), 0);

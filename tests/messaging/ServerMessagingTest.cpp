@@ -104,7 +104,6 @@ TEST_F(Messaging, AtTheIntervalBothLinesGoTwoSecondsApartAndTheCountStartsAgain)
     EXPECT_TRUE(received(100).empty());
     EXPECT_TRUE(t.blockingWait.waits.empty());
     EXPECT_EQ(messaging().counter(), 1);
-
     // During the wait the first line has gone and the second not yet; the second is read
     // after the wait, so a change made meanwhile goes out.
     std::vector<QByteArray> duringWait;
@@ -117,7 +116,6 @@ TEST_F(Messaging, AtTheIntervalBothLinesGoTwoSecondsApartAndTheCountStartsAgain)
     EXPECT_EQ(received(), std::vector<QByteArray>{oob("rcon secret say ^1changed")});
     EXPECT_EQ(t.blockingWait.waits, std::vector<int>{2000});
     EXPECT_EQ(messaging().counter(), 0);
-
     // And again every interval, both lines each time; without a password the short form.
     t.blockingWait.during = nullptr;
     profile.setText(kConfig(14), QString());
@@ -146,7 +144,6 @@ TEST_F(Messaging, TheIntervalIsTheLeadingNumberOfItsTextAndNeverLessThanOne)
         EXPECT_EQ(received().size(), 2u);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-
     // An interval lowered below the count stops the messages for good.
     profile.setText(F::txtMsgTimer, u"5"_s);
     messaging().setCounter(0);
@@ -235,7 +232,6 @@ TEST_F(Messaging, FailedSendsAndHostsThatCannotBeFoundAreNoErrorOfTheTick)
         EXPECT_EQ(m.counter(), 0);
     }
     EXPECT_TRUE(t.prompts.shown.empty());
-
     // A port that is no number fails at arming, before the timer starts.
     for (const char* port : {"abc", "", "28070x"}) {
         SCOPED_TRACE(port);
@@ -307,7 +303,6 @@ TEST_F(MessagingOk, WithoutAPasswordOkIsRefusedBeforeAnythingIsWritten)
     EXPECT_TRUE(t.launcher.started.empty());
     EXPECT_EQ(ServerMessaging::find(profile), nullptr);
     EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + u"/luke.cfg"_s));
-
     // Without the box ticked, no password is needed and nothing is armed.
     profile.setValue(F::chkSendMessage, 0);
     t.prompts.shown.clear();
@@ -380,7 +375,6 @@ TEST(MessagingRules, TickingTheBoxSelectsMinimiseAndTheLoadRunsTheRuleAfterTheSt
     profile.setValue(F::chkSendMessage, 0);
     EXPECT_TRUE(profile.isSet(F::optStartClose));
     EXPECT_FALSE(profile.isSet(F::optStartMinimize));
-
     // The load runs the box's rule after the stored start option.
     const struct {
         const char* what;

@@ -70,7 +70,6 @@ TEST_F(ErrorLogTest, TheErrorObjectIsFoldedIntoNonEmptyArguments)
     RaiseError(*t.app, u"Plain words"_s, u"Somewhere"_s, -7, true, false, true, nullptr);
     EXPECT_EQ(crlfLines(defaultLog()), (QStringList{kHyphens, kStamp, u"Error -7 in Somewhere:"_s, u"Plain words"_s}));
     EXPECT_TRUE(isBox(t.prompts.last(), errorBox(-7, u"Somewhere"_s, u"Plain words"_s)));
-
     // A number of its own is kept; the texts get the object's in brackets.
     const RuntimeError e(err::PathNotFound, {}, u"inner"_s);
     RaiseError(*t.app, u"Outer"_s, u"outer"_s, 1000, false, false, true, &e);
@@ -121,7 +120,6 @@ TEST_F(ErrorLogTest, AnEmptyLogFileTakesTheOneUsedLastAndOverwriteEmptiesIt)
     EXPECT_EQ(t.app->errorLog().lastFile(), own());
     ASSERT_TRUE(WriteLog(*t.app, u"fresh"_s, own(), true, false, true));
     EXPECT_EQ(fileBytes(own()), crlfText({kStamp, u"fresh"_s}));
-
     // An error without a source comes from the program.
     const RuntimeError overflow(err::Overflow);
     reportTagged(*t.app, overflow, u"::Code.CreateJediConfiguration(Function)"_s);
@@ -225,7 +223,6 @@ TEST_F(LocalAddress, TheFirstAddressOfTheTrimmedNameAndACardForALoopbackOne)
     EXPECT_EQ(lookup.askedFor, u"gamebox"_s);
     lookup.found = ips({"255.0.10.200"});
     EXPECT_EQ(address(), u"255.0.10.200"_s) << "no leading zeros, no sign";
-
     // A name that gives loopback addresses only takes the first card that is up.
     lookup.found = ips({"127.0.1.1", "127.0.0.1"});
     lookup.cards = ips({"192.168.4.20", "10.0.0.3"});
@@ -238,17 +235,16 @@ TEST_F(LocalAddress, TheFirstAddressOfTheTrimmedNameAndACardForALoopbackOne)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST(LocalAddressFailures, ArePlainBoxesTitledWithTheProgramsName)
+TEST_F(LocalAddress, FailuresArePlainBoxesTitledWithTheProgramsName)
 {
     const std::pair<std::optional<int>, QString> cases[] = {
         {10093, u"Windows Sockets error  10093 has occurred. Unable to successfully get Host Name."_s},
         {-3, u"Windows Sockets error -3 has occurred. Unable to successfully get Host Name."_s},
         {std::nullopt, u"Windows Sockets are not responding. Unable to successfully get Host Name."_s}};
     for (const auto& [nameError, text] : cases) {
-        TestApp t;
-        ScriptedLookup lookup;
         lookup.nameError = nameError;
-        EXPECT_EQ(GetIPAddress(*t.app, lookup), QString());
+        t.prompts.shown.clear();
+        EXPECT_EQ(address(), QString());
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward"_s, Icon::None, text + kTail, Buttons::Ok}));
     }
@@ -262,7 +258,6 @@ TEST_F(LocalAddress, TheButtonFillsTheFieldUnderTheHourglassAndHandsItTheFocus)
     EXPECT_EQ(&focus, &p.field(F::txtServerConfig(16)));
     EXPECT_EQ(focus.text(), u"127.0.1.1"_s);
     EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>({pointer::Hourglass, pointer::Default}));
-
     // A failed lookup empties the field.
     lookup.found.clear();
     EXPECT_EQ(cmdIP_Click(*t.app, p, lookup).text(), QString());
@@ -317,7 +312,6 @@ TEST(Registry, TheInstallPathComesFromTheChosenOrHomePrefixMappedOntoItsDrive)
 )"_s);
     QDir().mkpath(prefix.path + u"/drive_c/Program Files/LucasArts/Star Wars JK II Jedi Outcast"_s);
     const WineEnvironment env{prefix.path, t.root() + u"/nohome"_s};
-
     // The value ends in a backslash, so it comes back as folder, separator, NUL; the
     // scan command's single cut takes only the NUL.
     EXPECT_EQ(GetInstallPath(*t.app, env),
@@ -337,7 +331,6 @@ TEST(Registry, TheInstallPathComesFromTheChosenOrHomePrefixMappedOntoItsDrive)
     EXPECT_NE(QueryValueEx(key, u"NoEquals"_s, value), 0) << "a line without '=' is no value";
     EXPECT_NE(QueryValueEx(key, u"Missing"_s, value), 0);
     EXPECT_EQ(value, QString());
-
     // The prefix of the environment comes before the home folders.
     const QString home = t.root() + u"/home"_s;
     WinePrefix own(home + u"/.wine"_s, kKeyLine, uR"("Install Path"="C:\\Home")"_s);
@@ -363,7 +356,6 @@ TEST(Registry, NoPrefixOrNoRecordGivesAnEmptyTextAndNoBoxAndOddKeyNames)
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(mapWindowsPath(u"\\\\server\\share"_s, bare.path), QString());
     EXPECT_EQ(mapWindowsPath(u"C:"_s, bare.path), bare.drive()) << "a drive alone is its root";
-
     // A key line ending in a backslash keeps it in the key's name.
     const QString hive = t.root() + u"/system.reg"_s;
     writeFile(hive,

@@ -77,7 +77,6 @@ TEST_F(MapWizardFlow, StartHidesTheMainWindowAndFillsPageOne)
     EXPECT_TRUE(grid.tag().isEmpty());
     EXPECT_FALSE(page("cmdNext").isEnabled()) << "Next waits for a click on a row";
     EXPECT_EQ(record(2).GameType, u"g_gametype 5"_s);
-
     // An empty rotation shows nothing but the message.
     TestApp other;
     RecordingWizardWindows none;
@@ -223,7 +222,6 @@ TEST_F(MapWizardFlow, FinishWithoutANameOrInAnUnwritableFolderLosesNothing)
     EXPECT_EQ(calls(), QString()) << "no name stays on page 3";
     EXPECT_TRUE(wizard.pageLoaded(3));
     EXPECT_TRUE(t.prompts.shown.empty());
-
     // A folder below a plain file can never be written, whoever runs the test.
     const QString blocked = t.root() + u"/blocked"_s;
     writeFile(blocked, "not a folder");
@@ -330,7 +328,7 @@ TEST(AdvancedCycle, WritesTheMainFileAndTheCompanionsByteForByte)
     }
 }
 
-TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApplyAndTheStartMovesToTheFront)
+TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApply)
 {
     const struct {
         const char* name;
@@ -354,19 +352,6 @@ TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApplyAndTheStartMovesToTh
         EXPECT_EQ(lines[11], u"set g_forcePowerDisable "_s + QLatin1String(c.force));
         EXPECT_FALSE(lines.join(u'\n').contains(u"dmflags"_s)) << "the DM flags go nowhere";
     }
-
-    // BuildCycleRecords moves the first match only and carries every field.
-    const QList<WizardMapRecord> records{unconfigured("a"), configured("b", u"g_gametype 3"_s, 100), unconfigured("b")};
-    const QList<WizardMapRecord> ordered = BuildCycleRecords(records, u"b"_s);
-    ASSERT_EQ(ordered.size(), 3);
-    EXPECT_TRUE(ordered[0].Configured);
-    EXPECT_EQ(ordered[0].Gravity, u"g_gravity 100"_s);
-    EXPECT_EQ(ordered[1].MapName, u"a"_s);
-    EXPECT_FALSE(ordered[2].Configured);
-    const QList<WizardMapRecord> unmatched = BuildCycleRecords(records, u"zzz"_s);
-    ASSERT_EQ(unmatched.size(), 4) << "an empty record in front, all others behind";
-    EXPECT_TRUE(unmatched[0].MapName.isEmpty());
-    EXPECT_EQ(unmatched[3].MapName, u"b"_s);
 }
 
 TEST(AdvancedCycle, TheLoaderReadsTheStartingMapBackAndAFailedSaveSaysWhichFile)
@@ -385,7 +370,6 @@ TEST(AdvancedCycle, TheLoaderReadsTheStartingMapBackAndAFailedSaveSaysWhichFile)
     EXPECT_FALSE(saveAdvancedMapCycle(*t.app, state, missing, kTitle));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {u"Error saving file"_s, Icon::Exclamation, missing, Buttons::Ok}));
-
     // A companion that can't be written: the main file keeps what was written before it.
     QFile::remove(folder + u"1cycle.cfg"_s);
     QDir().mkpath(folder + u"1cycle.cfg"_s);
