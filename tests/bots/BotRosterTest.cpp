@@ -25,13 +25,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList row(const char* name, const char* skill, const char* team, const char* model, const char* ping)
-{
-    return {QString::fromLatin1(name), QString::fromLatin1(skill), QString::fromLatin1(team),
-            QString::fromLatin1(model), QString::fromLatin1(ping)};
-}
-const QStringList kGnubee = row("Gnubee", "Hardcore", "RED", "Desann", "25");
-const QStringList kBoss = row("Big_Boss", "Hurt Me Plenty ", "BLUE", "Kyle2", "0");
+/// A roster row from its five cells, '|' between them.
+QStringList row(const char* cells) { return QString::fromLatin1(cells).split(u'|'); }
+const QStringList kGnubee = row("Gnubee|Hardcore|RED|Desann|25");
+const QStringList kBoss = row("Big_Boss|Hurt Me Plenty |BLUE|Kyle2|0");
 
 Box information(const QString& text) { return {u"Arena Steward"_s, Icon::Information, text, Buttons::Ok}; }
 Box question(const QString& text) { return {kProductTitle, Icon::Question, text, Buttons::YesNo}; }
@@ -110,9 +107,7 @@ TEST_F(ModelScanTest, EachArchiveWithAModelGivesOneLine)
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), information(u"BOT scan complete. 3 have been found         "_s)));
     // The progress: shown, one step per file of the folder, then hidden and back at 0.
-    EXPECT_EQ(progress.maximum, 8);
-    EXPECT_EQ(progress.values.front(), 1);
-    EXPECT_EQ(progress.values.back(), 0);
+    EXPECT_EQ(QList<int>({progress.maximum, progress.values.front(), progress.values.back()}), QList<int>({8, 1, 0}));
     EXPECT_FALSE(progress.overshoot);
     EXPECT_EQ(progress.events, (QStringList{u"show"_s, u"busy"_s, u"hide"_s, u"idle"_s}));
     EXPECT_TRUE(progress.activities.contains(u"Scanning kyle2.pk3 ...."_s));
@@ -199,21 +194,21 @@ TEST(PickerRules, OkMakesTheRowOrNothingAndTheGridsHeadingIsNoModel)
 TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndHandEditedLinesAreTakenAsTheyStand)
 {
     // The whole lines are in the files below; a quote in front puts the field in quotes.
-    EXPECT_EQ(rosterFileLine(row("\"Q\"", "Hardcore", "RED", "Desann", "25"), RosterForm::Comma),
+    EXPECT_EQ(rosterFileLine(row("\"Q\"|Hardcore|RED|Desann|25"), RosterForm::Comma),
               u"\"\"\"Q\"\"\",Hardcore,RED,Desann,25"_s);
-    EXPECT_EQ(rosterFileLine(row("Boss, The", "Hardcore", "RED", "Desann", "25"), RosterForm::Tab),
+    EXPECT_EQ(rosterFileLine(row("Boss, The|Hardcore|RED|Desann|25"), RosterForm::Tab),
               u"Boss, The\tHardcore\tRED\tDesann\t25"_s)
         << "a comma is nothing special in the tab form";
-    EXPECT_EQ(rosterFileLine(row("Mid\"quote", "", "", "", ""), RosterForm::Comma), u"Mid\"quote,,,,"_s);
+    EXPECT_EQ(rosterFileLine(row("Mid\"quote||||"), RosterForm::Comma), u"Mid\"quote,,,,"_s);
     const QList<QStringList> rows = {kGnubee,
                                      kBoss,
-                                     row("Boss, The", "Bring It On ", "RED", "Luke", "5"),
-                                     row("a,b,,c", "", "", "", ""),
-                                     row("\"Quoted\"", "Nightmare", "BLUE", "Jan", "1"),
-                                     row("Mid\"quote", "Nightmare", "BLUE", "Jan", "1"),
-                                     row("Tab\there", "Nightmare", "BLUE", "Jan", "1"),
-                                     row("", "", "", "", ""),
-                                     row("  blanks  ", " ", "RED", "x y", "99")};
+                                     row("Boss, The|Bring It On |RED|Luke|5"),
+                                     row("a,b,,c||||"),
+                                     row("\"Quoted\"|Nightmare|BLUE|Jan|1"),
+                                     row("Mid\"quote|Nightmare|BLUE|Jan|1"),
+                                     row("Tab\there|Nightmare|BLUE|Jan|1"),
+                                     row("||||"),
+                                     row("  blanks  | |RED|x y|99")};
     QTemporaryDir dir;
     const QString file = dir.path() + u"/roster.txt"_s;
     for (RosterForm form : {RosterForm::Comma, RosterForm::Tab}) {
@@ -232,13 +227,13 @@ TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndHandEditedLinesAreTakenAsTh
 
     // Hand-edited lines are taken as they stand.
     const std::pair<const char*, QStringList> cases[] = {
-        {"Gnubee,Hardcore", row("Gnubee", "Hardcore", "", "", "")},
-        {"", row("", "", "", "", "")},
-        {"a,b,c,d,e,f,g", row("a", "b", "c", "d", "e")},
-        {"Gnubee,Hardcore,blue,Desann,25", row("Gnubee", "Hardcore", "blue", "Desann", "25")},
-        {"\"unclosed,Hardcore", row("unclosed,Hardcore", "", "", "", "")},
-        {"\"x\"tail,y", row("xtail", "y", "", "", "")},
-        {"say \"hi\",b", row("say \"hi\"", "b", "", "", "")}};
+        {"Gnubee,Hardcore", row("Gnubee|Hardcore|||")},
+        {"", row("||||")},
+        {"a,b,c,d,e,f,g", row("a|b|c|d|e")},
+        {"Gnubee,Hardcore,blue,Desann,25", row("Gnubee|Hardcore|blue|Desann|25")},
+        {"\"unclosed,Hardcore", row("unclosed,Hardcore||||")},
+        {"\"x\"tail,y", row("xtail|y|||")},
+        {"say \"hi\",b", row("say \"hi\"|b|||")}};
     for (const auto& [line, cells] : cases)
         EXPECT_EQ(rosterFileRow(QString::fromLatin1(line), RosterForm::Comma), cells) << line;
 }
@@ -247,7 +242,7 @@ using RosterTest = ModelScanTest;
 
 TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheUserDefinedBoxSwitchesThePage)
 {
-    EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{row("NAME", "SKILL", "TEAM", "MODEL", "PING")});
+    EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{row("NAME|SKILL|TEAM|MODEL|PING")});
     EXPECT_EQ(profile.field(F::cboBOT).items().size(), 5);
     EXPECT_EQ(profile.field(F::cboBOT).text(), u"Hurt Me Plenty "_s);
     auto visible = [this](FieldId name) { return profile.field(name).isVisible(); };
@@ -265,7 +260,7 @@ TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheUserDefinedBoxSwitchesThePage)
 TEST_F(RosterTest, LastBotsCarriesTheRosterFromOneRunToTheNext)
 {
     add(kGnubee);
-    add(row("Boss, The", "Bring It On ", "BLUE", "Luke", "5"));
+    add(row("Boss, The|Bring It On |BLUE|Luke|5"));
     saveLastBots(*t.app, profile);
     EXPECT_EQ(fileBytes(lastBots()),
               QByteArray("Gnubee,Hardcore,RED,Desann,25\r\n\"Boss, The\",Bring It On ,BLUE,Luke,5\r\n"));
@@ -335,8 +330,7 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
 {
     const QString file = t.root() + u"/list.lst"_s;
     writeFile(file, "A\tHardcore\tBLUE\tLuke\t1\r\nB\tNightmare\tRED\tJan\r\n");
-    const QList<QStringList> loaded = {row("A", "Hardcore", "BLUE", "Luke", "1"),
-                                       row("B", "Nightmare", "RED", "Jan", "")};
+    const QList<QStringList> loaded = {row("A|Hardcore|BLUE|Luke|1"), row("B|Nightmare|RED|Jan|")};
     // An empty roster is not asked about.
     t.prompts.chooseFile(file);
     click(1);

@@ -126,8 +126,7 @@ TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
     const struct {
         const char* what;
         QByteArray datagram;
-        int cvars;
-        int players;
+        int cvars, players;
     } good[] = {{"no players, no newline at the end", oob("statusResponse\n\\a\\1"), 1, 0},
                 {"an empty value", oob("statusResponse\n\\sv_hostname\\\\mapname\\x\n"), 2, 0},
                 {"a negative score and a quote in the name", oob("statusResponse\n\\a\\1\n-5 999 \"a\"b\"\n"), 1, 1},

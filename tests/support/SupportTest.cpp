@@ -319,18 +319,14 @@ TEST(Registry, TheInstallPathComesFromTheChosenOrHomePrefixMappedOntoItsDrive)
     EXPECT_TRUE(t.prompts.shown.empty());
     const RegistryKey key = RegistryKey::open(RegistryRoot::LocalMachine, kInstallKey.toLower(), env);
     ASSERT_TRUE(key.isOpen());
+    // An unknown type leaves the value alone, an escape takes at most three octal digits, and a line without '='
+    // is no value.
     QString value = u"before"_s;
-    EXPECT_EQ(QueryValueEx(key, u"version"_s, value), 0);
-    EXPECT_EQ(value, u"10"_s);
-    EXPECT_EQ(QueryValueEx(key, u"Blob"_s, value), -1);
-    EXPECT_EQ(value, u"10"_s); // an unknown type leaves the value alone
-    EXPECT_EQ(QueryValueEx(key, u"Quoted"_s, value), 0);
-    EXPECT_EQ(value, u"say \"hi\""_s + QChar(0));
-    EXPECT_EQ(QueryValueEx(key, u"Octal"_s, value), 0);
-    EXPECT_EQ(value, u"A1"_s + QChar(0)) << "an escape takes at most three octal digits";
-    EXPECT_NE(QueryValueEx(key, u"NoEquals"_s, value), 0) << "a line without '=' is no value";
-    EXPECT_NE(QueryValueEx(key, u"Missing"_s, value), 0);
-    EXPECT_EQ(value, QString());
+    QStringList got;
+    for (const char* name : {"version", "Blob", "Quoted", "Octal", "NoEquals", "Missing"})
+        got << QString::number(QueryValueEx(key, QString::fromLatin1(name), value) == 0) + u' ' + value;
+    const QString nul(QChar(0));
+    EXPECT_EQ(got, QStringList({u"1 10"_s, u"0 10"_s, u"1 say \"hi\""_s + nul, u"1 A1"_s + nul, u"0 "_s, u"0 "_s}));
     // The prefix of the environment comes before the home folders.
     const QString home = t.root() + u"/home"_s;
     WinePrefix own(home + u"/.wine"_s, kKeyLine, uR"("Install Path"="C:\\Home")"_s);
@@ -388,17 +384,11 @@ TEST(Strings, PathPartsAndNumbersFromTexts)
               QStringList({u"luke.cfg"_s, u"luke.cfg"_s, QString(), u"/a/b/"_s, QString()}));
     EXPECT_EQ(IsClean(QString(), u","_s, u"%"_s), QString());
     EXPECT_EQ(IsClean(u"a,b,,c"_s, u","_s, u"%"_s), u"a%b%%c"_s);
-    for (const auto& [text, value] : {std::pair{"", 0.0},
-                                      {"abc", 0},
-                                      {"12abc", 12},
-                                      {" 3.5x", 3.5},
-                                      {"1 2", 12},
-                                      {"-7", -7},
-                                      {".5", 0.5},
-                                      {"1e3", 1000},
-                                      {"2e", 2},
-                                      {"4-2", 4},
-                                      {"0x10", 0}})
+    const std::pair<const char*, double> numbers[] = {
+        {"", 0},     {"abc", 0},    {"12abc", 12}, {" 3.5x", 3.5}, {"1 2", 12}, {"-7", -7},
+        {".5", 0.5}, {"1e3", 1000}, {"2e", 2},     {"4-2", 4},     {"0x10", 0},
+    };
+    for (const auto& [text, value] : numbers)
         EXPECT_EQ(leadingNumber(QString::fromLatin1(text)), value) << text;
     // Whole numbers round half to even and overflow outside their range.
     EXPECT_EQ(QList<int>({toInt16(2.5), toInt16(3.5), toInt16(-3.5), toInt16(32767), toInt16(-32768),

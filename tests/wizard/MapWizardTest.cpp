@@ -276,17 +276,13 @@ WizardMapRecord configured(const char* map, const QString& gameType, int gravity
     r.TimeLimit = u"timelimit %1"_s.arg(timeLimit);
     r.Gravity = u"g_gravity %1"_s.arg(gravity);
     using R = WizardMapRecord;
-    for (const auto& [field, text] : {std::pair{&R::CaptureLimit, "capturelimit 0"},
-                                      {&R::DuelFragLimit, "duel_fraglimit 0"},
-                                      {&R::FragLimit, "fraglimit 0"},
-                                      {&R::FriendlyFire, "g_friendlyfire 0"},
-                                      {&R::Warmup, "g_warmup 60"},
-                                      {&R::RunSpeed, "g_speed 250"},
-                                      {&R::DmFlags, "dmflags 8"},
-                                      {&R::PrivateDuel, "g_privateDuel 1"},
-                                      {&R::SaberLock, "g_saberLocking 0"},
-                                      {&R::FriendlySaber, "g_friendlySaber 0"}})
-        r.*field = QString::fromLatin1(text);
+    const QStringList texts = u"capturelimit 0|duel_fraglimit 0|fraglimit 0|g_friendlyfire 0|g_warmup 60|g_speed 250|"
+                              "dmflags 8|g_privateDuel 1|g_saberLocking 0|g_friendlySaber 0"_s.split(u'|');
+    QString R::*const fields[] = {&R::CaptureLimit, &R::DuelFragLimit, &R::FragLimit, &R::FriendlyFire,
+                                  &R::Warmup,       &R::RunSpeed,      &R::DmFlags,   &R::PrivateDuel,
+                                  &R::SaberLock,    &R::FriendlySaber};
+    for (int i = 0; i < texts.size(); ++i)
+        r.*fields[i] = texts[i];
     return r;
 }
 
@@ -333,10 +329,8 @@ TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApply)
     const struct {
         const char* name;
         QString gameType;
-        bool saberOnly;
-        bool forceDisabled;
-        const char* duelWeapons;
-        const char* force;
+        bool saberOnly, forceDisabled;
+        const char *duelWeapons, *force;
     } cases[] = {{"Duel with Saber Only", u"g_gametype 3"_s, true, false, "65531", "0"},
                  {"Free For All with the box ticked", u"g_gametype 0"_s, true, false, "0", "0"},
                  {"Duel without the box", u"g_gametype 3"_s, false, true, "0", "262143"},
