@@ -280,31 +280,18 @@ protected:
     FakeWindowHost windows{*t.app};
 };
 
-TEST_F(MessagingOk, WithoutAPasswordOkIsRefusedBeforeAnythingIsWritten)
+// The refusal without a password is the launch checks' (tests/commands).
+TEST_F(MessagingOk, OkArmsAfterTheStartOnlyWithTheBoxAndASecondOkKeepsTheCount)
 {
-    profile.setText(kConfig(14), QString());
-    ok();
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(
-        isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation,
-                                 u"An rcon password is required to enable server messaging"_s + kTail, Buttons::Ok}));
-    EXPECT_TRUE(t.launcher.started.empty());
-    EXPECT_EQ(ServerMessaging::find(profile), nullptr);
-    EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + u"/luke.cfg"_s));
-    // Without the box ticked, no password is needed and nothing is armed.
     profile.setValue(F::chkSendMessage, 0);
-    t.prompts.shown.clear();
+    profile.setText(kConfig(14), QString()); // without the box no password is needed
     ok();
-    EXPECT_TRUE(t.prompts.shown.empty()) << shown();
-    EXPECT_EQ(t.launcher.started.size(), 1u);
     EXPECT_EQ(ServerMessaging::find(profile), nullptr);
-}
-
-TEST_F(MessagingOk, OkArmsAfterTheStartAndASecondOkKeepsTheCount)
-{
+    profile.setValue(F::chkSendMessage, 1);
+    profile.setText(kConfig(14), u"secret"_s);
     ok();
     ASSERT_TRUE(t.prompts.shown.empty()) << shown();
-    ASSERT_EQ(t.launcher.started.size(), 1u);
+    ASSERT_EQ(t.launcher.started.size(), 2u);
     ServerMessaging* messaging = ServerMessaging::find(profile);
     ASSERT_NE(messaging, nullptr);
     EXPECT_TRUE(messaging->tmrServerMessage().isActive());
@@ -319,7 +306,7 @@ TEST_F(MessagingOk, OkArmsAfterTheStartAndASecondOkKeepsTheCount)
     EXPECT_EQ(messaging->counter(), 2) << "the timer's tick and one more";
     messaging->tmrServerMessage_Timer();
     EXPECT_EQ(received().size(), 2u);
-    EXPECT_EQ(t.launcher.started.size(), 2u);
+    EXPECT_EQ(t.launcher.started.size(), 3u);
 }
 
 TEST_F(MessagingOk, APortThatIsNoNumberGivesTheLaunchsErrorBoxBeforeOrAfterTheStart)

@@ -105,7 +105,6 @@ TEST(RuleMasks, FollowTheirBoxes)
         {F::chkWeaponFlags, {}, F::txtWeaponFlags, "0"},
         {F::chkWeaponFlags, {2}, F::txtWeaponFlags, "65531"},
         {F::chkWeaponFlags, {2, 1}, F::txtWeaponFlags, "6"},
-        {F::chkWeaponFlags, {0, 2}, F::txtWeaponFlags, "5"},
         {F::chkWeaponFlags, upTo(15), F::txtWeaponFlags, "65535"},
         {F::chkWeaponFlags, {24, 17}, F::txtDuelWeaponFlags, "6"},
         {F::chkWeaponFlags, {31, 16}, F::txtDuelWeaponFlags, "32769"},
