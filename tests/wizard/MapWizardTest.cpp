@@ -140,7 +140,7 @@ TEST_F(MapWizardFlow, PageTwoShowsSaberOnlyForDuelAndSumsTheFlags)
     EXPECT_EQ(record(0).GameType, u"g_gametype 5"_s) << "a map left out keeps the start's game type";
 }
 
-TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordForms)
+TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordFormsAndAConfiguredMapAsksBeforeItIsOpenedAgain)
 {
     wizard.ID_MapWizard(profile);
     configure(0);
@@ -158,14 +158,8 @@ TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordForms)
     configure(1);
     wizard.cmdNextMap_Click();
     EXPECT_EQ(record(1).Gravity, u"g_gravity 300"_s) << "the next map starts with the last one's values";
-}
-
-TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
-{
-    wizard.ID_MapWizard(profile);
-    configure(0);
+    // A configured map asks before it is opened again.
     page("txtSpeed", 1).setText(u"100"_s);
-    wizard.cmdNextMap_Click();
     calls();
     wizard.grdMapList_Click(0);
     t.prompts.answerNext(Answer::No);
@@ -174,7 +168,7 @@ TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
                                                  "WARNING - All previous settings will be removed         "_s)));
     EXPECT_EQ(calls(), QString()) << "No stays on page 1";
     EXPECT_EQ(rotationMark(page("grdMapList"), 0), u"imgMapNotSelected"_s);
-    EXPECT_EQ(record(0).Gravity, u"g_gravity 100"_s) << "its settings stay in force";
+    EXPECT_EQ(record(0).Gravity, u"g_gravity 300"_s) << "its settings stay in force";
     t.prompts.answerNext(Answer::Yes);
     wizard.cmdNext_Click(1);
     EXPECT_EQ(calls(), u"hide1 show2"_s);
