@@ -183,6 +183,24 @@ TEST(FileDialog, ANameTooLongForTheBufferFailsBeforeTheDialog)
     }
 }
 
+TEST(Cursor, RestoreGivesTheStoredPointerAndOnlyOneOtherThanTheDefaultComesBackAtTheEnd)
+{
+    FakePrompts prompts;
+    for (const auto& [stored, history] :
+         {std::pair{3, std::vector<int>{pointer::Hourglass, 3, pointer::Default, 3}},
+          {pointer::Default, {pointer::Hourglass, pointer::Default, pointer::Default}}}) {
+        prompts.pointer = stored;
+        prompts.pointerHistory.clear();
+        {
+            CCursor cursor(prompts);
+            cursor.SetCursor(pointer::Hourglass);
+            cursor.RestoreCursor();
+            cursor.SetCursor();
+        }
+        EXPECT_EQ(prompts.pointerHistory, history) << stored;
+    }
+}
+
 /// An address as the lookup gives it: four bytes.
 QList<QByteArray> ips(std::initializer_list<const char*> dotted)
 {
