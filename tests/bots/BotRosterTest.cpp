@@ -16,6 +16,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QUrl>
+#include <tuple>
 #include <gtest/gtest.h>
 
 using namespace steward;
@@ -24,13 +25,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList row(const char* name, const char* skill, const char* team, const char* model, const char* ping)
-{
-    return {QString::fromLatin1(name), QString::fromLatin1(skill), QString::fromLatin1(team),
-            QString::fromLatin1(model), QString::fromLatin1(ping)};
-}
-const QStringList kGnubee = row("Gnubee", "Hardcore", "RED", "Desann", "25");
-const QStringList kBoss = row("Big_Boss", "Hurt Me Plenty ", "BLUE", "Kyle2", "0");
+/// A roster row from its five cells, '|' between them.
+QStringList row(const char* cells) { return QString::fromLatin1(cells).split(u'|'); }
+const QStringList kGnubee = row("Gnubee|Hardcore|RED|Desann|25");
+const QStringList kBoss = row("Big_Boss|Hurt Me Plenty |BLUE|Kyle2|0");
 
 Box information(const QString& text) { return {u"Arena Steward"_s, Icon::Information, text, Buttons::Ok}; }
 Box question(const QString& text) { return {kProductTitle, Icon::Question, text, Buttons::YesNo}; }
@@ -71,18 +69,13 @@ protected:
 
 TEST(ModelEntries, OnlyAFolderBelowModelsPlayersIsAModelAndTheStockArchivesAreLeftOut)
 {
-    const std::pair<const char*, const char*> cases[] = {
-        {"models\\players\\desann\\|model.glm", "desann"},
-        {"MODELS\\Players\\Kyle2\\|", "Kyle2"}, // the model's own folder entry; its case kept
-        {"models\\players\\kyle2\\skins\\|a.skin", "kyle2"},
-        {"models\\players\\|", ""},           // the folder models/players itself
-        {"models\\players\\|readme.txt", ""}, // a file beside the models
-        {"models\\weapons\\saber\\|saber.glm", ""},
-        {"players\\models\\x\\|y", ""},
-        {"maps\\|ffa_x.bsp", ""},
-        {"|models", ""},
-        {"", ""},
-    };
+    // The model's own folder entry keeps its case; models/players itself and a file beside the models are none.
+    const std::pair<const char*, const char*> cases[] = {{"models\\players\\desann\\|model.glm", "desann"},
+                                                         {"MODELS\\Players\\Kyle2\\|", "Kyle2"},
+                                                         {"models\\players\\|", ""},
+                                                         {"models\\players\\|readme.txt", ""},
+                                                         {"players\\models\\x\\|y", ""},
+                                                         {"|models", ""}};
     for (const auto& [text, model] : cases)
         EXPECT_EQ(playerModelOfEntry(QString::fromLatin1(text)), QString::fromLatin1(model)) << text;
     for (const char* name : {"assets0.pk3", "ASSETS1.PK3", "Assets2.Pk3", "readme.txt", "x.pk", "pk3.zip"})
@@ -113,11 +106,8 @@ TEST_F(ModelScanTest, EachArchiveWithAModelGivesOneLine)
     EXPECT_EQ(crlfLines(botList()), (QStringList{u"Kyle2,kyle2.pk3"_s, u"odd,mypk3"_s, u"Zeta,pair.PK3"_s}));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), information(u"BOT scan complete. 3 have been found         "_s)));
-
     // The progress: shown, one step per file of the folder, then hidden and back at 0.
-    EXPECT_EQ(progress.maximum, 8);
-    EXPECT_EQ(progress.values.front(), 1);
-    EXPECT_EQ(progress.values.back(), 0);
+    EXPECT_EQ(QList<int>({progress.maximum, progress.values.front(), progress.values.back()}), QList<int>({8, 1, 0}));
     EXPECT_FALSE(progress.overshoot);
     EXPECT_EQ(progress.events, (QStringList{u"show"_s, u"busy"_s, u"hide"_s, u"idle"_s}));
     EXPECT_TRUE(progress.activities.contains(u"Scanning kyle2.pk3 ...."_s));
@@ -181,20 +171,15 @@ TEST_F(ModelScanTest, TheScanButtonAsksFirstAndNamesWithCommasReadBackIntoTheirC
 TEST(PickerRules, OkMakesTheRowOrNothingAndTheGridsHeadingIsNoModel)
 {
     PickerInput input;
-    input.name = u"Big Boss"_s;
-    input.stockIndex = 21;
-    input.skill = u"Hardcore"_s;
-    input.team = u"BLUE"_s;
-    input.ping = u"40"_s;
+    std::tie(input.name, input.stockIndex, input.skill, input.team, input.ping) =
+        std::tuple(u"Big Boss"_s, 21, u"Hardcore"_s, u"BLUE"_s, u"40"_s);
     EXPECT_EQ(pickedBotRow(input), (QStringList{u"Big_Boss"_s, u"Hardcore"_s, u"BLUE"_s, u"Kyle"_s, u"40"_s}));
-
     // On the tab "Custom" the model is the picked one, empty when none is picked.
     input.customTab = true;
     input.customModel = u"Kyle 2"_s;
     EXPECT_EQ(pickedBotRow(input)->value(3), u"Kyle 2"_s) << "the model keeps its blank";
     input.customModel.clear();
     EXPECT_EQ(pickedBotRow(input)->value(3), QString());
-
     // The name isn't trimmed, but a blank one does nothing.
     input.name = u" a "_s;
     EXPECT_EQ(pickedBotRow(input)->value(0), u"_a_"_s);
@@ -202,31 +187,27 @@ TEST(PickerRules, OkMakesTheRowOrNothingAndTheGridsHeadingIsNoModel)
         input.name = QString::fromLatin1(blank);
         EXPECT_FALSE(pickedBotRow(input).has_value()) << '"' << blank << '"';
     }
-    EXPECT_EQ(pickedCustomModel(u"Kyle2"_s), u"Kyle2"_s);
-    EXPECT_EQ(pickedCustomModel(u"BOT Name"_s), QString());
-    EXPECT_EQ(pickedCustomModel(QString()), QString());
+    EXPECT_EQ(QStringList({pickedCustomModel(u"Kyle2"_s), pickedCustomModel(u"BOT Name"_s), pickedCustomModel({})}),
+              QStringList({u"Kyle2"_s, QString(), QString()}));
 }
 
 TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndHandEditedLinesAreTakenAsTheyStand)
 {
     // The whole lines are in the files below; a quote in front puts the field in quotes.
-    EXPECT_EQ(rosterFileLine(row("\"Q\"", "Hardcore", "RED", "Desann", "25"), RosterForm::Comma),
+    EXPECT_EQ(rosterFileLine(row("\"Q\"|Hardcore|RED|Desann|25"), RosterForm::Comma),
               u"\"\"\"Q\"\"\",Hardcore,RED,Desann,25"_s);
-    EXPECT_EQ(rosterFileLine(row("Boss, The", "Hardcore", "RED", "Desann", "25"), RosterForm::Tab),
+    EXPECT_EQ(rosterFileLine(row("Boss, The|Hardcore|RED|Desann|25"), RosterForm::Tab),
               u"Boss, The\tHardcore\tRED\tDesann\t25"_s)
         << "a comma is nothing special in the tab form";
-    EXPECT_EQ(rosterFileLine(row("Mid\"quote", "", "", "", ""), RosterForm::Comma), u"Mid\"quote,,,,"_s);
-    const QList<QStringList> rows = {
-        kGnubee,
-        kBoss,
-        row("Boss, The", "Bring It On ", "RED", "Luke", "5"),
-        row("a,b,,c", "", "", "", ""),
-        row("\"Quoted\"", "Nightmare", "BLUE", "Jan", "1"),
-        row("Mid\"quote", "Nightmare", "BLUE", "Jan", "1"),
-        row("Tab\there", "Nightmare", "BLUE", "Jan", "1"),
-        row("", "", "", "", ""),
-        row("  blanks  ", " ", "RED", "x y", "99"),
-    };
+    EXPECT_EQ(rosterFileLine(row("Mid\"quote||||"), RosterForm::Comma), u"Mid\"quote,,,,"_s);
+    const QList<QStringList> rows = {kGnubee,
+                                     kBoss,
+                                     row("Boss, The|Bring It On |RED|Luke|5"),
+                                     row("a,b,,c||||"),
+                                     row("\"Quoted\"|Nightmare|BLUE|Jan|1"),
+                                     row("Tab\there|Nightmare|BLUE|Jan|1"),
+                                     row("||||"),
+                                     row("  blanks  | |RED|x y|99")};
     QTemporaryDir dir;
     const QString file = dir.path() + u"/roster.txt"_s;
     for (RosterForm form : {RosterForm::Comma, RosterForm::Tab}) {
@@ -244,36 +225,23 @@ TEST(RosterFile, BothFormsRoundTripEveryKindOfNameAndHandEditedLinesAreTakenAsTh
     }
 
     // Hand-edited lines are taken as they stand.
-    const std::pair<const char*, QStringList> cases[] = {
-        {"Gnubee,Hardcore", row("Gnubee", "Hardcore", "", "", "")},
-        {"", row("", "", "", "", "")},
-        {"a,b,c,d,e,f,g", row("a", "b", "c", "d", "e")},
-        {"Gnubee,Hardcore,blue,Desann,25", row("Gnubee", "Hardcore", "blue", "Desann", "25")},
-        {"\"unclosed,Hardcore", row("unclosed,Hardcore", "", "", "", "")},
-        {"\"x\"tail,y", row("xtail", "y", "", "", "")},
-        {"say \"hi\",b", row("say \"hi\"", "b", "", "", "")},
-    };
+    const std::pair<const char*, QStringList> cases[] = {{"Gnubee,Hardcore", row("Gnubee|Hardcore|||")},
+                                                         {"", row("||||")},
+                                                         {"a,b,c,d,e,f,g", row("a|b|c|d|e")},
+                                                         {"\"unclosed,Hardcore", row("unclosed,Hardcore||||")},
+                                                         {"\"x\"tail,y", row("xtail|y|||")},
+                                                         {"say \"hi\",b", row("say \"hi\"|b|||")}};
     for (const auto& [line, cells] : cases)
         EXPECT_EQ(rosterFileRow(QString::fromLatin1(line), RosterForm::Comma), cells) << line;
-}
-
-TEST(RosterColours, OnlyBlueInCapitalsIsBlue)
-{
-    EXPECT_EQ(rosterRowColours(u"BLUE"_s).background, qRgb(0, 0, 255));
-    for (const char* team : {"RED", "blue", "Blue", "BLUE ", "", "GREEN"})
-        EXPECT_EQ(rosterRowColours(QString::fromLatin1(team)).background, qRgb(255, 0, 0)) << team;
-    EXPECT_EQ(rosterRowColours(u"BLUE"_s).text, qRgb(255, 255, 255));
-    EXPECT_EQ(rosterRowColours(u"RED"_s).text, qRgb(255, 255, 255));
 }
 
 using RosterTest = ModelScanTest;
 
 TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheUserDefinedBoxSwitchesThePage)
 {
-    EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{row("NAME", "SKILL", "TEAM", "MODEL", "PING")});
+    EXPECT_EQ(profile.field(F::grdBOTList).rows(), QList<QStringList>{row("NAME|SKILL|TEAM|MODEL|PING")});
     EXPECT_EQ(profile.field(F::cboBOT).items().size(), 5);
     EXPECT_EQ(profile.field(F::cboBOT).text(), u"Hurt Me Plenty "_s);
-    // The user-defined box switches the page.
     auto visible = [this](FieldId name) { return profile.field(name).isVisible(); };
     for (int on : {1, 0, 1}) {
         SCOPED_TRACE(on);
@@ -283,19 +251,13 @@ TEST_F(RosterTest, SetUpGivesTheHeadingAloneAndTheUserDefinedBoxSwitchesThePage)
         EXPECT_EQ(visible(F::cboBOT), on == 0);
         EXPECT_EQ(visible(F::txtBOTThinkTime), on == 0);
     }
-    EXPECT_TRUE(botPageLayout(true).roster);
-    EXPECT_FALSE(botPageLayout(false).roster);
-
-    // The other boxes have no click of their own.
-    profile.setValue(F::chkBOTs(0), 1);
-    chkBOTs_Click(profile, 0);
-    EXPECT_TRUE(visible(F::grdBOTList));
+    EXPECT_TRUE(botPageLayout(true).roster && !botPageLayout(false).roster);
 }
 
 TEST_F(RosterTest, LastBotsCarriesTheRosterFromOneRunToTheNext)
 {
     add(kGnubee);
-    add(row("Boss, The", "Bring It On ", "BLUE", "Luke", "5"));
+    add(row("Boss, The|Bring It On |BLUE|Luke|5"));
     saveLastBots(*t.app, profile);
     EXPECT_EQ(fileBytes(lastBots()),
               QByteArray("Gnubee,Hardcore,RED,Desann,25\r\n\"Boss, The\",Bring It On ,BLUE,Luke,5\r\n"));
@@ -303,14 +265,12 @@ TEST_F(RosterTest, LastBotsCarriesTheRosterFromOneRunToTheNext)
     SetupBotControls(*t.app, next);
     loadLastBots(*t.app, next);
     EXPECT_EQ(next.field(F::grdBOTList).rows(), profile.field(F::grdBOTList).rows());
-
     // Leaving with an empty roster empties the file.
     replaceRosterBots(profile, {});
     saveLastBots(*t.app, profile);
     EXPECT_EQ(fileBytes(lastBots()), QByteArray());
     loadLastBots(*t.app, profile);
     EXPECT_EQ(rosterBotCount(profile), 0);
-
     // Leaving ignores a file that can't be written.
     t.app->programFolder = t.root() + u"/no/such/folder"_s;
     add(kGnubee);
@@ -331,7 +291,6 @@ TEST_F(RosterTest, AnEmptyRosterIsLeftAloneAndClearAsksAndKeepsTheHeading)
     click(3);
     EXPECT_EQ(pickerShown, 1);
     EXPECT_EQ(rosterBotCount(profile), 0) << "the picker adds the row itself";
-
     // Clear asks and keeps the heading.
     add(kGnubee);
     t.prompts.answerNext(Answer::No);
@@ -355,7 +314,6 @@ TEST_F(RosterTest, SaveWritesTheTabFormWhereTheUserChose)
               QByteArray("Gnubee\tHardcore\tRED\tDesann\t25\r\nBig_Boss\tHurt Me Plenty \tBLUE\tKyle2\t0\r\n"));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), information(u"'mine.lst' has been saved         "_s)));
-
     // A cancelled dialog writes and shows nothing; a file that can't be written escapes
     // to the events' report.
     t.prompts.cancelNextDialog();
@@ -369,9 +327,7 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
 {
     const QString file = t.root() + u"/list.lst"_s;
     writeFile(file, "A\tHardcore\tBLUE\tLuke\t1\r\nB\tNightmare\tRED\tJan\r\n");
-    const QList<QStringList> loaded = {row("A", "Hardcore", "BLUE", "Luke", "1"),
-                                       row("B", "Nightmare", "RED", "Jan", "")};
-
+    const QList<QStringList> loaded = {row("A|Hardcore|BLUE|Luke|1"), row("B|Nightmare|RED|Jan|")};
     // An empty roster is not asked about.
     t.prompts.chooseFile(file);
     click(1);
@@ -379,7 +335,6 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
                                      u"Arena Steward BOT List files (*.lst)|*.lst"_s, t.programFolder()}));
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(bots(), loaded);
-
     // With bots: No keeps them, Yes replaces them; there is no merge.
     replaceRosterBots(profile, {kGnubee});
     t.prompts.chooseFile(file);
@@ -392,7 +347,6 @@ TEST_F(RosterTest, LoadReplacesTheRosterAfterAsking)
     t.prompts.answerNext(Answer::Yes);
     click(1);
     EXPECT_EQ(bots(), loaded);
-
     // A cancelled dialog asks nothing.
     t.prompts.cancelNextDialog();
     click(1);
@@ -410,7 +364,6 @@ TEST_F(RosterTest, ViewWritesTheFileAndOpensItInTheEditor)
     const QString file = t.baseFolder() + u"/BOTFile.cfg"_s;
     EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(file));
     EXPECT_TRUE(crlfLines(file).contains(u"Addbot Desann 4 RED 25 Gnubee"_s));
-
     // A file that isn't to be used is not shown: automatic bots without a number.
     profile.setValue(F::chkBOTs(5), 0);
     profile.setText(F::txtServerConfigSpin(6), u"0"_s);

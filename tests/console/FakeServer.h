@@ -34,7 +34,6 @@ public:
     }
     quint16 port() const { return m_socket.localPort(); }
     QUdpSocket& socket() { return m_socket; }
-
     /// The replies to a request; none leaves it unanswered.
     std::function<QList<QByteArray>(const QByteArray&)> answer;
     int delayMs = 0;

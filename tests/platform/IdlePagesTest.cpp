@@ -45,8 +45,6 @@ TEST(IdlePages, TheProgramsPagesGoBackAndComeAgainWhenUsed)
     ASSERT_GT(releaseIdlePages(), 0);
     const qint64 after = residentKiB();
     EXPECT_LT(after, before) << before << " KiB before, " << after << " KiB after";
-    // The code paged out runs again as it is needed.
-    EXPECT_EQ(QString::number(42), u"42"_s);
 }
 
 } // namespace

@@ -23,6 +23,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <optional>
+#include <tuple>
 
 using namespace steward;
 using namespace steward::testing;
@@ -69,7 +70,6 @@ TEST_F(ErrorLogTest, TheErrorObjectIsFoldedIntoNonEmptyArguments)
     RaiseError(*t.app, u"Plain words"_s, u"Somewhere"_s, -7, true, false, true, nullptr);
     EXPECT_EQ(crlfLines(defaultLog()), (QStringList{kHyphens, kStamp, u"Error -7 in Somewhere:"_s, u"Plain words"_s}));
     EXPECT_TRUE(isBox(t.prompts.last(), errorBox(-7, u"Somewhere"_s, u"Plain words"_s)));
-
     // A number of its own is kept; the texts get the object's in brackets.
     const RuntimeError e(err::PathNotFound, {}, u"inner"_s);
     RaiseError(*t.app, u"Outer"_s, u"outer"_s, 1000, false, false, true, &e);
@@ -88,9 +88,9 @@ TEST_F(ErrorLogTest, ShowOffAndRaiseOnLogsShowsNothingAndThrowsToTheCaller)
                      u"::CMapScanner.ExtractLevelShots(Function)"_s, false, true);
         FAIL() << "the error did not reach the caller";
     } catch (const RuntimeError& passed) {
-        EXPECT_EQ(passed.number(), 53);
-        EXPECT_EQ(passed.source(), u"arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip)"_s);
-        EXPECT_EQ(passed.description(), u"File not found"_s);
+        EXPECT_EQ(QStringList({QString::number(passed.number()), passed.source(), passed.description()}),
+                  QStringList({u"53"_s, u"arena-steward::CMapScanner.ExtractLevelShots(Function) (unzip)"_s,
+                               u"File not found"_s}));
     }
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(crlfLines(defaultLog()).value(2),
@@ -120,7 +120,6 @@ TEST_F(ErrorLogTest, AnEmptyLogFileTakesTheOneUsedLastAndOverwriteEmptiesIt)
     EXPECT_EQ(t.app->errorLog().lastFile(), own());
     ASSERT_TRUE(WriteLog(*t.app, u"fresh"_s, own(), true, false, true));
     EXPECT_EQ(fileBytes(own()), crlfText({kStamp, u"fresh"_s}));
-
     // An error without a source comes from the program.
     const RuntimeError overflow(err::Overflow);
     reportTagged(*t.app, overflow, u"::Code.CreateJediConfiguration(Function)"_s);
@@ -131,52 +130,35 @@ TEST_F(ErrorLogTest, AnEmptyLogFileTakesTheOneUsedLastAndOverwriteEmptiesIt)
     EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward"_s, Icon::Information, u"Overflow"_s, Buttons::Ok}));
 }
 
-TEST(FileDialog, ShowPassesEveryPropertyToTheDialog)
+TEST(FileDialog, ShowPassesEveryPropertyAndCancelKeepsTheOldNames)
 {
     TestApp t;
     CFileDialog dlg(*t.app);
-    dlg.DefaultExt = u"lst"_s;
-    dlg.DialogTitle = u"Save BOT list"_s;
-    dlg.FileName = u"mine.lst"_s;
-    dlg.Filter = u"BOT list (*.lst)|*.lst"_s;
-    dlg.FilterIndex = 1;
-    dlg.Flags = 2;
-    dlg.hWndParent = 5;
-    dlg.InitialDir = u"/srv/jk2/"_s;
+    std::tie(dlg.DefaultExt, dlg.DialogTitle, dlg.FileName, dlg.Filter, dlg.InitialDir) =
+        std::tuple(u"lst"_s, u"Save BOT list"_s, u"mine.lst"_s, u"BOT list (*.lst)|*.lst"_s, u"/srv/jk2/"_s);
+    std::tie(dlg.FilterIndex, dlg.Flags, dlg.hWndParent) = std::tuple(1, 2, 5);
     t.prompts.chooseFile(u"/srv/jk2/bots/new.lst"_s);
     EXPECT_TRUE(dlg.Show(false));
-    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
-    const FakePrompts::Dialog& seen = t.prompts.dialogs.front();
-    const FileDialogState& s = seen.state;
-    EXPECT_FALSE(seen.open);
+    const FileDialogState& s = t.prompts.dialogs.at(0).state;
+    EXPECT_FALSE(t.prompts.dialogs[0].open);
     EXPECT_EQ(QStringList({s.DefaultExt, s.DialogTitle, s.FileName, s.Filter, s.InitialDir}),
               QStringList({u"lst"_s, u"Save BOT list"_s, u"mine.lst"_s, u"BOT list (*.lst)|*.lst"_s, u"/srv/jk2/"_s}));
     EXPECT_EQ(QList<int>({s.FilterIndex, s.Flags, s.hWndParent, s.MaxFileSize}), QList<int>({1, 2, 5, 260}));
-    EXPECT_EQ(dlg.FileName, u"/srv/jk2/bots/new.lst"_s);
-    EXPECT_EQ(dlg.FileTitle, u"new.lst"_s);
-    EXPECT_EQ(dlg.DialogTitle, u"Save BOT list"_s);
-}
-
-TEST(FileDialog, CancelKeepsTheOldNamesAndANameTooLongFails)
-{
-    TestApp t;
-    CFileDialog kept(*t.app);
-    kept.FileName = u"old.lst"_s;
-    kept.FileTitle = u"old title"_s;
+    EXPECT_EQ(QStringList({dlg.FileName, dlg.FileTitle}), QStringList({u"/srv/jk2/bots/new.lst"_s, u"new.lst"_s}));
     t.prompts.cancelNextDialog();
-    EXPECT_FALSE(kept.Show(true));
-    EXPECT_TRUE(t.prompts.dialogs.front().open);
-    EXPECT_EQ(kept.FileName, u"old.lst"_s);
-    EXPECT_EQ(kept.FileTitle, u"old title"_s);
-
-    // A caller that starts empty and tests FileName sees no file.
-    CFileDialog empty(*t.app);
+    EXPECT_FALSE(dlg.Show(true));
+    EXPECT_TRUE(t.prompts.dialogs[1].open);
+    EXPECT_EQ(QStringList({dlg.FileName, dlg.FileTitle}), QStringList({u"/srv/jk2/bots/new.lst"_s, u"new.lst"_s}));
+    CFileDialog empty(*t.app); // a caller that starts empty and tests FileName sees no file
     t.prompts.cancelNextDialog();
     EXPECT_FALSE(empty.Show(false));
     EXPECT_TRUE(empty.FileName.isEmpty());
     EXPECT_TRUE(t.prompts.shown.empty());
+}
 
-    // A name longer than the buffer reaches the plain box.
+TEST(FileDialog, ANameTooLongForTheBufferFailsBeforeTheDialog)
+{
+    TestApp t;
     CFileDialog dlg(*t.app);
     dlg.MaxFileSize = 12;
     dlg.FileName = u"123456789012"_s; // exactly fills the buffer
@@ -185,52 +167,38 @@ TEST(FileDialog, CancelKeepsTheOldNamesAndANameTooLongFails)
     EXPECT_TRUE(t.prompts.shown.empty());
     dlg.FileName = u"1234567890123"_s;
     EXPECT_FALSE(dlg.Show(true));
-    EXPECT_EQ(t.prompts.dialogs.size(), 3u) << "no dialog after the failure";
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_EQ(t.prompts.dialogs.size(), 1u) << "no dialog after the failure";
+    EXPECT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(),
                       {u"Show"_s, Icon::None, u"Error: 5. Invalid procedure call or argument"_s, Buttons::Ok}));
     EXPECT_EQ(dlg.FileName, u"1234567890123"_s);
-}
-
-TEST(FileDialog, TrimNullsCutsAtTheFirstPairAndBlanksSingleNuls)
-{
-    // '0' stands for a NUL.
-    const std::pair<QString, QString> cases[] = {
-        {u"abc00000"_s, u"abc"_s}, {u"/srv0a.lst0b.lst00"_s, u"/srv a.lst b.lst"_s},
-        {u"a0b"_s, u"a0b"_s}, // without a pair the text comes back as it is, single NULs included
-        {u"plain"_s, u"plain"_s},  {QString(), QString()},
-        {u"00x"_s, QString()},     {u"a00b00"_s, u"a"_s},
-    };
-    for (auto [in, out] : cases) {
+    // TrimNulls cuts at the first pair of NULs ('0' below) and keeps single ones.
+    for (auto [in, out] : {std::pair{u"/srv0a.lst0b.lst00"_s, u"/srv a.lst b.lst"_s},
+                           {u"a0b"_s, u"a0b"_s},
+                           {QString(), QString()},
+                           {u"00x"_s, QString()},
+                           {u"a00b00"_s, u"a"_s}}) {
         in.replace(u'0', QChar(0));
-        out.replace(u'0', QChar(0));
-        EXPECT_EQ(TrimNulls(in), out) << in.toUtf8().toHex().toStdString();
+        EXPECT_EQ(TrimNulls(in), out.replace(u'0', QChar(0))) << in.toUtf8().toHex().toStdString();
     }
 }
 
-TEST(Cursor, SetAndRestoreAndOnlyAStoredPointerOtherThanTheDefaultIsRestoredAtTheEnd)
+TEST(Cursor, RestoreGivesTheStoredPointerAndOnlyOneOtherThanTheDefaultComesBackAtTheEnd)
 {
     FakePrompts prompts;
-    prompts.pointer = 3;
-    {
-        CCursor cursor(prompts);
-        EXPECT_EQ(cursor.stored(), 3);
-        cursor.SetCursor(pointer::Hourglass);
-        cursor.RestoreCursor();
-        cursor.SetCursor();
+    for (const auto& [stored, history] :
+         {std::pair{3, std::vector<int>{pointer::Hourglass, 3, pointer::Default, 3}},
+          {pointer::Default, {pointer::Hourglass, pointer::Default, pointer::Default}}}) {
+        prompts.pointer = stored;
+        prompts.pointerHistory.clear();
+        {
+            CCursor cursor(prompts);
+            cursor.SetCursor(pointer::Hourglass);
+            cursor.RestoreCursor();
+            cursor.SetCursor();
+        }
+        EXPECT_EQ(prompts.pointerHistory, history) << stored;
     }
-    EXPECT_EQ(prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, 3, pointer::Default, 3}));
-    prompts.pointer = pointer::Default;
-    prompts.pointerHistory.clear();
-    {
-        CCursor atDefault(prompts); // the default stored: nothing happens at the end
-        atDefault.SetCursor(pointer::Hourglass);
-    }
-    {
-        CCursor atHourglass(prompts);
-        atHourglass.SetCursor(pointer::Default);
-    }
-    EXPECT_EQ(prompts.pointerHistory, (std::vector<int>{pointer::Hourglass, pointer::Default, pointer::Hourglass}));
 }
 
 /// An address as the lookup gives it: four bytes.
@@ -249,21 +217,13 @@ class ScriptedLookup : public AddressLookup {
 public:
     bool hostName(QString& name, int& error) override
     {
-        if (nameError)
-            error = *nameError;
-        else
-            name = u"  gamebox \t"_s;
+        nameError ? void(error = *nameError) : void(name = u"  gamebox \t"_s);
         return !nameError;
     }
-    QList<QByteArray> addresses(const QString& name) override
-    {
-        askedFor = name;
-        return found;
-    }
+    QList<QByteArray> addresses(const QString& name) override { return askedFor = name, found; }
     QList<QByteArray> interfaceAddresses() override { return cards; }
     std::optional<int> nameError;
-    QList<QByteArray> found;
-    QList<QByteArray> cards;
+    QList<QByteArray> found, cards;
     QString askedFor;
 };
 
@@ -281,7 +241,6 @@ TEST_F(LocalAddress, TheFirstAddressOfTheTrimmedNameAndACardForALoopbackOne)
     EXPECT_EQ(lookup.askedFor, u"gamebox"_s);
     lookup.found = ips({"255.0.10.200"});
     EXPECT_EQ(address(), u"255.0.10.200"_s) << "no leading zeros, no sign";
-
     // A name that gives loopback addresses only takes the first card that is up.
     lookup.found = ips({"127.0.1.1", "127.0.0.1"});
     lookup.cards = ips({"192.168.4.20", "10.0.0.3"});
@@ -294,18 +253,16 @@ TEST_F(LocalAddress, TheFirstAddressOfTheTrimmedNameAndACardForALoopbackOne)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST(LocalAddressFailures, ArePlainBoxesTitledWithTheProgramsName)
+TEST_F(LocalAddress, FailuresArePlainBoxesTitledWithTheProgramsName)
 {
     const std::pair<std::optional<int>, QString> cases[] = {
         {10093, u"Windows Sockets error  10093 has occurred. Unable to successfully get Host Name."_s},
         {-3, u"Windows Sockets error -3 has occurred. Unable to successfully get Host Name."_s},
-        {std::nullopt, u"Windows Sockets are not responding. Unable to successfully get Host Name."_s},
-    };
+        {std::nullopt, u"Windows Sockets are not responding. Unable to successfully get Host Name."_s}};
     for (const auto& [nameError, text] : cases) {
-        TestApp t;
-        ScriptedLookup lookup;
         lookup.nameError = nameError;
-        EXPECT_EQ(GetIPAddress(*t.app, lookup), QString());
+        t.prompts.shown.clear();
+        EXPECT_EQ(address(), QString());
         ASSERT_EQ(t.prompts.shown.size(), 1u);
         EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward"_s, Icon::None, text + kTail, Buttons::Ok}));
     }
@@ -319,7 +276,6 @@ TEST_F(LocalAddress, TheButtonFillsTheFieldUnderTheHourglassAndHandsItTheFocus)
     EXPECT_EQ(&focus, &p.field(F::txtServerConfig(16)));
     EXPECT_EQ(focus.text(), u"127.0.1.1"_s);
     EXPECT_EQ(t.prompts.pointerHistory, std::vector<int>({pointer::Hourglass, pointer::Default}));
-
     // A failed lookup empties the field.
     lookup.found.clear();
     EXPECT_EQ(cmdIP_Click(*t.app, p, lookup).text(), QString());
@@ -374,7 +330,6 @@ TEST(Registry, TheInstallPathComesFromTheChosenOrHomePrefixMappedOntoItsDrive)
 )"_s);
     QDir().mkpath(prefix.path + u"/drive_c/Program Files/LucasArts/Star Wars JK II Jedi Outcast"_s);
     const WineEnvironment env{prefix.path, t.root() + u"/nohome"_s};
-
     // The value ends in a backslash, so it comes back as folder, separator, NUL; the
     // scan command's single cut takes only the NUL.
     EXPECT_EQ(GetInstallPath(*t.app, env),
@@ -382,19 +337,14 @@ TEST(Registry, TheInstallPathComesFromTheChosenOrHomePrefixMappedOntoItsDrive)
     EXPECT_TRUE(t.prompts.shown.empty());
     const RegistryKey key = RegistryKey::open(RegistryRoot::LocalMachine, kInstallKey.toLower(), env);
     ASSERT_TRUE(key.isOpen());
+    // An unknown type leaves the value alone, an escape takes at most three octal digits, and a line without '='
+    // is no value.
     QString value = u"before"_s;
-    EXPECT_EQ(QueryValueEx(key, u"version"_s, value), 0);
-    EXPECT_EQ(value, u"10"_s);
-    EXPECT_EQ(QueryValueEx(key, u"Blob"_s, value), -1);
-    EXPECT_EQ(value, u"10"_s); // an unknown type leaves the value alone
-    EXPECT_EQ(QueryValueEx(key, u"Quoted"_s, value), 0);
-    EXPECT_EQ(value, u"say \"hi\""_s + QChar(0));
-    EXPECT_EQ(QueryValueEx(key, u"Octal"_s, value), 0);
-    EXPECT_EQ(value, u"A1"_s + QChar(0)) << "an escape takes at most three octal digits";
-    EXPECT_NE(QueryValueEx(key, u"NoEquals"_s, value), 0) << "a line without '=' is no value";
-    EXPECT_NE(QueryValueEx(key, u"Missing"_s, value), 0);
-    EXPECT_EQ(value, QString());
-
+    QStringList got;
+    for (const char* name : {"version", "Blob", "Quoted", "Octal", "NoEquals", "Missing"})
+        got << QString::number(QueryValueEx(key, QString::fromLatin1(name), value) == 0) + u' ' + value;
+    const QString nul(QChar(0));
+    EXPECT_EQ(got, QStringList({u"1 10"_s, u"0 10"_s, u"1 say \"hi\""_s + nul, u"1 A1"_s + nul, u"0 "_s, u"0 "_s}));
     // The prefix of the environment comes before the home folders.
     const QString home = t.root() + u"/home"_s;
     WinePrefix own(home + u"/.wine"_s, kKeyLine, uR"("Install Path"="C:\\Home")"_s);
@@ -420,7 +370,6 @@ TEST(Registry, NoPrefixOrNoRecordGivesAnEmptyTextAndNoBoxAndOddKeyNames)
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(mapWindowsPath(u"\\\\server\\share"_s, bare.path), QString());
     EXPECT_EQ(mapWindowsPath(u"C:"_s, bare.path), bare.drive()) << "a drive alone is its root";
-
     // A key line ending in a backslash keeps it in the key's name.
     const QString hive = t.root() + u"/system.reg"_s;
     writeFile(hive,
@@ -442,45 +391,33 @@ int errorOf(const std::function<void()>& body)
     return 0;
 }
 
-TEST(Strings, PathPartsSplitAtTheLastSlash)
+TEST(Strings, PathPartsAndNumbersFromTexts)
 {
-    QString folder = u"/games/jk2"_s;
+    QString folder = u"/games/jk2"_s, empty;
     EXPECT_EQ(AddSlash(folder), u"/games/jk2/"_s);
-    EXPECT_EQ(folder, u"/games/jk2/"_s) << "the caller's own text gets the slash";
-    EXPECT_EQ(AddSlash(folder), u"/games/jk2/"_s) << "only one";
-    QString empty;
+    EXPECT_EQ(AddSlash(folder), u"/games/jk2/"_s) << "the caller's own text gets the slash, only one";
     EXPECT_EQ(AddSlash(empty), u"/"_s);
-    EXPECT_EQ(GetNamePart(u"/a/b/luke.cfg"_s), u"luke.cfg"_s);
-    EXPECT_EQ(GetNamePart(u"luke.cfg"_s), u"luke.cfg"_s);
-    EXPECT_EQ(GetNamePart(u"/a/b/"_s), QString());
-    EXPECT_EQ(GetPathPart(u"/a/b/luke.cfg"_s), u"/a/b/"_s);
-    EXPECT_EQ(GetPathPart(u"luke.cfg"_s), QString());
+    EXPECT_EQ(QStringList({GetNamePart(u"/a/b/luke.cfg"_s), GetNamePart(u"luke.cfg"_s), GetNamePart(u"/a/b/"_s),
+                           GetPathPart(u"/a/b/luke.cfg"_s), GetPathPart(u"luke.cfg"_s)}),
+              QStringList({u"luke.cfg"_s, u"luke.cfg"_s, QString(), u"/a/b/"_s, QString()}));
     EXPECT_EQ(IsClean(QString(), u","_s, u"%"_s), QString());
     EXPECT_EQ(IsClean(u"a,b,,c"_s, u","_s, u"%"_s), u"a%b%%c"_s);
-}
-
-TEST(Strings, NumbersFromTexts)
-{
-    const std::pair<const char*, double> cases[] = {
+    const std::pair<const char*, double> numbers[] = {
         {"", 0},     {"abc", 0},    {"12abc", 12}, {" 3.5x", 3.5}, {"1 2", 12}, {"-7", -7},
-        {".5", 0.5}, {"1e3", 1000}, {"2e", 2},     {"+4", 4},      {"4-2", 4},  {"0x10", 0},
+        {".5", 0.5}, {"1e3", 1000}, {"2e", 2},     {"4-2", 4},     {"0x10", 0},
     };
-    for (const auto& [text, value] : cases)
+    for (const auto& [text, value] : numbers)
         EXPECT_EQ(leadingNumber(QString::fromLatin1(text)), value) << text;
-
     // Whole numbers round half to even and overflow outside their range.
-    EXPECT_EQ(toInt16(2.5), 2);
-    EXPECT_EQ(toInt16(3.5), 4);
-    EXPECT_EQ(toInt16(-3.5), -4);
-    EXPECT_EQ(toInt16(32767), 32767);
-    EXPECT_EQ(toInt16(-32768), -32768);
-    EXPECT_EQ(errorOf([] { toInt16(32767.5); }), err::Overflow);
-    EXPECT_EQ(errorOf([] { toInt16(-32769); }), err::Overflow);
-    EXPECT_EQ(errorOf([] { toInt32(2147483648.0); }), err::Overflow);
-    EXPECT_EQ(textToInt32(u" 28070 "_s), 28070);
-    EXPECT_EQ(errorOf([] { textToInt32(u"28070abc"_s); }), err::TypeMismatch);
-    EXPECT_EQ(errorOf([] { textToInt32(QString()); }), err::TypeMismatch);
-    EXPECT_EQ(errorOf([] { textToInt32(u"99999999999"_s); }), err::Overflow);
+    EXPECT_EQ(QList<int>({toInt16(2.5), toInt16(3.5), toInt16(-3.5), toInt16(32767), toInt16(-32768),
+                          textToInt32(u" 28070 "_s)}),
+              QList<int>({2, 4, -4, 32767, -32768, 28070}));
+    const std::pair<std::function<void()>, int> errors[] = {
+        {[] { toInt16(32767.5); }, err::Overflow},           {[] { toInt16(-32769); }, err::Overflow},
+        {[] { toInt32(2147483648.0); }, err::Overflow},      {[] { textToInt32(u"28070abc"_s); }, err::TypeMismatch},
+        {[] { textToInt32(QString()); }, err::TypeMismatch}, {[] { textToInt32(u"99999999999"_s); }, err::Overflow}};
+    for (const auto& [body, number] : errors)
+        EXPECT_EQ(errorOf(body), number);
 }
 
 TEST(Strings, FileExistsSeesOnlyVisibleFiles)

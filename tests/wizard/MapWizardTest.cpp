@@ -77,7 +77,6 @@ TEST_F(MapWizardFlow, StartHidesTheMainWindowAndFillsPageOne)
     EXPECT_TRUE(grid.tag().isEmpty());
     EXPECT_FALSE(page("cmdNext").isEnabled()) << "Next waits for a click on a row";
     EXPECT_EQ(record(2).GameType, u"g_gametype 5"_s);
-
     // An empty rotation shows nothing but the message.
     TestApp other;
     RecordingWizardWindows none;
@@ -89,7 +88,7 @@ TEST_F(MapWizardFlow, StartHidesTheMainWindowAndFillsPageOne)
               QStringList{u"There are no maps in the list, please select at least one map         "_s});
 }
 
-TEST_F(MapWizardFlow, AClickMarksOneRowAndEnablesNextForGood)
+TEST_F(MapWizardFlow, AClickMarksOneRowBackKeepsConfiguredAndASortedGridFindsItsRecord)
 {
     wizard.ID_MapWizard(profile);
     Field& grid = page("grdMapList");
@@ -104,6 +103,17 @@ TEST_F(MapWizardFlow, AClickMarksOneRowAndEnablesNextForGood)
     EXPECT_TRUE(grid.tag().isEmpty());
     EXPECT_EQ(rotationMark(grid, 2), u"imgMapNotSelected"_s) << "every row loses its mark";
     EXPECT_TRUE(page("cmdNext").isEnabled()) << "and Next stays enabled";
+    wizard.grdMapList_Click(0);
+    wizard.cmdNext_Click(1);
+    wizard.cmdBack_Click(2);
+    EXPECT_TRUE(record(0).Configured) << "Back doesn't undo Configured";
+    EXPECT_TRUE(record(0).Gravity.isEmpty());
+    wizard.runPopupTool(u"ID_SortDescending"_s);
+    EXPECT_EQ(page("grdMapList").cell(0, 0), u"ffa_yavin"_s);
+    wizard.grdMapList_Click(0);
+    t.prompts.answerNext(Answer::Yes); // configured above
+    wizard.cmdNext_Click(1);
+    EXPECT_EQ(wizard.state().current, 2) << "the row's number leads to ffa_yavin's record";
 }
 
 TEST_F(MapWizardFlow, PageTwoShowsSaberOnlyForDuelAndSumsTheFlags)
@@ -130,7 +140,7 @@ TEST_F(MapWizardFlow, PageTwoShowsSaberOnlyForDuelAndSumsTheFlags)
     EXPECT_EQ(record(0).GameType, u"g_gametype 5"_s) << "a map left out keeps the start's game type";
 }
 
-TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordForms)
+TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordFormsAndAConfiguredMapAsksBeforeItIsOpenedAgain)
 {
     wizard.ID_MapWizard(profile);
     configure(0);
@@ -148,14 +158,8 @@ TEST_F(MapWizardFlow, PageThreeStoresItsFieldsAsTheRecordForms)
     configure(1);
     wizard.cmdNextMap_Click();
     EXPECT_EQ(record(1).Gravity, u"g_gravity 300"_s) << "the next map starts with the last one's values";
-}
-
-TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
-{
-    wizard.ID_MapWizard(profile);
-    configure(0);
+    // A configured map asks before it is opened again.
     page("txtSpeed", 1).setText(u"100"_s);
-    wizard.cmdNextMap_Click();
     calls();
     wizard.grdMapList_Click(0);
     t.prompts.answerNext(Answer::No);
@@ -164,25 +168,10 @@ TEST_F(MapWizardFlow, AConfiguredMapAsksBeforeItIsOpenedAgain)
                                                  "WARNING - All previous settings will be removed         "_s)));
     EXPECT_EQ(calls(), QString()) << "No stays on page 1";
     EXPECT_EQ(rotationMark(page("grdMapList"), 0), u"imgMapNotSelected"_s);
-    EXPECT_EQ(record(0).Gravity, u"g_gravity 100"_s) << "its settings stay in force";
+    EXPECT_EQ(record(0).Gravity, u"g_gravity 300"_s) << "its settings stay in force";
     t.prompts.answerNext(Answer::Yes);
     wizard.cmdNext_Click(1);
     EXPECT_EQ(calls(), u"hide1 show2"_s);
-}
-
-TEST_F(MapWizardFlow, BackKeepsConfiguredAndASortedGridFindsItsRecord)
-{
-    wizard.ID_MapWizard(profile);
-    wizard.grdMapList_Click(0);
-    wizard.cmdNext_Click(1);
-    wizard.cmdBack_Click(2);
-    EXPECT_TRUE(record(0).Configured) << "Back doesn't undo Configured";
-    EXPECT_TRUE(record(0).Gravity.isEmpty());
-    wizard.runPopupTool(u"ID_SortDescending"_s);
-    EXPECT_EQ(page("grdMapList").cell(0, 0), u"ffa_yavin"_s);
-    wizard.grdMapList_Click(0);
-    wizard.cmdNext_Click(1);
-    EXPECT_EQ(wizard.state().current, 2) << "the row's number leads to ffa_yavin's record";
 }
 
 TEST_F(MapWizardFlow, SetStartingMapMarksNothingAndFinishHandsTheCycleToTheMainWindow)
@@ -227,7 +216,6 @@ TEST_F(MapWizardFlow, FinishWithoutANameOrInAnUnwritableFolderLosesNothing)
     EXPECT_EQ(calls(), QString()) << "no name stays on page 3";
     EXPECT_TRUE(wizard.pageLoaded(3));
     EXPECT_TRUE(t.prompts.shown.empty());
-
     // A folder below a plain file can never be written, whoever runs the test.
     const QString blocked = t.root() + u"/blocked"_s;
     writeFile(blocked, "not a folder");
@@ -282,17 +270,13 @@ WizardMapRecord configured(const char* map, const QString& gameType, int gravity
     r.TimeLimit = u"timelimit %1"_s.arg(timeLimit);
     r.Gravity = u"g_gravity %1"_s.arg(gravity);
     using R = WizardMapRecord;
-    for (const auto& [field, text] : {std::pair{&R::CaptureLimit, "capturelimit 0"},
-                                      {&R::DuelFragLimit, "duel_fraglimit 0"},
-                                      {&R::FragLimit, "fraglimit 0"},
-                                      {&R::FriendlyFire, "g_friendlyfire 0"},
-                                      {&R::Warmup, "g_warmup 60"},
-                                      {&R::RunSpeed, "g_speed 250"},
-                                      {&R::DmFlags, "dmflags 8"},
-                                      {&R::PrivateDuel, "g_privateDuel 1"},
-                                      {&R::SaberLock, "g_saberLocking 0"},
-                                      {&R::FriendlySaber, "g_friendlySaber 0"}})
-        r.*field = QString::fromLatin1(text);
+    const QStringList texts = u"capturelimit 0|duel_fraglimit 0|fraglimit 0|g_friendlyfire 0|g_warmup 60|g_speed 250|"
+                              "dmflags 8|g_privateDuel 1|g_saberLocking 0|g_friendlySaber 0"_s.split(u'|');
+    QString R::*const fields[] = {&R::CaptureLimit, &R::DuelFragLimit, &R::FragLimit, &R::FriendlyFire,
+                                  &R::Warmup,       &R::RunSpeed,      &R::DmFlags,   &R::PrivateDuel,
+                                  &R::SaberLock,    &R::FriendlySaber};
+    for (int i = 0; i < texts.size(); ++i)
+        r.*fields[i] = texts[i];
     return r;
 }
 
@@ -316,8 +300,7 @@ TEST(AdvancedCycle, WritesTheMainFileAndTheCompanionsByteForByte)
         // The starting map moves to the front and the others keep their order.
         {"start-first", {unconfigured("a"), unconfigured("b"), configured("c", u"g_gametype 7"_s)}, u"c"_s},
         // Two configured maps of the same name get their own companions.
-        {"twins", {configured("duel_pit", duel, 800, 10), configured("duel_pit", duel, 400, 30)}, u"duel_pit"_s},
-    };
+        {"twins", {configured("duel_pit", duel, 800, 10), configured("duel_pit", duel, 400, 30)}, u"duel_pit"_s}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.expected);
         TestApp t;
@@ -335,21 +318,17 @@ TEST(AdvancedCycle, WritesTheMainFileAndTheCompanionsByteForByte)
     }
 }
 
-TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApplyAndTheStartMovesToTheFront)
+TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApply)
 {
     const struct {
         const char* name;
         QString gameType;
-        bool saberOnly;
-        bool forceDisabled;
-        const char* duelWeapons;
-        const char* force;
-    } cases[] = {
-        {"Duel with Saber Only", u"g_gametype 3"_s, true, false, "65531", "0"},
-        {"Free For All with the box ticked", u"g_gametype 0"_s, true, false, "0", "0"},
-        {"Duel without the box", u"g_gametype 3"_s, false, true, "0", "262143"},
-        {"a game type with a trailing blank is not Duel", u"g_gametype 3 "_s, true, false, "0", "0"},
-    };
+        bool saberOnly, forceDisabled;
+        const char *duelWeapons, *force;
+    } cases[] = {{"Duel with Saber Only", u"g_gametype 3"_s, true, false, "65531", "0"},
+                 {"Free For All with the box ticked", u"g_gametype 0"_s, true, false, "0", "0"},
+                 {"Duel without the box", u"g_gametype 3"_s, false, true, "0", "262143"},
+                 {"a game type with a trailing blank is not Duel", u"g_gametype 3 "_s, true, false, "0", "0"}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         WizardMapRecord r = configured("duel_bay", c.gameType);
@@ -361,19 +340,6 @@ TEST(AdvancedCycle, SaberOnlyAndForceCountOnlyWhereTheyApplyAndTheStartMovesToTh
         EXPECT_EQ(lines[11], u"set g_forcePowerDisable "_s + QLatin1String(c.force));
         EXPECT_FALSE(lines.join(u'\n').contains(u"dmflags"_s)) << "the DM flags go nowhere";
     }
-
-    // BuildCycleRecords moves the first match only and carries every field.
-    const QList<WizardMapRecord> records{unconfigured("a"), configured("b", u"g_gametype 3"_s, 100), unconfigured("b")};
-    const QList<WizardMapRecord> ordered = BuildCycleRecords(records, u"b"_s);
-    ASSERT_EQ(ordered.size(), 3);
-    EXPECT_TRUE(ordered[0].Configured);
-    EXPECT_EQ(ordered[0].Gravity, u"g_gravity 100"_s);
-    EXPECT_EQ(ordered[1].MapName, u"a"_s);
-    EXPECT_FALSE(ordered[2].Configured);
-    const QList<WizardMapRecord> unmatched = BuildCycleRecords(records, u"zzz"_s);
-    ASSERT_EQ(unmatched.size(), 4) << "an empty record in front, all others behind";
-    EXPECT_TRUE(unmatched[0].MapName.isEmpty());
-    EXPECT_EQ(unmatched[3].MapName, u"b"_s);
 }
 
 TEST(AdvancedCycle, TheLoaderReadsTheStartingMapBackAndAFailedSaveSaysWhichFile)
@@ -392,7 +358,6 @@ TEST(AdvancedCycle, TheLoaderReadsTheStartingMapBackAndAFailedSaveSaysWhichFile)
     EXPECT_FALSE(saveAdvancedMapCycle(*t.app, state, missing, kTitle));
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {u"Error saving file"_s, Icon::Exclamation, missing, Buttons::Ok}));
-
     // A companion that can't be written: the main file keeps what was written before it.
     QFile::remove(folder + u"1cycle.cfg"_s);
     QDir().mkpath(folder + u"1cycle.cfg"_s);
