@@ -40,7 +40,7 @@ QByteArray awaitStatus(
 {
     const QDeadlineTimer deadline(seconds * 1000);
     QByteArray answer;
-    while (!deadline.hasExpired()) {
+    for (; !deadline.hasExpired(); QThread::msleep(300)) {
         QUdpSocket socket;
         socket.writeDatagram(QByteArray("\xff\xff\xff\xffgetstatus"), QHostAddress::LocalHost, port);
         if (!socket.waitForReadyRead(500))
@@ -49,15 +49,8 @@ QByteArray awaitStatus(
         socket.readDatagram(answer.data(), answer.size());
         if (done(answer))
             break;
-        QThread::msleep(300);
     }
     return answer;
-}
-
-/// The status of the server once its map is the one named, or the last status seen.
-QByteArray awaitMap(quint16 port, const QByteArray& map, int seconds)
-{
-    return awaitStatus(port, seconds, [&](const QByteArray& s) { return s.contains("\\mapname\\" + map + "\\"); });
 }
 
 /// Sends a remote console command to the server on the port; its printed answer, if any.
@@ -74,34 +67,14 @@ QByteArray rcon(quint16 port, const QByteArray& command)
     return answer;
 }
 
-/// The player lines of a status answer: score, ping and the name in quotes.
+/// The player names of a status answer: the text in quotes of each line behind the first two.
 QStringList playerNames(const QByteArray& status)
 {
     QStringList names;
-    const QList<QByteArray> lines = status.split('\n');
-    for (qsizetype i = 2; i < lines.size(); ++i) {
-        const qsizetype open = lines.at(i).indexOf('"');
-        const qsizetype close = lines.at(i).lastIndexOf('"');
-        if (open >= 0 && close > open)
-            names << QString::fromLatin1(lines.at(i).mid(open + 1, close - open - 1));
-    }
+    for (const QByteArray& line : status.split('\n').mid(2))
+        if (const auto open = line.indexOf('"'), close = line.lastIndexOf('"'); open >= 0 && close > open)
+            names << QString::fromLatin1(line.mid(open + 1, close - open - 1));
     return names;
-}
-
-/// The status once it holds at least count players, or the last status seen.
-QByteArray awaitPlayers(quint16 port, int count, int seconds)
-{
-    return awaitStatus(port, seconds, [&](const QByteArray& s) { return playerNames(s).size() >= count; });
-}
-
-/// Whether the file comes to hold the text within the time.
-bool fileComesToHold(const QString& path, const QByteArray& text, int seconds)
-{
-    const QDeadlineTimer deadline(seconds * 1000);
-    for (; !deadline.hasExpired(); QThread::msleep(100))
-        if (fileBytes(path).contains(text))
-            return true;
-    return false;
 }
 
 bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + u"/baseoa"_s).isDir(); }
@@ -199,10 +172,11 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
     ASSERT_TRUE(profile.isSet(F::chkUseINI));
     ASSERT_NO_FATAL_FAILURE(ok()); // the wizard's boxes: the starting map and "File has been Saved"
 
-    const QByteArray first = awaitMap(port, "oa_dm1", 20);
+    const auto onMap = [](const QByteArray& map) { return [=](const QByteArray& s) { return s.contains(map); }; };
+    const QByteArray first = awaitStatus(port, 20, onMap("\\mapname\\oa_dm1\\"));
     ASSERT_TRUE(first.contains("\\mapname\\oa_dm1\\")) << first.toStdString();
     rcon(port, "vstr nextmap");
-    const QByteArray second = awaitMap(port, "oa_dm2", 20);
+    const QByteArray second = awaitStatus(port, 20, onMap("\\mapname\\oa_dm2\\"));
     const QByteArray gravity = rcon(port, "g_gravity");
     EXPECT_TRUE(second.contains("\\mapname\\oa_dm2\\")) << second.toStdString();
     EXPECT_TRUE(second.contains("\\timelimit\\15\\")) << second.toStdString();
@@ -226,7 +200,7 @@ TEST_F(RealServer, RosterBotsJoinUnderTheirNames)
     ASSERT_NO_FATAL_FAILURE(ok());
     ASSERT_TRUE(crlfLines(t.baseFolder() + u"/BOTFile.cfg"_s).contains(u"Addbot sarge 4 RED 25 Gnubee"_s));
 
-    const QByteArray status = awaitPlayers(port, 2, 30);
+    const QByteArray status = awaitStatus(port, 30, [](const QByteArray& s) { return playerNames(s).size() >= 2; });
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     const QStringList names = playerNames(status);
     EXPECT_TRUE(names.contains(u"Gnubee"_s)) << status.toStdString();
@@ -242,7 +216,7 @@ TEST_F(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
     profile.setText(F::txtServerConfigSpin(6), u"3"_s);
     profile.field(F::cboBOT).setText(u"Hardcore"_s);
     ASSERT_NO_FATAL_FAILURE(ok());
-    const QByteArray status = awaitPlayers(port, 3, 45);
+    const QByteArray status = awaitStatus(port, 45, [](const QByteArray& s) { return playerNames(s).size() >= 3; });
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_EQ(playerNames(status).size(), 3) << status.toStdString();
 }
@@ -263,11 +237,13 @@ TEST_F(RealServer, TheTimedMessagesReachItsRemoteConsole)
     ServerMessaging* messaging = ServerMessaging::find(profile);
     ASSERT_NE(messaging, nullptr);
     messaging->tmrServerMessage_Timer();
-    EXPECT_TRUE(
-        fileComesToHold(console, "Rcon from 127.0.0.1: say ^2This Server was configured by ^1Arena Steward\n", 10))
-        << fileBytes(console).toStdString();
-    EXPECT_TRUE(fileComesToHold(console, "Rcon from 127.0.0.1: say ^3second line\n", 10))
-        << fileBytes(console).toStdString();
+    for (const char* said : {"^2This Server was configured by ^1Arena Steward\n", "^3second line\n"}) {
+        const QDeadlineTimer deadline(10000);
+        while (!fileBytes(console).contains(QByteArray("Rcon from 127.0.0.1: say ") + said) && !deadline.hasExpired())
+            QThread::msleep(100);
+        EXPECT_TRUE(fileBytes(console).contains(QByteArray("Rcon from 127.0.0.1: say ") + said))
+            << fileBytes(console).toStdString();
+    }
 }
 
 } // namespace

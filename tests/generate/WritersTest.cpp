@@ -8,7 +8,6 @@
 #include "commands/ExportScriptCommands.h"
 #include "commands/MapCycleCommands.h"
 #include "generate/BanListWriter.h"
-#include "generate/BotConfigLines.h"
 #include "generate/BotSkills.h"
 #include "generate/MapCycleWriter.h"
 #include "generate/ServerCommandLine.h"
@@ -316,16 +315,6 @@ TEST_F(BotFile, WithoutEnableBotTheFileSwitchesBotsOff)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST(BotConfigLines, TheHeadingTakesItsFactsAsTheyAre)
-{
-    ServerProfile profile;
-    const BotConfig config = botConfigLines(profile, {u"linuxjk2ded"_s, u"Monday, 1 July 2024"_s, u"14:30"_s});
-    EXPECT_EQ(config.lines.value(3), u"// File Created On: Monday, 1 July 2024 at 14:30"_s);
-    EXPECT_EQ(config.lines.value(7), u"// This file is automatically executed by linuxjk2ded"_s);
-    EXPECT_EQ(config.notice, BotConfigNotice::None);
-    EXPECT_TRUE(config.use);
-}
-
 // --- BAN.cfg and its buttons ---
 
 TEST_F(Writers, TheBanButtonsAddDeleteAndClearWithoutTouchingAFile)
@@ -513,13 +502,6 @@ TEST_F(Scripts, IgnoreTheServerTypeTheMapsAndTheChangeMarkAndReportAFileThatCann
         EXPECT_TRUE(
             isBox(t.prompts.shown[at],
                   errorBox(err::PathNotFound, "arena-steward::frmMain." + QString::fromLatin1(tag).arg(t.root()))));
-}
-
-TEST(ScriptNumbers, MemoryValuesBecomeTheirShortestText)
-{
-    for (const auto& [value, text] :
-         {std::pair{16.0, "16"}, {0.0, "0"}, {32.5, "32.5"}, {-4.0, "-4"}, {1024.0, "1024"}})
-        EXPECT_EQ(shortestNumberText(value), QString::fromLatin1(text));
 }
 
 // --- The server's command line ---

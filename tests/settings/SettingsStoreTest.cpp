@@ -44,28 +44,13 @@ protected:
 
 TEST_F(StoreFile, EveryTextAndKeyNameComesBackAsItWasSaved)
 {
-    const QStringList values{"a,b",
-                             " ",
-                             "Welcome% all",
-                             "  both ends  ",
-                             "",
-                             "\"quoted\"",
-                             "back\\slash",
-                             "1.2.3.4;;5.6.7.8;",
-                             "#hash",
-                             "=x=y",
-                             "tab\there",
-                             "two\r\nlines",
-                             "@Variant(x)",
-                             "C:\\Program Files\\Lucas Arts\\x",
-                             "\\x41 is not A",
-                             u"\u00fcmlaut"_s,
-                             "\"",
-                             "\\"};
+    // Split at '|'; the last two are a lone quote and a lone backslash.
+    const QStringList values = u"a,b| |Welcome% all|  both ends  ||\"quoted\"|back\\slash|1.2.3.4;;5.6.7.8;|#hash|=x=y|"
+                               "tab\there|two\r\nlines|@Variant(x)|C:\\Program Files\\Lucas Arts\\x|\\x41 is not A|"
+                               "\u00fcmlaut|\"|\\"_s.split(u'|');
     // A configuration file read one field out of step turns values into key names.
-    const QStringList keys{
-        "b.log",    "^2This server is configured by ^1Arena Steward", "C:\\Program Files\\x", "a/b", "100%", "x=y",
-        "[section]"};
+    const QStringList keys = u"b.log|^2This server is configured by ^1Arena Steward|C:\\Program Files\\x|a/b|100%|x=y|"
+                             "[section]"_s.split(u'|');
     for (qsizetype i = 0; i < values.size(); ++i)
         t.store->SaveSetting(u"K%1"_s.arg(i), values[i]);
     for (const QString& k : keys)
@@ -99,17 +84,10 @@ TEST_F(StoreFile, AHandEditedFileIsReadAsItStands)
                              "  Padded  =  value with blanks inside  \r\n# a comment\r\nEmpty=\r\nBlank=\" \"\r\n"
                              "no equals sign here\r\nLatin=caf\xe9\r\n");
     // Keys and their values, in turn.
-    const QStringList expected{"LogName",    "a,b.log",
-                               "Msg1",       "Hello, all",
-                               "BannedIPs",  "1.2.3.4;;5.6.7.8;",
-                               "Quoted",     "a,b",
-                               "Half",       "\"a\",b",
-                               "Stray",      "x\"y",
-                               "PathToJedi", "C:\\Program Files\\Lucas Arts\\x",
-                               "Padded",     "value with blanks inside",
-                               "Empty",      "",
-                               "Blank",      " ",
-                               "Latin",      u"caf\u00e9"_s};
+    const QStringList expected =
+        u"LogName|a,b.log|Msg1|Hello, all|BannedIPs|1.2.3.4;;5.6.7.8;|Quoted|a,b|Half|\"a\",b|"
+        "Stray|x\"y|PathToJedi|C:\\Program Files\\Lucas Arts\\x|Padded|value with blanks inside|"
+        "Empty||Blank| |Latin|caf\u00e9"_s.split(u'|');
     for (qsizetype i = 0; i < expected.size(); i += 2)
         EXPECT_EQ(t.store->GetSetting(expected[i], u"absent"_s), expected[i + 1]) << expected[i].toStdString();
     EXPECT_EQ(t.store->GetAllSettings().size(), expected.size() / 2);
@@ -173,13 +151,11 @@ TEST_F(StoreFile, TwoInstancesKeepEachOthersKeysAndDeleteRemovesOne)
 
 TEST(PlainIniValue, QuotedStringsAndTheTextAsItStands)
 {
-    const std::pair<const char*, const char*> cases[] = {{"\"a\\\\b\"", "a\\b"}, {"\"\\\"\"", "\""},
-                                                         {"\"\\x41\"", "A"},     {"\"\\x4\"", "\\x4"},
-                                                         {"\"\\q\"", "\\q"},     {"\"a\\\"", "\"a\\\""},
-                                                         {"\"", "\""},           {"\"\"", ""},
-                                                         {"a\\nb", "a\\nb"},     {"\"a\" \"b\"", "\"a\" \"b\""}};
-    for (const auto& [raw, expected] : cases)
-        EXPECT_EQ(unquotePlainIniValue(QString::fromUtf8(raw)), QString::fromUtf8(expected)) << raw;
+    // Raw texts and what they are read as, in turn.
+    const QStringList cases = u"\"a\\\\b\"|a\\b|\"\\\"\"|\"|\"\\x41\"|A|\"\\x4\"|\\x4|\"\\q\"|\\q|\"a\\\"|\"a\\\"|"
+                              "\"|\"|\"\"||a\\nb|a\\nb|\"a\" \"b\"|\"a\" \"b\""_s.split(u'|');
+    for (qsizetype i = 0; i < cases.size(); i += 2)
+        EXPECT_EQ(unquotePlainIniValue(cases[i]), cases[i + 1]) << cases[i].toStdString();
     EXPECT_EQ(quotePlainIniValue(u"a\x01\"\\"_s), u"\"a\\x01\\\"\\\\\""_s);
 }
 
