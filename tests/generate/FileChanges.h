@@ -1,6 +1,7 @@
 #pragma once
 // Generated files held against whole expected files: a variant names only the lines it
 // changes, and the comparison is line by line for a readable difference, then byte for byte.
+#include "testkit/BoxExpect.h"
 #include "testkit/Golden.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <utility>
 #include <vector>
 
 namespace steward::testing {
@@ -71,6 +73,15 @@ inline void expectFile(const QString& path, const QStringList& expected)
 inline void expectFile(const QString& path, const QString& golden, const std::vector<Change>& changes)
 {
     expectFile(path, changed(goldenLines(golden), changes));
+}
+
+/// The boxes shown since the last look are this one alone; the next look starts afresh.
+inline ::testing::AssertionResult onlyBox(TestApp& t, const Box& box)
+{
+    const std::vector<FakePrompts::Shown> shown = std::exchange(t.prompts.shown, {});
+    if (shown.size() != 1)
+        return ::testing::AssertionFailure() << shown.size() << " boxes shown instead of one";
+    return isBox(shown.front(), box);
 }
 
 template <class Case>

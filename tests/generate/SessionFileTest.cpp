@@ -12,7 +12,6 @@
 #include "testkit/LaunchKit.h"
 
 #include <QDir>
-#include <algorithm>
 #include <functional>
 
 using namespace steward;
@@ -227,19 +226,6 @@ const Variant variants[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Lines, SessionFileVariants, ::testing::ValuesIn(variants), caseName<Variant>);
 
-TEST_F(SessionFileTest, OtherGameTypesNeverWriteTheDuelWeapons)
-{
-    for (int type : {0, 1, 2, 4, 5, 6}) {
-        SCOPED_TRACE(type);
-        tick("optDefaultGameType", type);
-        for (int i = 16; i <= 31; ++i)
-            tick("chkWeaponFlags", i);
-        set("txtDuelWeaponFlags", -1, u"65535"_s);
-        EXPECT_TRUE(run());
-        EXPECT_FALSE(fileBytes(file()).contains("g_duelWeaponDisable"));
-    }
-}
-
 TEST_F(SessionFileTest, OnlyAnInternetServerListsTheMasters)
 {
     for (int type : {0, 1}) {
@@ -274,36 +260,24 @@ TEST_F(SessionFileTest, ASavedCycleStartsWithItsMarkedMapAndIsExecuted)
 
 TEST_F(SessionFileTest, BotsAndBansAreExecutedExactlyWhenTheirFilesWereMade)
 {
-    // User-defined bots with a password don't refuse; the exec line follows the bot
-    // writer's success, and the ban line the ban writer's.
+    // User-defined bots with a password don't refuse, and their file is executed.
     tick("chkBOTs", 5);
     set("txtServerConfig", 15, u"secret"_s);
     profile.field(F::lstBannedIPs).setItems({u"10.0.0.9"_s});
     EXPECT_TRUE(run());
-    QStringList added;
-    if (QFile::exists(t.baseFolder() + u"/BOTFile.cfg"_s))
-        added << "exec \"BOTFile.cfg\"";
-    if (QFile::exists(t.baseFolder() + u"/BAN.cfg"_s))
-        added << "exec \"BAN.cfg\"";
-    expectFile(file(), kDefault, {to("g_needpass", "1"), to("g_password", "secret"), after(kMaps, added)});
+    expectFile(file(), kDefault,
+               {to("g_needpass", "1"), to("g_password", "secret"),
+                after(kMaps, {"exec \"BOTFile.cfg\"", "exec \"BAN.cfg\""})});
     EXPECT_EQ(t.prompts.texts(), QStringList{kCreated}) << "the export's announcement alone";
-}
-
-TEST_F(SessionFileTest, BotsWithoutANumberOfPlayersAreWarnedAboutAndNotExecuted)
-{
+    // Automatic bots without a number of players: the bot writer warns, its file is not executed.
+    fresh();
+    t.prompts.shown.clear();
     tick("chkBOTs", 0);
-    for (const auto& [players, executed] : {std::pair{"2", true}, {"0", false}}) {
-        SCOPED_TRACE(players);
-        t.prompts.shown.clear();
-        set("txtServerConfigSpin", 6, QString::fromLatin1(players));
-        EXPECT_TRUE(run()) << "the server starts with or without the bots";
-        const QStringList lines = crlfLines(file());
-        EXPECT_EQ(lines.last(), u"//EOF"_s);
-        EXPECT_EQ(lines.contains(u"exec \"BOTFile.cfg\""_s), executed);
-        const auto warnings = std::count_if(t.prompts.shown.begin(), t.prompts.shown.end(),
-                                            [](const auto& s) { return s.request.icon == Icon::Exclamation; });
-        EXPECT_EQ(warnings, executed ? 0 : 1) << "the bot writer's warning";
-    }
+    set("txtServerConfigSpin", 6, u"0"_s);
+    EXPECT_TRUE(run()) << "the server starts without the bots";
+    expectGolden(file(), kDefault);
+    EXPECT_EQ(t.prompts.shown.front().request.icon, Icon::Exclamation);
+    EXPECT_EQ(t.prompts.shown.size(), 2u);
 }
 
 TEST_F(SessionFileTest, APasswordRefusesEnabledBotsAndCutsTheFileOff)

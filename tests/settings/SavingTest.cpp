@@ -21,6 +21,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
+#include <utility>
 
 using namespace steward;
 using namespace steward::testing;
@@ -95,6 +96,14 @@ protected:
         LoadConfiguration(*t.app, host);
         return atRestart;
     }
+    /// The boxes shown since the last look are this one alone; the next look starts afresh.
+    ::testing::AssertionResult onlyBox(const Box& box)
+    {
+        const auto shown = std::exchange(t.prompts.shown, {});
+        if (shown.size() != 1)
+            return ::testing::AssertionFailure() << shown.size() << " boxes shown instead of one";
+        return isBox(shown.front(), box);
+    }
     void expectDialog(size_t index, bool open, const char* title) const
     {
         ASSERT_GT(t.prompts.dialogs.size(), index);
@@ -120,8 +129,7 @@ TEST_F(Saving, TheDefaultsButtonSavesAndSaysSo)
     profile.field(F::lstBannedIPs).setItems({"1.2.3.4", " 5.6.7.8 ", "a;b"});
     profile.field(F::lsvMapRotation).setRows({{"ffa_bespin", "Bespin Streets", "ffa"}, {"duel_pit"}});
     cmdDefault_Click(*t.app, profile);
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), information(kSaved)));
+    EXPECT_TRUE(onlyBox(information(kSaved)));
     EXPECT_FALSE(profile.configurationChanged());
     EXPECT_FALSE(t.store->HasSetting(u"Master1"_s));
     // Lists are written with a semicolon behind each item as it stands; an empty one is an empty text.
@@ -193,9 +201,8 @@ TEST_F(Saving, RawKeysKeepTheirCommasAndAnEmptyBoxOfAFamilyComesBackEmpty)
     profile.setText(F::txtServerConfig(5), QString());
     profile.setText(F::txtSpeed(0), QString());
     ServerProfile& after = saveAndRestart();
-    EXPECT_EQ(stored("LogName"), u"a,b.log"_s);
-    EXPECT_EQ(stored("ServerInfo20"), u"1,2"_s);
-    EXPECT_EQ(stored("CFG12"), u"x,y.cfg"_s);
+    for (const auto& [key, value] : {std::pair{"LogName", "a,b.log"}, {"ServerInfo20", "1,2"}, {"CFG12", "x,y.cfg"}})
+        EXPECT_EQ(stored(key), QString::fromLatin1(value));
     EXPECT_EQ(after.text(F::txtLogFileName), u"a,b.log"_s);
     EXPECT_EQ(after.text(F::cboConfig(2)), u"x,y.cfg"_s);
     EXPECT_EQ(stored("ServerInfo15"), u" "_s);
@@ -327,11 +334,8 @@ TEST(ConfigurationFields, AreReadAsAStreamOfPairsAndFailWithoutPairs)
 TEST_F(Saving, SaveWritesEveryKeyAsAnOwnerOnlyLineAndAsksBeforeOverwriting)
 {
     SaveConfiguration(*t.app);
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), warning(kNotFound))) << "an empty store says so without a dialog";
+    EXPECT_TRUE(onlyBox(warning(kNotFound))) << "an empty store says so without a dialog";
     EXPECT_TRUE(t.prompts.dialogs.empty());
-
-    t.prompts.shown.clear();
     store("MsgTime", "5", "LogName", "a,b.log", "ServerInfo15", " ", "PathToJedi", "/games/jk2/", "Empty", "");
     saveToFile();
     expectDialog(0, false, "Save Arena Steward configuration file");
@@ -339,15 +343,11 @@ TEST_F(Saving, SaveWritesEveryKeyAsAnOwnerOnlyLineAndAsksBeforeOverwriting)
               QByteArray("Empty,\r\nLogName,a,b.log\r\nMsgTime,5\r\nPathToJedi,/games/jk2/\r\nServerInfo15, \r\n"));
     EXPECT_EQ(QFile::permissions(ascFile()) & (QFileDevice::ReadOther | QFileDevice::ReadGroup), 0)
         << "the copy holds passwords";
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), information("'" + ascFile() + "' configuration saved" + kTail)));
-
-    t.prompts.shown.clear();
+    EXPECT_TRUE(onlyBox(information("'" + ascFile() + "' configuration saved" + kTail)));
     t.store->DeleteSetting(u"Empty"_s);
     t.prompts.answerNext(Answer::No);
     saveToFile();
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), question("Over-write existing file?" + kTail)));
+    EXPECT_TRUE(onlyBox(question("Over-write existing file?" + kTail)));
     EXPECT_TRUE(fileBytes(ascFile()).startsWith("Empty,")) << "No writes nothing";
     t.prompts.answerNext(Answer::Yes);
     saveToFile();
@@ -367,8 +367,7 @@ TEST_F(Saving, ACancelledDialogEndsSilentlyAndAFileThatCannotBeWrittenGivesAWarn
     const QString path = t.root() + u"/no/such/folder/x.asc"_s;
     t.prompts.chooseFile(path);
     SaveConfiguration(*t.app);
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), warning("Could not write " + path + " (Path not found)")));
+    EXPECT_TRUE(onlyBox(warning("Could not write " + path + " (Path not found)")));
 }
 
 TEST_F(Saving, SaveThenLoadEmptiesABlankValueAndRestarts)
@@ -382,18 +381,6 @@ TEST_F(Saving, SaveThenLoadEmptiesABlankValueAndRestarts)
     EXPECT_TRUE(isBox(t.prompts.shown[1], information("Arena Steward will now restart to load settings" + kTail)));
     EXPECT_GE(host.closes, 1) << "the restart closes the windows first";
     EXPECT_EQ(atRestart, (Rows{{"MsgTime", "5"}, {"Other", "kept"}, {"ServerInfo15", ""}}));
-}
-
-TEST_F(Saving, ARawValueWithACommaShiftsEveryLaterPair)
-{
-    store("LogName", "a,b.log", "MsgTime", "5", "ServerInfo20", "1,2");
-    saveToFile();
-    EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n"));
-    QStringList keysAndValues;
-    for (const auto& [key, value] : loadAtRestart())
-        keysAndValues << key << value;
-    EXPECT_EQ(keysAndValues, (QStringList{"1", "2", "5", "ServerInfo20", "LogName", "a", "MsgTime", "5", "ServerInfo20",
-                                          "1,2", "b.log", "MsgTime"}));
 }
 
 TEST(ConfigurationFile, AFileThatFailsLeavesTheStoreUntouched)
@@ -424,37 +411,34 @@ TEST(ConfigurationFile, AFileThatFailsLeavesTheStoreUntouched)
 
 TEST_F(Saving, ResetAsksWithNoAsTheDefaultAndDeletesEveryKeyOnlyAtYes)
 {
+    const Box warn{kProductTitle, Icon::Exclamation,
+                   u"WARNING - All Arena Steward settings will be lost. It is         \r\n"
+                   "recommended that you backup your configuration first.         \r\n\r\n"
+                   "                  Do you wish to continue?         "_s,
+                   Buttons::YesNo};
+    t.prompts.answerNext(Answer::Yes);
+    EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
+    ASSERT_EQ(t.prompts.texts(), (QStringList{warn.text, kNotFound})) << "an empty store says so";
+    t.prompts.shown.clear();
     store("LogName", "games.log", "PathToJedi", "/games/jk2/", "RunOnce", "1");
-    cmdReset_Click(*t.app, host); // the default button is No
-    EXPECT_EQ(t.prompts.shown.size(), 1u);
+    cmdReset_Click(*t.app, host);
+    EXPECT_EQ(t.prompts.last().request.defaultButton, 1);
     EXPECT_EQ(t.prompts.last().answer, Answer::No);
+    EXPECT_TRUE(onlyBox(warn));
     EXPECT_EQ(stored("LogName"), u"games.log"_s);
     EXPECT_EQ(host.closes, 0);
 
-    t.prompts.shown.clear();
     Rows atRestart{{"not", "called"}};
     host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
     t.prompts.answerNext(Answer::Yes);
     cmdReset_Click(*t.app, host);
     ASSERT_GE(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(isBox(t.prompts.shown[0], {kProductTitle, Icon::Exclamation,
-                                           u"WARNING - All Arena Steward settings will be lost. It is         \r\n"
-                                           "recommended that you backup your configuration first.         \r\n\r\n"
-                                           "                  Do you wish to continue?         "_s,
-                                           Buttons::YesNo}));
-    EXPECT_EQ(t.prompts.shown[0].request.defaultButton, 1);
     EXPECT_TRUE(isBox(t.prompts.shown[1], information("Arena Steward will now restart" + kTail)));
     EXPECT_TRUE(atRestart.isEmpty());
 }
 
-TEST_F(Saving, AResetOfAnEmptyStoreOrThatFailsSaysSoAndDoesNotRestart)
+TEST_F(Saving, AResetThatFailsSaysSoAndDoesNotRestart)
 {
-    t.prompts.answerNext(Answer::Yes);
-    EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
-    ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(isBox(t.prompts.shown[0], {kProductTitle, Icon::Exclamation, resetWarningText(), Buttons::YesNo}));
-    EXPECT_TRUE(isBox(t.prompts.shown[1], warning(kNotFound)));
-
     // Run as any user, a real settings file can't be made to refuse a deletion while it
     // still lists its keys; this store does.
     struct StuckStore : SettingsStore {
@@ -465,7 +449,6 @@ TEST_F(Saving, AResetOfAnEmptyStoreOrThatFailsSaysSoAndDoesNotRestart)
         Rows GetAllSettings() const override { return {{"LogName", "games.log"}}; }
     } stuck;
     t.app->services.store = &stuck;
-    t.prompts.shown.clear();
     t.prompts.answerNext(Answer::Yes);
     EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
     ASSERT_EQ(t.prompts.shown.size(), 2u);
