@@ -53,8 +53,7 @@ protected:
     /// The one box shown is the run-time error box with this number; the log has it too.
     void expectErrorReported(int number, const QString& inner = u"arena-steward"_s)
     {
-        ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), errorBox(number, kTaggedSource + u" (%1)"_s.arg(inner))));
+        EXPECT_TRUE(onlyBox(t, errorBox(number, kTaggedSource + u" (%1)"_s.arg(inner))));
         const QString log = QString::fromLatin1(fileBytes(t.programFolder() + u"/arena-steward.log"_s));
         EXPECT_TRUE(log.contains(u"Error %1 in "_s.arg(number) + kTaggedSource)) << log.toStdString();
         EXPECT_EQ(profile.formPointer(), 0);
@@ -291,13 +290,11 @@ TEST_F(SessionFileTest, APasswordRefusesEnabledBotsAndCutsTheFileOff)
     };
     for (const auto& [password, changes] : cases) {
         SCOPED_TRACE(password);
-        t.prompts.shown.clear();
         tick("chkBOTs", 0);
         tick("chkBOTs", 5);
         set("txtServerConfig", 15, QString::fromLatin1(password));
         EXPECT_FALSE(run());
-        ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), refusal));
+        EXPECT_TRUE(onlyBox(t, refusal));
         expectFile(file(), cutAt(changed(goldenLines(kDefault), changes), kMaps, true));
         EXPECT_EQ(profile.formPointer(), 11) << "the hourglass stays after a refusal";
     }
@@ -327,7 +324,6 @@ TEST_F(SessionFileTest, ARunTimeErrorEndsTheFileWhereItHappensAndIsReported)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.number);
         fresh();
-        t.prompts.shown.clear();
         c.setup(profile);
         EXPECT_FALSE(run());
         expectFile(file(),
@@ -371,11 +367,9 @@ TEST_F(SessionFileTest, ExportChecksTheSessionAndTheMapsThenWritesAndShowsTheFil
         profile.resetAll();
         profile.setValue(F::chkMapAutoCycle, 1);
         profile.setValue(F::vsMainTab, 3);
-        t.prompts.shown.clear();
         c.setup(profile);
         mnuExportServer_Click(*t.app, profile);
-        ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Exclamation, c.text + kTail, Buttons::Ok}));
+        EXPECT_TRUE(onlyBox(t, {kProductTitle, Icon::Exclamation, c.text + kTail, Buttons::Ok}));
         EXPECT_EQ(profile.value(F::vsMainTab), c.page);
     }
     EXPECT_TRUE(t.opener.opened.empty());
@@ -386,10 +380,9 @@ TEST_F(SessionFileTest, ExportChecksTheSessionAndTheMapsThenWritesAndShowsTheFil
     profile.setConfigurationChanged(true);
     profile.setFormPointer(pointer::Hourglass);
     mnuExportServer_Click(*t.app, profile);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {kProductTitle, Icon::Information, "'my_server.cfg' has been created" + kTail, Buttons::Ok}));
-    ASSERT_EQ(t.opener.opened.size(), 1u);
-    EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(t.baseFolder() + u"/my_server.cfg"_s));
+    EXPECT_TRUE(
+        onlyBox(t, {kProductTitle, Icon::Information, "'my_server.cfg' has been created" + kTail, Buttons::Ok}));
+    EXPECT_EQ(t.opener.opened, std::vector<QUrl>{QUrl::fromLocalFile(t.baseFolder() + u"/my_server.cfg"_s)});
     EXPECT_EQ(launcher.starts, 0);
     EXPECT_TRUE(profile.configurationChanged()) << "an export leaves the change mark alone";
     EXPECT_EQ(profile.formPointer(), pointer::Default);

@@ -109,14 +109,13 @@ TEST_F(Writers, TheSavedAndExportFormsOfTheMapCycle)
 TEST_F(Writers, TheMapCycleExportChecksTheRotationAsksForAFileAndShowsIt)
 {
     attachClickRoutines(*t.app, profile);
-    mnuExportMapCycle_Click(*t.app, profile);
-    EXPECT_TRUE(isBox(t.prompts.last(), warning("No Maps have been selected" + kTail)));
-    EXPECT_EQ(profile.value(F::vsMainTab), 2);
-    profile.setValue(F::vsMainTab, 0);
-    rows({"a", "b"});
-    mnuExportMapCycle_Click(*t.app, profile);
-    EXPECT_TRUE(isBox(t.prompts.last(), warning("No Starting Map has been selected" + kTail)));
-    EXPECT_EQ(profile.value(F::vsMainTab), 2);
+    for (const char* text : {"No Maps have been selected", "No Starting Map has been selected"}) {
+        profile.setValue(F::vsMainTab, 0);
+        mnuExportMapCycle_Click(*t.app, profile);
+        EXPECT_TRUE(onlyBox(t, warning(text + kTail)));
+        EXPECT_EQ(profile.value(F::vsMainTab), 2);
+        rows({"a", "b"});
+    }
     EXPECT_TRUE(t.prompts.dialogs.empty());
 
     profile.setStartingMap(u"b"_s);
@@ -131,8 +130,7 @@ TEST_F(Writers, TheMapCycleExportChecksTheRotationAsksForAFileAndShowsIt)
     t.prompts.chooseFile(target);
     mnuExportMapCycle_Click(*t.app, profile);
     EXPECT_EQ(crlfLines(target).value(6), u"set m1 \"map b;set g_gravity \"800\";set nextmap vstr m2\""_s);
-    ASSERT_EQ(t.opener.opened.size(), 1u);
-    EXPECT_EQ(t.opener.opened.front(), QUrl::fromLocalFile(target));
+    EXPECT_EQ(t.opener.opened, std::vector<QUrl>{QUrl::fromLocalFile(target)});
 }
 
 TEST_F(Writers, UseSavedCycleChoosesAFileOrFallsBack)
@@ -158,13 +156,10 @@ TEST_F(Writers, UseSavedCycleChoosesAFileOrFallsBack)
     EXPECT_EQ(t.prompts.dialogs.back().state.DialogTitle, u"Select Advanced Map Cycle"_s);
     EXPECT_EQ(t.prompts.dialogs.back().state.InitialDir, t.baseFolder());
     EXPECT_EQ(profile.value(F::chkMapAutoCycle), 0);
-    EXPECT_EQ(profile.value(F::chkUseINI), 1);
     EXPECT_EQ(profile.text(F::txtServerINI), t.baseFolder() + u"/advanced.cfg"_s);
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 0);
     visible(false);
-
-    setCheckFromCode(profile, F::chkUseINI, 0);
-    EXPECT_EQ(profile.text(F::txtServerINI), QString());
+    setCheckFromCode(profile, F::chkUseINI, 0); // unticked, or a cancelled dialog: no saved cycle
     visible(true);
     t.prompts.cancelNextDialog();
     setCheckFromCode(profile, F::chkUseINI, 1);
@@ -200,8 +195,7 @@ protected:
     bool run() { return gbln_MakeBOTConfig(*t.app, profile); }
     void expectOneBox(const QString& text, Icon icon, const QString& title = kProductTitle)
     {
-        ASSERT_EQ(t.prompts.shown.size(), 1u);
-        EXPECT_TRUE(isBox(t.prompts.last(), {title, icon, text, Buttons::Ok}));
+        EXPECT_TRUE(onlyBox(t, {title, icon, text, Buttons::Ok}));
     }
     static QStringList heading() { return cutAt(goldenLines(kAutomatic), seta("bot_enable", "1"), false); }
 };
@@ -239,7 +233,6 @@ TEST_F(BotFile, WarningsAndFailuresComeWithTheirBoxes)
 {
     for (const char* text : {"0", "", "abc", " 0x"}) {
         SCOPED_TRACE(text);
-        t.prompts.shown.clear();
         automatic(QString::fromLatin1(text));
         EXPECT_FALSE(run());
         expectFile(file(), heading());
@@ -248,14 +241,11 @@ TEST_F(BotFile, WarningsAndFailuresComeWithTheirBoxes)
             "this does allows admins to manually add bots, e.g., /rcon addbot Desann red 4 25 Gnubee.         "_s,
             Icon::Exclamation);
     }
-    t.prompts.shown.clear();
     automatic();
     profile.setText(F::cboBOT, u"Bring It On"_s);
     EXPECT_TRUE(run()) << "the file is used without a skill line";
     expectFile(file(), kAutomatic, {{seta("g_spSkill", "3"), {}}});
     expectOneBox(u"Please select a BOT level         "_s, Icon::Information);
-
-    t.prompts.shown.clear();
     t.app->gameFolder = t.root() + u"/missing/"_s;
     EXPECT_FALSE(run());
     expectOneBox(u"Path not found"_s, Icon::Information, u"Function::gbln_MakeBOTConfig"_s);
@@ -285,7 +275,6 @@ TEST_F(BotFile, RosterBotsGiveOneAddbotLineEach)
     EXPECT_EQ(crlfLines(file()).mid(18), (QStringList{"Addbot Desann 0 RED 25 Gnubee", "Addbot Tavion 3 RED 25 Tav"}));
 
     profile.field(F::grdBOTList).setRows({rosterHeadings()});
-    t.prompts.shown.clear();
     EXPECT_TRUE(run()) << "an empty roster warns and is used with the heading only";
     expectFile(file(), heading());
     expectOneBox(u"No custom BOT's have been added         "_s, Icon::Exclamation);
@@ -327,16 +316,15 @@ TEST_F(Writers, TheBanButtonsAddDeleteAndClearWithoutTouchingAFile)
     EXPECT_EQ(list.items(), QStringList({"a", "c", "d"}));
     EXPECT_TRUE(t.prompts.shown.empty());
 
-    t.prompts.answerNext(Answer::No); // clear asks, without the tail
+    const Box clear{kProductTitle, Icon::Question, u"Clear list?"_s, Buttons::YesNo}; // without the tail
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        t.prompts.answerNext(answer);
+        click(4);
+        EXPECT_TRUE(onlyBox(t, clear));
+        EXPECT_EQ(list.count(), answer == Answer::No ? 3 : 0);
+    }
     click(4);
-    EXPECT_EQ(list.count(), 3);
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {kProductTitle, Icon::Question, u"Clear list?"_s, Buttons::YesNo}));
-    t.prompts.answerNext(Answer::Yes);
-    click(4);
-    EXPECT_EQ(list.count(), 0);
-    click(4);
-    EXPECT_EQ(t.prompts.shown.size(), 2u) << "an empty list asks nothing";
+    EXPECT_TRUE(t.prompts.shown.empty()) << "an empty list asks nothing";
 
     profile.setText(F::txtServerIP, u"1.2.3.4"_s);
     for (int index : {0, 1, 2, 3, 5})
@@ -356,12 +344,9 @@ TEST_F(Writers, TheBanFileHoldsTheHeadingTheFilterAndOneLinePerItem)
     expectFile(file, u"generate/BAN.cfg"_s,
                {{"addIP 10.0.0.1", {}}, {"addIP 192.168.*.*", {}}, {"addIP evil.example.org", {}}});
     EXPECT_TRUE(t.prompts.shown.empty());
-
     t.app->gameFolder = t.root() + u"/no game here"_s;
     EXPECT_FALSE(gbln_MakeBANList(*t.app, profile, 1));
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(t.prompts.last(),
-                      {u"Function::gbln_MakeBANList"_s, Icon::Information, u"Path not found"_s, Buttons::Ok}));
+    EXPECT_TRUE(onlyBox(t, {u"Function::gbln_MakeBANList"_s, Icon::Information, u"Path not found"_s, Buttons::Ok}));
     EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/arena-steward.log"_s)) << "nothing goes to the log";
 }
 
@@ -424,17 +409,15 @@ TEST_F(Scripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduct
     EXPECT_TRUE(t.prompts.shown.empty());
     t.prompts.cancelNextDialog();
     mnuLinux_Click(*t.app, profile);
-    ASSERT_EQ(t.prompts.shown.size(), 1u);
-    EXPECT_TRUE(isBox(
-        t.prompts.last(),
-        {kProductTitle, Icon::Information,
-         "The following shell script is a guide and will need paths adjusted to point to your JK2 folder" + kTail +
-             "\r\nPlace this file in your Jedi Knight II folder that contains the jk2ded executable and execute it "
-             "from "
-             "there." +
-             kTail + "\r\nDon't forget to include the my_cfg.cfg file, place that in your main folder" + kTail +
-             "\r\nalong with your map cycle configuration.",
-         Buttons::Ok}));
+    EXPECT_TRUE(onlyBox(
+        t, {kProductTitle, Icon::Information,
+            "The following shell script is a guide and will need paths adjusted to point to your JK2 folder" + kTail +
+                "\r\nPlace this file in your Jedi Knight II folder that contains the jk2ded executable and execute it "
+                "from "
+                "there." +
+                kTail + "\r\nDon't forget to include the my_cfg.cfg file, place that in your main folder" + kTail +
+                "\r\nalong with your map cycle configuration.",
+            Buttons::Ok}));
     EXPECT_EQ(fileBytes(existing), QByteArray("old\r\n"));
     EXPECT_EQ(QDir(t.root()).entryList(QDir::Files), QStringList({"keep.bat"}));
 
@@ -457,10 +440,8 @@ TEST_F(Scripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduct
              {std::pair{"", u"A Session name is required"_s},
               {"a:b", u"Invalid session name, you cannot use \\/:*?<>| in a session name"_s}}) {
             profile.setText(F::txtServerConfig(1), QString::fromLatin1(session));
-            t.prompts.shown.clear();
             command(*t.app, profile);
-            ASSERT_EQ(t.prompts.shown.size(), 1u);
-            EXPECT_TRUE(isBox(t.prompts.last(), warning(text + kTail)));
+            EXPECT_TRUE(onlyBox(t, warning(text + kTail)));
         }
     }
     EXPECT_TRUE(t.prompts.dialogs.empty());
@@ -546,10 +527,11 @@ TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
     v.session = u"a b.cfg"_s;
     const ServerCommand command = buildServerCommand(v);
     EXPECT_EQ(command.executable, u"my server"_s);
-    EXPECT_EQ(command.arguments,
-              QStringList({"+set",  "dedicated", "1",     "+set", "net_ip",       v.ip, "+set", "vm_game",      "0",
-                           "+set",  "net_port",  "27960", "+set", "com_hunkmegs", "48", "+set", "com_zonemegs", "24",
-                           "+exec", "a b.cfg"}));
+    QStringList arguments = u"+set dedicated 1 +set net_ip IP +set vm_game 0 +set net_port 27960 +set com_hunkmegs 48 "
+                            "+set com_zonemegs 24 +exec a_b.cfg"_s.split(u' ');
+    arguments.replace(5, v.ip);
+    arguments.last() = v.session;
+    EXPECT_EQ(command.arguments, arguments) << "the address and the session are one argument each";
 
     // The server and game type are the first selected.
     ServerProfile p;
