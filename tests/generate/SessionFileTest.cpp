@@ -153,6 +153,8 @@ const Variant variants[] = {
                      F::txtAdvancedSaber(1), "", F::chkAdvancedSaber(2), "0")},
     {"Speeds", with(F::txtSpeed(0), "0", F::txtSpeed(1), "350", F::txtSpeed(2), "", F::txtSpeed(3), "5",
                     F::txtMaxForceRank, "7", F::txtWeapRespawn, "0.5")},
+    {"Internet", with(F::chkServerType(0), "0", F::chkServerType(2), "1", F::txtMaster1, "  one.example.org  ",
+                      F::txtMaster3, "three.example.org:27950")}, // the masters, trimmed
     {"Options", with(F::chkQuake3Specific(0), "1", F::chkQuake3Specific(17), "1", F::chkQuake3Specific(18), "1")},
     {"EmptyPort", cfg(12, "")},
     {"PortWithBlanks", cfg(12, " 27960 ")},
@@ -173,39 +175,20 @@ const Variant variants[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Lines, SessionFileVariants, ::testing::ValuesIn(variants), caseName<Variant>);
 
-// Values that fall back or are never written, and no starting map (the first row), leave the file as it was.
+// Values that fall back or are never written, no starting map (the first row) and a LAN server (no
+// masters) leave the file as it was.
 TEST_F(SessionFileTest, FallBacksLeaveTheDefaultFile)
 {
     for (const Edit& edit :
          {with(F::txtServerConfig(15), "   ", F::txtServerConfigSpin(3), "99", F::txtSpeed(1), "abc", F::txtSpeed(3),
                "abc", F::txtMaxForceRank, "abc", F::txtForceReGen(0), "0", F::txtMapTimeOut, "-5",
                F::txtMaxHolocronCarry, "0", F::txtWeapRespawn, "0", F::txtKnockBack, "abc", F::txtWeaponEnhancer, "9"),
-          with(F::StartingMap, "")}) {
+          with(F::StartingMap, ""), with(F::chkServerType(0), "0", F::chkServerType(1), "1")}) {
         fresh();
         edit(profile);
         EXPECT_TRUE(run());
         expectGolden(file(), kDefault);
     }
-}
-
-TEST_F(SessionFileTest, OnlyAnInternetServerListsTheMasters)
-{
-    for (int type : {0, 1}) {
-        tick("chkServerType", type);
-        EXPECT_TRUE(run());
-        expectGolden(file(), kDefault);
-    }
-    tick("chkServerType", 2);
-    profile.setText(F::txtMaster1, u"  one.example.org  "_s);
-    profile.setText(F::txtMaster3, u"three.example.org:27950"_s);
-    EXPECT_TRUE(run());
-    expectFile(
-        file(), kDefault,
-        {after(seta("dmflags", "0"),
-               {"// ------------------- Additional Master Server List -------------------", seta("sv_master5", ""),
-                seta("sv_master4", "master.jkhub.org"), seta("sv_master3", "three.example.org:27950"),
-                seta("sv_master2", "master.jk2mv.org"), seta("sv_master1", "one.example.org"),
-                "// --------------------------------------------------------------------", ""})});
 }
 
 TEST_F(SessionFileTest, ASavedCycleStartsWithItsMarkedMapAndIsExecuted)
