@@ -1,16 +1,27 @@
-// Reading the store into the profile: key families, read rules, literal defaults, the
-// fixed order and the failure road.
-#include "settings/MainSettings.h"
+// Saving the profile and reading it back: the writer held against the reader through a real
+// settings file, the change mark with its question, copies of the store in .asc files, the
+// reset, and the reader's key families, defaults and failure road.
+#include "commands/CancelCommand.h"
+#include "commands/ConfigurationCommands.h"
+#include "commands/Startup.h"
 #include "model/Constants.h"
 #include "model/OptionRules.h"
 #include "model/ServerProfile.h"
+#include "settings/ConfigurationFile.h"
+#include "settings/MainSettings.h"
+#include "settings/SaveSettings.h"
 #include "support/ErrorBox.h"
+#include "support/Errors.h"
 #include "testkit/BoxExpect.h"
 #include "testkit/Printers.h"
 #include "testkit/TestApp.h"
 
+#include <QDir>
+#include <QFile>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
+#include <utility>
 
 using namespace steward;
 using namespace steward::testing;
@@ -18,9 +29,39 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class Load : public ::testing::Test {
+using Rows = QList<QPair<QString, QString>>;
+
+/// A window host that records what the restart asks of the windows.
+class RecordingHost : public WindowHost {
+public:
+    ServerProfile* loadMainWindow() override { return profiles.emplace_back(std::make_unique<ServerProfile>()).get(); }
+    void showMainWindow() override {}
+    void unloadMainWindow() override {}
+    void closeAllForms() override
+    {
+        ++closes;
+        if (onClose)
+            onClose();
+    }
+    void unloadScanner() override {}
+    void minimizeMainWindow() override {}
+
+    int closes = 0;
+    std::function<void()> onClose; ///< runs when all windows are closed: the first thing a restart does
+    std::vector<std::unique_ptr<ServerProfile>> profiles;
+};
+
+const QString kSaved = u"Settings have been saved"_s + kTail;
+const QString kQuestion = u"Configuration has changed, set as default?"_s + kTail;
+const QString kNotFound = u"Registry settings not found!"_s + kTail;
+
+Box warning(const QString& text) { return {kProductTitle, Icon::Exclamation, text, Buttons::Ok}; }
+Box information(const QString& text) { return {kProductTitle, Icon::Information, text, Buttons::Ok}; }
+Box question(const QString& text) { return {kProductTitle, Icon::Question, text, Buttons::YesNo}; }
+
+class Saving : public ::testing::Test {
 protected:
-    Load() { attachOptionRules(*t.app, profile); }
+    Saving() { attachOptionRules(*t.app, profile); }
 
     /// Keys and their values, in turn.
     template <class... Rest>
@@ -54,10 +95,395 @@ protected:
                 return f->index();
         return -1;
     }
+    QString stored(const char* key) const { return t.store->GetSetting(QString::fromLatin1(key), u"<absent>"_s); }
+    /// Saves with the Defaults button, then loads the store into a new profile, as the next start does.
+    ServerProfile& saveAndRestart()
+    {
+        cmdDefault_Click(*t.app, profile);
+        next = std::make_unique<ServerProfile>();
+        attachOptionRules(*t.app, *next);
+        GetMainSettings(*t.app, *next);
+        return *next;
+    }
+    QString ascFile() const { return t.root() + u"/mine.asc"_s; }
+    void saveToFile()
+    {
+        t.prompts.chooseFile(ascFile());
+        SaveConfiguration(*t.app);
+    }
+    /// Loads the file; what the store holds when the restart closes the windows.
+    Rows loadAtRestart()
+    {
+        Rows atRestart{{"not", "called"}};
+        host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+        t.prompts.chooseFile(ascFile());
+        LoadConfiguration(*t.app, host);
+        return atRestart;
+    }
+    /// The boxes shown since the last look are this one alone; the next look starts afresh.
+    ::testing::AssertionResult onlyBox(const Box& box)
+    {
+        const auto shown = std::exchange(t.prompts.shown, {});
+        if (shown.size() != 1)
+            return ::testing::AssertionFailure() << shown.size() << " boxes shown instead of one";
+        return isBox(shown.front(), box);
+    }
+    void expectDialog(size_t index, bool open, const char* title) const
+    {
+        ASSERT_GT(t.prompts.dialogs.size(), index);
+        const auto& d = t.prompts.dialogs[index];
+        EXPECT_EQ(d.open, open);
+        EXPECT_EQ(d.state.DialogTitle, QString::fromLatin1(title));
+        EXPECT_EQ(d.state.Filter, u"Arena Steward Configuration (*asc)|*.asc"_s);
+        EXPECT_EQ(d.state.DefaultExt, u"asc"_s);
+        EXPECT_EQ(d.state.InitialDir, t.gameFolder());
+    }
 
     TestApp t;
     ServerProfile profile;
+    std::unique_ptr<ServerProfile> next;
+    RecordingHost host;
 };
+
+// --- Saving the profile ---
+
+TEST_F(Saving, TheDefaultsButtonSavesAndSaysSo)
+{
+    profile.setConfigurationChanged(true);
+    profile.field(F::lstBannedIPs).setItems({"1.2.3.4", " 5.6.7.8 ", "a;b"});
+    profile.field(F::lsvMapRotation).setRows({{"ffa_bespin", "Bespin Streets", "ffa"}, {"duel_pit"}});
+    cmdDefault_Click(*t.app, profile);
+    EXPECT_TRUE(onlyBox(information(kSaved)));
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_FALSE(t.store->HasSetting(u"Master1"_s));
+    // Lists are written with a semicolon behind each item as it stands; an empty one is an empty text.
+    EXPECT_EQ(stored("BannedIPs"), u"1.2.3.4; 5.6.7.8 ;a;b;"_s);
+    EXPECT_EQ(stored("MapListSaved"), u"ffa_bespin;duel_pit;"_s);
+    profile.field(F::lstBannedIPs).setItems({});
+    profile.field(F::lsvMapRotation).setRows({});
+    cmdDefault_Click(*t.app, profile);
+    EXPECT_EQ(stored("BannedIPs"), QString());
+    EXPECT_EQ(stored("MapListSaved"), QString());
+}
+
+TEST_F(Saving, OptionsAreStoredByIndexAndNameAndWithNoneSelectedTheOlderValueStands)
+{
+    // Every key's way back is in EveryKeyRoundTripTest; here, the forms stored.
+    profile.setValue(F::optDefaultGameType(6), 1);
+    profile.setValue(F::optStartMinimize, 1);
+    profile.setValue(F::chkUseINI, 1);
+    ServerProfile& after = saveAndRestart();
+    EXPECT_EQ(stored("GameType"), u"6"_s);
+    EXPECT_EQ(stored("AppMinimize"), u"optStartMinimize"_s);
+    EXPECT_EQ(stored("SelectAdvMapCfg"), u"True"_s);
+    EXPECT_TRUE(after.isSet(F::optDefaultGameType(6))) << "the last option of its array";
+
+    TestApp other;
+    other.store->SaveSetting(u"GameType"_s, u"5"_s);
+    profile.setValue(F::optDefaultGameType(6), 0);
+    profile.setValue(F::chkServerType(2), 0);
+    cmdDefault_Click(*other.app, profile);
+    EXPECT_EQ(other.store->GetSetting(u"GameType"_s), u"5"_s);
+    EXPECT_FALSE(other.store->HasSetting(u"ServerType"_s));
+}
+
+TEST_F(Saving, CleanTextKeysComeBackRawOrDecodedAsTheReaderSays)
+{
+    // The keys and their fields; the first two are decoded on reading.
+    const char* keys[] = {"ServerInfo10", "ServerInfo15",  "ServerInfo116", "Msg1",      "Msg2",       "Master2",
+                          "Master5",      "PathToMapsCFG", "Quad",          "Knockback", "WeapRespawn"};
+    const FieldId fields[] = {F::txtServerConfig(0), F::txtServerConfig(5), F::txtServerConfig(16), F::txtMsg(0),
+                              F::txtMsg(1),          F::txtMaster2,         F::txtMaster5,          F::txtServerINI,
+                              F::txtWeaponEnhancer,  F::txtKnockBack,       F::txtWeapRespawn};
+    // Typed, stored, shown after a restart when decoded, and when not.
+    const std::tuple<const char*, const char*, const char*, const char*> values[] = {
+        {"a,b", "a%b", "a,b", "a%b"},
+        {"", " ", "", " "},
+        {"Welcome% all", "Welcome% all", "Welcome, all", "Welcome% all"},
+        {" x ", " x ", " x ", " x "}};
+    for (const auto& [typed, storedText, decodedText, raw] : values) {
+        for (size_t i = 0; i < std::size(keys); ++i) {
+            const auto [key, id, decoded] = std::tuple{keys[i], fields[i], i < 2};
+            SCOPED_TRACE(std::string(key) + " <- '" + typed + "'");
+            TestApp app;
+            ServerProfile p;
+            p.setText(id, QString::fromLatin1(typed));
+            SaveMainSettings(*app.app, p);
+            EXPECT_EQ(app.store->GetSetting(QString::fromLatin1(key)), QString::fromLatin1(storedText));
+            ServerProfile after;
+            GetMainSettings(*app.app, after);
+            EXPECT_EQ(after.text(id), QString::fromLatin1(decoded ? decodedText : raw));
+        }
+    }
+}
+
+TEST_F(Saving, RawKeysKeepTheirCommasAndAnEmptyBoxOfAFamilyComesBackEmpty)
+{
+    profile.setText(F::txtLogFileName, u"a,b.log"_s);
+    profile.setText(F::txtServerConfigSpin(0), u"1,2"_s);
+    profile.setText(F::cboConfig(2), u"x,y.cfg"_s);
+    profile.setText(F::txtServerConfig(5), QString());
+    profile.setText(F::txtSpeed(0), QString());
+    ServerProfile& after = saveAndRestart();
+    for (const auto& [key, value] : {std::pair{"LogName", "a,b.log"}, {"ServerInfo20", "1,2"}, {"CFG12", "x,y.cfg"}})
+        EXPECT_EQ(stored(key), QString::fromLatin1(value));
+    EXPECT_EQ(after.text(F::txtLogFileName), u"a,b.log"_s);
+    EXPECT_EQ(after.text(F::cboConfig(2)), u"x,y.cfg"_s);
+    EXPECT_EQ(stored("ServerInfo15"), u" "_s);
+    EXPECT_EQ(after.text(F::txtServerConfig(5)), QString());
+    EXPECT_EQ(stored("SpeedGravity0"), QString());
+    EXPECT_EQ(after.text(F::txtSpeed(0)), u"250"_s) << "an empty value counts as absent";
+}
+
+TEST_F(Saving, FieldsWithoutAKeyStartEveryRunFromTheirInitialState)
+{
+    for (const auto& [id, text] : {std::pair{F::txtMaster1, "edited.master"},
+                                   {F::txtStatsLogName, "edited-stats.log"},
+                                   {F::txtBOTThinkTime, "777"},
+                                   {F::cboBOT, "Nightmare"},
+                                   {F::cboStartingMap, "edited_map"}})
+        profile.setText(id, QString::fromLatin1(text));
+    profile.setValue(F::chkMapAutoCycle, 1);
+    profile.setValue(F::optLogging(4), 1);
+    profile.setValue(F::chkWeaponFlags(5), 1);
+    ServerProfile& after = saveAndRestart();
+
+    const QByteArray file = fileBytes(t.storeFile());
+    for (const char* edited : {"edited", "777", "Nightmare", "Master1"})
+        EXPECT_FALSE(file.contains(edited)) << edited;
+    EXPECT_EQ(stored("LoggingType"), u"3"_s) << "the game log choice comes first";
+    EXPECT_EQ(after.text(F::txtMaster1), kMaster1);
+    EXPECT_EQ(after.text(F::txtStatsLogName), u"stats.log"_s);
+    EXPECT_EQ(after.text(F::txtBOTThinkTime), u"100"_s);
+    EXPECT_EQ(after.text(F::cboStartingMap), QString());
+    EXPECT_FALSE(after.isSet(F::chkMapAutoCycle));
+    EXPECT_TRUE(after.isSet(F::optLogging(5)));
+    EXPECT_FALSE(after.isSet(F::optLogging(4)));
+    EXPECT_EQ(after.text(F::txtWeaponFlags), u"32"_s) << "the mask follows its boxes";
+}
+
+TEST_F(Saving, AFailedSaveIsReportedAndStillSaysSaved)
+{
+    t.store->SaveSetting(u"LogName"_s, u"old.log"_s);
+    QFile::remove(t.storeFile());
+    QDir().mkpath(t.storeFile()); // the file can't be replaced
+    profile.setConfigurationChanged(true);
+    cmdDefault_Click(*t.app, profile);
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    EXPECT_TRUE(isBox(t.prompts.shown[0],
+                      errorBox(err::PathFileAccess, u"arena-steward::Code.SaveMainSettings(Sub) (arena-steward)"_s,
+                               "Could not write the settings to " + t.storeFile())));
+    EXPECT_TRUE(isBox(t.prompts.shown[1], information(kSaved)));
+    EXPECT_FALSE(profile.configurationChanged());
+}
+
+TEST_F(Saving, TheChangeMarksQuestionBeforeOkAndBeforeSavingAFileAndCloseWithoutAWord)
+{
+    // At OK, No clears the mark without saving and asks no more; Yes saves.
+    noteKeyPress(profile);
+    t.prompts.answerNext(Answer::No);
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    ASSERT_EQ(t.prompts.shown.size(), 1u);
+    EXPECT_TRUE(isBox(t.prompts.last(), question(kQuestion)));
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_TRUE(t.store->GetAllSettings().isEmpty());
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    EXPECT_EQ(t.prompts.shown.size(), 1u) << "no second question";
+    noteKeyPress(profile);
+    t.prompts.answerNext(Answer::Yes);
+    askSaveChangedConfiguration_Ok(*t.app, profile);
+    EXPECT_EQ(t.prompts.texts(), (QStringList{kQuestion, kQuestion, kSaved}));
+    EXPECT_FALSE(profile.configurationChanged());
+    EXPECT_FALSE(t.store->GetAllSettings().isEmpty());
+
+    // The save tool asks first; No leaves the mark and the file gets the store's older values.
+    TestApp other;
+    profile.setText(F::txtLogFileName, u"shown.log"_s);
+    other.store->SaveSetting(u"LogName"_s, u"stored.log"_s);
+    noteKeyPress(profile);
+    other.prompts.answerNext(Answer::No);
+    other.prompts.chooseFile(ascFile());
+    UtilitiesConfigurationSave(*other.app, profile);
+    EXPECT_TRUE(profile.configurationChanged());
+    EXPECT_EQ(fileBytes(ascFile()), QByteArray("LogName,stored.log\r\n"));
+    other.prompts.answerNext(Answer::Yes);
+    askSaveChangedConfiguration_Save(*other.app, profile);
+    EXPECT_EQ(other.prompts.texts().mid(2), (QStringList{kQuestion, kSaved}));
+    EXPECT_EQ(other.prompts.texts().value(0), kQuestion) << "the save tool asks first";
+    EXPECT_FALSE(profile.configurationChanged());
+
+    // Close loses typed changes without a word.
+    TestApp closing;
+    profile.setText(F::txtServerConfig(0), u"typed"_s);
+    noteKeyPress(profile);
+    cmdCancel_Click(*closing.app, profile, host);
+    EXPECT_EQ(host.closes, 1);
+    EXPECT_TRUE(closing.prompts.shown.empty());
+    EXPECT_TRUE(closing.store->GetAllSettings().isEmpty());
+}
+
+// --- Configuration files ---
+
+TEST(ConfigurationFields, AreReadAsAStreamOfPairsAndFailWithoutPairs)
+{
+    const std::pair<const char*, QStringList> cases[] = {
+        {"a,b\r\n", {"a", "b"}},
+        {"a,b", {"a", "b"}},
+        {"k, \r\n", {"k", ""}},
+        {"  k,   v w \r\n", {"k", "v w "}},
+        {"\"a,b\",c\r\n", {"a,b", "c"}},
+        {"k,\"x\"tail,m,n\r\n", {"k", "x", "m", "n"}},
+        {"a,b\nc,d\re,f\r\n", {"a", "b", "c", "d", "e", "f"}},
+        {"k,\r\nm,n\r\n", {"k", "", "m", "n"}},
+        {"LogName,a,b.log\r\nMsgTime,5\r\nServerInfo20,1,2\r\n",
+         {"LogName", "a", "b.log", "MsgTime", "5", "ServerInfo20", "1", "2"}}};
+    for (const auto& [text, fields] : cases)
+        EXPECT_EQ(readConfigurationFields(QString::fromLatin1(text)), fields) << text;
+
+    const std::pair<const char*, int> failures[] = {{"", err::SubscriptOutOfRange},
+                                                    {"a,1\r\nb\r\n", err::InputPastEnd},
+                                                    {"a,1\r\n\r\n", err::InputPastEnd},
+                                                    {"a,1,b", err::InputPastEnd},
+                                                    {"a", err::InputPastEnd}};
+    for (const auto& [text, number] : failures) {
+        try {
+            readConfigurationFields(QString::fromLatin1(text));
+            ADD_FAILURE() << "no error for " << text;
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), number) << text;
+        }
+    }
+}
+
+TEST_F(Saving, SaveWritesEveryKeyAsAnOwnerOnlyLineAndAsksBeforeOverwriting)
+{
+    SaveConfiguration(*t.app);
+    EXPECT_TRUE(onlyBox(warning(kNotFound))) << "an empty store says so without a dialog";
+    EXPECT_TRUE(t.prompts.dialogs.empty());
+    store("MsgTime", "5", "LogName", "a,b.log", "ServerInfo15", " ", "PathToJedi", "/games/jk2/", "Empty", "");
+    saveToFile();
+    expectDialog(0, false, "Save Arena Steward configuration file");
+    EXPECT_EQ(fileBytes(ascFile()),
+              QByteArray("Empty,\r\nLogName,a,b.log\r\nMsgTime,5\r\nPathToJedi,/games/jk2/\r\nServerInfo15, \r\n"));
+    EXPECT_EQ(QFile::permissions(ascFile()) & (QFileDevice::ReadOther | QFileDevice::ReadGroup), 0)
+        << "the copy holds passwords";
+    EXPECT_TRUE(onlyBox(information("'" + ascFile() + "' configuration saved" + kTail)));
+    t.store->DeleteSetting(u"Empty"_s);
+    t.prompts.answerNext(Answer::No);
+    saveToFile();
+    EXPECT_TRUE(onlyBox(question("Over-write existing file?" + kTail)));
+    EXPECT_TRUE(fileBytes(ascFile()).startsWith("Empty,")) << "No writes nothing";
+    t.prompts.answerNext(Answer::Yes);
+    saveToFile();
+    EXPECT_TRUE(fileBytes(ascFile()).startsWith("LogName,"));
+}
+
+TEST_F(Saving, ACancelledDialogEndsSilentlyAndAFileThatCannotBeWrittenGivesAWarning)
+{
+    store("MsgTime", "5");
+    t.prompts.cancelNextDialog();
+    SaveConfiguration(*t.app);
+    t.prompts.cancelNextDialog();
+    EXPECT_EQ(LoadConfiguration(*t.app, host), StartupOutcome::MainWindowOpen);
+    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_EQ(host.closes, 0);
+
+    const QString path = t.root() + u"/no/such/folder/x.asc"_s;
+    t.prompts.chooseFile(path);
+    SaveConfiguration(*t.app);
+    EXPECT_TRUE(onlyBox(warning("Could not write " + path + " (Path not found)")));
+}
+
+TEST_F(Saving, SaveThenLoadEmptiesABlankValueAndRestarts)
+{
+    store("ServerInfo15", " ", "MsgTime", "5");
+    saveToFile();
+    store("MsgTime", "9", "Other", "kept");
+    const Rows atRestart = loadAtRestart();
+    expectDialog(1, true, "Load Arena Steward configuration file"); // the restart may ask for the executable again
+    ASSERT_GE(t.prompts.shown.size(), 2u);
+    EXPECT_TRUE(isBox(t.prompts.shown[1], information("Arena Steward will now restart to load settings" + kTail)));
+    EXPECT_GE(host.closes, 1) << "the restart closes the windows first";
+    EXPECT_EQ(atRestart, (Rows{{"MsgTime", "5"}, {"Other", "kept"}, {"ServerInfo15", ""}}));
+}
+
+TEST(ConfigurationFile, AFileThatFailsLeavesTheStoreUntouched)
+{
+    const std::tuple<const char*, QByteArray, const char*> cases[] = {
+        {"odd.asc", "LogName,x.log\r\nMsgTime\r\n", "The configuration file ends in the middle of a setting"},
+        {"empty.asc", "", "The configuration file holds no settings"},
+        {"missing.asc", {}, "Could not find %1"},
+        {"refused.asc", "A,1\r\n,2\r\nC,3\r\n", "A setting needs a name"}}; // what was stored before it stays
+    for (const auto& [name, bytes, text] : cases) {
+        SCOPED_TRACE(name);
+        TestApp app;
+        RecordingHost windows;
+        app.store->SaveSetting(u"LogName"_s, u"games.log"_s);
+        const QString path = app.root() + u"/"_s + QString::fromLatin1(name);
+        if (QByteArray(name) != "missing.asc")
+            writeFile(path, bytes);
+        app.prompts.chooseFile(path);
+        EXPECT_EQ(LoadConfiguration(*app.app, windows), StartupOutcome::MainWindowOpen);
+        ASSERT_EQ(app.prompts.shown.size(), 1u);
+        EXPECT_TRUE(isBox(app.prompts.last(), warning(QString::fromLatin1(text).replace(u"%1"_s, path))));
+        EXPECT_EQ(windows.closes, 0) << "no restart";
+        EXPECT_EQ(app.store->GetAllSettings(),
+                  (QByteArray(name) == "refused.asc" ? Rows{{"A", "1"}, {"LogName", "games.log"}}
+                                                     : Rows{{"LogName", "games.log"}}));
+    }
+}
+
+TEST_F(Saving, ResetAsksWithNoAsTheDefaultAndDeletesEveryKeyOnlyAtYes)
+{
+    const Box warn{kProductTitle, Icon::Exclamation,
+                   u"WARNING - All Arena Steward settings will be lost. It is         \r\n"
+                   "recommended that you backup your configuration first.         \r\n\r\n"
+                   "                  Do you wish to continue?         "_s,
+                   Buttons::YesNo};
+    t.prompts.answerNext(Answer::Yes);
+    EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
+    ASSERT_EQ(t.prompts.texts(), (QStringList{warn.text, kNotFound})) << "an empty store says so";
+    t.prompts.shown.clear();
+    store("LogName", "games.log", "PathToJedi", "/games/jk2/", "RunOnce", "1");
+    cmdReset_Click(*t.app, host);
+    EXPECT_EQ(t.prompts.last().request.defaultButton, 1);
+    EXPECT_EQ(t.prompts.last().answer, Answer::No);
+    EXPECT_TRUE(onlyBox(warn));
+    EXPECT_EQ(stored("LogName"), u"games.log"_s);
+    EXPECT_EQ(host.closes, 0);
+
+    Rows atRestart{{"not", "called"}};
+    host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
+    t.prompts.answerNext(Answer::Yes);
+    cmdReset_Click(*t.app, host);
+    ASSERT_GE(t.prompts.shown.size(), 2u);
+    EXPECT_TRUE(isBox(t.prompts.shown[1], information("Arena Steward will now restart" + kTail)));
+    EXPECT_TRUE(atRestart.isEmpty());
+}
+
+TEST_F(Saving, AResetThatFailsSaysSoAndDoesNotRestart)
+{
+    // Run as any user, a real settings file can't be made to refuse a deletion while it
+    // still lists its keys; this store does.
+    struct StuckStore : SettingsStore {
+        QString GetSetting(const QString&, const QString& d) const override { return d; }
+        void SaveSetting(const QString&, const QString&) override {}
+        void DeleteSetting(const QString&) override { raiseError(err::PathFileAccess); }
+        bool HasSetting(const QString&) const override { return true; }
+        Rows GetAllSettings() const override { return {{"LogName", "games.log"}}; }
+    } stuck;
+    t.app->services.store = &stuck;
+    t.prompts.answerNext(Answer::Yes);
+    EXPECT_EQ(cmdReset_Click(*t.app, host), StartupOutcome::MainWindowOpen);
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    EXPECT_TRUE(isBox(t.prompts.last(), warning("Could not reset registry settings" + kTail)));
+    EXPECT_EQ(host.closes, 0);
+}
+
+// --- Reading the store into the profile: key families, read rules, literal defaults, the fixed
+// order and the failure road ---
+
+using Load = Saving;
 
 TEST_F(Load, AnEmptyStoreGivesTheFirstRunStateAndWritesNothing)
 {
