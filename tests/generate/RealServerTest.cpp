@@ -132,7 +132,6 @@ protected:
         cmdOk_Click(*t.app, profile, windows);
         ASSERT_EQ(t.prompts.shown.size(), boxes) << t.prompts.texts().join(QLatin1Char('|')).toStdString();
     }
-
     TestApp t;
     DetachedProcessLauncher launcher;
     FakeWindowHost windows{*t.app};
@@ -171,7 +170,6 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
     wizard.cmdFinish_Click();
     ASSERT_TRUE(profile.isSet(F::chkUseINI));
     ASSERT_NO_FATAL_FAILURE(ok()); // the wizard's boxes: the starting map and "File has been Saved"
-
     const auto onMap = [](const QByteArray& map) { return [=](const QByteArray& s) { return s.contains(map); }; };
     const QByteArray first = awaitStatus(port, 20, onMap("\\mapname\\oa_dm1\\"));
     ASSERT_TRUE(first.contains("\\mapname\\oa_dm1\\")) << first.toStdString();
@@ -199,7 +197,6 @@ TEST_F(RealServer, RosterBotsJoinUnderTheirNames)
                   {"Big_Boss", "I Can Win", "BLUE", "sarge", "0"}});
     ASSERT_NO_FATAL_FAILURE(ok());
     ASSERT_TRUE(crlfLines(t.baseFolder() + u"/BOTFile.cfg"_s).contains(u"Addbot sarge 4 RED 25 Gnubee"_s));
-
     const QByteArray status = awaitStatus(port, 30, [](const QByteArray& s) { return playerNames(s).size() >= 2; });
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     const QStringList names = playerNames(status);

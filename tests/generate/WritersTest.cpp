@@ -130,7 +130,6 @@ protected:
         QObject::connect(&profile.field(F::MousePointer), &Field::valueChanged,
                          [this](Field* f) { pointers.push_back(f->value()); });
     }
-
     void fresh()
     {
         profile.resetAll();
@@ -154,7 +153,6 @@ protected:
         EXPECT_TRUE(log.contains(u"Error %1 in "_s.arg(number) + kTaggedSource)) << log.toStdString();
         EXPECT_EQ(profile.formPointer(), 0);
     }
-
     TestApp t;
     ServerProfile profile;
     QString session = u"luke.cfg"_s;
@@ -169,7 +167,6 @@ TEST_F(SessionFileTest, AFreshProfileGivesTheWholeDefaultFileOnBothRoads)
     EXPECT_EQ(t.prompts.texts(), QStringList{kCreated}) << "the export's announcement alone";
     EXPECT_EQ(pointers.front(), 11) << "the hourglass while the file is written";
     EXPECT_EQ(profile.formPointer(), 0) << "and the pointer reset at the end";
-
     EXPECT_TRUE(run(false, false));
     expectGolden(file(), kDefault);
     EXPECT_EQ(profile.formPointer(), 0);
@@ -295,7 +292,6 @@ TEST_F(SessionFileTest, ASavedCycleStartsWithItsMarkedMapAndIsExecuted)
     writeFile(saved, "// an advanced cycle\r\n// ***    DO NOT DELETE MAP NAME ***\r\n//\r\n//ffa_raven\r\n");
     with(F::txtServerINI, saved, F::lsvMapRotation, "", F::StartingMap, "")(profile);
     const QString first = gbln_LoadMapCycle(*t.app, profile, saved); // what the cycle loader reads from the file
-
     EXPECT_TRUE(run(true));
     expectFile(file(), kDefault, {line("Map ffa_bespin", "Map " + first), line(kMaps, "exec \"My Cycle.cfg\"")});
     EXPECT_FALSE(QFile::exists(t.baseFolder() + u"/jediMaps.cfg"_s)) << "no cycle is made";
@@ -417,7 +413,6 @@ TEST_F(SessionFileTest, ExportChecksTheSessionAndTheMapsThenWritesAndShowsTheFil
         EXPECT_EQ(profile.value(F::vsMainTab), c.page);
     }
     EXPECT_TRUE(t.opener.opened.empty());
-
     profile.resetAll();
     profile.setValue(F::chkMapAutoCycle, 1);
     profile.setText(F::txtServerConfig(1), u"My Server"_s);
@@ -481,7 +476,6 @@ TEST_F(Writers, TheSavedAndExportFormsOfTheMapCycle)
     ASSERT_TRUE(MakeMapCycle(*t.app, profile, name, false, true));
     EXPECT_EQ(name, u"advanced.cfg"_s);
     EXPECT_FALSE(QFileInfo::exists(t.baseFolder() + u"/jediMaps.cfg"_s));
-
     QString target = t.root() + u"/export/mine"_s; // no extension is added
     EXPECT_FALSE(MakeMapCycle(*t.app, profile, target, true, false));
     EXPECT_TRUE(onlyBox(t, warning(u"Path not found"_s)));
@@ -497,7 +491,6 @@ TEST_F(Writers, TheSavedAndExportFormsOfTheMapCycle)
     EXPECT_TRUE(t.prompts.shown.empty());
     writeFile(file, "//" + QByteArray(1200, 'm') + "\r\n");
     EXPECT_EQ(gbln_LoadMapCycle(*t.app, profile, file).size(), 999);
-
     writeFile(file, "//ffa_yavin\r\n\r\n");
     EXPECT_EQ(gbln_LoadMapCycle(*t.app, profile, file), QString());
     EXPECT_TRUE(onlyBox(
@@ -521,7 +514,6 @@ TEST_F(Writers, TheMapCycleExportChecksTheRotationAsksForAFileAndShowsIt)
         rows({"a", "b"});
     }
     EXPECT_TRUE(t.prompts.dialogs.empty());
-
     profile.setStartingMap(u"b"_s);
     t.prompts.cancelNextDialog();
     mnuExportMapCycle_Click(*t.app, profile);
@@ -529,7 +521,6 @@ TEST_F(Writers, TheMapCycleExportChecksTheRotationAsksForAFileAndShowsIt)
     EXPECT_EQ(t.prompts.dialogs.back().state.DialogTitle, u"Save Arena Steward Map Cycle"_s);
     EXPECT_EQ(t.prompts.dialogs.back().state.InitialDir, t.baseFolder());
     EXPECT_TRUE(t.opener.opened.empty());
-
     const QString target = t.root() + u"/exported.cfg"_s;
     t.prompts.chooseFile(target);
     mnuExportMapCycle_Click(*t.app, profile);
@@ -552,7 +543,6 @@ TEST_F(Writers, UseSavedCycleChoosesAFileOrFallsBack)
     EXPECT_EQ(profile.field(F::lsvMapRotation).count(), 1);
     profile.setLoading(false);
     profile.setValue(F::chkUseINI, 0);
-
     profile.setValue(F::chkMapAutoCycle, 1);
     t.prompts.chooseFile(t.baseFolder() + u"/advanced.cfg"_s);
     setCheckFromCode(profile, F::chkUseINI, 1);
@@ -671,13 +661,11 @@ TEST_F(BotFile, RosterBotsGiveOneAddbotLineEach)
     EXPECT_TRUE(run());
     expectGolden(file(), u"generate/BOTFile-roster.cfg"_s);
     EXPECT_TRUE(t.prompts.shown.empty());
-
     profile.field(F::grdBOTList).setRows({rosterHeadings()});
     addBot({"Gnubee", "hardcore", "RED", "Desann", "25"}); // unknown in the first row: zero
     addBot({"Tav", "Hurt Me Plenty ", "RED", "Tavion", "25"});
     EXPECT_TRUE(run());
     EXPECT_EQ(crlfLines(file()).mid(18), (QStringList{"Addbot Desann 0 RED 25 Gnubee", "Addbot Tavion 3 RED 25 Tav"}));
-
     profile.field(F::grdBOTList).setRows({rosterHeadings()});
     EXPECT_TRUE(run()) << "an empty roster warns and is used with the heading only";
     expectFile(file(), heading());
@@ -711,7 +699,6 @@ TEST_F(Writers, TheBanButtonsAddDeleteAndClearWithoutTouchingAFile)
     click(2);
     EXPECT_EQ(list.items(), QStringList({"10.0.*.*", "", "not an address"}));
     EXPECT_EQ(profile.text(F::txtServerIP), QString());
-
     list.setItems({"a", "b", "c", "d"}); // delete removes the first selected item only
     click(3);
     EXPECT_EQ(list.count(), 4);
@@ -719,7 +706,6 @@ TEST_F(Writers, TheBanButtonsAddDeleteAndClearWithoutTouchingAFile)
     click(3);
     EXPECT_EQ(list.items(), QStringList({"a", "c", "d"}));
     EXPECT_TRUE(t.prompts.shown.empty());
-
     const Box clear{kProductTitle, Icon::Question, u"Clear list?"_s, Buttons::YesNo}; // without the tail
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         t.prompts.answerNext(answer);
@@ -729,7 +715,6 @@ TEST_F(Writers, TheBanButtonsAddDeleteAndClearWithoutTouchingAFile)
     }
     click(4);
     EXPECT_TRUE(t.prompts.shown.empty()) << "an empty list asks nothing";
-
     profile.setText(F::txtServerIP, u"1.2.3.4"_s);
     for (int index : {0, 1, 2, 3, 5})
         click(index);
@@ -824,7 +809,6 @@ TEST_F(Scripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduct
             Buttons::Ok}));
     EXPECT_EQ(fileBytes(existing), QByteArray("old\r\n"));
     EXPECT_EQ(QDir(t.root()).entryList(QDir::Files), QStringList({"keep.bat"}));
-
     const std::pair<const char*, const char*> expected[] = {
         // both dialogs ask in the game folder
         {"Save Batch File", "Batch File (*.bat)|*.bat"},
@@ -835,7 +819,6 @@ TEST_F(Scripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduct
         EXPECT_EQ(t.prompts.dialogs[i].state.Filter, QString::fromLatin1(expected[i].second));
         EXPECT_EQ(t.prompts.dialogs[i].state.InitialDir, t.gameFolder());
     }
-
     // The session is checked before any dialog.
     t.prompts.dialogs.clear();
     using Command = void (*)(AppContext&, ServerProfile&);
@@ -865,7 +848,6 @@ TEST_F(Scripts, IgnoreTheServerTypeTheMapsAndTheChangeMarkAndReportAFileThatCann
     EXPECT_TRUE(line.endsWith(u" +exec Duel_Night.CFG\r\n"_s)) << line.toStdString();
     EXPECT_TRUE(profile.configurationChanged());
     EXPECT_EQ(launcher.starts, 0);
-
     t.prompts.shown.clear();
     t.prompts.chooseFile(t.root() + u"/no such folder/run.bat"_s);
     mnuBatchFile_Click(*t.app, profile);
@@ -921,7 +903,6 @@ TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
         EXPECT_EQ(command.executable, words.takeFirst());
         EXPECT_EQ(command.arguments, words);
     }
-
     v.serverType = 1;
     v.merc = false;
     v.ip = u"1.2.3.4 +set rconPassword x; $(touch pwned)"_s;
@@ -936,7 +917,6 @@ TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
     arguments.replace(5, v.ip);
     arguments.last() = v.session;
     EXPECT_EQ(command.arguments, arguments) << "the address and the session are one argument each";
-
     // The server and game type are the first selected.
     ServerProfile p;
     EXPECT_EQ(selectedServerType(p), 2) << "Internet is the design default";

@@ -86,7 +86,6 @@ TEST(EveryStoredKey, ComesBackFromTheSettingsFileWithAValueOfItsOwn)
     for (const StoredKey& key : allStoredKeys())
         changeAll(saved, key);
     SaveMainSettings(*t.app, saved);
-
     ServerProfile loaded;
     GetMainSettings(*t.app, loaded);
     EXPECT_TRUE(t.prompts.shown.empty());

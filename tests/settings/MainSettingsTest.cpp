@@ -45,7 +45,6 @@ public:
     }
     void unloadScanner() override {}
     void minimizeMainWindow() override {}
-
     int closes = 0;
     std::function<void()> onClose; ///< runs when all windows are closed: the first thing a restart does
     std::vector<std::unique_ptr<ServerProfile>> profiles;
@@ -62,7 +61,6 @@ Box question(const QString& text) { return {kProductTitle, Icon::Question, text,
 class Saving : public ::testing::Test {
 protected:
     Saving() { attachOptionRules(*t.app, profile); }
-
     /// Keys and their values, in turn.
     template <class... Rest>
     void store(const char* key, const char* value, Rest... rest)
@@ -138,7 +136,6 @@ protected:
         EXPECT_EQ(d.state.DefaultExt, u"asc"_s);
         EXPECT_EQ(d.state.InitialDir, t.gameFolder());
     }
-
     TestApp t;
     ServerProfile profile;
     std::unique_ptr<ServerProfile> next;
@@ -177,7 +174,6 @@ TEST_F(Saving, OptionsAreStoredByIndexAndNameAndWithNoneSelectedTheOlderValueSta
     EXPECT_EQ(stored("AppMinimize"), u"optStartMinimize"_s);
     EXPECT_EQ(stored("SelectAdvMapCfg"), u"True"_s);
     EXPECT_TRUE(after.isSet(F::optDefaultGameType(6))) << "the last option of its array";
-
     TestApp other;
     other.store->SaveSetting(u"GameType"_s, u"5"_s);
     profile.setValue(F::optDefaultGameType(6), 0);
@@ -247,7 +243,6 @@ TEST_F(Saving, FieldsWithoutAKeyStartEveryRunFromTheirInitialState)
     profile.setValue(F::optLogging(4), 1);
     profile.setValue(F::chkWeaponFlags(5), 1);
     ServerProfile& after = saveAndRestart();
-
     const QByteArray file = fileBytes(t.storeFile());
     for (const char* edited : {"edited", "777", "Nightmare", "Master1"})
         EXPECT_FALSE(file.contains(edited)) << edited;
@@ -295,7 +290,6 @@ TEST_F(Saving, TheChangeMarksQuestionBeforeOkAndBeforeSavingAFileAndCloseWithout
     EXPECT_EQ(t.prompts.texts(), (QStringList{kQuestion, kQuestion, kSaved}));
     EXPECT_FALSE(profile.configurationChanged());
     EXPECT_FALSE(t.store->GetAllSettings().isEmpty());
-
     // The save tool asks first; No leaves the mark and the file gets the store's older values.
     TestApp other;
     profile.setText(F::txtLogFileName, u"shown.log"_s);
@@ -311,7 +305,6 @@ TEST_F(Saving, TheChangeMarksQuestionBeforeOkAndBeforeSavingAFileAndCloseWithout
     EXPECT_EQ(other.prompts.texts().mid(2), (QStringList{kQuestion, kSaved}));
     EXPECT_EQ(other.prompts.texts().value(0), kQuestion) << "the save tool asks first";
     EXPECT_FALSE(profile.configurationChanged());
-
     // Close loses typed changes without a word.
     TestApp closing;
     profile.setText(F::txtServerConfig(0), u"typed"_s);
@@ -339,7 +332,6 @@ TEST(ConfigurationFields, AreReadAsAStreamOfPairsAndFailWithoutPairs)
          {"LogName", "a", "b.log", "MsgTime", "5", "ServerInfo20", "1", "2"}}};
     for (const auto& [text, fields] : cases)
         EXPECT_EQ(readConfigurationFields(QString::fromLatin1(text)), fields) << text;
-
     const std::pair<const char*, int> failures[] = {{"", err::SubscriptOutOfRange},
                                                     {"a,1\r\nb\r\n", err::InputPastEnd},
                                                     {"a,1\r\n\r\n", err::InputPastEnd},
@@ -387,7 +379,6 @@ TEST_F(Saving, ACancelledDialogEndsSilentlyAndAFileThatCannotBeWrittenGivesAWarn
     EXPECT_EQ(LoadConfiguration(*t.app, host), StartupOutcome::MainWindowOpen);
     EXPECT_TRUE(t.prompts.shown.empty());
     EXPECT_EQ(host.closes, 0);
-
     const QString path = t.root() + u"/no/such/folder/x.asc"_s;
     t.prompts.chooseFile(path);
     SaveConfiguration(*t.app);
@@ -451,7 +442,6 @@ TEST_F(Saving, ResetAsksWithNoAsTheDefaultAndDeletesEveryKeyOnlyAtYes)
     EXPECT_TRUE(onlyBox(warn));
     EXPECT_EQ(stored("LogName"), u"games.log"_s);
     EXPECT_EQ(host.closes, 0);
-
     Rows atRestart{{"not", "called"}};
     host.onClose = [&] { atRestart = t.store->GetAllSettings(); };
     t.prompts.answerNext(Answer::Yes);
@@ -608,7 +598,6 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
              {std::pair{"GameType", value}, {"BannedIPs", "1.2.3.4;"}, {"LoggingType", "1"}, {"Msg1", "stored"}})
             fresh.store->SaveSetting(QString::fromLatin1(key), QString::fromLatin1(stored));
         GetMainSettings(*fresh.app, p);
-
         ASSERT_EQ(fresh.prompts.shown.size(), 1u);
         EXPECT_TRUE(
             isBox(fresh.prompts.last(), errorBox(number, u"arena-steward::Code.GetMainSettings(Sub) (arena-steward)"_s,
@@ -621,7 +610,6 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
         EXPECT_EQ(p.text(F::txtMsg(0)), u"^2This Server was configured by ^1Arena Steward"_s);
         EXPECT_EQ(fresh.store->GetSetting(u"GameType"_s), QString::fromLatin1(value)) << "nothing is repaired";
     }
-
     store("WeaponFlags3", "yes", "DMFlags0", "True", "MapTimeOut", "60"); // a bad flag ends it at its family
     load();
     EXPECT_EQ(t.prompts.shown.size(), 1u);

@@ -54,7 +54,6 @@ TEST_F(StoreFile, EveryTextAndKeyNameComesBackAsItWasSaved)
         t.store->SaveSetting(u"K%1"_s.arg(i), values[i]);
     for (const QString& k : keys)
         t.store->SaveSetting(k, k + u"!"_s);
-
     IniSettingsStore reopened(t.storeFile());
     for (qsizetype i = 0; i < values.size(); ++i) {
         EXPECT_EQ(reopened.GetSetting(u"K%1"_s.arg(i), u"absent"_s), values[i]) << i;
@@ -83,7 +82,6 @@ TEST_F(StoreFile, AHandEditedFileIsReadAsItStands)
     for (qsizetype i = 0; i < expected.size(); i += 2)
         EXPECT_EQ(t.store->GetSetting(expected[i], u"absent"_s), expected[i + 1]) << expected[i].toStdString();
     EXPECT_EQ(t.store->GetAllSettings().size(), expected.size() / 2);
-
     // A save keeps the hand-edited values and the other section.
     t.store->SaveSetting(u"MsgTime"_s, u"5"_s);
     IniSettingsStore reopened(t.storeFile());
@@ -163,7 +161,6 @@ TEST_F(StoreFile, ABatchWritesOnceAtItsEndAndKeepsWhatWasDoneBeforeAnError)
         batch.commit();
     }
     EXPECT_EQ(IniSettingsStore(t.storeFile()).GetAllSettings(), (Rows{{"K0", "0"}, {"K1", "1"}, {"K2", "2"}}));
-
     try { // an empty key name is refused; the batch left by the error keeps what was done
         SettingsBatch batch(*t.store);
         t.store->SaveSetting(u"A"_s, u"1"_s);
@@ -174,7 +171,6 @@ TEST_F(StoreFile, ABatchWritesOnceAtItsEndAndKeepsWhatWasDoneBeforeAnError)
     }
     EXPECT_EQ(IniSettingsStore(t.storeFile()).GetAllSettings().size(), 4);
     EXPECT_EQ(IniSettingsStore(t.storeFile()).GetSetting(u"A"_s), u"1"_s);
-
     SettingsBatch batch(*t.store);
     t.store->SaveSetting(u"B"_s, u"1"_s);
     blockTheFile();
@@ -188,7 +184,6 @@ TEST(ProfileNames, LettersDigitsDashAndUnderscoreUpTo32AndNotDefaultInProfilesBe
     for (const QString& name : {QString(33, u'x'), QString(), u"a b"_s, u"a.b"_s, u"a/b"_s, u"\u00e9"_s, u"default"_s,
                                 u"Default"_s, u"a@b"_s, u"a[b"_s, u"a`b"_s, u"a{b"_s})
         EXPECT_FALSE(validProfileName(name)) << name.toStdString();
-
     // A named profile lies in "profiles" beside the default file.
     QTemporaryDir dir;
     EXPECT_EQ(profileSettingsFile(dir.path(), QString()), dir.filePath(u"ArenaSteward.conf"_s));
@@ -210,7 +205,6 @@ TEST(ExactTexts, TextAndComboBoxesComeBackAsTheyStood)
     MemorySettingsStore store;
     saveExactTexts(store, started);
     store.SaveSetting(u"Exact txtNoSuchBox(3)"_s, u"x"_s); // names no field: left alone
-
     ServerProfile restored;
     restored.setText(F::txtServerConfig(ServerBox::Address), u" "_s);
     restored.setText(F::cboConfig(0), u"other.cfg"_s);
