@@ -1,15 +1,23 @@
-// Saving the profile and reading it back: the writer held against the reader through a real
-// settings file, the change mark with its question, copies of the store in .asc files, the
-// reset, and the reader's key families, defaults and failure road.
+// The settings: saving the profile and reading it back through a real settings file, the
+// change mark with its question, copies of the store in .asc files, the reset, the reader's
+// key families, defaults and failure road, the settings file itself and every stored key.
 #include "commands/CancelCommand.h"
 #include "commands/ConfigurationCommands.h"
 #include "commands/Startup.h"
 #include "model/Constants.h"
+#include "model/FieldIndexes.h"
 #include "model/OptionRules.h"
+#include "model/RotationRows.h"
 #include "model/ServerProfile.h"
 #include "settings/ConfigurationFile.h"
 #include "settings/MainSettings.h"
+#include "settings/MemorySettingsStore.h"
+#include "settings/PlainIniFormat.h"
+#include "settings/Profiles.h"
 #include "settings/SaveSettings.h"
+#include "settings/SettingsStore.h"
+#include "settings/StartKeys.h"
+#include "settings/StoredKeys.h"
 #include "support/ErrorBox.h"
 #include "support/Errors.h"
 #include "testkit/BoxExpect.h"
@@ -18,6 +26,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTemporaryDir>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -615,6 +624,301 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
     EXPECT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_EQ(profile.value(F::chkDMFlags(0)), 0);
     EXPECT_EQ(profile.text(F::txtMapTimeOut), u"300"_s);
+}
+
+// --- The settings file itself: plain strings in both directions, hand-edited files, the owner-only
+// file mode, batches and a write that fails; where a profile's file lies, and a start's own
+// copy of the exact texts of its boxes.
+class StoreFile : public ::testing::Test {
+protected:
+    void save(const Rows& rows)
+    {
+        for (const auto& [key, value] : rows)
+            t.store->SaveSetting(key, value);
+    }
+    /// A folder where the file should be: no write can replace it.
+    void blockTheFile()
+    {
+        QFile::remove(t.storeFile());
+        QDir().mkpath(t.storeFile());
+    }
+    TestApp t;
+};
+
+TEST_F(StoreFile, EveryTextAndKeyNameComesBackAsItWasSaved)
+{
+    // Split at '|'; the last two are a lone quote and a lone backslash.
+    const QStringList values = u"a,b| |Welcome% all|  both ends  ||\"quoted\"|back\\slash|1.2.3.4;;5.6.7.8;|#hash|=x=y|"
+                               "tab\there|two\r\nlines|@Variant(x)|C:\\Program Files\\Lucas Arts\\x|\\x41 is not A|"
+                               "\u00fcmlaut|\"|\\"_s.split(u'|');
+    // A configuration file read one field out of step turns values into key names.
+    const QStringList keys = u"b.log|^2This server is configured by ^1Arena Steward|C:\\Program Files\\x|a/b|100%|x=y|"
+                             "[section]"_s.split(u'|');
+    for (qsizetype i = 0; i < values.size(); ++i)
+        t.store->SaveSetting(u"K%1"_s.arg(i), values[i]);
+    for (const QString& k : keys)
+        t.store->SaveSetting(k, k + u"!"_s);
+    IniSettingsStore reopened(t.storeFile());
+    for (qsizetype i = 0; i < values.size(); ++i) {
+        EXPECT_EQ(reopened.GetSetting(u"K%1"_s.arg(i), u"absent"_s), values[i]) << i;
+        EXPECT_TRUE(reopened.HasSetting(u"K%1"_s.arg(i)));
+    }
+    const Rows all = reopened.GetAllSettings();
+    EXPECT_EQ(all.size(), values.size() + keys.size());
+    for (const QString& k : keys) {
+        EXPECT_TRUE(all.contains({k, k + u"!"_s})) << k.toStdString();
+        EXPECT_EQ(reopened.GetSetting(k), k + u"!"_s);
+    }
+}
+
+TEST_F(StoreFile, AHandEditedFileIsReadAsItStands)
+{
+    writeFile(t.storeFile(), "; written by hand\r\n[Other]\r\nLogName=elsewhere\r\n[_Steward]\r\nLogName=a,b.log\r\n"
+                             "Msg1=Hello, all\r\nBannedIPs=1.2.3.4;;5.6.7.8;\r\nQuoted=\"a,b\"\r\nHalf=\"a\",b\r\n"
+                             "Stray=x\"y\r\nPathToJedi=C:\\Program Files\\Lucas Arts\\x\r\n"
+                             "  Padded  =  value with blanks inside  \r\n# a comment\r\nEmpty=\r\nBlank=\" \"\r\n"
+                             "no equals sign here\r\nLatin=caf\xe9\r\n");
+    // Keys and their values, in turn.
+    const QStringList expected =
+        u"LogName|a,b.log|Msg1|Hello, all|BannedIPs|1.2.3.4;;5.6.7.8;|Quoted|a,b|Half|\"a\",b|"
+        "Stray|x\"y|PathToJedi|C:\\Program Files\\Lucas Arts\\x|Padded|value with blanks inside|"
+        "Empty||Blank| |Latin|caf\u00e9"_s.split(u'|');
+    for (qsizetype i = 0; i < expected.size(); i += 2)
+        EXPECT_EQ(t.store->GetSetting(expected[i], u"absent"_s), expected[i + 1]) << expected[i].toStdString();
+    EXPECT_EQ(t.store->GetAllSettings().size(), expected.size() / 2);
+    // A save keeps the hand-edited values and the other section.
+    t.store->SaveSetting(u"MsgTime"_s, u"5"_s);
+    IniSettingsStore reopened(t.storeFile());
+    EXPECT_EQ(reopened.GetSetting(u"LogName"_s), u"a,b.log"_s);
+    EXPECT_EQ(reopened.GetSetting(u"Half"_s), u"\"a\",b"_s);
+    EXPECT_TRUE(fileBytes(t.storeFile()).contains("[Other]\nLogName=\"elsewhere\"\n"));
+}
+
+TEST_F(StoreFile, TheFileIsReadableByItsOwnerOnly)
+{
+    const auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    const auto all = ownerOnly | QFileDevice::ReadGroup | QFileDevice::WriteGroup | QFileDevice::ReadOther |
+                     QFileDevice::WriteOther | QFileDevice::ExeOwner;
+    t.store->SaveSetting(u"rconPassword"_s, u"secret"_s);
+    EXPECT_EQ(QFile(t.storeFile()).permissions() & all, ownerOnly);
+    // A file that a user made readable for all is closed again by the next save.
+    QFile(t.storeFile()).setPermissions(ownerOnly | QFileDevice::ReadGroup | QFileDevice::ReadOther);
+    t.store->SaveSetting(u"MsgTime"_s, u"5"_s);
+    EXPECT_EQ(QFile(t.storeFile()).permissions() & all, ownerOnly);
+}
+
+TEST_F(StoreFile, AWriteThatFailsThrowsAndTheNextOneWorks)
+{
+    t.store->SaveSetting(u"A"_s, u"1"_s);
+    blockTheFile();
+    try {
+        t.store->SaveSetting(u"B"_s, u"2"_s);
+        ADD_FAILURE() << "no error";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), err::PathFileAccess);
+        EXPECT_TRUE(e.description().contains(u"'B'"_s));
+    }
+    EXPECT_THROW(t.store->DeleteSetting(u"A"_s), RuntimeError);
+    QDir().rmdir(t.storeFile());
+    t.store->SaveSetting(u"C"_s, u"3"_s);
+    IniSettingsStore reopened(t.storeFile());
+    EXPECT_EQ(reopened.GetSetting(u"C"_s), u"3"_s);
+    EXPECT_FALSE(reopened.HasSetting(u"B"_s)) << "a failed change is dropped, not kept for later";
+}
+
+TEST_F(StoreFile, TwoInstancesKeepEachOthersKeysAndDeleteRemovesOne)
+{
+    IniSettingsStore other(t.storeFile());
+    t.store->SaveSetting(u"A"_s, u"1"_s);
+    other.SaveSetting(u"B"_s, u"2"_s);
+    {
+        SettingsBatch batch(*t.store);
+        t.store->SaveSetting(u"C"_s, u"3"_s);
+        other.DeleteSetting(u"A"_s);
+        batch.commit();
+    }
+    EXPECT_EQ(t.store->GetAllSettings(), (Rows{{"B", "2"}, {"C", "3"}}));
+    t.store->DeleteSetting(u"C"_s);
+    t.store->DeleteSetting(u"never there"_s);
+    EXPECT_EQ(t.store->GetAllSettings(), (Rows{{"B", "2"}}));
+}
+
+TEST(PlainIniValue, QuotedStringsAndTheTextAsItStands)
+{
+    // Raw texts and what they are read as, in turn.
+    const QStringList cases = u"\"a\\\\b\"|a\\b|\"\\\"\"|\"|\"\\x41\"|A|\"\\x4\"|\\x4|\"\\q\"|\\q|\"a\\\"|\"a\\\"|"
+                              "\"|\"|\"\"||a\\nb|a\\nb|\"a\" \"b\"|\"a\" \"b\""_s.split(u'|');
+    for (qsizetype i = 0; i < cases.size(); i += 2)
+        EXPECT_EQ(unquotePlainIniValue(cases[i]), cases[i + 1]) << cases[i].toStdString();
+    EXPECT_EQ(quotePlainIniValue(u"a\x01\"\\"_s), u"\"a\\x01\\\"\\\\\""_s);
+}
+
+TEST_F(StoreFile, ABatchWritesOnceAtItsEndAndKeepsWhatWasDoneBeforeAnError)
+{
+    t.store->SaveSetting(u"Old"_s, u"1"_s);
+    {
+        SettingsBatch batch(*t.store);
+        for (int i = 0; i < 3; ++i)
+            t.store->SaveSetting(u"K%1"_s.arg(i), QString::number(i));
+        t.store->DeleteSetting(u"Old"_s);
+        EXPECT_EQ(t.store->GetSetting(u"K2"_s), u"2"_s) << "the batch reads its own changes";
+        batch.commit();
+    }
+    EXPECT_EQ(IniSettingsStore(t.storeFile()).GetAllSettings(), (Rows{{"K0", "0"}, {"K1", "1"}, {"K2", "2"}}));
+    try { // an empty key name is refused; the batch left by the error keeps what was done
+        SettingsBatch batch(*t.store);
+        t.store->SaveSetting(u"A"_s, u"1"_s);
+        t.store->SaveSetting(QString(), u"refused"_s);
+        ADD_FAILURE() << "an empty key name was taken";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), err::InvalidProcedureCall);
+    }
+    EXPECT_EQ(IniSettingsStore(t.storeFile()).GetAllSettings().size(), 4);
+    EXPECT_EQ(IniSettingsStore(t.storeFile()).GetSetting(u"A"_s), u"1"_s);
+    SettingsBatch batch(*t.store);
+    t.store->SaveSetting(u"B"_s, u"1"_s);
+    blockTheFile();
+    EXPECT_THROW(batch.commit(), RuntimeError) << "a batch that cannot be written throws at its commit";
+}
+
+TEST(ProfileNames, LettersDigitsDashAndUnderscoreUpTo32AndNotDefaultInProfilesBesideTheDefaultFile)
+{
+    for (const QString& name : {u"azAZ09-_"_s, u"z"_s, u"Z"_s, u"9"_s, QString(32, u'x'), u"defaults"_s})
+        EXPECT_TRUE(validProfileName(name)) << name.toStdString();
+    for (const QString& name : {QString(33, u'x'), QString(), u"a b"_s, u"a.b"_s, u"a/b"_s, u"\u00e9"_s, u"default"_s,
+                                u"Default"_s, u"a@b"_s, u"a[b"_s, u"a`b"_s, u"a{b"_s})
+        EXPECT_FALSE(validProfileName(name)) << name.toStdString();
+    // A named profile lies in "profiles" beside the default file.
+    QTemporaryDir dir;
+    EXPECT_EQ(profileSettingsFile(dir.path(), QString()), dir.filePath(u"ArenaSteward.conf"_s));
+    EXPECT_EQ(profileSettingsFile(dir.path(), u"default"_s), dir.filePath(u"ArenaSteward.conf"_s));
+    EXPECT_EQ(profileSettingsFile(dir.path(), u"ctf"_s), dir.filePath(u"profiles/ctf.conf"_s));
+    for (const char* name : {"ctf.conf", "duel.conf", "bad name.conf", "default.conf", "notes.txt"})
+        writeFile(dir.filePath(u"profiles/"_s + QLatin1String(name)), "");
+    EXPECT_EQ(namedProfiles(dir.path()), QStringList({"ctf", "duel"}));
+}
+
+// The store's own keys change the texts of the boxes (an empty box into a blank, a comma
+// into "%"); a start's own copy gives them back exactly.
+TEST(ExactTexts, TextAndComboBoxesComeBackAsTheyStood)
+{
+    ServerProfile started;
+    started.setText(F::txtServerConfig(ServerBox::Address), QString());
+    started.setText(F::txtServerConfig(ServerBox::HostName), u"Luke's, 100% \"fair\""_s);
+    started.setText(F::cboConfig(0), u"my server.cfg"_s);
+    MemorySettingsStore store;
+    saveExactTexts(store, started);
+    store.SaveSetting(u"Exact txtNoSuchBox(3)"_s, u"x"_s); // names no field: left alone
+    ServerProfile restored;
+    restored.setText(F::txtServerConfig(ServerBox::Address), u" "_s);
+    restored.setText(F::cboConfig(0), u"other.cfg"_s);
+    restoreExactTexts(store, restored);
+    for (FieldId id :
+         {F::txtServerConfig(ServerBox::Address), F::txtServerConfig(ServerBox::HostName), F::cboConfig(0)})
+        EXPECT_EQ(restored.text(id), started.text(id)) << id.key().toStdString();
+}
+
+// --- Every key of the stored-key table, walked through the writer and the reader with a
+// value that a first start doesn't give: what was saved into the real settings file
+// comes back into a new profile, field by field. A key written under one spelling and
+// read under another, or left out by either side, loses its value here.
+
+// The fields behind a key: one, or every member of its array.
+std::vector<Field*> fieldsOf(ServerProfile& profile, const StoredKey& key)
+{
+    return key.shape == KeyShape::One ? std::vector<Field*>{&profile.field(key.field)} : profile.array(key.array());
+}
+
+// What the store keeps of the key's fields, as one text.
+QString stateOf(ServerProfile& profile, const StoredKey& key)
+{
+    QStringList states;
+    for (const Field* field : fieldsOf(profile, key)) {
+        QStringList state{field->text()};
+        if (field->kind() == FieldKind::Check || field->kind() == FieldKind::Option)
+            state = {QString::number(field->value())};
+        else if (field->kind() == FieldKind::List)
+            state = field->items();
+        else if (field->kind() == FieldKind::Grid)
+            for (int row = 0; row < field->count(); ++row)
+                state << field->cell(row, 0);
+        states << field->key() + u'=' + state.join(u'|');
+    }
+    return states.join(u' ');
+}
+
+// Gives every field of the key a state other than its own.
+void changeAll(ServerProfile& profile, const StoredKey& key)
+{
+    const std::vector<Field*> fields = fieldsOf(profile, key);
+    if (key.shape == KeyShape::Choice) {
+        // Select the next member of the selected one's group (an array may hold more than
+        // one group of options; the key keeps the first selected member).
+        std::size_t selected = 0;
+        while (selected + 1 < fields.size() && !fields[selected]->isSet())
+            ++selected;
+        for (std::size_t step = 1; step < fields.size(); ++step) {
+            Field* next = fields[(selected + step) % fields.size()];
+            if (next->definition().optionGroup == fields[selected]->definition().optionGroup) {
+                next->setValue(1);
+                break;
+            }
+        }
+        return;
+    }
+    for (Field* field : fields) {
+        if (field->kind() == FieldKind::Check || field->kind() == FieldKind::Option)
+            field->setValue(field->isSet() ? 0 : 1);
+        else if (field->kind() == FieldKind::List)
+            field->setItems({u"10.0.0.1"_s, u"10.0.0.2"_s});
+        else if (field->kind() == FieldKind::Grid)
+            field->setRows({rotationRow(u"ffa_bespin"_s, {}, {}), rotationRow(u"ctf_yavin"_s, {}, {})});
+        else
+            field->setText(u"v%1 %2"_s.arg(key.text()).arg(field->index()));
+    }
+}
+
+TEST(EveryStoredKey, ComesBackFromTheSettingsFileWithAValueOfItsOwn)
+{
+    TestApp t;
+    // The option rules stay detached: each key is held to its own fields alone.
+    ServerProfile first;
+    GetMainSettings(*t.app, first);
+    ServerProfile saved;
+    GetMainSettings(*t.app, saved);
+    for (const StoredKey& key : allStoredKeys())
+        changeAll(saved, key);
+    SaveMainSettings(*t.app, saved);
+    ServerProfile loaded;
+    GetMainSettings(*t.app, loaded);
+    EXPECT_TRUE(t.prompts.shown.empty());
+    ASSERT_FALSE(allStoredKeys().empty());
+    for (const StoredKey& key : allStoredKeys()) {
+        SCOPED_TRACE(key.name);
+        EXPECT_NE(stateOf(saved, key), stateOf(first, key)) << "the value differs from a first start's";
+        EXPECT_EQ(stateOf(loaded, key), stateOf(saved, key));
+        if (key.shape == KeyShape::Each) {
+            for (const Field* field : fieldsOf(saved, key))
+                EXPECT_TRUE(t.store->HasSetting(key.text(field->index())));
+        } else {
+            EXPECT_TRUE(t.store->HasSetting(key.text()));
+        }
+    }
+}
+
+TEST(EveryStoredKey, IsSpeltOnceAndKeepsFieldsOfItsOwn)
+{
+    QStringList names;
+    QStringList fields;
+    ServerProfile profile;
+    for (const StoredKey& key : allStoredKeys()) {
+        EXPECT_FALSE(names.contains(key.text())) << key.name;
+        names << key.text();
+        for (const Field* field : fieldsOf(profile, key)) {
+            EXPECT_FALSE(fields.contains(field->key())) << key.name << " shares " << field->key().toStdString();
+            fields << field->key();
+        }
+    }
 }
 
 } // namespace
