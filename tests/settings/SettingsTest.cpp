@@ -102,6 +102,12 @@ protected:
                 return f->index();
         return -1;
     }
+    /// A folder where the file should be: no write can replace it.
+    void blockTheFile()
+    {
+        QFile::remove(t.storeFile());
+        QDir().mkpath(t.storeFile());
+    }
     QString stored(const char* key) const { return t.store->GetSetting(QString::fromLatin1(key), u"<absent>"_s); }
     /// Saves with the Defaults button, then loads the store into a new profile, as the next start does.
     ServerProfile& saveAndRestart()
@@ -269,8 +275,7 @@ TEST_F(Saving, FieldsWithoutAKeyStartEveryRunFromTheirInitialState)
 TEST_F(Saving, AFailedSaveIsReportedAndStillSaysSaved)
 {
     t.store->SaveSetting(u"LogName"_s, u"old.log"_s);
-    QFile::remove(t.storeFile());
-    QDir().mkpath(t.storeFile()); // the file can't be replaced
+    blockTheFile();
     profile.setConfigurationChanged(true);
     cmdDefault_Click(*t.app, profile);
     ASSERT_EQ(t.prompts.shown.size(), 2u);
@@ -629,21 +634,7 @@ TEST_F(Load, AFailureIsReportedAndEndsTheReading)
 // --- The settings file itself: plain strings in both directions, hand-edited files, the owner-only
 // file mode, batches and a write that fails; where a profile's file lies, and a start's own
 // copy of the exact texts of its boxes.
-class StoreFile : public ::testing::Test {
-protected:
-    void save(const Rows& rows)
-    {
-        for (const auto& [key, value] : rows)
-            t.store->SaveSetting(key, value);
-    }
-    /// A folder where the file should be: no write can replace it.
-    void blockTheFile()
-    {
-        QFile::remove(t.storeFile());
-        QDir().mkpath(t.storeFile());
-    }
-    TestApp t;
-};
+using StoreFile = Saving;
 
 TEST_F(StoreFile, EveryTextAndKeyNameComesBackAsItWasSaved)
 {
