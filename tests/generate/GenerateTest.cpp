@@ -820,16 +820,12 @@ TEST_F(Scripts, CancellingTouchesNoFileAndSaysNothingButTheShellScriptsIntroduct
             Buttons::Ok}));
     EXPECT_EQ(fileBytes(existing), QByteArray("old\r\n"));
     EXPECT_EQ(QDir(t.root()).entryList(QDir::Files), QStringList({"keep.bat"}));
-    const std::pair<const char*, const char*> expected[] = {
-        // both dialogs ask in the game folder
-        {"Save Batch File", "Batch File (*.bat)|*.bat"},
-        {"Save Linux Shell Script", "Linux Shell Script (*.sh)|*.sh"}};
-    ASSERT_EQ(t.prompts.dialogs.size(), 2u);
-    for (size_t i = 0; i < 2; ++i) {
-        EXPECT_EQ(t.prompts.dialogs[i].state.DialogTitle, QString::fromLatin1(expected[i].first));
-        EXPECT_EQ(t.prompts.dialogs[i].state.Filter, QString::fromLatin1(expected[i].second));
-        EXPECT_EQ(t.prompts.dialogs[i].state.InitialDir, t.gameFolder());
-    }
+    ASSERT_EQ(t.prompts.dialogs.size(), 2u); // both dialogs ask in the game folder
+    for (const auto& [d, title, filter] :
+         {std::tuple{t.prompts.dialogs[0], "Save Batch File", "Batch File (*.bat)|*.bat"},
+          {t.prompts.dialogs[1], "Save Linux Shell Script", "Linux Shell Script (*.sh)|*.sh"}})
+        EXPECT_EQ(QStringList({d.state.DialogTitle, d.state.Filter, d.state.InitialDir}),
+                  QStringList({title, filter, t.gameFolder()}));
     // The session is checked before any dialog.
     t.prompts.dialogs.clear();
     using Command = void (*)(AppContext&, ServerProfile&);
@@ -893,18 +889,10 @@ TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
         {2, true, "", 28070, "",
          "+set dedicated 2 +set g_jediVmerc 1 +set net_ip  +set vm_game 0 +set com_hunkmegs 48"},
     };
-    ServerCommandValues v;
-    v.executable = u"jk2ded"_s;
-    v.hunk = 48;
-    v.zone = 24;
-    v.session = u"luke.cfg"_s;
     for (const auto& [d, merc, ip, port, gameType, middle] : cases) {
         SCOPED_TRACE(middle);
-        v.serverType = d;
-        v.merc = merc;
-        v.ip = QString::fromLatin1(ip);
-        v.port = port;
-        v.gameType = QString::fromLatin1(gameType);
+        const ServerCommandValues v{
+            u"jk2ded"_s, d, merc, QString::fromLatin1(ip), port, 48, 24, QString::fromLatin1(gameType), u"luke.cfg"_s};
         const QString game = *gameType ? u" +set g_gametype "_s + gameType : QString();
         const QString line = u"jk2ded "_s + middle + " +set com_zonemegs 24" + game + " +exec luke.cfg";
         const ServerCommand command = buildServerCommand(v);
@@ -914,13 +902,8 @@ TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
         EXPECT_EQ(command.executable, words.takeFirst());
         EXPECT_EQ(command.arguments, words);
     }
-    v.serverType = 1;
-    v.merc = false;
-    v.ip = u"1.2.3.4 +set rconPassword x; $(touch pwned)"_s;
-    v.port = 27960;
-    v.gameType.clear();
-    v.executable = u"my server"_s;
-    v.session = u"a b.cfg"_s;
+    const ServerCommandValues v{
+        u"my server"_s, 1, false, u"1.2.3.4 +set rconPassword x; $(touch pwned)"_s, 27960, 48, 24, {}, u"a b.cfg"_s};
     const ServerCommand command = buildServerCommand(v);
     EXPECT_EQ(command.executable, u"my server"_s);
     QStringList arguments = u"+set dedicated 1 +set net_ip IP +set vm_game 0 +set net_port 27960 +set com_hunkmegs 48 "
