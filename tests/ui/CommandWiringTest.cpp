@@ -59,14 +59,9 @@ TEST_F(Wired, TheButtonsUnderThePagesReachTheirRoutines)
 
 TEST_F(Wired, MenuEntriesReachTheirRoutines)
 {
-    ASSERT_NE(action(u"id_HelpMailAuthor"_s), nullptr);
-    action(u"id_HelpMailAuthor"_s)->trigger();
     action(u"id_HelpForumsModCentral"_s)->trigger();
-    ASSERT_EQ(t.opener.opened.size(), 2u);
-    EXPECT_EQ(t.opener.opened[0].scheme(), u"mailto"_s);
-    EXPECT_EQ(t.opener.opened[1], QUrl(kModForum));
-    // The batch file export offers its save dialog; a cancel writes nothing.
-    t.prompts.cancelNextDialog();
+    EXPECT_EQ(t.opener.opened, std::vector<QUrl>{QUrl(kModForum)});
+    t.prompts.cancelNextDialog(); // the batch file export offers its save dialog; a cancel writes nothing
     action(u"id_UtilitiesExportBatchFile"_s)->trigger();
     ASSERT_EQ(t.prompts.dialogs.size(), 1u);
     EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, u"Save Batch File"_s);
@@ -105,23 +100,12 @@ TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
     EXPECT_EQ(rotation.cell(0, 0), u"ctf_bespin"_s);
 }
 
-TEST_F(Wired, OptionRulesAndKeysActThroughTheWidgets)
+TEST_F(Wired, OptionRulesActThroughTheWidgetsAndACharacterKeyInAnyControlMarksAChangeButNotTabOtherKeysOrMenus)
 {
     for (int i = 0; i < 3; ++i)
         window->findChild<QCheckBox*>(u"chkDMFlags(%1)"_s.arg(i))->click();
     EXPECT_EQ(window->findChild<QLineEdit*>(u"txtDMFlags"_s)->text(), u"56"_s);
     EXPECT_FALSE(profile->configurationChanged()) << "mouse changes raise no question";
-    auto* knockback = window->findChild<QLineEdit*>(u"txtKnockBack"_s);
-    knockback->setFocus();
-    QKeyEvent letter(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, u"a"_s);
-    QApplication::sendEvent(knockback, &letter);
-    EXPECT_EQ(t.beeper.beeps, 2) << "a letter beeps in both filters";
-    EXPECT_EQ(knockback->text(), QString());
-    EXPECT_TRUE(profile->configurationChanged()) << "any key in the window marks a change";
-}
-
-TEST_F(Wired, ACharacterKeyInAnyControlOfTheWindowMarksAChangeButTabOtherKeysAndMenusDoNot)
-{
     auto pressed = [this](QWidget* w, int key, const QString& text) {
         profile->setConfigurationChanged(false);
         QKeyEvent e(QEvent::KeyPress, key, Qt::NoModifier, text);
@@ -230,19 +214,15 @@ protected:
 
 TEST_F(ProfileMenu, OffersEveryProfileAndSwitchesTheWindowToIt)
 {
-    auto* menu = window->menuBar()->findChild<QMenu*>(u"mnuProfile"_s);
+    auto* menu = child<QMenu>(window->menuBar(), u"mnuProfile"_s);
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->title(), u"&Profile"_s);
-    const std::pair<const char*, const char*> entries[] = {{"mnuProfileNew", "New Profile..."},
-                                                           {"mnuProfileRename", "Rename Profile..."},
-                                                           {"mnuProfileDelete", "Delete Profile..."},
-                                                           {"mnuProfile_default", "default"},
-                                                           {"mnuProfile_ctf", "ctf"}};
-    for (const auto& [name, text] : entries) {
-        QAction* a = action(QString::fromLatin1(name));
-        ASSERT_NE(a, nullptr) << name;
-        EXPECT_EQ(a->text(), QString::fromLatin1(text));
-    }
+    QStringList entries;
+    for (const QAction* entry : menu->actions())
+        entries << entry->objectName() + u'=' + entry->text();
+    EXPECT_EQ(entries.join(u'|'),
+              u"mnuProfileNew=New Profile...|mnuProfileRename=Rename Profile...|"
+              "mnuProfileDelete=Delete Profile...|=|mnuProfile_default=default|mnuProfile_ctf=ctf"_s);
     EXPECT_TRUE(action(u"mnuProfile_default"_s)->isChecked());
     EXPECT_FALSE(action(u"mnuProfile_ctf"_s)->isChecked());
     EXPECT_EQ(window->windowTitle(), u"Arena Steward"_s);
@@ -291,15 +271,10 @@ TEST_F(MessagingWindow, AFirstRunTicksTheBoxWithMinimiseAndClickingItOnSelectsMi
     auto* minimise = window->control<QRadioButton>(u"optStartMinimize"_s);
     EXPECT_EQ(box->checkState(), Qt::Checked);
     EXPECT_TRUE(minimise->isChecked());
-    EXPECT_FALSE(close->isChecked());
     box->click();
-    ASSERT_EQ(box->checkState(), Qt::Unchecked);
     close->click();
     box->click();
     EXPECT_TRUE(minimise->isChecked());
-    close->click();
-    box->click();
-    EXPECT_TRUE(close->isChecked()) << "off changes nothing";
 }
 
 TEST_F(MessagingWindow, CloseAndFileExitShutTheMessageSocket)
