@@ -1,8 +1,7 @@
 // The BOT page and the picker frmBOT on the real windows, offscreen: what reaches the
-// roster, the picker's tabs and keys, its scan, and the roster's colours and columns.
+// roster, the picker's tabs and keys, its scan, and the roster's colours.
 #include "bots/BotPicker.h"
 #include "bots/BotRoster.h"
-#include "generate/BotSkills.h"
 #include "ui/WiredMainWindow.h"
 #include "ui/frmBOT.h"
 
@@ -66,26 +65,6 @@ TEST_F(BotPage, TheStoredLayoutAndLastBotsComeBackInTheTeamsColoursTheBoxSwitche
     click(u"cmdCancel"_s);
     EXPECT_EQ(fileBytes(t.programFolder() + u"/lastbots.csv"_s),
               QByteArray("\"Boss, The\",Hardcore,RED,Desann,25\r\n"));
-}
-
-TEST_F(BotPage, SkillAndTeamColumnsShowTheirLongestWordWhole)
-{
-    load();
-    for (const int points : {0, 24}) { // in the platform's font and in a larger one set later
-        if (points > 0) {
-            QFont font = window->font();
-            font.setPointSize(points);
-            window->setFont(font);
-            QApplication::processEvents();
-        }
-        const QFontMetrics metrics(roster->font());
-        // An item draws its text inside the focus frame's margin on either side.
-        const int margins = 2 * (roster->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, roster) + 1);
-        for (const auto& [column, words] : {std::pair{1, botSkillNames()}, {2, botTeams()}})
-            for (const QString& word : words)
-                EXPECT_GE(roster->horizontalHeader()->sectionSize(column), metrics.horizontalAdvance(word) + margins)
-                    << points << " " << word.toStdString();
-    }
 }
 
 TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsOkAddsAStockBotAndViewOpensTheBotFile)

@@ -25,8 +25,6 @@ protected:
     QWidget parent;
 };
 
-} // namespace
-
 TEST_F(Bindings, TextBoxesFollowTheirFieldTheFieldFollowsTypingAndPasswordsShowStars)
 {
     Field& port = field(F::txtServerConfig(12));
@@ -204,8 +202,6 @@ TEST(MainWindowState, PagePointerAndPresenceFollowTheirFields)
     EXPECT_FALSE(window.control(u"updBOTThinkTime"_s)->isHidden());
 }
 
-namespace {
-
 class Keys : public ::testing::Test {
 protected:
     Keys()
@@ -227,8 +223,6 @@ protected:
     ServerProfile profile;
     KeyFilters filters{&beeper};
 };
-
-} // namespace
 
 TEST_F(Keys, NumericBoxesTakeDigitsAndTheCharactersFrom40To57)
 {
@@ -309,8 +303,6 @@ TEST_F(Keys, TheSaberBoxesSelectTheirTextAfterEveryChangeAndASpinBoxGetsTheSameR
     EXPECT_EQ(beeper.beeps, 1);
 }
 
-namespace {
-
 class MainWindowFields : public ::testing::Test {
 protected:
     void TearDown() override { delete window.data(); }
@@ -318,8 +310,6 @@ protected:
     TestApp t;
     QPointer<frmMain> window = new frmMain(*t.app);
 };
-
-} // namespace
 
 TEST_F(MainWindowFields, EveryFieldHasAControlWithItsCaptionTagTooltipAndDefault)
 {
@@ -365,7 +355,7 @@ TEST_F(MainWindowFields, EveryFieldHasAControlWithItsCaptionTagTooltipAndDefault
     EXPECT_GT(checked, 150);
 }
 
-TEST_F(MainWindowFields, EveryPageFitsWithNothingSqueezedAndThePagesAndButtonsShowTheirCaptions)
+TEST_F(MainWindowFields, EveryPageFitsWithNothingSqueezed)
 {
     MainFormLoad(*t.app, window->profile(), *window);
     EXPECT_LE(window->minimumSizeHint().height() + 30, window->height()) << "room for a menu bar above the tabs";
@@ -387,18 +377,6 @@ TEST_F(MainWindowFields, EveryPageFitsWithNothingSqueezedAndThePagesAndButtonsSh
             }
         }
     }
-    const auto captions = [](QTabWidget* pages) {
-        QStringList shown;
-        for (int i = 0; i < pages->count(); ++i)
-            shown << pages->tabText(i);
-        return shown.join(u'|');
-    };
-    EXPECT_EQ(captions(main), u"Server     |Game       |Map        |BOT        |Misc.      |Information"_s);
-    EXPECT_EQ(captions(game), u"Game|Weapon Flags|Force Flags|DM Flags|Advanced Saber"_s);
-    QStringList buttons;
-    for (const QString& name : {u"cmdOk"_s, u"cmdCancel"_s, u"cmdDefault"_s, u"cmdReset"_s, u"cmdTrayIt"_s})
-        buttons << window->findChild<QAbstractButton*>(name)->text() + u'=' +
-                       window->findChild<QAbstractButton*>(name)->toolTip();
-    EXPECT_EQ(buttons.join(u'|'), u"&OK=|&Close=|&Defaults=Set current settings as default settings|"
-                                  "&Reset=Reset Arena Steward|Send to Tray="_s);
 }
+
+} // namespace

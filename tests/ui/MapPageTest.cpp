@@ -43,8 +43,6 @@ protected:
     QTreeWidget* grid = nullptr;
 };
 
-} // namespace
-
 TEST_F(MapPage, AScanFillsTheTreeAClickPreviewsADoubleClickAddsAndTheStartingMapIsMarked)
 {
     const QModelIndex map = scannedMap();
@@ -202,3 +200,5 @@ TEST_F(MapWizardPages, WalkFromTheRotationToTheSavedCycle)
     EXPECT_TRUE(window->control<QCheckBox>(u"chkUseINI"_s)->isChecked());
     EXPECT_TRUE(QFile::exists(t.baseFolder() + u"/1wizard.cfg"_s));
 }
+
+} // namespace

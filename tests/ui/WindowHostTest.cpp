@@ -60,8 +60,6 @@ protected:
     QtWindowHost host{*t.app, &prompts};
 };
 
-} // namespace
-
 TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAndTheWindowRefusesItsOwnClose)
 {
     ServerProfile* profile = host.loadMainWindow();
@@ -328,3 +326,5 @@ TEST(DesktopIdentity, EveryWindowGetsTheThreeRenderedSizesAndTheAppNamesItsDeskt
     QApplication::setWindowIcon(oldIcon);
     QApplication::setDesktopFileName(oldName);
 }
+
+} // namespace

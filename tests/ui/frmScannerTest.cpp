@@ -66,8 +66,6 @@ QStringList withoutRepeats(QStringList texts)
     return texts;
 }
 
-} // namespace
-
 TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
 {
     frmScannerProgress progress;
@@ -164,3 +162,5 @@ TEST_P(frmScannerPace, EachPhaseEndsOnScreenAndTheTextsKeepTheirOrder)
 }
 
 INSTANTIATE_TEST_SUITE_P(Steps, frmScannerPace, ::testing::Values(0, 1, 7, FramePacer::kFrameMs));
+
+} // namespace

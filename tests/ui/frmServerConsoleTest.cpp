@@ -64,8 +64,6 @@ protected:
     QPointer<frmServerConsole> window;
 };
 
-} // namespace
-
 TEST_F(ConsoleWindow, ShowsTheStatusOfTheServer)
 {
     ASSERT_TRUE(waitUntil([&] { return label("lblServerMap") == u"ffa_bespin"_s; }));
@@ -223,8 +221,6 @@ TEST_F(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
     EXPECT_FALSE(windows[0]->isModal());
 }
 
-namespace {
-
 /// A recorded server of the console's session ("luke.cfg") that is a real process.
 class ConsoleServerState : public ConsoleWindow {
 protected:
@@ -254,8 +250,6 @@ protected:
     ServerFolder folder{t.programFolder(), u"luke"_s};
     QProcess sleeper;
 };
-
-} // namespace
 
 TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
 {
@@ -297,3 +291,5 @@ TEST_F(ConsoleServerState, RestartStartsAServerWithoutAWatcherAgainAsItWasStarte
     EXPECT_TRUE(label("lblServerState").startsWith(u"Running since "_s));
     signalProcess(state->server, SIGKILL);
 }
+
+} // namespace
