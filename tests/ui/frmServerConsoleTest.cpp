@@ -64,25 +64,49 @@ protected:
     QPointer<frmServerConsole> window;
 };
 
-TEST_F(ConsoleWindow, ShowsTheStatusOfTheServer)
+TEST_F(ConsoleWindow, ShowsTheStatusOfTheServerAndWithoutAnAnswerTheLastAnswerAsPast)
 {
+    t.clock.at = QDateTime(QDate(2002, 6, 13), QTime(14, 2, 11));
     ASSERT_TRUE(waitUntil([&] { return label("lblServerMap") == u"ffa_bespin"_s; }));
-    EXPECT_EQ(label("lblServerName"), u"<span style=\"color:#d00000\">Red </span>Arena"_s);
+    const QString colouredName = u"<span style=\"color:#d00000\">Red </span>Arena"_s;
+    EXPECT_EQ(label("lblServerName"), colouredName);
     EXPECT_EQ(label("lblServerPlayers"), u"2 / 16"_s);
     EXPECT_EQ(label("lblServerGameType"), u"Capture the Flag"_s);
     EXPECT_TRUE(label("lblServerPing").endsWith(u" ms"_s));
+    EXPECT_TRUE(label("lblLastAnswer").isEmpty());
     auto* grid = find<QTableWidget>("grdPlayers");
     ASSERT_EQ(grid->rowCount(), 2);
     EXPECT_EQ(grid->item(0, 0)->text(), u"Gnubee"_s);
     EXPECT_EQ(grid->item(0, 2)->text(), u"0"_s) << "a bot's ping";
     EXPECT_EQ(grid->item(1, 1)->text(), u"12"_s);
-    // The whole list of settings is one click away.
-    auto* cvars = find<QTableWidget>("grdServerCvars");
+    auto* cvars = find<QTableWidget>("grdServerCvars"); // the whole list of settings is one click away
     EXPECT_FALSE(cvars->isVisible());
     find<QToolButton>("cmdShowCvars")->click();
     EXPECT_TRUE(cvars->isVisible());
-    EXPECT_EQ(cvars->rowCount(), 5);
     EXPECT_EQ(cvars->item(4, 0)->text(), u"g_needpass"_s);
+    const char* const values[] = {"lblServerName", "lblServerMap", "lblServerPlayers"};
+    const auto answer = server.answer;
+    server.answer = nullptr;
+    t.clock.at = t.clock.at.addSecs(30);
+    press("cmdRefresh");
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == u"No answer"_s; }));
+    EXPECT_TRUE(t.prompts.shown.empty()) << "silence is a state, not a box";
+    for (const char* name : values) {
+        EXPECT_FALSE(find<QLabel>(name)->isEnabled()) << name;
+        EXPECT_FALSE(label(name).isEmpty()) << name << " keeps the last answer's value";
+    }
+    EXPECT_FALSE(grid->isEnabled());
+    EXPECT_EQ(grid->rowCount(), 2);
+    EXPECT_EQ(label("lblLastAnswer"), u"Last answer at 14:02:11"_s);
+    EXPECT_EQ(label("lblServerName"), u"Red Arena"_s) << "greyed without its colours";
+    server.answer = answer;
+    press("cmdRefresh");
+    ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == u"Answers"_s; }));
+    for (const char* name : values)
+        EXPECT_TRUE(find<QLabel>(name)->isEnabled()) << name;
+    EXPECT_EQ(label("lblServerName"), colouredName);
+    EXPECT_TRUE(grid->isEnabled());
+    EXPECT_TRUE(label("lblLastAnswer").isEmpty());
 }
 
 TEST_F(ConsoleWindow, TheConsoleShowsRepliesJoinedAndColouredAndRefusedPasswordsAsOneLineNotes)
@@ -152,36 +176,6 @@ TEST_F(ConsoleWindow, KickAndTheMapButtonsAskFirstWhilePlayersAreOnAndActAtOnceW
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(ConsoleWindow, WithoutAnAnswerTheLastAnswerIsShownAsPast)
-{
-    t.clock.at = QDateTime(QDate(2002, 6, 13), QTime(14, 2, 11));
-    ASSERT_TRUE(waitUntil([&] { return label("lblServerMap") == u"ffa_bespin"_s; }));
-    const char* const values[] = {"lblServerName", "lblServerMap", "lblServerPlayers"};
-    EXPECT_TRUE(label("lblLastAnswer").isEmpty());
-    const auto answer = server.answer;
-    server.answer = nullptr;
-    t.clock.at = t.clock.at.addSecs(30);
-    press("cmdRefresh");
-    ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == u"No answer"_s; }));
-    EXPECT_TRUE(t.prompts.shown.empty()) << "silence is a state, not a box";
-    for (const char* name : values) {
-        EXPECT_FALSE(find<QLabel>(name)->isEnabled()) << name;
-        EXPECT_FALSE(label(name).isEmpty()) << name << " keeps the last answer's value";
-    }
-    EXPECT_FALSE(find<QTableWidget>("grdPlayers")->isEnabled());
-    EXPECT_EQ(find<QTableWidget>("grdPlayers")->rowCount(), 2);
-    EXPECT_EQ(label("lblLastAnswer"), u"Last answer at 14:02:11"_s);
-    EXPECT_EQ(label("lblServerName"), u"Red Arena"_s) << "greyed without its colours";
-    server.answer = answer;
-    press("cmdRefresh");
-    ASSERT_TRUE(waitUntil([&] { return label("lblServerAnswer") == u"Answers"_s; }));
-    for (const char* name : values)
-        EXPECT_TRUE(find<QLabel>(name)->isEnabled()) << name;
-    EXPECT_EQ(label("lblServerName"), u"<span style=\"color:#d00000\">Red </span>Arena"_s);
-    EXPECT_TRUE(find<QTableWidget>("grdPlayers")->isEnabled());
-    EXPECT_TRUE(label("lblLastAnswer").isEmpty());
-}
-
 TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePasswordAndClosingStopsAllTraffic)
 {
     type(u"status"_s);
@@ -211,14 +205,12 @@ TEST_F(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
 {
     openMainWindow();
     QAction* entry = action(u"id_UtilitiesServerConsole"_s);
-    ASSERT_NE(entry, nullptr);
     EXPECT_EQ(entry->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_K));
     entry->trigger();
     entry->trigger();
     const auto windows = window->findChildren<frmServerConsole*>(u"frmServerConsole"_s);
     ASSERT_EQ(windows.size(), 1);
-    EXPECT_TRUE(windows[0]->isVisible());
-    EXPECT_FALSE(windows[0]->isModal());
+    EXPECT_TRUE(windows[0]->isVisible() && !windows[0]->isModal());
 }
 
 /// A recorded server of the console's session ("luke.cfg") that is a real process.
@@ -237,8 +229,6 @@ protected:
         state.phase = WatchState::Phase::Running;
         state.since = QDateTime(QDate(2026, 11, 25), QTime(14, 2));
         state.restarts = 2;
-        state.lastCrash = QDateTime(QDate(2026, 11, 25), QTime(13, 58));
-        state.lastCrashCause = u"signal 11"_s;
         writeWatchState(folder.stateFile(), state);
     }
     void TearDown() override
@@ -260,7 +250,7 @@ TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
                       {u"Arena Steward"_s, Icon::Information, u"The server of luke.cfg is not running         "_s}));
     startRecorded();
     press("cmdRefresh");
-    EXPECT_EQ(label("lblServerState"), u"Running since 14:02 · 2 restarts · last crash 13:58, signal 11"_s);
+    EXPECT_EQ(label("lblServerState"), u"Running since 14:02 · 2 restarts"_s);
     t.prompts.answers.push_back(Answer::No);
     press("cmdServerStop");
     EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Question, u"Stop the server of luke.cfg?         "_s,
