@@ -55,18 +55,6 @@ TEST_F(Wired, TheButtonsUnderThePagesReachTheirRoutines)
     EXPECT_EQ(window->focusWidget(), box);
 }
 
-TEST_F(Wired, MenuEntriesReachTheirRoutines)
-{
-    action(u"id_HelpForumsModCentral"_s)->trigger();
-    EXPECT_EQ(t.opener.opened, std::vector<QUrl>{QUrl(kModForum)});
-    t.prompts.cancelNextDialog(); // the batch file export offers its save dialog; a cancel writes nothing
-    action(u"id_UtilitiesExportBatchFile"_s)->trigger();
-    ASSERT_EQ(t.prompts.dialogs.size(), 1u);
-    EXPECT_EQ(t.prompts.dialogs[0].state.DialogTitle, u"Save Batch File"_s);
-    EXPECT_FALSE(t.prompts.dialogs[0].open);
-    EXPECT_TRUE(t.prompts.shown.empty());
-}
-
 TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
 {
     auto openMenu = []() -> QMenu* {

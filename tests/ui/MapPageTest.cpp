@@ -1,6 +1,5 @@
 // The Map page on the real window with a scan of real archives, and the map wizard's
 // pages on top of it.
-#include "commands/Startup.h"
 #include "maps/MapRotation.h"
 #include "maps/MapTreeModel.h"
 #include "model/FieldNames.h"
@@ -112,24 +111,6 @@ TEST_F(MapPage, TheRowUnderTheRightClickIsTheOneTheRotationCommandsTake)
     tool(u"ID_RemoveMap"_s);
     EXPECT_EQ(rotation(), (QStringList{u"ffa_bespin"_s, u"ffa_yavin"_s}));
     EXPECT_EQ(profile->text(F::lblMapsSelected), u"2 Maps Selected"_s);
-}
-
-using MapPageFirstRun = WiredMainWindow;
-
-TEST_F(MapPageFirstRun, TheFirstRunScanFillsTheTreeOfTheWindowItOpens)
-{
-    ZipBuilder().file(u"maps/duel_pit.bsp"_s).write(t.baseFolder() + u"/assets0.pk3"_s);
-    writeFile(t.gameFolder() + u"jk2mvded"_s, "#!/bin/sh\n");
-    t.store->SaveSetting(kKeyPathToJedi, t.gameFolder());
-    t.store->SaveSetting(kKeyPathToServer, u"jk2mvded"_s);
-    t.store->SaveSetting(kKeyRunOnce, u"0"_s);
-    ASSERT_EQ(runStartup(*t.app, host, QString()), StartupOutcome::MainWindowOpen)
-        << t.prompts.texts().join(u'|').toStdString();
-    QAbstractItemModel* model = child<QTreeView>(host.mainWindow(), u"tvwAvailMaps"_s)->model();
-    const QModelIndex archive = model->index(0, 0, model->index(0, 0));
-    EXPECT_EQ(archive.data().toString(), u"assets0.pk3"_s);
-    EXPECT_EQ(model->index(0, 0, archive).data().toString(), u"duel_pit"_s);
-    EXPECT_EQ(host.mainWindow()->profile().text(F::lblNumberOfMapsAvailable), u"1 Maps available"_s);
 }
 
 // The wizard's pages as windows over the main window; the walk itself is the wizard's
