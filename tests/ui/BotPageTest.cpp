@@ -115,11 +115,6 @@ TEST_F(BotPage, TheCustomTabPicksAnInstalledModelAndAChangeOfTabEmptiesTheName)
     tabs->setCurrentIndex(1);
     EXPECT_TRUE(picker->customTab());
     EXPECT_EQ(name->text(), QString());
-    tabs->setCurrentIndex(0);
-    EXPECT_FALSE(picker->customTab());
-    EXPECT_EQ(name->text(), QString());
-    EXPECT_TRUE(in<QRadioButton>("chkBOT(3)")->isChecked());
-    tabs->setCurrentIndex(1);
     EXPECT_FALSE(selected->isVisibleTo(picker));
     emit grid->cellClicked(0, 1);
     EXPECT_EQ(name->text(), u"Kyle2"_s);

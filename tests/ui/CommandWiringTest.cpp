@@ -1,7 +1,5 @@
-// The real main window with its commands wired: buttons, menus, pop-ups and keys reach
-// the program's routines, which answer through the scripted prompts; the profile menu and
-// the message socket follow the window; and the real prompts open their boxes above the
-// window that asked for them, not behind it.
+// The real main window with its commands wired: buttons, menus, pop-ups and keys reach the
+// program's routines; the profile menu and the message socket follow the window.
 #include "commands/ProfileSet.h"
 #include "commands/ToolTable.h"
 #include "maps/MapRotation.h"
@@ -120,12 +118,10 @@ TEST_F(Wired, LoadingAConfigurationRestartsIntoANewWindowAndAResetCanEndTheProgr
     EXPECT_EQ(window->profile().text(F::txtServerConfig(0)), u"Loaded, here"_s);
     settle();
     EXPECT_TRUE(old.isNull()) << "the old window is gone once its click has ended";
-    // With the store wiped the restart asks for the executable; a cancel ends the
-    // program, and with it the event loop the click came from.
+    // With the store wiped the restart asks for the executable; a cancel ends the program.
     t.prompts.answerNext(Answer::Yes);
     t.prompts.cancelNextDialog();
-    // The program's own event loop, which alone forgets an exit once it has ended. As
-    // in the program, the last window closing doesn't quit by itself: that would leave
+    // As in the program, the last window closing doesn't quit by itself: that would leave
     // a quit behind in the queue for the next loop.
     QApplication::setQuitOnLastWindowClosed(false);
     struct Restore {

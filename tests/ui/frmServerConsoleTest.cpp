@@ -241,8 +241,10 @@ protected:
     QProcess sleeper;
 };
 
-TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
+TEST_F(ConsoleServerState, ShowsTheRecordedServerRestartsOneWithoutAWatcherAsItWasStartedAndStopsItAfterAsking)
 {
+    DetachedProcessLauncher launcher;
+    t.app->services.launcher = &launcher;
     EXPECT_EQ(label("lblServerState"), u"Not running"_s);
     press("cmdServerStop");
     ASSERT_EQ(t.prompts.shown.size(), 1u);
@@ -256,17 +258,6 @@ TEST_F(ConsoleServerState, ShowsTheRecordedServerAndStopsItAfterAsking)
     EXPECT_TRUE(isBox(t.prompts.last(), {u"Arena Steward"_s, Icon::Question, u"Stop the server of luke.cfg?         "_s,
                                          Buttons::YesNo}));
     EXPECT_EQ(sleeper.state(), QProcess::Running);
-    t.prompts.answers.push_back(Answer::Yes);
-    press("cmdServerStop");
-    EXPECT_TRUE(sleeper.waitForFinished(5000));
-    EXPECT_EQ(label("lblServerState"), u"Stopped"_s);
-}
-
-TEST_F(ConsoleServerState, RestartStartsAServerWithoutAWatcherAgainAsItWasStarted)
-{
-    DetachedProcessLauncher launcher;
-    t.app->services.launcher = &launcher;
-    startRecorded();
     const qint64 before = sleeper.processId();
     t.prompts.answers.push_back(Answer::Yes);
     press("cmdServerRestart");
@@ -279,6 +270,10 @@ TEST_F(ConsoleServerState, RestartStartsAServerWithoutAWatcherAgainAsItWasStarte
     EXPECT_TRUE(stillRuns(state->server));
     EXPECT_EQ(state->restarts, 3);
     EXPECT_TRUE(label("lblServerState").startsWith(u"Running since "_s));
+    t.prompts.answers.push_back(Answer::Yes);
+    press("cmdServerStop");
+    EXPECT_TRUE(waitUntil([&] { return !stillRuns(state->server); }));
+    EXPECT_EQ(label("lblServerState"), u"Stopped"_s);
     signalProcess(state->server, SIGKILL);
 }
 
