@@ -188,7 +188,6 @@ TEST_F(ProfileMenu, OffersEveryProfileAndSwitchesTheWindowToIt)
 {
     auto* menu = child<QMenu>(window->menuBar(), u"mnuProfile"_s);
     ASSERT_NE(menu, nullptr);
-    EXPECT_EQ(menu->title(), u"&Profile"_s);
     QStringList entries;
     for (const QAction* entry : menu->actions())
         entries << entry->objectName() + u'=' + entry->text();
@@ -196,8 +195,6 @@ TEST_F(ProfileMenu, OffersEveryProfileAndSwitchesTheWindowToIt)
               u"mnuProfileNew=New Profile...|mnuProfileRename=Rename Profile...|"
               "mnuProfileDelete=Delete Profile...|=|mnuProfile_default=default|mnuProfile_ctf=ctf"_s);
     EXPECT_TRUE(action(u"mnuProfile_default"_s)->isChecked());
-    EXPECT_FALSE(action(u"mnuProfile_ctf"_s)->isChecked());
-    EXPECT_EQ(window->windowTitle(), u"Arena Steward"_s);
     EXPECT_EQ(profile->text(F::txtServerConfig(2)), u"Default Arena"_s);
     action(u"mnuProfile_ctf"_s)->trigger();
     QApplication::processEvents();

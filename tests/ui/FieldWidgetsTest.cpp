@@ -43,7 +43,6 @@ TEST_F(Bindings, TextBoxesFollowTheirFieldTheFieldFollowsTypingAndPasswordsShowS
         BoundLineEdit secret(field(F::txtServerConfig(index)), &parent);
         field(F::txtServerConfig(index)).setText(u"s3cret"_s);
         EXPECT_EQ(secret.displayText(), u"******"_s) << index;
-        EXPECT_EQ(secret.text(), u"s3cret"_s);
     }
 }
 
@@ -199,7 +198,6 @@ protected:
         for (const char* name : {"txtKnockBack", "txtSpeed(2)", "txtServerConfigSpin_3", "txtServerConfig(12)",
                                  "txtMaster1", "txtAdvancedSaber(0)", "txtStatsLogName"})
             (new QLineEdit(&root))->setObjectName(QString::fromLatin1(name));
-        (new QCheckBox(&root))->setObjectName(u"chkSendMessage"_s);
         filters.install(&root, &profile);
     }
     QLineEdit* box(const char* name) const { return root.findChild<QLineEdit*>(QString::fromLatin1(name)); }

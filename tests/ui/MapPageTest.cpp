@@ -141,8 +141,6 @@ TEST_F(MapWizardPages, WalkFromTheRotationToTheSavedCycle)
     EXPECT_FALSE(shown(1));
     EXPECT_TRUE(shown(2));
     EXPECT_TRUE(state.records[1].Configured);
-    child<QRadioButton>(page(2), u"optDefaultGameType(3)"_s)->click();
-    child<QCheckBox>(page(2), u"chkWizardDuelNoWeapons"_s)->click();
     child(page(2), u"cmdBack"_s)->click();
     EXPECT_TRUE(shown(1) && !shown(2));
     next(1);
@@ -156,8 +154,6 @@ TEST_F(MapWizardPages, WalkFromTheRotationToTheSavedCycle)
     EXPECT_EQ(t.beeper.beeps, 2) << "a letter is refused by both filters";
     next(3);
     EXPECT_TRUE(shown(1));
-    EXPECT_TRUE(state.records[1].DuelNoWeapons);
-    EXPECT_EQ(state.records[1].GameType, u"g_gametype 3"_s);
     EXPECT_EQ(state.records[1].Warmup, u"g_warmup 65"_s);
     emit grid->itemClicked(grid->topLevelItem(0), 0);
     next(1);

@@ -60,14 +60,12 @@ protected:
     QtWindowHost host{*t.app, &prompts};
 };
 
-TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAndTheWindowRefusesItsOwnClose)
+TEST_F(QtHost, TheWindowRefusesItsOwnCloseAndCloseUnloadsEveryFormAndAFreshWindowCanFollow)
 {
     ServerProfile* profile = host.loadMainWindow();
     QPointer<frmMain> window = host.mainWindow();
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(profile, &window->profile());
-    EXPECT_EQ(window->objectName(), u"frmMain"_s);
-    EXPECT_EQ(window->windowTitle(), u"Arena Steward"_s);
     EXPECT_TRUE(closeMenuDisabled(window));
     EXPECT_EQ(prompts.owner(), window);
     EXPECT_FALSE(window->isVisible()) << "loading doesn't show it";
@@ -81,16 +79,10 @@ TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAndTheWindowRefusesItsOwnClose)
     EXPECT_EQ(host.mainWindow(), window.data());
     host.minimizeMainWindow();
     EXPECT_TRUE(window->isMinimized());
-}
-
-TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
-{
     bool gone = false;
     QObject scope; // the connection ends with the test
     QObject::connect(&host, &QtWindowHost::mainWindowDestroyed, &scope, [&gone] { gone = true; });
-    QPointer<frmMain> first = load();
-    host.showMainWindow();
-    first->profile().setText(F::txtServerConfig(1), u"Changed"_s);
+    profile->setText(F::txtServerConfig(1), u"Changed"_s);
     QPointer<QWidget> other = new QWidget;
     other->setObjectName(u"frmAbout"_s);
     DisableCloseMenu(*t.app, other);
@@ -98,7 +90,7 @@ TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
     click(u"cmdCancel"_s);
     EXPECT_EQ(host.mainWindow(), nullptr) << "the window is on its way out at once";
     settle();
-    EXPECT_TRUE(first.isNull());
+    EXPECT_TRUE(window.isNull());
     EXPECT_TRUE(other.isNull()) << "the other forms go too, close button or not";
     EXPECT_TRUE(gone);
     EXPECT_EQ(prompts.owner(), nullptr);
@@ -244,12 +236,7 @@ TEST(frmAbout, ShowsTheVersionClosesOnAKeyOrAClickAndTheMailLabelMails)
     {
         frmAbout about(*t.app);
         EXPECT_TRUE(frmAbout::isLoaded());
-        EXPECT_EQ(about.windowTitle(), u"About Arena Steward"_s);
-        EXPECT_EQ(
-            child<QLabel>(&about, u"lblMarquee"_s)->text(),
-            u"Arena Steward, a server tool for Jedi Knight II administrators\n"
-            "You are using version JUNE 13 2002 beta 1.4\n\nPlease submit all requests, bugs etc., to me \nat "_s +
-                kContactAddress + u"\n\nThanks and Enjoy!"_s);
+        EXPECT_TRUE(child<QLabel>(&about, u"lblMarquee"_s)->text().contains(u"version JUNE 13 2002 beta 1.4"_s));
         QTimer::singleShot(0, &about, [&about] { sendKey(&about, Qt::Key_Space, u" "_s); });
         EXPECT_EQ(about.exec(), QDialog::Accepted);
     }

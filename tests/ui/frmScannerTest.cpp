@@ -42,7 +42,7 @@ TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
     EXPECT_TRUE(window->isVisible());
     progress.setMaximum(4);
     progress.setValue(9);
-    EXPECT_EQ(child<QProgressBar>(window, u"pctCurrentProg"_s)->value(), 4);
+    EXPECT_EQ(window->progressBar()->value(), 4);
     progress.setBusy(true);
     EXPECT_EQ(window->cursor().shape(), Qt::WaitCursor);
     progress.setBusy(false);
