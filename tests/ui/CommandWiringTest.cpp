@@ -55,12 +55,7 @@ TEST_F(Wired, TheButtonsUnderThePagesReachTheirRoutines)
 
 TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
 {
-    auto openMenu = []() -> QMenu* {
-        for (QWidget* w : QApplication::topLevelWidgets())
-            if (qobject_cast<QMenu*>(w) && w->isVisible() && w->objectName() == u"ID_Advanced"_s)
-                return qobject_cast<QMenu*>(w);
-        return nullptr;
-    };
+    auto openMenu = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
     QWidget* grid = window->control(u"lsvMapRotation"_s);
     ASSERT_NE(grid, nullptr);
     QContextMenuEvent right(QContextMenuEvent::Mouse, QPoint(5, 5), grid->mapToGlobal(QPoint(5, 5)));
@@ -72,6 +67,7 @@ TEST_F(Wired, TheRotationOffersItsMenuOnlyWithARow)
     QApplication::sendEvent(grid, &right);
     QMenu* menu = openMenu();
     ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->objectName(), u"ID_Advanced"_s);
     // A click on an entry runs its tool only after the menu is done with the click: a tool
     // that runs pending events would otherwise delete the menu under its own feet.
     QAction* sort = menu->findChild<QAction*>(u"ID_SortAscending"_s);
@@ -146,6 +142,17 @@ TEST_F(Wired, AnEndOutsideAnEventLoopLeavesNothingPendingForTheNextLoop)
     QDialog dialog; // a later dialog runs its own loop until it is answered
     QTimer::singleShot(0, &dialog, [&dialog] { dialog.accept(); });
     EXPECT_EQ(dialog.exec(), QDialog::Accepted);
+}
+
+TEST_F(Wired, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
+{
+    QAction* entry = action(u"id_UtilitiesServerConsole"_s);
+    EXPECT_EQ(entry->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_K));
+    entry->trigger();
+    entry->trigger();
+    const auto windows = window->findChildren<frmServerConsole*>(u"frmServerConsole"_s);
+    ASSERT_EQ(windows.size(), 1);
+    EXPECT_TRUE(windows[0]->isVisible() && !windows[0]->isModal());
 }
 
 // A misspelled tool id on either side of the tool table leaves a menu entry that does

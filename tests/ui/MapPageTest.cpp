@@ -23,14 +23,6 @@ protected:
         ASSERT_NE(tree, nullptr);
         ASSERT_NE(grid, nullptr);
     }
-    /// The map of the first archive after a scan.
-    QModelIndex scannedMap()
-    {
-        t.prompts.answerNext(Answer::Yes); // "Scan for new maps?"
-        tool(u"id_UtilitiesMapsScanfornewmaps"_s);
-        QAbstractItemModel* model = tree->model();
-        return model->index(0, 0, model->index(0, 0, model->index(0, 0)));
-    }
     QStringList rotation() const
     {
         QStringList maps;
@@ -44,7 +36,9 @@ protected:
 
 TEST_F(MapPage, AScanFillsTheTreeAClickPreviewsADoubleClickAddsAndTheStartingMapIsMarked)
 {
-    const QModelIndex map = scannedMap();
+    t.prompts.answerNext(Answer::Yes); // "Scan for new maps?"
+    tool(u"id_UtilitiesMapsScanfornewmaps"_s);
+    const QModelIndex map = tree->model()->index(0, 0, tree->model()->index(0, 0, tree->model()->index(0, 0)));
     ASSERT_TRUE(map.isValid()) << "the archive and its map are in the tree";
     EXPECT_EQ(map.data().toString(), u"mp_canyon"_s);
     EXPECT_EQ(map.parent().data().toString().toLower(), u"canyon.pk3"_s);

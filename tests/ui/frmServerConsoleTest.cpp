@@ -199,20 +199,6 @@ TEST_F(ConsoleWindow, HistoryBrowsesAndOutlivesTheWindowWithoutThePasswordAndClo
     EXPECT_EQ(server.requests.size(), before);
 }
 
-using ConsoleMenu = WiredMainWindow;
-
-TEST_F(ConsoleMenu, UtilitiesServerConsoleOpensOneWindowWithCtrlK)
-{
-    openMainWindow();
-    QAction* entry = action(u"id_UtilitiesServerConsole"_s);
-    EXPECT_EQ(entry->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_K));
-    entry->trigger();
-    entry->trigger();
-    const auto windows = window->findChildren<frmServerConsole*>(u"frmServerConsole"_s);
-    ASSERT_EQ(windows.size(), 1);
-    EXPECT_TRUE(windows[0]->isVisible() && !windows[0]->isModal());
-}
-
 /// A recorded server of the console's session ("luke.cfg") that is a real process.
 class ConsoleServerState : public ConsoleWindow {
 protected:
