@@ -38,8 +38,7 @@ bool runDialog(FileDialogState& state, bool open, const std::function<void(QFile
 
 class QtHost : public ::testing::Test {
 protected:
-    // The host routes nothing itself; here Close ends the forms, as the wired program's
-    // Close does once it has asked about changes.
+    // The host routes nothing itself; here Close ends the forms, as the wired program's does.
     QtHost()
     {
         host.routes().onClick(u"cmdCancel"_s, [this](frmMain&) { host.closeAllForms(); });

@@ -1,7 +1,5 @@
-// The scanner's window alone, through a real scan, and at the pace of the screen.
+// The scanner's window alone, and through a real scan at the pace of the screen.
 #include "commands/MapScanCommand.h"
-#include "maps/LevelShots.h"
-#include "maps/MapScanner.h"
 #include "ui/WiredMainWindow.h"
 #include "ui/frmScanner.h"
 
@@ -31,9 +29,11 @@ protected:
     }
 };
 
-TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
+TEST(frmScanner, ShowsTheScanAndGoesAwayWhenTheHostUnloadsIt)
 {
+    TestApp t;
     frmScannerProgress progress;
+    t.app->services.scanProgress = &progress;
     EXPECT_EQ(progress.window(), nullptr);
     progress.show();
     frmScanner* window = progress.window();
@@ -50,30 +50,8 @@ TEST(frmScanner, ShowsTheScanAndGoesAwayWhenUnloaded)
     EXPECT_FALSE(window->close());
     progress.hide();
     EXPECT_FALSE(window->isVisible());
-    progress.unload();
+    QtWindowHost(*t.app).unloadScanner();
     EXPECT_EQ(progress.window(), nullptr);
-}
-
-TEST(frmScanner, StaysOnScreenBetweenThePhasesOfARealScanUntilTheHostUnloadsIt)
-{
-    TestApp t;
-    frmScannerProgress progress;
-    t.app->services.scanProgress = &progress;
-    ASSERT_TRUE(ZipBuilder()
-                    .file(u"maps/duel_pit.bsp"_s)
-                    .file(u"levelshots/duel_pit.tga"_s, tgaPicture(4, 4, 1, 2, 3))
-                    .write(t.baseFolder() + u"/assets0.pk3"_s));
-    ASSERT_TRUE(ScanForMaps(*t.app, u"Base"_s, u"Jedi"_s, t.gameFolder()));
-    ASSERT_NE(progress.window(), nullptr);
-    EXPECT_TRUE(progress.window()->isVisible());
-    EXPECT_TRUE(ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder()));
-    EXPECT_EQ(progress.window()->activityLabel()->text(), u"Done"_s);
-    EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(progress.window()->activityLabel()->text(), u"Converting duel_pit.tga...."_s);
-    // Before the closing box the window host unloads it.
-    QtWindowHost host(*t.app);
-    host.unloadScanner();
-    EXPECT_EQ(progress.window(), nullptr) << "a plain close is refused by the scanner's window";
 }
 
 // The whole scan command on 40 archives of a map, a script and a tga level shot each,
