@@ -1,7 +1,7 @@
-// The BOT page and the picker frmBOT on the real windows, offscreen.
+// The BOT page and the picker frmBOT on the real windows, offscreen: what reaches the
+// roster, the picker's tabs and keys, its scan, and the roster's colours.
 #include "bots/BotPicker.h"
 #include "bots/BotRoster.h"
-#include "generate/BotSkills.h"
 #include "ui/WiredMainWindow.h"
 #include "ui/frmBOT.h"
 
@@ -15,13 +15,14 @@ protected:
         roster = window->control<QTableWidget>(u"grdBOTList"_s);
         ASSERT_NE(roster, nullptr);
     }
-    bool shown(const char* key) const { return !window->control(QString::fromLatin1(key))->isHidden(); }
-    frmBOT* openPicker()
+    bool shown(const QString& key) const { return !window->control(key)->isHidden(); }
+    void openPicker()
     {
+        if (!window)
+            load();
         window->control<QPushButton>(u"cmdBOTs(3)"_s)->click();
         picker = window->findChild<frmBOT*>(u"frmBOT"_s);
-        EXPECT_NE(picker, nullptr);
-        return picker;
+        ASSERT_NE(picker, nullptr);
     }
     template <typename T = QPushButton>
     T* in(const char* name)
@@ -38,36 +39,12 @@ protected:
     QPointer<frmBOT> picker;
 };
 
-TEST_F(BotPage, TheUserDefinedBoxSwitchesBetweenTheTwoLayouts)
-{
-    load();
-    const char* rosterKeys[] = {"grdBOTList", "cmdBOTs(0)", "cmdBOTs(1)", "cmdBOTs(2)", "cmdBOTs(3)", "cmdBOTs(4)"};
-    const char* skill[] = {"cboBOT", "lblServerConfig(42)", "txtBOTThinkTime", "lblServerConfig(43)",
-                           "updBOTThinkTime"};
-    auto* box = window->control<QCheckBox>(u"chkBOTs(5)"_s);
-    ASSERT_NE(box, nullptr);
-    for (bool on : {false, true, false}) {
-        SCOPED_TRACE(on);
-        if (box->isChecked() != on)
-            box->click();
-        for (const char* key : rosterKeys)
-            EXPECT_EQ(shown(key), on) << key;
-        for (const char* key : skill)
-            EXPECT_EQ(shown(key), !on) << key;
-        EXPECT_EQ(roster->property("Left").toInt(), on ? 2850 : 270);
-        EXPECT_EQ(roster->property("Top").toInt(), on ? 450 : 2790);
-    }
-}
-
-TEST_F(BotPage, TheStoredLayoutAndLastBotsComeBackInTheTeamsColoursAndCloseKeepsThem)
+TEST_F(BotPage, TheStoredLayoutAndLastBotsComeBackInTheTeamsColoursTheBoxSwitchesAndCloseKeepsThem)
 {
     t.store->SaveSetting(u"BOTs5"_s, u"1"_s);
     writeFile(t.programFolder() + u"/lastbots.csv"_s,
               "Gnubee,Hardcore,RED,Desann,25\r\nLuke,Nightmare,BLUE,Luke,0\r\nOdd,,blue,Jan,1\r\n");
     load();
-    ASSERT_EQ(profile->value(F::chkBOTs(5)), 1);
-    EXPECT_TRUE(shown("grdBOTList"));
-    EXPECT_FALSE(shown("cboBOT"));
     ASSERT_EQ(roster->rowCount(), 3);
     const QColor expected[] = {Qt::red, Qt::blue, Qt::red};
     for (int r = 0; r < 3; ++r)
@@ -76,39 +53,23 @@ TEST_F(BotPage, TheStoredLayoutAndLastBotsComeBackInTheTeamsColoursAndCloseKeeps
             EXPECT_EQ(roster->item(r, c)->foreground().color(), QColor(Qt::white));
         }
     EXPECT_EQ(window->control<QComboBox>(u"cboBOT"_s)->currentText(), u"Hurt Me Plenty "_s);
+    for (const bool on : {true, false, true}) {
+        if (profile->value(F::chkBOTs(5)) != on)
+            window->control<QCheckBox>(u"chkBOTs(5)"_s)->click();
+        for (const QString& key : {u"grdBOTList"_s, u"cmdBOTs(0)"_s, u"cmdBOTs(4)"_s})
+            EXPECT_EQ(shown(key), on) << key.toStdString();
+        for (const QString& key : {u"cboBOT"_s, u"lblServerConfig(42)"_s, u"updBOTThinkTime"_s})
+            EXPECT_EQ(shown(key), !on) << key.toStdString();
+    }
     replaceRosterBots(*profile, {{u"Boss, The"_s, u"Hardcore"_s, u"RED"_s, u"Desann"_s, u"25"_s}});
     click(u"cmdCancel"_s);
     EXPECT_EQ(fileBytes(t.programFolder() + u"/lastbots.csv"_s),
               QByteArray("\"Boss, The\",Hardcore,RED,Desann,25\r\n"));
 }
 
-TEST_F(BotPage, SkillAndTeamColumnsShowTheirLongestWordWhole)
+TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsOkAddsAStockBotAndViewOpensTheBotFile)
 {
-    load();
-    const std::pair<int, QStringList> columns[] = {{1, botSkillNames()}, {2, botTeams()}};
-    for (const int points : {0, 24}) { // in the platform's font and in a larger one set later
-        SCOPED_TRACE(points);
-        if (points > 0) {
-            QFont font = window->font();
-            font.setPointSize(points);
-            window->setFont(font);
-            QApplication::processEvents();
-        }
-        const QFontMetrics metrics(roster->font());
-        // An item draws its text inside the focus frame's margin on either side.
-        const int margins = 2 * (roster->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, roster) + 1);
-        for (const auto& [column, words] : columns)
-            for (const QString& word : words)
-                EXPECT_GE(roster->horizontalHeader()->sectionSize(column), metrics.horizontalAdvance(word) + margins)
-                    << word.toStdString();
-    }
-}
-
-TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsAndCancelUnloadsIt)
-{
-    load();
-    ASSERT_NE(openPicker(), nullptr);
-    EXPECT_TRUE(picker->isVisible());
+    openPicker();
     EXPECT_FALSE(picker->isModal());
     EXPECT_TRUE(picker->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_EQ(in<QLineEdit>("txtBOTName")->text(), u"Desann"_s);
@@ -117,54 +78,44 @@ TEST_F(BotPage, ThePickerOpensOnceWithItsDefaultsAndCancelUnloadsIt)
     EXPECT_EQ(in<QComboBox>("cboTeam")->currentText(), u"RED"_s);
     EXPECT_EQ(in<QLineEdit>("txtBOTPing")->text(), u"0"_s);
     EXPECT_EQ(in<QTableWidget>("grdBOTs")->rowCount(), 0) << "no BOT.txt: the heading alone";
-    EXPECT_FALSE(in<QLabel>("lblTheSelectedBOT")->isVisibleTo(picker));
     EXPECT_FALSE(in<QWidget>("pctCurrentProg")->isVisibleTo(picker));
-    frmBOT* first = picker;
-    EXPECT_EQ(openPicker(), first) << "Add again shows the same form";
-    in<QLineEdit>("txtBOTName")->setText(u"   "_s);
-    in("cmdOk(0)")->click();
-    EXPECT_FALSE(gone()) << "OK with a blank name does nothing";
-    EXPECT_TRUE(t.prompts.shown.empty());
-    in("cmdOk(1)")->click();
-    EXPECT_TRUE(gone()) << "Cancel unloads";
-    EXPECT_EQ(rosterBotCount(*profile), 0);
-}
-
-TEST_F(BotPage, OkAddsAStockBotUnderItsOwnNameAndClosesAndViewOpensTheBotFile)
-{
-    load();
-    openPicker();
+    window->control<QPushButton>(u"cmdBOTs(3)"_s)->click();
+    EXPECT_EQ(window->findChildren<frmBOT*>(), QList<frmBOT*>{picker}) << "Add again shows the same form";
     in<QRadioButton>("chkBOT(21)")->click();
-    auto* name = in<QLineEdit>("txtBOTName");
-    EXPECT_EQ(name->text(), u"Kyle"_s);
-    name->setText(u"Big Boss"_s);
+    EXPECT_EQ(in<QLineEdit>("txtBOTName")->text(), u"Kyle"_s);
+    in<QLineEdit>("txtBOTName")->setText(u"Big Boss"_s);
     in<QComboBox>("cboTeam")->setCurrentIndex(1);
     in<QLineEdit>("txtBOTPing")->setText(u"40"_s);
     in("cmdOk(0)")->click();
     EXPECT_EQ(rosterBots(*profile),
               (QList<QStringList>{{u"Big_Boss"_s, u"Hurt Me Plenty "_s, u"BLUE"_s, u"Kyle"_s, u"40"_s}}));
-    ASSERT_EQ(roster->rowCount(), 1);
     EXPECT_EQ(roster->item(0, 0)->background().color(), QColor(Qt::blue));
     EXPECT_TRUE(gone());
-    profile->setValue(F::chkBOTs(0), 1); // View opens the BOT file
+    openPicker();
+    in("cmdOk(1)")->click();
+    EXPECT_TRUE(gone()) << "Cancel unloads";
+    EXPECT_EQ(rosterBotCount(*profile), 1);
+    profile->setValue(F::chkBOTs(0), 1);
     profile->setValue(F::chkBOTs(5), 1);
     click(u"cmdBOTs(4)"_s);
     ASSERT_EQ(t.opener.opened.size(), 1u);
     EXPECT_TRUE(t.opener.opened.front().toLocalFile().endsWith(u"/BOTFile.cfg"_s));
 }
 
-TEST_F(BotPage, TheCustomTabPicksAnInstalledModel)
+TEST_F(BotPage, TheCustomTabPicksAnInstalledModelAndAChangeOfTabEmptiesTheName)
 {
     writeFile(t.programFolder() + u"/BOT.txt"_s, "Kyle2,kyle2.pk3\r\n,empty.pk3\r\n");
-    load();
     openPicker();
     auto* grid = in<QTableWidget>("grdBOTs");
     auto* name = in<QLineEdit>("txtBOTName");
     auto* selected = in<QLabel>("lblTheSelectedBOT");
+    auto* tabs = in<QTabWidget>("tabBOTs");
     ASSERT_EQ(grid->rowCount(), 2);
-    in<QTabWidget>("tabBOTs")->setCurrentIndex(1);
+    in<QRadioButton>("chkBOT(3)")->click();
+    tabs->setCurrentIndex(1);
     EXPECT_TRUE(picker->customTab());
     EXPECT_EQ(name->text(), QString());
+    EXPECT_FALSE(selected->isVisibleTo(picker));
     emit grid->cellClicked(0, 1);
     EXPECT_EQ(name->text(), u"Kyle2"_s);
     EXPECT_EQ(selected->text(), u"Kyle2"_s);
@@ -181,27 +132,8 @@ TEST_F(BotPage, TheCustomTabPicksAnInstalledModel)
     EXPECT_TRUE(gone());
 }
 
-TEST_F(BotPage, ChangingTheTabEmptiesTheNameAndTheCustomTabWithoutAPickAddsNoModel)
-{
-    load();
-    openPicker();
-    auto* tabs = in<QTabWidget>("tabBOTs");
-    in<QRadioButton>("chkBOT(3)")->click();
-    tabs->setCurrentIndex(1);
-    tabs->setCurrentIndex(0);
-    EXPECT_FALSE(picker->customTab());
-    EXPECT_EQ(in<QLineEdit>("txtBOTName")->text(), QString());
-    EXPECT_TRUE(in<QRadioButton>("chkBOT(3)")->isChecked());
-    tabs->setCurrentIndex(1);
-    in<QLineEdit>("txtBOTName")->setText(u"Typed"_s);
-    in("cmdOk(0)")->click();
-    EXPECT_EQ(firstBot().value(0), u"Typed"_s);
-    EXPECT_EQ(firstBot().value(3), QString());
-}
-
 TEST_F(BotPage, ThePickersKeys)
 {
-    load();
     openPicker();
     auto* skill = in<QComboBox>("cboSkill");
     sendKey(skill, Qt::Key_Down);
@@ -212,9 +144,7 @@ TEST_F(BotPage, ThePickersKeys)
     for (const auto& [key, text] :
          {std::pair{Qt::Key_4, "4"}, {Qt::Key_A, "a"}, {Qt::Key_Period, "."}, {Qt::Key_2, "2"}})
         sendKey(ping, key, QString::fromLatin1(text));
-    // A letter is refused on both filters; "." is refused on the way down but its
-    // character lies in the range 40 to 57 that the character filter lets through.
-    EXPECT_EQ(ping->text(), u"4.2"_s);
+    EXPECT_EQ(ping->text(), u"4.2"_s) << "the numeric filters are on";
     EXPECT_EQ(t.beeper.beeps, 3);
     auto* name = in<QLineEdit>("txtBOTName"); // Enter moves on as Tab does
     picker->activateWindow();
@@ -227,10 +157,20 @@ TEST_F(BotPage, ThePickersKeys)
     EXPECT_EQ(rosterBotCount(*profile), 0) << "Enter presses no button";
 }
 
-TEST_F(BotPage, TheScanFillsTheInstalledModels)
+TEST_F(BotPage, AFailedScanClosesThePickerAndSaysWhyAndAScanFillsTheInstalledModels)
 {
     ASSERT_TRUE(ZipBuilder().file(u"models/players/Kyle2/model.glm"_s).write(t.baseFolder() + u"/kyle2.pk3"_s));
-    load();
+    const QString gameFolder = t.app->gameFolder;
+    t.app->gameFolder = t.root() + u"/nowhere"_s;
+    openPicker();
+    t.prompts.answerNext(Answer::Yes);
+    in("cmdOk(2)")->click();
+    EXPECT_TRUE(gone());
+    ASSERT_EQ(t.prompts.shown.size(), 2u);
+    EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"_s,
+                                         Icon::Information, u"Path not found"_s}));
+    t.app->gameFolder = gameFolder;
+    t.prompts.shown.clear();
     openPicker();
     t.prompts.answerNext(Answer::Yes);
     in("cmdOk(2)")->click();
@@ -241,19 +181,6 @@ TEST_F(BotPage, TheScanFillsTheInstalledModels)
     EXPECT_EQ(t.prompts.texts(),
               (QStringList{u"Run a new BOT scan?         "_s, u"BOT scan complete. 1 have been found         "_s}));
     EXPECT_FALSE(in<QWidget>("pctCurrentProg")->isVisibleTo(picker));
-}
-
-TEST_F(BotPage, AFailedScanClosesThePickerAndSaysWhy)
-{
-    load();
-    t.app->gameFolder = t.root() + u"/nowhere"_s;
-    openPicker();
-    t.prompts.answerNext(Answer::Yes);
-    in("cmdOk(2)")->click();
-    EXPECT_TRUE(gone());
-    ASSERT_EQ(t.prompts.shown.size(), 2u);
-    EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward::CMapScanner.ExtractLevelShots(Function) (arena-steward)"_s,
-                                         Icon::Information, u"Path not found"_s}));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// The windows as start-up sees them: the host, the form services, the file dialog behind
+// The windows as start-up sees them: the host, the file dialog behind
 // the prompts, the menus, the about box and the program's icon.
 #include "commands/ToolTable.h"
 #include "model/Constants.h"
@@ -9,23 +9,36 @@
 #include "ui/WiredMainWindow.h"
 #include "ui/frmAbout.h"
 
-#include <optional>
-
 namespace {
 
-/// The file dialog on screen, if any.
-QFileDialog* openDialog()
+/// Runs a file dialog of the real prompts and hands it to act once it is up; a dialog
+/// still open after three seconds (a refused name leaves a warning box over it) is sent away.
+bool runDialog(FileDialogState& state, bool open, const std::function<void(QFileDialog*)>& act)
 {
-    for (QWidget* w : QApplication::topLevelWidgets())
-        if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible())
-            return dialog;
-    return nullptr;
+    QtPrompts prompts;
+    bool acted = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* dialog = qobject_cast<QFileDialog*>(w); dialog && dialog->isVisible() && !acted) {
+                acted = true;
+                act(dialog);
+            }
+    });
+    poll.start(10);
+    QTimer::singleShot(3000, &poll, [] {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (auto* dialog = qobject_cast<QDialog*>(w); dialog && dialog->isVisible())
+                dialog->reject();
+    });
+    const bool chosen = prompts.fileDialog(state, open);
+    EXPECT_TRUE(acted) << "no dialog came up";
+    return chosen;
 }
 
 class QtHost : public ::testing::Test {
 protected:
-    // The host routes nothing itself; here Close ends the forms, as the wired program's
-    // Close does once it has asked about changes.
+    // The host routes nothing itself; here Close ends the forms, as the wired program's does.
     QtHost()
     {
         host.routes().onClick(u"cmdCancel"_s, [this](frmMain&) { host.closeAllForms(); });
@@ -46,20 +59,12 @@ protected:
     QtWindowHost host{*t.app, &prompts};
 };
 
-} // namespace
-
-TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndTheWindowRefusesItsOwnClose)
+TEST_F(QtHost, TheWindowRefusesItsOwnCloseAndCloseUnloadsEveryFormAndAFreshWindowCanFollow)
 {
     ServerProfile* profile = host.loadMainWindow();
     QPointer<frmMain> window = host.mainWindow();
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(profile, &window->profile());
-    EXPECT_EQ(window->objectName(), u"frmMain"_s);
-    EXPECT_EQ(window->windowTitle(), u"Arena Steward"_s);
-    EXPECT_EQ(window->size(), QSize(640, 499));
-    const QRect screen = window->screen()->geometry();
-    EXPECT_EQ(window->pos(),
-              QPoint(screen.left() + (screen.width() - 640) / 2, screen.top() + (screen.height() - 499) / 2));
     EXPECT_TRUE(closeMenuDisabled(window));
     EXPECT_EQ(prompts.owner(), window);
     EXPECT_FALSE(window->isVisible()) << "loading doesn't show it";
@@ -73,16 +78,10 @@ TEST_F(QtHost, LoadingGivesTheNewWindowsProfileAtItsSizeCentredAndTheWindowRefus
     EXPECT_EQ(host.mainWindow(), window.data());
     host.minimizeMainWindow();
     EXPECT_TRUE(window->isMinimized());
-}
-
-TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
-{
     bool gone = false;
     QObject scope; // the connection ends with the test
     QObject::connect(&host, &QtWindowHost::mainWindowDestroyed, &scope, [&gone] { gone = true; });
-    QPointer<frmMain> first = load();
-    host.showMainWindow();
-    first->profile().setText(F::txtServerConfig(1), u"Changed"_s);
+    profile->setText(F::txtServerConfig(1), u"Changed"_s);
     QPointer<QWidget> other = new QWidget;
     other->setObjectName(u"frmAbout"_s);
     DisableCloseMenu(*t.app, other);
@@ -90,27 +89,21 @@ TEST_F(QtHost, CloseUnloadsEveryFormAndAFreshWindowCanFollow)
     click(u"cmdCancel"_s);
     EXPECT_EQ(host.mainWindow(), nullptr) << "the window is on its way out at once";
     settle();
-    EXPECT_TRUE(first.isNull());
+    EXPECT_TRUE(window.isNull());
     EXPECT_TRUE(other.isNull()) << "the other forms go too, close button or not";
     EXPECT_TRUE(gone);
     EXPECT_EQ(prompts.owner(), nullptr);
     EXPECT_EQ(host.loadMainWindow()->text(F::txtServerConfig(1)), u"Luke"_s);
 }
 
-TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherFormsAndTheScannerGoesOnlyWhenThere)
+TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherForms)
 {
     load();
-    host.unloadScanner();
-    settle();
-    EXPECT_NE(host.mainWindow(), nullptr);
-    QPointer<QWidget> scanner = new QWidget, other = new QWidget;
-    scanner->setObjectName(u"frmScanner"_s);
+    host.unloadScanner(); // none is there
+    QPointer<QWidget> other = new QWidget;
     other->setObjectName(u"frmPicker"_s);
-    scanner->show();
     other->show();
-    host.unloadScanner();
     settle();
-    EXPECT_TRUE(scanner.isNull());
     EXPECT_NE(host.mainWindow(), nullptr);
     host.unloadMainWindow();
     settle();
@@ -119,55 +112,22 @@ TEST_F(QtHost, UnloadingTheMainWindowLeavesOtherFormsAndTheScannerGoesOnlyWhenTh
     delete other.data();
 }
 
-TEST_F(QtHost, CommandsReachTheirRoutesAcrossARestartAndAnEscapedErrorIsReported)
+TEST_F(QtHost, CommandsReachTheirRoutesAndAnEscapedErrorIsReported)
 {
     QStringList heard;
-    host.routes().onClick(u"cmdBOTs(3)"_s, [&heard](frmMain&) { heard << u"add bot"_s; });
     host.routes().on(u"cmdOk"_s, UiEventKind::Click,
                      [&heard](frmMain& w, const UiEvent& e) { heard << e.control + w.objectName(); });
     host.routes().onClick(u"cmdIP"_s,
                           [](frmMain&) { raiseError(err::AddressInUse, u"Address in use"_s, u"arena-steward"_s); });
     load();
-    click(u"cmdBOTs(3)"_s);
     click(u"cmdTrayIt"_s);
-    EXPECT_EQ(heard, QStringList{u"add bot"_s}) << "Send to Tray does nothing";
-    EXPECT_TRUE(t.prompts.shown.empty());
-    host.closeAllForms();
-    settle();
-    load();
     click(u"cmdOk"_s);
-    EXPECT_EQ(heard.last(), u"cmdOkfrmMain"_s);
+    EXPECT_EQ(heard, QStringList{u"cmdOkfrmMain"_s}) << "Send to Tray does nothing";
+    EXPECT_TRUE(t.prompts.shown.empty());
     click(u"cmdIP"_s);
     ASSERT_EQ(t.prompts.shown.size(), 1u);
     EXPECT_TRUE(isBox(t.prompts.last(), {u"arena-steward"_s, Icon::Information, u"Address in use"_s}));
     EXPECT_NE(host.mainWindow(), nullptr);
-}
-
-TEST_F(QtHost, DoubleAndRightClicksOfFieldsGoOutAndRotationColumnsTakeTwips)
-{
-    frmMain* window = load();
-    window->show();
-    std::vector<UiEvent> events;
-    QObject::connect(window, &frmMain::uiEvent, [&events](const UiEvent& e) { events.push_back(e); });
-    bool menuShown = false;
-    host.routes().on(u"lsvMapRotation"_s, UiEventKind::ContextMenu,
-                     [&menuShown](frmMain&, const UiEvent&) { menuShown = true; });
-    sendMouse(window->control(u"txtServerINI"_s), QEvent::MouseButtonDblClick, QPointF(5, 5));
-    auto* rotation = window->control<QTreeWidget>(u"lsvMapRotation"_s);
-    QContextMenuEvent right(QContextMenuEvent::Mouse, QPoint(3, 3), QPoint(100, 200));
-    QApplication::sendEvent(rotation->viewport(), &right);
-    ASSERT_EQ(events.size(), 2u);
-    EXPECT_EQ(events[0].control, u"txtServerINI"_s);
-    EXPECT_EQ(events[0].kind, UiEventKind::DblClick);
-    EXPECT_EQ(events[1].control, u"lsvMapRotation"_s);
-    EXPECT_EQ(events[1].kind, UiEventKind::ContextMenu);
-    EXPECT_EQ(events[1].globalPos, QPoint(100, 200));
-    EXPECT_TRUE(menuShown);
-    window->setRotationColumns({2205, 50, 0, 0});
-    ASSERT_EQ(rotation->columnCount(), 4);
-    EXPECT_EQ(QList<int>({rotation->columnWidth(0), rotation->columnWidth(1), rotation->columnWidth(2),
-                          rotation->columnWidth(3)}),
-              QList<int>({147, 3, 0, 0}));
 }
 
 TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
@@ -198,53 +158,17 @@ TEST_F(QtHost, TheProgramEndsWhenTheLastWindowGoesButNotOnARestart)
     QApplication::setQuitOnLastWindowClosed(true);
 }
 
-TEST(FormServices, KeepFormsOnTopRefuseTheirCloseAndReportAMissingForm)
-{
-    TestApp t;
-    QWidget form;
-    form.show();
-    const QRect before = form.geometry();
-    FormOnTop(*t.app, &form, true);
-    EXPECT_TRUE(form.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    EXPECT_TRUE(form.isVisible());
-    EXPECT_EQ(form.geometry(), before);
-    FormOnTop(*t.app, &form, false);
-    EXPECT_FALSE(form.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    DisableCloseMenu(*t.app, &form);
-    EXPECT_FALSE(form.close());
-    EXPECT_TRUE(form.isVisible());
-    EXPECT_TRUE(t.prompts.shown.empty());
-    CenterForm(*t.app, nullptr);
-    DisableCloseMenu(*t.app, nullptr);
-    FormOnTop(*t.app, nullptr, true);
-    ASSERT_EQ(t.prompts.shown.size(), 3u);
-    const QStringList routines{u"CenterForm"_s, u"DisableCloseMenu"_s, u"FormOnTop"_s};
-    for (size_t i = 0; i < 3; ++i) {
-        const MessageBoxRequest& box = t.prompts.shown[i].request;
-        EXPECT_TRUE(box.text.startsWith(u"Error: 91. "_s)) << box.text.toStdString();
-        EXPECT_TRUE(isBox(box, {routines[qsizetype(i)], Icon::None, box.text}));
-    }
-}
-
 TEST(FileDialogs, OnlyFlagTwoAsksBeforeReplacingAnExistingFile)
 {
-    QtPrompts prompts;
     for (const int flags : {0, 2, 12292}) {
-        SCOPED_TRACE(flags);
         FileDialogState state;
         state.Flags = flags;
-        std::optional<bool> confirms;
-        QTimer poll; // looks for the dialog until it is up, notes its setting and cancels it
-        QObject::connect(&poll, &QTimer::timeout, [&] {
-            if (QFileDialog* dialog = openDialog()) {
-                confirms = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
-                dialog->reject();
-            }
-        });
-        poll.start(10);
-        EXPECT_FALSE(prompts.fileDialog(state, false));
-        ASSERT_TRUE(confirms.has_value());
-        EXPECT_EQ(*confirms, (flags & 2) != 0);
+        bool confirms = false;
+        EXPECT_FALSE(runDialog(state, false, [&confirms](QFileDialog* dialog) {
+            confirms = !dialog->testOption(QFileDialog::DontConfirmOverwrite);
+            dialog->reject();
+        }));
+        EXPECT_EQ(confirms, (flags & 2) != 0) << flags;
     }
 }
 
@@ -259,31 +183,16 @@ TEST(FileDialogs, ATypedProgramNameIsTakenAsItStandsWhenItExistsLosingOnlyAnExte
     EXPECT_EQ(openedFile(folder + u"jk2.exe"_s, exe), folder + u"jk2.exe"_s);
     EXPECT_EQ(openedFile(folder + u"missing.exe"_s, exe), folder + u"missing.exe"_s);
     EXPECT_EQ(openedFile(binary + u".exe"_s, QString()), binary + u".exe"_s);
-    QtPrompts prompts;
-    const std::pair<QString, QString> cases[] = {
-        {u"jk2mvded"_s, u"jk2mvded"_s}, {u"jk2"_s, u"jk2.exe"_s}, {u"jk2.exe"_s, u"jk2.exe"_s}};
-    for (const auto& [typed, chosen] : cases) {
-        SCOPED_TRACE(typed.toStdString());
+    for (const auto& [typed, chosen] : {std::pair{u"jk2mvded"_s, u"jk2mvded"_s}, {u"jk2"_s, u"jk2.exe"_s}}) {
         FileDialogState state;
-        state.DialogTitle = u"Select Star Wars JK II Jedi Outcast"_s;
-        state.DefaultExt = u"exe"_s;
+        state.DefaultExt = exe;
         state.Filter = u"Jedi Knight 2 Executable (*.exe)|*.exe|All files (*)|*"_s;
         state.InitialDir = folder;
-        QObject scope;
-        QTimer::singleShot(0, &scope, [&] {
-            if (QFileDialog* dialog = openDialog()) {
-                if (auto* name = dialog->findChild<QLineEdit*>(u"fileNameEdit"_s))
-                    name->setText(typed);
-                QMetaObject::invokeMethod(dialog, "accept");
-            }
-        });
-        // A refused name leaves the dialog open behind a warning box: both are sent away.
-        QTimer::singleShot(3000, &scope, [] {
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (auto* dialog = qobject_cast<QDialog*>(w); dialog && dialog->isVisible())
-                    dialog->reject();
-        });
-        ASSERT_TRUE(prompts.fileDialog(state, true));
+        ASSERT_TRUE(runDialog(state, true, [typed](QFileDialog* dialog) {
+            if (auto* name = dialog->findChild<QLineEdit*>(u"fileNameEdit"_s))
+                name->setText(typed);
+            QMetaObject::invokeMethod(dialog, "accept");
+        }));
         EXPECT_EQ(state.FileName, folder + chosen);
         EXPECT_EQ(state.FileTitle, chosen);
     }
@@ -297,7 +206,6 @@ TEST(MenuBar, EveryEntryOfTheBarAndThePopUpIsAnActionNamedAfterItsToolIdAndDispa
     const auto heard = [&clicked](const QString& id) { clicked << id; };
     buildMenuBar(window.menuBar(), heard);
     QMenu* advanced = buildPopup(advancedPopup(), &owner, heard);
-    EXPECT_EQ(advanced->objectName(), u"ID_Advanced"_s);
     std::vector<std::pair<QWidget*, const Tool*>> entries;
     std::function<void(QWidget*, const Tool&)> collect = [&](QWidget* in, const Tool& tool) {
         for (const Tool& child : tool.children)
@@ -318,9 +226,7 @@ TEST(MenuBar, EveryEntryOfTheBarAndThePopUpIsAnActionNamedAfterItsToolIdAndDispa
         action->trigger();
         EXPECT_EQ(clicked.last(), tool->id);
     }
-    auto* exportMenu = window.menuBar()->findChild<QMenu*>(u"id_UtilitiesExport"_s);
-    ASSERT_NE(exportMenu, nullptr);
-    EXPECT_EQ(exportMenu->title(), u"&Export"_s);
+    EXPECT_EQ(child<QMenu>(window.menuBar(), u"id_UtilitiesExport"_s)->title(), u"&Export"_s);
 }
 
 TEST(frmAbout, ShowsTheVersionClosesOnAKeyOrAClickAndTheMailLabelMails)
@@ -329,53 +235,31 @@ TEST(frmAbout, ShowsTheVersionClosesOnAKeyOrAClickAndTheMailLabelMails)
     {
         frmAbout about(*t.app);
         EXPECT_TRUE(frmAbout::isLoaded());
-        EXPECT_EQ(about.objectName(), u"frmAbout"_s);
-        EXPECT_EQ(about.windowTitle(), u"About Arena Steward"_s);
-        auto* marquee = about.findChild<QLabel*>(u"lblMarquee"_s);
-        ASSERT_NE(marquee, nullptr);
-        EXPECT_EQ(marquee->text(), u"Arena Steward, a server tool for Jedi Knight II administrators\n"
-                                   "You are using version JUNE 13 2002 beta 1.4\n\n"
-                                   "Please submit all requests, bugs etc., to me \nat "_s +
-                                       kContactAddress + u"\n\nThanks and Enjoy!"_s);
+        EXPECT_TRUE(child<QLabel>(&about, u"lblMarquee"_s)->text().contains(u"version JUNE 13 2002 beta 1.4"_s));
         QTimer::singleShot(0, &about, [&about] { sendKey(&about, Qt::Key_Space, u" "_s); });
         EXPECT_EQ(about.exec(), QDialog::Accepted);
     }
     EXPECT_FALSE(frmAbout::isLoaded());
     const auto clickOn = [&t](const QString& label) {
-        auto about = std::make_unique<frmAbout>(*t.app);
-        sendMouse(about->findChild<QLabel*>(label), QEvent::MouseButtonPress, QPointF(2, 2));
-        return about->result() == QDialog::Accepted;
+        frmAbout about(*t.app);
+        sendMouse(about.findChild<QLabel*>(label), QEvent::MouseButtonPress, QPointF(2, 2));
+        return about.result() == QDialog::Accepted;
     };
     EXPECT_FALSE(clickOn(u"lblMailMe"_s)) << "the mail label leaves the window open";
     ASSERT_EQ(t.opener.opened.size(), 1u);
     EXPECT_EQ(t.opener.opened[0].scheme(), u"mailto"_s);
-    EXPECT_TRUE(clickOn(u"lblMarquee"_s));
-    EXPECT_TRUE(clickOn(u"Picture1"_s));
-    EXPECT_EQ(t.opener.opened.size(), 1u);
 }
 
-TEST(DesktopIdentity, EveryWindowGetsTheThreeRenderedSizesAndTheAppNamesItsDesktopEntry)
+TEST(DesktopIdentity, EveryWindowGetsTheIconAndTheAppNamesItsDesktopEntry)
 {
     const QIcon oldIcon = QApplication::windowIcon();
     const QString oldName = QApplication::desktopFileName();
-    const auto widths = [](const QIcon& icon) {
-        QList<int> result;
-        for (const QSize& size : icon.availableSizes())
-            result << size.width();
-        std::sort(result.begin(), result.end());
-        return result;
-    };
     applyDesktopIdentity();
-    QWidget window;
     EXPECT_EQ(QApplication::desktopFileName(), u"io.github.arena_steward.ArenaSteward"_s);
     EXPECT_EQ(desktopId(), QApplication::desktopFileName());
-    EXPECT_EQ(widths(QApplication::windowIcon()), (QList<int>{48, 128, 256}));
-    EXPECT_EQ(widths(window.windowIcon()), (QList<int>{48, 128, 256}));
-    for (int size : {48, 128, 256}) {
-        const QPixmap pixmap = window.windowIcon().pixmap(QSize(size, size));
-        EXPECT_EQ(pixmap.size(), QSize(size, size)) << size;
-        EXPECT_NE(pixmap.toImage().pixelColor(size / 2, size / 2).alpha(), 0) << "the middle is drawn at " << size;
-    }
+    EXPECT_EQ(QWidget().windowIcon().availableSizes().size(), 3) << "48, 128 and 256 pixels";
     QApplication::setWindowIcon(oldIcon);
     QApplication::setDesktopFileName(oldName);
 }
+
+} // namespace

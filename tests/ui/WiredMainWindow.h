@@ -33,10 +33,10 @@ inline void settle()
 /// A key pressed and released on a widget.
 inline void sendKey(QWidget* w, int key, const QString& text = {}, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
-    QKeyEvent down(QEvent::KeyPress, key, modifiers, text);
-    QCoreApplication::sendEvent(w, &down);
-    QKeyEvent up(QEvent::KeyRelease, key, modifiers, text);
-    QCoreApplication::sendEvent(w, &up);
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent e(type, key, modifiers, text);
+        QCoreApplication::sendEvent(w, &e);
+    }
 }
 
 /// A mouse event of one button at a point of a widget.
@@ -72,11 +72,7 @@ class FixedAddressLookup : public AddressLookup {
 public:
     QString name;
     QList<QByteArray> found;
-    bool hostName(QString& h, int&) override
-    {
-        h = name;
-        return !name.isEmpty();
-    }
+    bool hostName(QString& h, int&) override { return !(h = name).isEmpty(); }
     QList<QByteArray> addresses(const QString&) override { return found; }
 };
 
@@ -97,9 +93,8 @@ protected:
     }
     void click(const QString& button)
     {
-        auto* b = window->findChild<QPushButton*>(button);
-        ASSERT_NE(b, nullptr) << button.toStdString();
-        b->click();
+        if (auto* b = child(window, button))
+            b->click();
     }
     /// An entry of the menu bar of the main window that is open, by its name.
     QAction* action(const QString& id) const { return host.mainWindow()->menuBar()->findChild<QAction*>(id); }
