@@ -331,4 +331,55 @@ TEST_F(MainWindowFields, EveryFieldHasAControlWithItsCaptionTagTooltipAndDefault
     EXPECT_GT(checked, 150);
 }
 
+// What a user reads before any field: the page captions with the blanks that belong to them,
+// and the buttons under the pages with their access keys and tooltips.
+TEST_F(MainWindowFields, PagesAndButtonsShowTheirCaptions)
+{
+    const auto captions = [&](const char* name) {
+        QStringList shown;
+        auto* tabs = window->findChild<QTabWidget*>(QString::fromLatin1(name));
+        for (int i = 0; tabs && i < tabs->count(); ++i)
+            shown << tabs->tabText(i);
+        return shown.join(u'|');
+    };
+    EXPECT_EQ(captions("vsMainTab"), u"Server     |Game       |Map        |BOT        |Misc.      |Information"_s);
+    EXPECT_EQ(captions("vsExtraGameFlags"), u"Game|Weapon Flags|Force Flags|DM Flags|Advanced Saber"_s);
+    const std::tuple<const char*, QString, QString> buttons[] = {
+        {"cmdOk", u"&OK"_s, {}},
+        {"cmdCancel", u"&Close"_s, {}},
+        {"cmdDefault", u"&Defaults"_s, u"Set current settings as default settings"_s},
+        {"cmdReset", u"&Reset"_s, u"Reset Arena Steward"_s},
+        {"cmdTrayIt", u"Send to Tray"_s, {}}};
+    for (const auto& [name, caption, tooltip] : buttons) {
+        auto* button = window->findChild<QAbstractButton*>(QString::fromLatin1(name));
+        ASSERT_NE(button, nullptr) << name;
+        EXPECT_EQ(std::pair(button->text(), button->toolTip()), std::pair(caption, tooltip)) << name;
+    }
+}
+
+// At the window's designed size every page shows each control whole and inside the window.
+TEST_F(MainWindowFields, AtItsDesignedSizeEveryPageFitsWithNothingSqueezed)
+{
+    MainFormLoad(*t.app, window->profile(), *window);
+    EXPECT_LE(window->minimumSizeHint().height() + 30, window->height()) << "room for a menu bar above the tabs";
+    window->show();
+    auto *main = window->findChild<QTabWidget*>(u"vsMainTab"_s),
+         *game = window->findChild<QTabWidget*>(u"vsExtraGameFlags"_s);
+    for (int page = 0; page < main->count(); ++page) {
+        for (int sub = 0; sub < (page == 1 ? game->count() : 1); ++sub) {
+            main->setCurrentIndex(page);
+            game->setCurrentIndex(sub);
+            QApplication::processEvents();
+            for (QWidget* w : main->currentWidget()->findChildren<QWidget*>()) {
+                if (!w->isVisible() || w->objectName().isEmpty() || qobject_cast<QTabWidget*>(w))
+                    continue;
+                SCOPED_TRACE(w->objectName().toStdString());
+                EXPECT_GE(w->width(), w->minimumSizeHint().width());
+                EXPECT_GE(w->height(), w->minimumSizeHint().height());
+                EXPECT_TRUE(window->rect().contains(QRect(w->mapTo(window.data(), QPoint(0, 0)), w->size())));
+            }
+        }
+    }
+}
+
 } // namespace
