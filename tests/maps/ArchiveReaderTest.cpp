@@ -175,7 +175,6 @@ TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
     QByteArray ignored;
     EXPECT_EQ(libraryRead(archive(u"empty.pk3"_s), 0, &ignored), u"open failed"_s);
     EXPECT_TRUE(thrown([&] { ArchiveReader reader(archive(u"empty.pk3"_s)); }).second.endsWith(u"Not a zip archive"_s));
-
     // Damaged data behind an intact directory: the deflated bytes of a.jpg are spoiled.
     QByteArray spoiled = good;
     const qsizetype data = spoiled.indexOf("levelshots/a.jpg") + 16;
@@ -199,14 +198,12 @@ TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnp
     reader.selectFiles(u"levelshots\\*.jpg"_s);
     EXPECT_EQ(errorNumberOf([&] { reader.extract(target()); }), err::BadArchive);
     EXPECT_EQ(extracted(), QStringList());
-
     // An entry that claims less than it holds is caught as well.
     ASSERT_TRUE(patchClaimedSize(archive(), u"levelshots/bomb.jpg"_s, 100));
     ArchiveReader liar(archive());
     EXPECT_EQ(errorNumberOf([&] { liar.readEntry(0); }), err::BadArchive);
     EXPECT_EQ(errorNumberOf([&] { liar.extractEntry(0, target()); }), err::BadArchive);
     EXPECT_EQ(extracted(), QStringList());
-
     // Many entries that each stay below the entry limit are refused as a whole, before
     // the first is written, when together they claim more than the extraction allows.
     ArchiveReader many(
@@ -231,19 +228,16 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibr
     EXPECT_EQ(reader.readEntry(2), someData());
     reader.park();
     EXPECT_EQ(reader.readEntry(1), someData()); // after the library's copy was let go
-
     ArchiveReader odd(make(zipOf({entry("levelshots/caf\u00e9.tga", someData())}), u"accented.pk3"_s));
     EXPECT_FALSE(odd.knowsLayout());
     odd.park();
     EXPECT_EQ(odd.readEntry(0), someData());
-
     // Packed data comes from the layout or the library alike.
     PackedEntry a, b;
     ASSERT_TRUE(reader.readPacked(1, &a));
     ASSERT_TRUE(odd.readPacked(0, &b));
     EXPECT_EQ(std::tie(a.data, a.crc, a.size), std::tie(b.data, b.crc, b.size));
     EXPECT_EQ(a.method, 8);
-
     make(zipOf({entry("a.txt", "text")}), u"trailing.pk3"_s);
     writeFile(archive(u"trailing.pk3"_s), fileBytes(archive(u"trailing.pk3"_s)) + "junk after the end record");
     QByteArray data, expected;
@@ -314,7 +308,6 @@ TEST_F(ArchiveReaderTest, AShelfTakesAnArchiveReadAheadAsItsFileIsWhenOpened)
     writeFile(broken, "not an archive");
     const QString brokenError = thrown([&] { ArchiveReader reader(broken); }).second;
     ASSERT_FALSE(brokenError.isEmpty());
-
     QThreadPool pool;
     ArchiveShelf shelf;
     shelf.readAhead(pool, {kept, changed, gone, broken});

@@ -197,7 +197,6 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     std::vector<int> counted; // the bar moves one step for each archive
     std::copy_if(progress.values.begin(), progress.values.end(), std::back_inserter(counted), [](int v) { return v; });
     EXPECT_EQ(counted, (std::vector<int>{1, 2, 3, 4}));
-
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_EQ(pictures(), (QStringList{u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
                                        u"zmap.bmp"_s, u"zmap.jpg"_s}));
@@ -308,7 +307,6 @@ TEST(ShotPrefetch, ShotsAreTakenInTheirOrderOnlyAsPlanned)
         ASSERT_EQ(convertTgaToBmpFile(picture(n), dir.path() + u"/p.bmp"_s), TgaFault::None);
         EXPECT_EQ(shot.bmp, fileBytes(dir.path() + u"/p.bmp"_s)) << n;
     }
-
     ShotPrefetch prefetch(pool);
     prefetch.setPlan(plan);
     EXPECT_FALSE(prefetch.take(shelf, plan[0].archive, 0).verified); // the bsp isn't planned

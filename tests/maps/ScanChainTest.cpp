@@ -170,7 +170,6 @@ Outcome run(const Case& c, bool asChain)
                       ExtractLevelShots(*t.app, u"Base"_s, t.gameFolder(), chain.get()) &&
                       ConvertTgaToBmp(*t.app, chain.get());
     chain.reset();
-
     auto anonymous = [&](QString text) { return text.replace(t.root(), u"<root>"_s); };
     outcome.files = tree(t.programFolder());
     for (const FakePrompts::Shown& shown : t.prompts.shown)
