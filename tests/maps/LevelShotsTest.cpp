@@ -194,8 +194,8 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_EQ(progress.activity, u"Done"_s);
     EXPECT_EQ(progress.value, 0);
     EXPECT_EQ(progress.maximum, 4);
-    std::vector<int> counted; // the bar moves one step for each archive
-    std::copy_if(progress.values.begin(), progress.values.end(), std::back_inserter(counted), [](int v) { return v; });
+    std::vector<int> counted = progress.values; // the bar moves one step for each archive
+    std::erase(counted, 0);
     EXPECT_EQ(counted, (std::vector<int>{1, 2, 3, 4}));
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_EQ(pictures(), (QStringList{u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
@@ -211,15 +211,10 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(LevelShotsTest, ConversionWithoutAPictureFolderIsLoggedAndStaysTrue)
+TEST_F(LevelShotsTest, WithoutAFolderConversionIsLoggedAndAReadOnlyOrUnreadableTgaIsDeletedAnyway)
 {
-    EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_TRUE(t.prompts.shown.empty());
+    EXPECT_TRUE(ConvertTgaToBmp(*t.app) && t.prompts.shown.empty());
     EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
-}
-
-TEST_F(LevelShotsTest, AReadOnlyOrUnreadableTgaIsDeletedAnyway)
-{
     writeFile(shots() + u"/ro.tga"_s, tgaPicture(2, 2, 1, 2, 3));
     QFile::setPermissions(shots() + u"/ro.tga"_s, QFile::ReadOwner);
     writeFile(shots() + u"/broken.TGA"_s, "not a picture");
@@ -274,13 +269,11 @@ TEST_F(LevelShotsTest, LevelShotsWithControlCharactersOrOverlongNamesAreLeftOutW
 
 TEST(EntryNames, OnlyPlainNamesOfAtMost255BytesPass)
 {
-    EXPECT_TRUE(entryNameProblem(u"ffa_yavin.jpg"_s).isEmpty());
-    EXPECT_TRUE(entryNameProblem(u"with blanks, commas & äccents.tga"_s).isEmpty());
-    EXPECT_TRUE(entryNameProblem(QString(127, QChar(0xe4))).isEmpty()); // 254 bytes of UTF-8
-    EXPECT_FALSE(entryNameProblem(QString(128, QChar(0xe4))).isEmpty());
-    for (const char* bad : {"a\nb", "a\rb", "\x7f", "a\x1b[2J", "a/b", "a\\b"})
-        EXPECT_FALSE(entryNameProblem(QString::fromLatin1(bad)).isEmpty()) << bad;
-    EXPECT_FALSE(entryNameProblem(QString(QChar(0x85))).isEmpty()) << "a C1 control character";
+    for (const QString& good : {u"ffa_yavin.jpg"_s, u"with blanks, commas & äccents.tga"_s, QString(127, QChar(0xe4))})
+        EXPECT_TRUE(entryNameProblem(good).isEmpty()) << good.toStdString(); // the last: 254 bytes of UTF-8
+    for (const QString& bad : {QString(128, QChar(0xe4)), u"a\nb"_s, u"a\rb"_s, u"\x7f"_s, u"a\x1b[2J"_s, u"a/b"_s,
+                               u"a\\b"_s, QString(QChar(0x85))}) // 0x85: a C1 control character
+        EXPECT_FALSE(entryNameProblem(bad).isEmpty()) << bad.toStdString();
 }
 
 // Level shots read ahead of the extraction: each is taken as the extraction comes to

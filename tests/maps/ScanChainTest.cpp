@@ -225,20 +225,6 @@ TEST_P(ScanChain, LeavesWhatThePhasesLeaveAlone)
 INSTANTIATE_TEST_SUITE_P(Cases, ScanChain, ::testing::ValuesIn(cases()),
                          [](const ::testing::TestParamInfo<Case>& param) { return std::string(param.param.name); });
 
-TEST_F(ScanChainPhases, TheTgaPicturesNeverBecomeFilesBetweenThePhases)
-{
-    for (int n = 0; n < 20; ++n)
-        pk3(u"m%1.pk3"_s.arg(n), customMap(u"m%1"_s.arg(n), tgaPicture(8, 8, static_cast<quint8>(n), 0, 0)));
-    ASSERT_TRUE(scan(&chain));
-    EXPECT_FALSE(QFileInfo::exists(t.programFolder() + u"/Scripts"_s));
-    EXPECT_EQ(chain.archives.size(), 20);
-    ASSERT_TRUE(extract(&chain));
-    EXPECT_EQ(QDir(shots()).entryList({u"*.tga"_s}, QDir::Files), QStringList());
-    ASSERT_TRUE(ConvertTgaToBmp(*t.app, &chain));
-    EXPECT_EQ(QDir(shots()).entryList({u"m*.bmp"_s}, QDir::Files).size(), 20);
-    EXPECT_EQ(progress.activities.count(u"Converting m7.tga...."_s), 1);
-}
-
 TEST_F(ScanChainPhases, AnArchiveReplacedBetweenThePhasesIsReadAgain)
 {
     pk3(u"a.pk3"_s, customMap(u"before"_s, tgaPicture(2, 2, 1, 2, 3)));
