@@ -109,8 +109,14 @@ std::vector<Case> cases()
                  {entry("levelshots/case.tga", red), entry("levelshots/case.TGA", largeShot()),
                   entry("levelshots/Case.tga", blue)});
          }},
-        {"ATooLargePictureIsLogged", "", "big.tga was not converted", true, "",
-         [=](F b, F) { pk3(b, u"a.pk3"_s, customMap(u"big"_s, largeShot())); }},
+        // 4096 by 2048 pixels of one colour: 260 KB of runs, a few KB in the archive, and a 32 MB bmp.
+        {"ARunLengthBombIsLoggedAndConvertsToNothing", "fine.bmp=1 bomb.bmp=0",
+         "The level shot bomb.tga was not converted: it is larger than 2048 by 2048", true, "",
+         [=](F b, F) {
+             pk3(b, u"a.pk3"_s,
+                 customMap(u"bomb"_s, runLengthPicture(4096, 2048))
+                     .file(u"levelshots/fine.tga"_s, runLengthPicture(512, 512)));
+         }},
         {"AReadOnlyScriptStaysAndAnExistingScriptIsReplaced", "kept.arena=1 there.arena=0", "", true, "there",
          [=](F b, F p) {
              pk3(b, u"b.pk3"_s,
