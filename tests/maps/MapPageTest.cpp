@@ -151,27 +151,24 @@ TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
 
 TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
 {
-    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With "
-         "Bmp,duel\r\nm.pk3,none,none,None,unknown\r\n");
+    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With Bmp,duel\r\nm.pk3,none,none,None,x\r\n");
     QImage image(4, 4, QImage::Format_RGB32);
     image.fill(Qt::red);
     for (const char* name : {"withjpg.jpg", "withjpg.bmp", "withbmp.bmp"})
         ASSERT_TRUE(image.save(shots() + u'/' + QString::fromLatin1(name)));
     writeFile(shots() + u"/none.jpg"_s, "a broken picture");
-    click(u"m.pk3\\withjpg"_s);
-    EXPECT_EQ(shown(), u"~/withjpg.jpg|With Jpg|FFA"_s);
-    click(u"m.pk3\\withbmp"_s);
-    EXPECT_EQ(shown(), u"~/withbmp.bmp|With Bmp|duel"_s);
-    click(u"m.pk3\\none"_s);
-    EXPECT_EQ(shown(), u"~/unknown.jpg|None|unknown"_s);
-    click(u"m.pk3\\withjpg"_s);
-    tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(u"Jedi\\m.pk3"_s)));
-    EXPECT_EQ(shown(), u"~/unknown.jpg||"_s);
+    for (const auto& [key, expected] : {std::pair{u"m.pk3\\withjpg"_s, u"~/withjpg.jpg|With Jpg|FFA"_s},
+                                        {u"m.pk3\\withbmp"_s, u"~/withbmp.bmp|With Bmp|duel"_s},
+                                        {u"m.pk3\\none"_s, u"~/unknown.jpg|None|x"_s},
+                                        {u"Jedi\\m.pk3"_s, u"~/unknown.jpg||"_s}}) {
+        click(key);
+        EXPECT_EQ(shown(), expected);
+    }
     // Without any fallback picture the last picture stays.
     click(u"m.pk3\\withjpg"_s);
     QFile::remove(shots() + u"/unknown.jpg"_s);
     click(u"m.pk3\\none"_s);
-    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|unknown"_s);
+    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|x"_s);
 }
 
 TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
@@ -215,7 +212,7 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     EXPECT_EQ(grid.count(), 4);
 }
 
-TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
+TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestionAndOverRowsAsksFirst)
 {
     profile.setValue(F::optDefaultGameType(1), 1);
     AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
@@ -227,11 +224,10 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
     EXPECT_TRUE(rotationMenuOpens(profile));
     setStart(3);
     EXPECT_EQ(profile.startingMap(), u"ctf_yavin"_s);
-}
-
-TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
-{
+    // Over rows it asks first.
+    grid().setRows({});
     rows({"mine"});
+    profile.setConfigurationChanged(false);
     profile.setValue(F::chkUseINI, 1);
     profile.setText(F::txtServerINI, u"/x/saved.cfg"_s);
     setFirstMapType(profile, u"FFA"_s);
@@ -240,7 +236,7 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     EXPECT_TRUE(asked("Clear Map list?"));
     EXPECT_EQ(rotation(), u"mine"_s);
-    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
+    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(5)));
     EXPECT_FALSE(profile.configurationChanged());
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
