@@ -168,11 +168,12 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     pk3(u"nopictures.pk3"_s, {"maps/x.bsp", "x.jpg"});
     pk3(u"zmap.pk3"_s,
         {entry("LevelShots/zmap.tga", tgaPicture(2, 2, 0, 0, 255)), entry("levelshots/zmap.jpg", "a jpg stays a jpg"),
-         entry("levelshots/zmap.png", "not selected")});
+         entry("levelshots/zmap.png", "not selected"), "levelshots/sub/deeper.jpg", "levelshots/UP.JPG"});
     EXPECT_TRUE(extract());
-    EXPECT_EQ(pictures(), (QStringList{u"duel_pit.tga"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
-                                       u"zmap.jpg"_s, u"zmap.tga"_s}));
+    EXPECT_EQ(pictures(), (QStringList{u"UP.JPG"_s, u"duel_pit.tga"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s,
+                                       u"unknown.jpg"_s, u"zmap.jpg"_s, u"zmap.tga"_s}));
     EXPECT_EQ(fileBytes(shots() + u"/ffa_bespin.jpg"_s), QByteArray("from assets1"));
+    EXPECT_FALSE(QFileInfo::exists(shots() + u"/sub"_s));
     EXPECT_EQ(progress.activities.first(), u"Copying images from assets0.pk3...."_s);
     EXPECT_EQ(progress.activity, u"Done"_s);
     EXPECT_EQ(progress.value, 0);
@@ -181,8 +182,8 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     std::erase(counted, 0);
     EXPECT_EQ(counted, (std::vector<int>{1, 2, 3, 4}));
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
-    EXPECT_EQ(pictures(), (QStringList{u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s, u"unknown.jpg"_s,
-                                       u"zmap.bmp"_s, u"zmap.jpg"_s}));
+    EXPECT_EQ(pictures(), (QStringList{u"UP.JPG"_s, u"duel_pit.bmp"_s, u"ffa_bespin.jpg"_s, u"unknown.bmp"_s,
+                                       u"unknown.jpg"_s, u"zmap.bmp"_s, u"zmap.jpg"_s}));
     const QImage converted(shots() + u"/duel_pit.bmp"_s, "BMP");
     EXPECT_EQ(converted.size(), QSize(4, 2));
     EXPECT_EQ(converted.pixelColor(1, 1), QColor(200, 10, 20));
