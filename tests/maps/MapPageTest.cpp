@@ -248,7 +248,7 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestionAndOverRows
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(3)));
 }
 
-TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
+TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkTellsTheUserAndSkipsATagPastTheLastRow)
 {
     rows({"a", "b", "c"});
     setStart(1);
@@ -267,10 +267,8 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
     setStart(1);
     EXPECT_EQ(rotation(), u"c* b* a"_s);
     EXPECT_EQ(profile.startingMap(), u"b"_s);
-}
-
-TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
-{
+    // A Tag past the last row is skipped.
+    grid().setRows({});
     rows({"a", "b", "c"});
     setStart(2);
     grid().setCurrent(2);
@@ -288,7 +286,7 @@ TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
     EXPECT_TRUE(t.prompts.shown.back().request.text.startsWith(u"b has been set"_s));
 }
 
-TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
+TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitivelyAndMovingSwapsTheTextAndReportsABadRow)
 {
     rows({"b", "B", "a", "A"});
     ID_SortAscending(profile);
@@ -301,6 +299,22 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
         sort(profile);
         EXPECT_EQ(grid().cell(0, 1), u"first"_s);
     }
+    // Moving swaps the text and reports a bad row.
+    grid().setRows({});
+    rows({"a", "b", "c"});
+    setStart(0);
+    m_MoveUpInList(*t.app, profile, 0);
+    m_MoveDownInList(*t.app, profile, 2);
+    EXPECT_EQ(rotation(), u"a* b c"_s);
+    m_MoveDownInList(*t.app, profile, 0);
+    EXPECT_EQ(rotation(), u"b* a c"_s); // the text moves, the mark stays
+    m_MoveUpInList(*t.app, profile, 2);
+    EXPECT_EQ(rotation(), u"b* c a"_s);
+    const size_t boxes = t.prompts.shown.size();
+    m_MoveUpInList(*t.app, profile, 7);
+    ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
+    EXPECT_TRUE(isBox(t.prompts.last(), errorBox(err::IndexOutOfBounds,
+                                                 u"arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"_s)));
 }
 
 TEST_F(MapRotationTest, RemovingAndClearingUseTheirOwnWordings)
@@ -358,22 +372,4 @@ TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
     shown(false, true);
     setCheckFromCode(profile, F::chkMapAutoCycle, 0);
     shown(true, false);
-}
-
-TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
-{
-    rows({"a", "b", "c"});
-    setStart(0);
-    m_MoveUpInList(*t.app, profile, 0);
-    m_MoveDownInList(*t.app, profile, 2);
-    EXPECT_EQ(rotation(), u"a* b c"_s);
-    m_MoveDownInList(*t.app, profile, 0);
-    EXPECT_EQ(rotation(), u"b* a c"_s); // the text moves, the mark stays
-    m_MoveUpInList(*t.app, profile, 2);
-    EXPECT_EQ(rotation(), u"b* c a"_s);
-    const size_t boxes = t.prompts.shown.size();
-    m_MoveUpInList(*t.app, profile, 7);
-    ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
-    EXPECT_TRUE(isBox(t.prompts.last(), errorBox(err::IndexOutOfBounds,
-                                                 u"arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"_s)));
 }

@@ -265,9 +265,7 @@ TEST(LevelShotConverterOrder, WorkerThreadsGiveTheResultsAndFilesOfOneThread)
     EXPECT_EQ(one.at(3), u"p3.tga 2"_s);
     EXPECT_EQ(one.at(5), u"p5.tga 1"_s);
     EXPECT_EQ(tree(dir.path() + u"/two"_s), tree(dir.path() + u"/one"_s));
-    const auto pictures = std::count_if(one.begin(), one.end(), [](const QString& r) { return r.endsWith(u" 0"_s); });
-    EXPECT_EQ(QDir(dir.path() + u"/one"_s).entryList(QDir::Files).size(), pictures);
-    EXPECT_EQ(pictures, 60 - 9 - 4);
+    EXPECT_EQ(QDir(dir.path() + u"/one"_s).entryList(QDir::Files).size(), 60 - 9 - 4);
 }
 
 TEST_F(MapScanTest, SkipsAssets1AndTheOtherLevelsOfAssets0AndTakesAnyNameEndingInPk3)
