@@ -189,7 +189,8 @@ TEST_F(LevelShotsTest, CopiesThePicturesOfEveryArchiveAndConvertsTheTgaFiles)
     EXPECT_TRUE(t.prompts.shown.empty());
 }
 
-TEST_F(LevelShotsTest, WithoutAFolderConversionIsLoggedAndAReadOnlyOrUnreadableTgaIsDeletedAnyway)
+TEST_F(LevelShotsTest,
+       WithoutAFolderConversionIsLoggedAReadOnlyOrUnreadableTgaIsDeletedAndFallbacksAreWrittenOnlyWhereMissing)
 {
     EXPECT_TRUE(ConvertTgaToBmp(*t.app) && t.prompts.shown.empty());
     EXPECT_TRUE(log().contains(u"::CMapScanner.ConvertTgaToBmp(Function)"_s));
@@ -199,10 +200,7 @@ TEST_F(LevelShotsTest, WithoutAFolderConversionIsLoggedAndAReadOnlyOrUnreadableT
     EXPECT_TRUE(ConvertTgaToBmp(*t.app));
     EXPECT_EQ(pictures(), QStringList{u"ro.bmp"_s});
     EXPECT_EQ(progress.maximum, 2);
-}
-
-TEST_F(LevelShotsTest, TheFallbackPicturesAreWrittenOnlyWhereMissing)
-{
+    // The fallback pictures are written only where missing.
     writeFile(shots() + u"/unknown.jpg"_s, "the user's own");
     EXPECT_TRUE(EnsureFallbackPictures(*t.app));
     EXPECT_EQ(fileBytes(shots() + u"/unknown.jpg"_s), QByteArray("the user's own"));
