@@ -110,7 +110,7 @@ TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWasAndAnEmptyOneGi
     EXPECT_TRUE(QFile::exists(shots() + u"/unknown.jpg"_s));
 }
 
-TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
+TEST_F(MapTreeTest, ArchivesAreSortedMapsKeepTheirOrderADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
 {
     load("zeta.pk3,z2,z2,Zed Two,FFA\r\nzeta.pk3,z1,z1,Zed One,DUEL\r\n"
          "assets0.pk3,ffa_yavin,ffa_yavin,Massassi Temple,ffa holocron jedimaster team\r\n"
@@ -130,10 +130,7 @@ TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
     EXPECT_EQ(archive.data().toString(), u"zeta.pk3"_s);
     EXPECT_EQ(tree().index(1, 0, archive).data(MapTreeModel::TagRole).toString(), u"z1,Zed One,DUEL"_s);
     EXPECT_EQ(tree().parent(archive), top);
-}
-
-TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
-{
+    // A reload: a duplicate key adds nothing but counts, and a comma shifts the rest.
     load("a.pk3,m,m,First,FFA\r\na.pk3,m,m,Again,FFA\r\n  \"q.pk3\"  junk,q,q,\"Q, quoted\",FFA\r\n"
          "b.pk3,n,n,Long, Comma,DUEL\r\nc.pk3,o,o,Oh,CTF\r\n");
     // Records read: a/m, a/m again (no node), q/q (quotes keep a comma), b/n with the type
