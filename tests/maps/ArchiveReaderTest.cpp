@@ -65,7 +65,7 @@ QString readerRead(const QString& path, QByteArray* data)
 
 } // namespace
 
-TEST_F(ArchiveReaderTest, ListsTheDirectoryInItsOrderWithFoldersAndNamesAndReadsWithinALimit)
+TEST_F(ArchiveReaderTest, ListsTheDirectoryReadsWithinALimitAndALaterExtractionReplacesTheFileAndKeepsTheReadOnlyMark)
 {
     ArchiveReader reader(make(zipOf({entry("maps/mymap.bsp", "BSP"), "models/players/", entry("top.txt", "top"),
                                      entry("levelshots/mymap.jpg", "JPG"), entry("a.txt", QByteArray(1000, 'a'))})));
@@ -81,10 +81,7 @@ TEST_F(ArchiveReaderTest, ListsTheDirectoryInItsOrderWithFoldersAndNamesAndReads
     EXPECT_EQ(errorNumberOf([&] { reader.entry(5); }), err::SubscriptOutOfRange);
     EXPECT_EQ(reader.readEntry(4, 1000).size(), 1000);
     EXPECT_EQ(errorNumberOf([&] { reader.readEntry(4, 999); }), err::BadArchive);
-}
-
-TEST_F(ArchiveReaderTest, ALaterExtractionReplacesTheFileAndKeepsTheReadOnlyMark)
-{
+    // A later extraction replaces the file and keeps the read-only mark.
     make(ZipBuilder().readOnlyFile(u"scripts/x.arena"_s, "first"));
     const QString written = ArchiveReader(archive()).extractEntry(0, target());
     EXPECT_EQ(written, QFileInfo(target()).canonicalFilePath() + u"/scripts/x.arena"_s);
@@ -136,7 +133,7 @@ TEST_F(ArchiveReaderTest, HostileNamesAreNeverWrittenOutsideTheTargetAndLinksAtT
     EXPECT_EQ(fileBytes(target() + u"/levelshots/a.jpg"_s), QByteArray("picture"));
 }
 
-TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
+TEST_F(ArchiveReaderTest, BrokenArchivesAndHugeClaimsGiveAClearErrorAndLeaveNothingBehind)
 {
     make(zipOf({entry("levelshots/a.jpg", QByteArray(4000, 'a')), entry("levelshots/b.jpg", "b")}), u"good.pk3"_s);
     const QByteArray good = fileBytes(archive(u"good.pk3"_s));
@@ -167,17 +164,14 @@ TEST_F(ArchiveReaderTest, BrokenArchivesGiveAClearErrorAndLeaveNothingBehind)
     reader.selectFiles(u"levelshots\\*.jpg"_s);
     EXPECT_EQ(errorNumberOf([&] { reader.extract(target()); }), err::BadArchive);
     EXPECT_EQ(extracted(), QStringList());
-}
-
-TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnpacked)
-{
+    // An entry that claims a huge size is refused before anything is unpacked.
     make(zipOf({entry("levelshots/bomb.jpg", QByteArray(5000, 'z'))}));
     ASSERT_TRUE(patchClaimedSize(archive(), u"levelshots/bomb.jpg"_s, 0xFFFFFFF0u));
-    ArchiveReader reader(archive());
-    EXPECT_EQ(reader.entry(0).size, 0xFFFFFFF0u);
-    EXPECT_EQ(errorNumberOf([&] { reader.readEntry(0); }), err::BadArchive);
-    reader.selectFiles(u"levelshots\\*.jpg"_s);
-    EXPECT_EQ(errorNumberOf([&] { reader.extract(target()); }), err::BadArchive);
+    ArchiveReader bomb(archive());
+    EXPECT_EQ(bomb.entry(0).size, 0xFFFFFFF0u);
+    EXPECT_EQ(errorNumberOf([&] { bomb.readEntry(0); }), err::BadArchive);
+    bomb.selectFiles(u"levelshots\\*.jpg"_s);
+    EXPECT_EQ(errorNumberOf([&] { bomb.extract(target()); }), err::BadArchive);
     EXPECT_EQ(extracted(), QStringList());
     // An entry that claims less than it holds is caught as well.
     ASSERT_TRUE(patchClaimedSize(archive(), u"levelshots/bomb.jpg"_s, 100));
@@ -200,7 +194,7 @@ TEST_F(ArchiveReaderTest, AnEntryThatClaimsAHugeSizeIsRefusedBeforeAnythingIsUnp
 // The program reads an ordinary archive's entries itself, from the layout it finds in
 // the central directory; whatever it isn't sure of goes to the zip library. Either way
 // an entry reads as the library alone reads it: the same bytes, or the same error.
-TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibrary)
+TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramOddOnesByTheLibraryAndDamagedOnesAsTheLibraryReadsThem)
 {
     ArchiveReader reader(make(zipOf({"maps/", entry("maps/a.bsp", someData)})
                                   .file(u"levelshots\\a.tga"_s, someData, true)
@@ -222,19 +216,16 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramAndOddOnesByTheLibr
     EXPECT_EQ(a.method, 8);
     // Only plain files within the limit are read packed.
     EXPECT_FALSE(reader.readPacked(0, &b) || reader.readPacked(3, &b) || reader.readPacked(1, &b, 100));
-}
-
-TEST_F(ArchiveReaderTest, DamagedEntriesReadAsTheLibraryReadsThem)
-{
+    // Damaged entries read as the library reads them.
     // Offsets in an archive of one entry named "e.bin": the local header at 0, its data at 35.
     const std::tuple<const char*, bool, std::function<void(QByteArray&)>> damages[] = {
-        {"a flipped data byte", false, [](QByteArray& b) { b[40] = static_cast<char>(b[40] ^ 0x20); }},
-        {"a flipped stored byte", true, [](QByteArray& b) { b[40] = static_cast<char>(b[40] ^ 0x20); }},
-        {"a spoilt local header", false, [](QByteArray& b) { b[0] = 'X'; }},
-        {"a longer local name", false, [](QByteArray& b) { b[26] = 9; }},
-        {"a local extra field past the data", true, [](QByteArray& b) { b[28] = char(0xff), b[29] = char(0x7f); }},
-        {"a wrong checksum in the directory", false, [](QByteArray& b) { b[b.indexOf("PK\1\2") + 16] ^= 1; }},
-        {"junk after the end record", false, [](QByteArray& b) { b += "junk after the end record"; }},
+        {"a flipped data byte", false, [](QByteArray& z) { z[40] = static_cast<char>(z[40] ^ 0x20); }},
+        {"a flipped stored byte", true, [](QByteArray& z) { z[40] = static_cast<char>(z[40] ^ 0x20); }},
+        {"a spoilt local header", false, [](QByteArray& z) { z[0] = 'X'; }},
+        {"a longer local name", false, [](QByteArray& z) { z[26] = 9; }},
+        {"a local extra field past the data", true, [](QByteArray& z) { z[28] = char(0xff), z[29] = char(0x7f); }},
+        {"a wrong checksum in the directory", false, [](QByteArray& z) { z[z.indexOf("PK\1\2") + 16] ^= 1; }},
+        {"junk after the end record", false, [](QByteArray& z) { z += "junk after the end record"; }},
     };
     int errors = 0;
     for (const auto& [what, stored, change] : damages) {

@@ -146,29 +146,7 @@ TEST_F(MapTreeTest, ArchivesAreSortedMapsKeepTheirOrderADuplicateKeyAddsNothingB
     EXPECT_EQ(node(u"CTF\\c.pk3"_s)->tag, u"o,o,Oh"_s);
 }
 
-TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
-{
-    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With Bmp,duel\r\nm.pk3,none,none,None,x\r\n");
-    QImage image(4, 4, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    for (const char* name : {"withjpg.jpg", "withjpg.bmp", "withbmp.bmp"})
-        ASSERT_TRUE(image.save(shots() + u'/' + QString::fromLatin1(name)));
-    writeFile(shots() + u"/none.jpg"_s, "a broken picture");
-    for (const auto& [key, expected] : {std::pair{u"m.pk3\\withjpg"_s, u"~/withjpg.jpg|With Jpg|FFA"_s},
-                                        {u"m.pk3\\withbmp"_s, u"~/withbmp.bmp|With Bmp|duel"_s},
-                                        {u"m.pk3\\none"_s, u"~/unknown.jpg|None|x"_s},
-                                        {u"Jedi\\m.pk3"_s, u"~/unknown.jpg||"_s}}) {
-        click(key);
-        EXPECT_EQ(shown(), expected);
-    }
-    // Without any fallback picture the last picture stays.
-    click(u"m.pk3\\withjpg"_s);
-    QFile::remove(shots() + u"/unknown.jpg"_s);
-    click(u"m.pk3\\none"_s);
-    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|x"_s);
-}
-
-TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
+TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheTypeAndADoubleClickAddsTheMapWithThem)
 {
     load("m.pk3,one,one,One,FFA\r\nm.pk3,two,two,Two,DUEL\r\nUPPER.PK3,three,three,Three,CTF\r\n");
     Field& grid = profile.field(F::lsvMapRotation);
@@ -207,6 +185,25 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     EXPECT_NE(node(u"b.pk3\\two"_s), nullptr);
     doubleClick();
     EXPECT_EQ(grid.count(), 4);
+    // A click shows the level shot, the long name and the type.
+    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With Bmp,duel\r\nm.pk3,none,none,None,x\r\n");
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    for (const char* name : {"withjpg.jpg", "withjpg.bmp", "withbmp.bmp"})
+        ASSERT_TRUE(image.save(shots() + u'/' + QString::fromLatin1(name)));
+    writeFile(shots() + u"/none.jpg"_s, "a broken picture");
+    for (const auto& [key, expected] : {std::pair{u"m.pk3\\withjpg"_s, u"~/withjpg.jpg|With Jpg|FFA"_s},
+                                        {u"m.pk3\\withbmp"_s, u"~/withbmp.bmp|With Bmp|duel"_s},
+                                        {u"m.pk3\\none"_s, u"~/unknown.jpg|None|x"_s},
+                                        {u"Jedi\\m.pk3"_s, u"~/unknown.jpg||"_s}}) {
+        click(key);
+        EXPECT_EQ(shown(), expected);
+    }
+    // Without any fallback picture the last picture stays.
+    click(u"m.pk3\\withjpg"_s);
+    QFile::remove(shots() + u"/unknown.jpg"_s);
+    click(u"m.pk3\\none"_s);
+    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|x"_s);
 }
 
 TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestionAndOverRowsAsksFirst)
