@@ -1,6 +1,5 @@
-// The archive reader: listing, selection and extraction that never writes outside its
-// target, clear errors for broken or lying archives, its own reading of ordinary
-// layouts that must match the zip library's, and the shelf of archives read ahead.
+// The archive reader: extraction never writes outside its target, broken or lying archives
+// give clear errors, its own reading matches the zip library's, and the shelf of archives.
 #include "maps/ArchiveReader.h"
 #include "maps/ArchiveShelf.h"
 #include "MapsKit.h"
@@ -191,9 +190,8 @@ TEST_F(ArchiveReaderTest, BrokenArchivesAndHugeClaimsGiveAClearErrorAndLeaveNoth
     EXPECT_EQ(many.extract(target(), 1000, 3000).size(), 3);
 }
 
-// The program reads an ordinary archive's entries itself, from the layout it finds in
-// the central directory; whatever it isn't sure of goes to the zip library. Either way
-// an entry reads as the library alone reads it: the same bytes, or the same error.
+// Ordinary layouts are read by the program, the rest by the library; either way an entry
+// reads as the library alone reads it: the same bytes, or the same error.
 TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramOddOnesByTheLibraryAndDamagedOnesAsTheLibraryReadsThem)
 {
     ArchiveReader reader(make(zipOf({"maps/", entry("maps/a.bsp", someData)})
@@ -249,8 +247,7 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramOddOnesByTheLibrary
     EXPECT_GE(errors, 3); // the checksums and the spoilt header at least
 }
 
-// Archives read ahead on worker threads: what open takes is what opening the archive
-// at that moment gives, whatever happened to its file after it was read ahead.
+// What open takes is what opening the archive then gives, whatever happened after read-ahead.
 TEST_F(ArchiveReaderTest, AShelfTakesAnArchiveReadAheadAsItsFileIsWhenOpenedAndHoldsNoFileOpen)
 {
     auto paths = [](const ArchiveReader& reader) {

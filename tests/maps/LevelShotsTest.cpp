@@ -1,9 +1,6 @@
-// Level shots: the tga reader's kinds, limits and faults; the bmp prepared from an
-// archive's packed data, taken only when the data unpacks exactly as the directory
-// claims and then byte for byte what Qt writes; the scan's level shots, copied from
-// every archive and converted, with the fallback pictures; strangers' entries (bombs,
-// odd names) left out with a log entry; and shots read ahead, taken only as the
-// extraction comes to them.
+// Level shots: the tga reader's kinds, limits and faults; bmps prepared from packed data
+// only when it unpacks exactly; the scan's copies and conversions, odd names left out
+// with a log entry; and shots read ahead, taken only as the extraction comes to them.
 #include "maps/ArchiveReader.h"
 #include "maps/ArchiveShelf.h"
 #include "maps/EntryChecks.h"
@@ -61,9 +58,8 @@ using LevelShotsTest = ScanTest;
 
 } // namespace
 
-// Each picture is read, and prepared from an archive's packed data (stored and deflated):
-// plain true-colour data goes to the bmp straight, every other kind is decoded, and the
-// bmp is what Qt writes of the picture read.
+// Each picture is also prepared from packed data, stored and deflated: the bmp is what Qt
+// writes of the picture read.
 TEST(TgaPicture, ReadsEveryKindWithinTheLimitsAndRefusesTheRestBeforeReadingTheirData)
 {
     struct Case {
@@ -238,9 +234,7 @@ TEST(EntryNames, OnlyPlainNamesOfAtMost255BytesPass)
         EXPECT_FALSE(entryNameProblem(bad).isEmpty()) << bad.toStdString();
 }
 
-// Level shots read ahead of the extraction: each is taken as the extraction comes to
-// it, and a shot that wasn't planned, was passed over, or whose archive changed is
-// simply not there, so that the extraction reads it itself.
+// A shot that wasn't planned, was passed over, or whose archive changed is not there.
 TEST(ShotPrefetch, ShotsAreTakenInTheirOrderOnlyAsPlanned)
 {
     QTemporaryDir dir;

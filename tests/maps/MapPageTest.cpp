@@ -1,7 +1,5 @@
-// The map page: the tree of available maps, filled from the catalogue (its order, its
-// labels and pictures, what a click or a double click does), and the rotation grid
-// (stock sets, the starting map's mark, sorting, moving, removing and clearing, each
-// with the boxes the user answers).
+// The map page: the tree of maps from the catalogue, its clicks and double clicks, and the
+// rotation grid's commands with the boxes the user answers.
 #include "commands/MapCycleCommands.h"
 #include "commands/MapScanCommand.h"
 #include "maps/MapRotation.h"

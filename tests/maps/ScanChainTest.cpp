@@ -1,10 +1,6 @@
-// The map scan: the catalogue it writes from the archives and their arena scripts, the
-// progress window, and the boxes that end it, for broken and hostile archives too,
-// which never write outside the program's folder and keep the catalogue so far. Run as
-// one chain (archives kept, scripts and level shots read in memory, pictures converted
-// on worker threads) its phases must leave exactly what they leave when each works
-// through files on its own: the same catalogue, files, permissions, messages and log
-// entries; each such case builds the same base folder twice and runs it both ways.
+// The map scan: its catalogue, progress window and boxes; hostile archives never write
+// outside and keep the catalogue so far. Run as one chain (in memory, worker threads) the
+// phases must leave exactly what they leave on their own: files, messages, log, progress.
 #include "maps/LevelShotConverter.h"
 #include "maps/MapScanChain.h"
 #include "maps/MapTreeModel.h"
@@ -65,9 +61,8 @@ ZipBuilder customMap(const QString& map, const QByteArray& shot)
 // Wider than any level shot the program takes.
 QByteArray largeShot() { return tgaHeader(2, 4096, 1, 24) + QByteArray(3, '\0'); }
 
-// What a case is about, beyond sameness: how many files end so ("ending=count ..."), a
-// line the log holds, and whether the scan got through (else it ended in one box). a.pk3
-// holds the first map, with its script and a shot, and the set-up adds the rest.
+// Beyond sameness: how many files end so ("ending=count ..."), a line the log holds, and
+// whether the scan got through; a.pk3 holds the first map, the set-up adds the rest.
 struct Case {
     const char *name, *counts, *logged;
     bool scanned;
