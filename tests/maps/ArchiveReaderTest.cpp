@@ -178,8 +178,7 @@ TEST_F(ArchiveReaderTest, BrokenArchivesAndHugeClaimsGiveAClearErrorAndLeaveNoth
     EXPECT_EQ(errorNumberOf([&] { liar.readEntry(0); }), err::BadArchive);
     EXPECT_EQ(errorNumberOf([&] { liar.extractEntry(0, target()); }), err::BadArchive);
     EXPECT_EQ(extracted(), QStringList());
-    // Many entries that each stay below the entry limit are refused as a whole, before
-    // the first is written, when together they claim more than the extraction allows.
+    // Entries below the entry limit that together claim too much are refused before the first is written.
     ArchiveReader many(
         make(zipOf({entry("levelshots/a.jpg", QByteArray(1000, 'a')), entry("levelshots/b.jpg", QByteArray(1000, 'b')),
                     entry("levelshots/c.jpg", QByteArray(1000, 'c'))}),
@@ -214,8 +213,7 @@ TEST_F(ArchiveReaderTest, OrdinaryArchivesAreReadByTheProgramOddOnesByTheLibrary
     EXPECT_EQ(a.method, 8);
     // Only plain files within the limit are read packed.
     EXPECT_FALSE(reader.readPacked(0, &b) || reader.readPacked(3, &b) || reader.readPacked(1, &b, 100));
-    // Damaged entries read as the library reads them.
-    // Offsets in an archive of one entry named "e.bin": the local header at 0, its data at 35.
+    // Damaged entries read as the library reads them; "e.bin" has its local header at 0, its data at 35.
     const std::tuple<const char*, bool, std::function<void(QByteArray&)>> damages[] = {
         {"a flipped data byte", false, [](QByteArray& z) { z[40] = static_cast<char>(z[40] ^ 0x20); }},
         {"a flipped stored byte", true, [](QByteArray& z) { z[40] = static_cast<char>(z[40] ^ 0x20); }},

@@ -131,9 +131,8 @@ TEST_F(MapTreeTest, ArchivesAreSortedMapsKeepTheirOrderADuplicateKeyAddsNothingB
     // A reload: a duplicate key adds nothing but counts, and a comma shifts the rest.
     load("a.pk3,m,m,First,FFA\r\na.pk3,m,m,Again,FFA\r\n  \"q.pk3\"  junk,q,q,\"Q, quoted\",FFA\r\n"
          "b.pk3,n,n,Long, Comma,DUEL\r\nc.pk3,o,o,Oh,CTF\r\n");
-    // Records read: a/m, a/m again (no node), q/q (quotes keep a comma), b/n with the type
-    // "Comma", then "DUEL,c.pk3,o,o,Oh", then the lone "CTF" that the end of the file cuts
-    // short and that keeps the other four values.
+    // Records: a/m, a/m (no node), q/q (quotes keep a comma), b/n of type "Comma", "DUEL,c.pk3,o,o,Oh",
+    // then the lone "CTF" that the end of the file cuts short, keeping the other four values.
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"6 Maps available"_s);
     EXPECT_EQ(texts({}), (QStringList{u"a.pk3"_s, u"b.pk3"_s, u"CTF"_s, u"DUEL"_s, u"q.pk3"_s}));
     EXPECT_EQ(node(u"q.pk3\\q"_s)->tag, u"q,Q, quoted,FFA"_s);
@@ -251,8 +250,7 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkTellsTheUserAndSkipsATa
                                          u"b has been set as the starting map"_s + kTail, Buttons::Ok}));
     setStart(2);
     EXPECT_EQ(rotation(), u"a b c*"_s);
-    // After a sort the Tag points at another row, which loses a mark it didn't have,
-    // while the old mark moves with its row and stays.
+    // After a sort the Tag points at another row; the old mark moves with its row and stays.
     ID_SortDescending(profile);
     EXPECT_EQ(rotation(), u"c* b a"_s);
     EXPECT_EQ(grid().tag(), u"2"_s);
