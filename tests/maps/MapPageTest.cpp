@@ -1,7 +1,5 @@
-// The map page: the tree of available maps, filled from the catalogue (its order, its
-// labels and pictures, what a click or a double click does), and the rotation grid
-// (stock sets, the starting map's mark, sorting, moving, removing and clearing, each
-// with the boxes the user answers).
+// The map page: the tree of maps from the catalogue, its clicks and double clicks, and the
+// rotation grid's commands with the boxes the user answers.
 #include "commands/MapCycleCommands.h"
 #include "commands/MapScanCommand.h"
 #include "maps/MapRotation.h"
@@ -46,7 +44,6 @@ protected:
         return QString(label(F::picMap)).replace(shots(), u"~"_s) + u'|' + label(F::lblLongMapName) + u'|' +
                label(F::lblMapType);
     }
-
     TestApp t;
     ServerProfile profile;
 };
@@ -83,35 +80,10 @@ protected:
                      {kProductTitle, Icon::Question, QString::fromLatin1(question) + kTail, Buttons::YesNo});
     }
     QString selected() const { return profile.text(F::lblMapsSelected); }
-
     bool clicksAttached = (attachClickRoutines(*t.app, profile), true);
 };
 
 } // namespace
-
-TEST(CatalogueReader, ReadsValuesAsOneStreamSoACommaInALongNameShiftsTheRecordsBehindIt)
-{
-    const QByteArray text = "a.pk3,m1,m1,Long, with comma,FFA\r\nb.pk3,m2,m2,Two,DUEL\r\n";
-    CatalogueReader reader(text + "  \"quoted, value\"  junk,x\r\n");
-    QStringList values;
-    for (QString v; reader.next(v);)
-        values << v;
-    EXPECT_EQ(values, (QStringList{u"a.pk3"_s, u"m1"_s, u"m1"_s, u"Long"_s, u"with comma"_s, u"FFA"_s, u"b.pk3"_s,
-                                   u"m2"_s, u"m2"_s, u"Two"_s, u"DUEL"_s, u"quoted, value"_s, u"x"_s}));
-    EXPECT_TRUE(reader.atEnd());
-
-    CatalogueReader records(text);
-    MapEntry entry;
-    ASSERT_TRUE(records.read(entry));
-    EXPECT_EQ(entry.MapType, u"with comma"_s);
-    ASSERT_TRUE(records.read(entry));
-    EXPECT_EQ(entry.Pk3File, u"FFA"_s);
-    EXPECT_EQ(entry.MapName, u"b.pk3"_s);
-    EXPECT_EQ(entry.MapType, u"Two"_s);
-    EXPECT_FALSE(records.read(entry));
-    EXPECT_EQ(entry.Pk3File, u"DUEL"_s); // the rest keep the last record's values
-    EXPECT_EQ(entry.MapName, u"b.pk3"_s);
-}
 
 TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWasAndAnEmptyOneGivesTheRootAlone)
 {
@@ -126,7 +98,6 @@ TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWasAndAnEmptyOneGi
     EXPECT_EQ(tree().nodeCount(), 0);
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"7 Maps available"_s);
     EXPECT_EQ(profile.formPointer(), 0);
-
     load("");
     ASSERT_EQ(tree().roots().size(), 1u);
     EXPECT_EQ(tree().root()->text, u"Jedi"_s);
@@ -137,7 +108,7 @@ TEST_F(MapTreeTest, AMissingCatalogueWarnsAndLeavesTheTreeAsItWasAndAnEmptyOneGi
     EXPECT_TRUE(QFile::exists(shots() + u"/unknown.jpg"_s));
 }
 
-TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
+TEST_F(MapTreeTest, ArchivesAreSortedMapsKeepTheirOrderADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
 {
     load("zeta.pk3,z2,z2,Zed Two,FFA\r\nzeta.pk3,z1,z1,Zed One,DUEL\r\n"
          "assets0.pk3,ffa_yavin,ffa_yavin,Massassi Temple,ffa holocron jedimaster team\r\n"
@@ -149,29 +120,22 @@ TEST_F(MapTreeTest, ArchivesAreSortedAndMapsKeepTheirOrder)
     EXPECT_EQ(texts(u"Jedi\\zeta.pk3"_s), (QStringList{u"z2"_s, u"z1"_s}));
     EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"6 Maps available"_s);
     EXPECT_EQ(node(u"zeta.pk3\\z1"_s)->tag, u"z1,Zed One,DUEL"_s);
-    EXPECT_EQ(node(u"zeta.pk3\\z1"_s)->image, 5);
-    EXPECT_EQ(node(u"Jedi\\zeta.pk3"_s)->image, 3);
-    EXPECT_EQ(tree().root()->image, 1);
     EXPECT_TRUE(node(u"Jedi\\zeta.pk3"_s)->tag.isEmpty());
-
     // The same through the item model a view reads.
     const QModelIndex top = tree().index(0, 0);
     EXPECT_EQ(tree().rowCount(top), 3);
     const QModelIndex archive = tree().index(2, 0, top);
     EXPECT_EQ(archive.data().toString(), u"zeta.pk3"_s);
     EXPECT_EQ(tree().index(1, 0, archive).data(MapTreeModel::TagRole).toString(), u"z1,Zed One,DUEL"_s);
-    EXPECT_EQ(archive.data(MapTreeModel::ImageKeyRole).toString(), u"PAK"_s);
     EXPECT_EQ(tree().parent(archive), top);
-}
-
-TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
-{
-    load("a.pk3,m,m,First,FFA\r\na.pk3,m,m,Again,FFA\r\nb.pk3,n,n,Long, Comma,DUEL\r\nc.pk3,o,o,Oh,CTF\r\n");
-    // Records read: a/m, a/m again (no node), b/n with the type "Comma", then
-    // "DUEL,c.pk3,o,o,Oh", then the lone "CTF" that the end of the file cuts short and
-    // that keeps the other four values.
-    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"5 Maps available"_s);
-    EXPECT_EQ(texts({}), (QStringList{u"a.pk3"_s, u"b.pk3"_s, u"CTF"_s, u"DUEL"_s}));
+    // A reload: a duplicate key adds nothing but counts, and a comma shifts the rest.
+    load("a.pk3,m,m,First,FFA\r\na.pk3,m,m,Again,FFA\r\n  \"q.pk3\"  junk,q,q,\"Q, quoted\",FFA\r\n"
+         "b.pk3,n,n,Long, Comma,DUEL\r\nc.pk3,o,o,Oh,CTF\r\n");
+    // Records: a/m, a/m (no node), q/q (quotes keep a comma), b/n of type "Comma", "DUEL,c.pk3,o,o,Oh",
+    // then the lone "CTF" that the end of the file cuts short, keeping the other four values.
+    EXPECT_EQ(label(F::lblNumberOfMapsAvailable), u"6 Maps available"_s);
+    EXPECT_EQ(texts({}), (QStringList{u"a.pk3"_s, u"b.pk3"_s, u"CTF"_s, u"DUEL"_s, u"q.pk3"_s}));
+    EXPECT_EQ(node(u"q.pk3\\q"_s)->tag, u"q,Q, quoted,FFA"_s);
     EXPECT_EQ(texts(u"Jedi\\a.pk3"_s), QStringList{u"m"_s});
     EXPECT_EQ(node(u"a.pk3\\m"_s)->tag, u"m,First,FFA"_s);
     EXPECT_EQ(node(u"b.pk3\\n"_s)->tag, u"n,Long,Comma"_s);
@@ -179,33 +143,7 @@ TEST_F(MapTreeTest, ADuplicateKeyAddsNothingButCountsAndACommaShiftsTheRest)
     EXPECT_EQ(node(u"CTF\\c.pk3"_s)->tag, u"o,o,Oh"_s);
 }
 
-TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheType)
-{
-    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With "
-         "Bmp,duel\r\nm.pk3,none,none,None,unknown\r\n");
-    QImage image(4, 4, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    for (const char* name : {"withjpg.jpg", "withjpg.bmp", "withbmp.bmp"})
-        ASSERT_TRUE(image.save(shots() + u'/' + QString::fromLatin1(name)));
-    writeFile(shots() + u"/none.jpg"_s, "a broken picture");
-
-    click(u"m.pk3\\withjpg"_s);
-    EXPECT_EQ(shown(), u"~/withjpg.jpg|With Jpg|FFA"_s);
-    click(u"m.pk3\\withbmp"_s);
-    EXPECT_EQ(shown(), u"~/withbmp.bmp|With Bmp|duel"_s);
-    click(u"m.pk3\\none"_s);
-    EXPECT_EQ(shown(), u"~/unknown.jpg|None|unknown"_s);
-    click(u"m.pk3\\withjpg"_s);
-    tvwAvailMaps_NodeClick(*t.app, profile, tree().indexOf(node(u"Jedi\\m.pk3"_s)));
-    EXPECT_EQ(shown(), u"~/unknown.jpg||"_s);
-    // Without any fallback picture the last picture stays.
-    click(u"m.pk3\\withjpg"_s);
-    QFile::remove(shots() + u"/unknown.jpg"_s);
-    click(u"m.pk3\\none"_s);
-    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|unknown"_s);
-}
-
-TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
+TEST_F(MapTreeTest, AClickShowsTheLevelShotTheLongNameAndTheTypeAndADoubleClickAddsTheMapWithThem)
 {
     load("m.pk3,one,one,One,FFA\r\nm.pk3,two,two,Two,DUEL\r\nUPPER.PK3,three,three,Three,CTF\r\n");
     Field& grid = profile.field(F::lsvMapRotation);
@@ -221,7 +159,6 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     EXPECT_EQ(label(F::lblMapsSelected), u"3 Selected Maps"_s);
     EXPECT_EQ(firstMapType(profile), u"FFA"_s);
     EXPECT_TRUE(profile.configurationChanged());
-
     // The root and an archive in small letters add nothing and show the unknown picture.
     click(u"m.pk3\\two"_s);
     tree().setSelectedNode(node(u"Jedi\\m.pk3"_s));
@@ -231,7 +168,6 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     tree().setSelectedNode(tree().root());
     doubleClick();
     EXPECT_EQ(grid.count(), 3);
-
     // An archive named in capitals counts as a map, with the labels of the last click.
     click(u"m.pk3\\two"_s);
     tree().setSelectedNode(node(u"Jedi\\UPPER.PK3"_s));
@@ -239,7 +175,6 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     ASSERT_EQ(grid.count(), 4);
     EXPECT_EQ(grid.rows().at(3).mid(0, 3), (QStringList{u"UPPER.PK3"_s, u"Two"_s, u"DUEL"_s}));
     EXPECT_EQ(firstMapType(profile), u"FFA"_s);
-
     // A reload replaces the tree and forgets the selection.
     load("b.pk3,two,two,Two,FFA\r\n");
     EXPECT_EQ(tree().selectedNode(), nullptr);
@@ -247,9 +182,28 @@ TEST_F(MapTreeTest, ADoubleClickAddsTheMapWithTheLabelsOfTheClickBeforeIt)
     EXPECT_NE(node(u"b.pk3\\two"_s), nullptr);
     doubleClick();
     EXPECT_EQ(grid.count(), 4);
+    // A click shows the level shot, the long name and the type.
+    load("m.pk3,withjpg,withjpg,With Jpg,FFA\r\nm.pk3,withbmp,withbmp,With Bmp,duel\r\nm.pk3,none,none,None,x\r\n");
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    for (const char* name : {"withjpg.jpg", "withjpg.bmp", "withbmp.bmp"})
+        ASSERT_TRUE(image.save(shots() + u'/' + QString::fromLatin1(name)));
+    writeFile(shots() + u"/none.jpg"_s, "a broken picture");
+    for (const auto& [key, expected] : {std::pair{u"m.pk3\\withjpg"_s, u"~/withjpg.jpg|With Jpg|FFA"_s},
+                                        {u"m.pk3\\withbmp"_s, u"~/withbmp.bmp|With Bmp|duel"_s},
+                                        {u"m.pk3\\none"_s, u"~/unknown.jpg|None|x"_s},
+                                        {u"Jedi\\m.pk3"_s, u"~/unknown.jpg||"_s}}) {
+        click(key);
+        EXPECT_EQ(shown(), expected);
+    }
+    // Without any fallback picture the last picture stays.
+    click(u"m.pk3\\withjpg"_s);
+    QFile::remove(shots() + u"/unknown.jpg"_s);
+    click(u"m.pk3\\none"_s);
+    EXPECT_EQ(shown(), u"~/withjpg.jpg|None|x"_s);
 }
 
-TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
+TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestionAndOverRowsAsksFirst)
 {
     profile.setValue(F::optDefaultGameType(1), 1);
     AddStandardMaps(*t.app, profile, StockSet::CaptureTheFlag);
@@ -261,11 +215,10 @@ TEST_F(MapRotationTest, AStockSetOnAnEmptyGridIsAddedWithoutAQuestion)
     EXPECT_TRUE(rotationMenuOpens(profile));
     setStart(3);
     EXPECT_EQ(profile.startingMap(), u"ctf_yavin"_s);
-}
-
-TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
-{
+    // Over rows it asks first.
+    grid().setRows({});
     rows({"mine"});
+    profile.setConfigurationChanged(false);
     profile.setValue(F::chkUseINI, 1);
     profile.setText(F::txtServerINI, u"/x/saved.cfg"_s);
     setFirstMapType(profile, u"FFA"_s);
@@ -274,9 +227,8 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     EXPECT_TRUE(asked("Clear Map list?"));
     EXPECT_EQ(rotation(), u"mine"_s);
-    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(0)));
+    EXPECT_TRUE(profile.isSet(F::optDefaultGameType(5)));
     EXPECT_FALSE(profile.configurationChanged());
-
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     AddStandardMaps(*t.app, profile, StockSet::Duel);
     EXPECT_EQ(rotation(), u"duel_bay duel_carbon duel_jedi duel_pit"_s);
@@ -287,7 +239,7 @@ TEST_F(MapRotationTest, AStockSetOverRowsAsksFirst)
     EXPECT_TRUE(profile.isSet(F::optDefaultGameType(3)));
 }
 
-TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
+TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkTellsTheUserAndSkipsATagPastTheLastRow)
 {
     rows({"a", "b", "c"});
     setStart(1);
@@ -298,18 +250,15 @@ TEST_F(MapRotationTest, SettingTheStartingMapMovesTheMarkAndTellsTheUser)
                                          u"b has been set as the starting map"_s + kTail, Buttons::Ok}));
     setStart(2);
     EXPECT_EQ(rotation(), u"a b c*"_s);
-    // After a sort the Tag points at another row, which loses a mark it didn't have,
-    // while the old mark moves with its row and stays.
+    // After a sort the Tag points at another row; the old mark moves with its row and stays.
     ID_SortDescending(profile);
     EXPECT_EQ(rotation(), u"c* b a"_s);
     EXPECT_EQ(grid().tag(), u"2"_s);
     setStart(1);
     EXPECT_EQ(rotation(), u"c* b* a"_s);
     EXPECT_EQ(profile.startingMap(), u"b"_s);
-}
-
-TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
-{
+    // A Tag past the last row is skipped.
+    grid().setRows({});
     rows({"a", "b", "c"});
     setStart(2);
     grid().setCurrent(2);
@@ -327,7 +276,7 @@ TEST_F(MapRotationTest, ATagPastTheLastRowIsSkipped)
     EXPECT_TRUE(t.prompts.shown.back().request.text.startsWith(u"b has been set"_s));
 }
 
-TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
+TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitivelyAndMovingSwapsTheTextAndReportsABadRow)
 {
     rows({"b", "B", "a", "A"});
     ID_SortAscending(profile);
@@ -340,6 +289,22 @@ TEST_F(MapRotationTest, SortsCompareTheMapNamesCaseSensitively)
         sort(profile);
         EXPECT_EQ(grid().cell(0, 1), u"first"_s);
     }
+    // Moving swaps the text and reports a bad row.
+    grid().setRows({});
+    rows({"a", "b", "c"});
+    setStart(0);
+    m_MoveUpInList(*t.app, profile, 0);
+    m_MoveDownInList(*t.app, profile, 2);
+    EXPECT_EQ(rotation(), u"a* b c"_s);
+    m_MoveDownInList(*t.app, profile, 0);
+    EXPECT_EQ(rotation(), u"b* a c"_s); // the text moves, the mark stays
+    m_MoveUpInList(*t.app, profile, 2);
+    EXPECT_EQ(rotation(), u"b* c a"_s);
+    const size_t boxes = t.prompts.shown.size();
+    m_MoveUpInList(*t.app, profile, 7);
+    ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
+    EXPECT_TRUE(isBox(t.prompts.last(), errorBox(err::IndexOutOfBounds,
+                                                 u"arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"_s)));
 }
 
 TEST_F(MapRotationTest, RemovingAndClearingUseTheirOwnWordings)
@@ -361,7 +326,6 @@ TEST_F(MapRotationTest, RemovingAndClearingUseTheirOwnWordings)
     EXPECT_EQ(selected(), u"0 Maps Selected"_s);
     EXPECT_EQ(firstMapType(profile), QString());
     EXPECT_EQ(profile.startingMap(), u"a"_s);
-
     // Clearing empties the starting map but keeps the Tag.
     rows({"a", "b"});
     setStart(1);
@@ -398,22 +362,4 @@ TEST_F(MapRotationTest, AutoCycleHidesTheMapControlsAndShowsTheStartingMapCombo)
     shown(false, true);
     setCheckFromCode(profile, F::chkMapAutoCycle, 0);
     shown(true, false);
-}
-
-TEST_F(MapRotationTest, MovingSwapsTheTextAndReportsABadRow)
-{
-    rows({"a", "b", "c"});
-    setStart(0);
-    m_MoveUpInList(*t.app, profile, 0);
-    m_MoveDownInList(*t.app, profile, 2);
-    EXPECT_EQ(rotation(), u"a* b c"_s);
-    m_MoveDownInList(*t.app, profile, 0);
-    EXPECT_EQ(rotation(), u"b* a c"_s); // the text moves, the mark stays
-    m_MoveUpInList(*t.app, profile, 2);
-    EXPECT_EQ(rotation(), u"b* c a"_s);
-    const size_t boxes = t.prompts.shown.size();
-    m_MoveUpInList(*t.app, profile, 7);
-    ASSERT_EQ(t.prompts.shown.size(), boxes + 1);
-    EXPECT_TRUE(isBox(t.prompts.last(), errorBox(err::IndexOutOfBounds,
-                                                 u"arena-steward::frmMain.m_MoveUpInList(Sub) (arena-steward)"_s)));
 }
