@@ -31,6 +31,10 @@ QStringList goldenLines(const QString& name)
 void expectGolden(const QString& path, const QString& name)
 {
     ASSERT_TRUE(QFile::exists(path)) << path.toStdString();
+    if (qEnvironmentVariableIsSet("STEWARD_BLESS")) { // a change on purpose: the program's file is the new expected one
+        QFile::remove(goldenPath(name));
+        ASSERT_TRUE(QFile::copy(path, goldenPath(name))) << name.toStdString();
+    }
     EXPECT_EQ(crlfLines(path), goldenLines(name));
     EXPECT_TRUE(fileBytes(path) == goldenBytes(name)) << path.toStdString() << " differs from " << name.toStdString();
 }

@@ -14,7 +14,8 @@ QByteArray goldenBytes(const QString& name);
 /// An expected file's lines, split at CR LF.
 QStringList goldenLines(const QString& name);
 /// A generated file against its expected file: line by line for a readable difference,
-/// then byte for byte.
+/// then byte for byte. With STEWARD_BLESS set, the generated file first replaces the
+/// expected one, for a change made on purpose (read the difference in git before a commit).
 void expectGolden(const QString& path, const QString& name);
 
 } // namespace steward::testing
