@@ -272,6 +272,9 @@ TEST_F(ArchiveReaderTest, AShelfTakesAnArchiveReadAheadAsItsFileIsWhenOpenedAndH
     EXPECT_FALSE(thrown([&] { shelf.open(gone); }).second.isEmpty());
     EXPECT_EQ(thrown([&] { shelf.open(broken); }).second, brokenError);
     EXPECT_EQ(shelf.size(), 2);
+    EXPECT_EQ(shelf.kept(changed), &shelf.open(changed));
+    ASSERT_TRUE(zipOf({"maps/c.bsp"}).write(changed));
+    EXPECT_EQ(shelf.kept(changed), nullptr) << "the pictures read ahead come from the file as it is now";
     // Kept archives hold no file open.
     auto openFiles = [] { return QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::NoDotAndDotDot).size(); };
     const auto before = openFiles();
