@@ -15,6 +15,7 @@
 #include "settings/SaveSettings.h"
 #include "settings/SettingsStore.h"
 #include "testkit/FakeWindows.h"
+#include "testkit/RealServer.h"
 #include "testkit/TestApp.h"
 #include "watch/ServerFolder.h"
 #include "watch/WatchState.h"
@@ -414,56 +415,20 @@ TEST_F(CtlState, TheServiceUnitIsOneThatSystemdAccepts)
 
 namespace {
 
-const QString kEngine = u"/usr/lib/ioquake3/ioq3ded"_s;
-const QString kGameData = u"/usr/lib/openarena-server"_s;
-
-/// The server's status answer on the port, or an empty text when none comes in time.
-QByteArray askStatus(quint16 port, int ms)
-{
-    QUdpSocket socket;
-    const QDeadlineTimer deadline(ms);
-    while (!deadline.hasExpired()) {
-        socket.writeDatagram(QByteArray("\xff\xff\xff\xffgetstatus"), QHostAddress::LocalHost, port);
-        if (socket.waitForReadyRead(250)) {
-            QByteArray answer(static_cast<int>(socket.pendingDatagramSize()), 0);
-            socket.readDatagram(answer.data(), answer.size());
-            return answer;
-        }
-    }
-    return {};
-}
-
-/// What the server prints for an rcon command.
-QByteArray rcon(quint16 port, const QByteArray& command)
-{
-    QUdpSocket socket;
-    socket.writeDatagram("\xff\xff\xff\xffrcon secret " + command, QHostAddress::LocalHost, port);
-    QByteArray answer;
-    while (socket.waitForReadyRead(1000)) {
-        QByteArray part(static_cast<int>(socket.pendingDatagramSize()), 0);
-        socket.readDatagram(part.data(), part.size());
-        answer += part;
-    }
-    return answer;
-}
-
 /// The child `run` on the test's folders, without a display, watching the engine.
 class WatchedRealServer : public CtlFixture {
 protected:
     void SetUp() override
     {
-        if (!QFileInfo(kEngine).isExecutable() || !QFileInfo(kGameData + u"/baseoa"_s).isDir()) {
-            if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
-                FAIL() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
+        if (realServerMissing())
             GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
-        }
         // The stand-in for the game's server: the engine on the game folder, its output left to the watcher.
         t.app->serverExecutable = u"q3server"_s;
         const QString script = t.gameFolder() + u"q3server"_s;
-        writeFile(script,
-                  u"#!/bin/sh\nexec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
-                  "+set fs_game base +set com_legacyprotocol 71 +set com_protocol 71 \"$@\"\n"_s.arg(kEngine, kGameData)
-                      .toLatin1());
+        writeFile(script, u"#!/bin/sh\nexec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
+                          "+set fs_game base +set com_legacyprotocol 71 +set com_protocol 71 \"$@\"\n"_s
+                              .arg(kRealEngine, kRealGameData)
+                              .toLatin1());
         QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
         port = static_cast<quint16>(27000 + 7000 + QCoreApplication::applicationPid() % 900);
         system.programFolder = t.root() + u"/data/ArenaSteward"_s; // where the child keeps its folders
@@ -540,7 +505,7 @@ protected:
         while (!deadline.hasExpired()) {
             const auto state = readWatchState(folder.stateFile());
             if (state && state->phase == WatchState::Phase::Running && !(state->server == before) &&
-                stillRuns(state->server) && !askStatus(on, 250).isEmpty())
+                stillRuns(state->server) && !awaitStatus(on, 250).isEmpty())
                 return state->server;
             if (watcher.state() == QProcess::NotRunning)
                 break;
@@ -568,11 +533,11 @@ TEST_F(WatchedRealServer, ACrashedServerAnswersAgainAndTheCrashPastTheLimitLeave
     startWatching(2);
     const ProcessIdentity first = answeringServer({}, 30000);
     ASSERT_FALSE(first.isNull()) << run.readAll().toStdString();
-    EXPECT_TRUE(askStatus(port, 2000).contains("\\mapname\\oa_dm1\\"));
+    EXPECT_TRUE(awaitStatus(port, 2000).contains("\\mapname\\oa_dm1\\"));
     ASSERT_TRUE(signalProcess(first, SIGSEGV));
     ProcessIdentity server = answeringServer(first, 15000);
     ASSERT_FALSE(server.isNull()) << "no answer within 15 s of the crash";
-    EXPECT_TRUE(askStatus(port, 2000).contains("\\sv_hostname\\Steward Test Arena\\"));
+    EXPECT_TRUE(awaitStatus(port, 2000).contains("\\sv_hostname\\Steward Test Arena\\"));
     ASSERT_EQ(crashLogs().size(), 1);
     const QByteArray log = fileBytes(folder().path() + u'/' + crashLogs().first());
     EXPECT_TRUE(log.startsWith("The server crashed: ")) << log.toStdString();
@@ -605,14 +570,14 @@ TEST_F(WatchedRealServer, TwoProfilesOnTwoPortsAndOneComesBackWithItsOwnRotation
     const ProcessIdentity duelServer = answering(folder(u"duel"_s), duelPort, {}, 30000, duel);
     ASSERT_FALSE(ffaServer.isNull()) << fileBytes(ffaFolder.serverLog()).right(1500).toStdString();
     ASSERT_FALSE(duelServer.isNull()) << duel.readAll().toStdString();
-    EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
-    EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\mapname\\oa_dm1\\"));
-    EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\sv_hostname\\Profile Duel\\"));
-    EXPECT_TRUE(askStatus(duelPort, 2000).contains("\\mapname\\oa_dm3\\"));
+    EXPECT_TRUE(awaitStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
+    EXPECT_TRUE(awaitStatus(ffaPort, 2000).contains("\\mapname\\oa_dm1\\"));
+    EXPECT_TRUE(awaitStatus(duelPort, 2000).contains("\\sv_hostname\\Profile Duel\\"));
+    EXPECT_TRUE(awaitStatus(duelPort, 2000).contains("\\mapname\\oa_dm3\\"));
     ASSERT_TRUE(signalProcess(ffaServer, SIGSEGV));
     const ProcessIdentity back = answering(ffaFolder, ffaPort, ffaServer, 15000, run);
     ASSERT_FALSE(back.isNull()) << "the ffa profile's server did not come back";
-    EXPECT_TRUE(askStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
+    EXPECT_TRUE(awaitStatus(ffaPort, 2000).contains("\\sv_hostname\\Profile FFA\\"));
     EXPECT_TRUE(rcon(ffaPort, "nextmap").contains("vstr m2")) << rcon(ffaPort, "nextmap").toStdString();
     EXPECT_TRUE(rcon(ffaPort, "m2").contains("map oa_dm2")) << rcon(ffaPort, "m2").toStdString();
     EXPECT_TRUE(stillRuns(duelServer)) << "the other profile's server keeps running";

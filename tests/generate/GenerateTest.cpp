@@ -28,6 +28,7 @@
 #include "testkit/Golden.h"
 #include "testkit/LaunchKit.h"
 #include "testkit/Printers.h"
+#include "testkit/RealServer.h"
 #include "testkit/TestApp.h"
 #include "wizard/MapWizard.h"
 
@@ -37,7 +38,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
-#include <QUdpSocket>
 #include <QUrl>
 #include <csignal>
 #include <functional>
@@ -931,44 +931,6 @@ TEST(ServerCommandLine, EachShapeEachValueOneArgumentAndTheFirstSelectedTypes)
 // game folder, so that the session file and the map cycle in "base" are the ones it
 // executes; the test then asks the running server for its status over UDP.
 
-const QString kEngine = u"/usr/lib/ioquake3/ioq3ded"_s;
-const QString kGameData = u"/usr/lib/openarena-server"_s;
-
-/// Asks the server on the port for its status until the answer passes the test or the time
-/// is up; the last answer, empty when none came.
-QByteArray awaitStatus(
-    quint16 port, int seconds,
-    const std::function<bool(const QByteArray&)>& done = [](const QByteArray& s) { return !s.isEmpty(); })
-{
-    const QDeadlineTimer deadline(seconds * 1000);
-    QByteArray answer;
-    for (; !deadline.hasExpired(); QThread::msleep(300)) {
-        QUdpSocket socket;
-        socket.writeDatagram(QByteArray("\xff\xff\xff\xffgetstatus"), QHostAddress::LocalHost, port);
-        if (!socket.waitForReadyRead(500))
-            continue;
-        answer.resize(static_cast<int>(socket.pendingDatagramSize()));
-        socket.readDatagram(answer.data(), answer.size());
-        if (done(answer))
-            break;
-    }
-    return answer;
-}
-
-/// Sends a remote console command to the server on the port; its printed answer, if any.
-QByteArray rcon(quint16 port, const QByteArray& command)
-{
-    QUdpSocket socket;
-    socket.writeDatagram(QByteArray("\xff\xff\xff\xffrcon secret ") + command, QHostAddress::LocalHost, port);
-    QByteArray answer;
-    while (socket.waitForReadyRead(1500)) {
-        QByteArray part(static_cast<int>(socket.pendingDatagramSize()), 0);
-        socket.readDatagram(part.data(), part.size());
-        answer += part;
-    }
-    return answer;
-}
-
 /// The player names of a status answer: the text in quotes of each line behind the first two.
 QStringList playerNames(const QByteArray& status)
 {
@@ -978,8 +940,6 @@ QStringList playerNames(const QByteArray& status)
             names << QString::fromLatin1(line.mid(open + 1, close - open - 1));
     return names;
 }
-
-bool haveServer() { return QFileInfo(kEngine).isExecutable() && QFileInfo(kGameData + u"/baseoa"_s).isDir(); }
 
 /// Each case: a program context, the launcher that really starts the stand-in server, a
 /// LAN server on a port of the case's own (so that cases in parallel processes don't meet)
@@ -991,12 +951,8 @@ protected:
     // STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
     void SetUp() override
     {
-        if (haveServer())
-            return;
-        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
-            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it "
-                      "(install Debian's openarena-server, or run with STEWARD_REAL_SERVER=1)";
-        GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
+        if (realServerMissing())
+            GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
     }
     void TearDown() override
     {
@@ -1016,7 +972,7 @@ protected:
         const QString script = t.gameFolder() + u"q3server"_s;
         writeFile(script, u"#!/bin/sh\nexec %1 +set com_basegame baseoa +set fs_basepath %2 +set fs_homepath \"$PWD\" "
                           "+set fs_game base +set com_legacyprotocol 71 +set com_protocol 71 \"$@\" >'%3' 2>&1\n"_s
-                              .arg(kEngine, kGameData, output)
+                              .arg(kRealEngine, kRealGameData, output)
                               .toLatin1());
         QFile::setPermissions(script, QFile::permissions(script) | QFileDevice::ExeOwner);
         port = static_cast<quint16>(27000 + slot * 1000 + QCoreApplication::applicationPid() % 900);
@@ -1045,7 +1001,7 @@ TEST_F(RealServer, RunsTheSessionFileAndTheCycleThatOkStarts)
 {
     prepare(0);
     ASSERT_NO_FATAL_FAILURE(ok());
-    const QByteArray status = awaitStatus(port, 20);
+    const QByteArray status = awaitStatus(port, 20000);
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_TRUE(status.contains("\\sv_hostname\\Steward Test Arena\\")) << status.toStdString();
     EXPECT_TRUE(status.contains("\\mapname\\oa_dm1\\")) << status.toStdString();
@@ -1073,10 +1029,10 @@ TEST_F(RealServer, RunsTheWizardsCycleWithTheSecondMapsOwnSettings)
     ASSERT_TRUE(profile.isSet(F::chkUseINI));
     ASSERT_NO_FATAL_FAILURE(ok()); // the wizard's boxes: the starting map and "File has been Saved"
     const auto onMap = [](const QByteArray& map) { return [=](const QByteArray& s) { return s.contains(map); }; };
-    const QByteArray first = awaitStatus(port, 20, onMap("\\mapname\\oa_dm1\\"));
+    const QByteArray first = awaitStatus(port, 20000, onMap("\\mapname\\oa_dm1\\"));
     ASSERT_TRUE(first.contains("\\mapname\\oa_dm1\\")) << first.toStdString();
     rcon(port, "vstr nextmap");
-    const QByteArray second = awaitStatus(port, 20, onMap("\\mapname\\oa_dm2\\"));
+    const QByteArray second = awaitStatus(port, 20000, onMap("\\mapname\\oa_dm2\\"));
     const QByteArray gravity = rcon(port, "g_gravity");
     EXPECT_TRUE(second.contains("\\mapname\\oa_dm2\\")) << second.toStdString();
     EXPECT_TRUE(second.contains("\\timelimit\\15\\")) << second.toStdString();
@@ -1099,7 +1055,7 @@ TEST_F(RealServer, RosterBotsJoinUnderTheirNames)
                   {"Big_Boss", "I Can Win", "BLUE", "sarge", "0"}});
     ASSERT_NO_FATAL_FAILURE(ok());
     ASSERT_TRUE(crlfLines(t.baseFolder() + u"/BOTFile.cfg"_s).contains(u"Addbot sarge 4 RED 25 Gnubee"_s));
-    const QByteArray status = awaitStatus(port, 30, [](const QByteArray& s) { return playerNames(s).size() >= 2; });
+    const QByteArray status = awaitStatus(port, 30000, [](const QByteArray& s) { return playerNames(s).size() >= 2; });
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     const QStringList names = playerNames(status);
     EXPECT_TRUE(names.contains(u"Gnubee"_s)) << status.toStdString();
@@ -1115,7 +1071,7 @@ TEST_F(RealServer, AutomaticBotsFillTheServerUpToTheMinimum)
     profile.setText(F::txtServerConfigSpin(6), u"3"_s);
     profile.field(F::cboBOT).setText(u"Hardcore"_s);
     ASSERT_NO_FATAL_FAILURE(ok());
-    const QByteArray status = awaitStatus(port, 45, [](const QByteArray& s) { return playerNames(s).size() >= 3; });
+    const QByteArray status = awaitStatus(port, 45000, [](const QByteArray& s) { return playerNames(s).size() >= 3; });
     ASSERT_FALSE(status.isEmpty()) << "the server did not answer on port " << port;
     EXPECT_EQ(playerNames(status).size(), 3) << status.toStdString();
 }
@@ -1132,7 +1088,7 @@ TEST_F(RealServer, TheTimedMessagesReachItsRemoteConsole)
     profile.setText(F::txtMsg(0), u"^2This Server was configured by ^1Arena Steward"_s);
     profile.setText(F::txtMsg(1), u"^3second line"_s);
     ASSERT_NO_FATAL_FAILURE(ok());
-    ASSERT_FALSE(awaitStatus(port, 20).isEmpty()) << "the server did not answer on port " << port;
+    ASSERT_FALSE(awaitStatus(port, 20000).isEmpty()) << "the server did not answer on port " << port;
     ServerMessaging* messaging = ServerMessaging::find(profile);
     ASSERT_NE(messaging, nullptr);
     messaging->tmrServerMessage_Timer();

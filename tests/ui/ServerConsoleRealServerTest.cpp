@@ -2,22 +2,14 @@
 // openarena-server; skipped where it is missing): its status shows the server's name,
 // map and slots, and an rcon "status" comes back with the player table.
 #include "console/ConsoleProtocol.h"
+#include "testkit/RealServer.h"
 #include "ui/WiredMainWindow.h"
 #include "ui/frmServerConsole.h"
 
-namespace {
-const QString kEngine = u"/usr/lib/ioquake3/ioq3ded"_s;
-const QString kGameData = u"/usr/lib/openarena-server"_s;
-} // namespace
-
 TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
 {
-    if (!QFileInfo(kEngine).isExecutable() || !QFileInfo(kGameData + u"/baseoa"_s).isDir()) {
-        // CI sets STEWARD_REQUIRE_REAL_SERVER=1: there a missing server is a failure.
-        if (qEnvironmentVariableIntValue("STEWARD_REQUIRE_REAL_SERVER") == 1)
-            FAIL() << "no Quake 3 engine dedicated server here, and STEWARD_REQUIRE_REAL_SERVER=1 asks for it";
+    if (realServerMissing())
         GTEST_SKIP() << "no Quake 3 engine dedicated server here (Debian's openarena-server)";
-    }
     TestApp t;
     const quint16 port = static_cast<quint16>(28900 + QCoreApplication::applicationPid() % 900);
     QProcess server;
@@ -26,10 +18,10 @@ TEST(RealServerConsole, StatusAndAnRconStatusRoundTrip)
     QStringList arguments = u"+set com_basegame baseoa +set dedicated 1 +set sv_maxclients 6 +set rconpassword secret "
                             "+set bot_enable 1 +set net_port %1"_s.arg(port)
                                 .split(u' ');
-    arguments << u"+set"_s << u"fs_basepath"_s << kGameData << u"+set"_s << u"fs_homepath"_s << t.root() << u"+set"_s
-              << u"sv_hostname"_s << u"^1Steward ^7Console"_s << u"+map"_s << u"oa_dm2"_s << u"+addbot"_s
+    arguments << u"+set"_s << u"fs_basepath"_s << kRealGameData << u"+set"_s << u"fs_homepath"_s << t.root()
+              << u"+set"_s << u"sv_hostname"_s << u"^1Steward ^7Console"_s << u"+map"_s << u"oa_dm2"_s << u"+addbot"_s
               << u"Angelyss"_s << u"1"_s;
-    server.start(kEngine, arguments);
+    server.start(kRealEngine, arguments);
     ASSERT_TRUE(server.waitForStarted(10000));
     ServerProfile profile;
     profile.setText(F::txtServerConfig(12), QString::number(port));
