@@ -3,6 +3,7 @@
 #include "commands/ToolTable.h"
 #include "model/Constants.h"
 #include "support/Errors.h"
+#include "support/ProductText.h"
 #include "ui/DesktopIdentity.h"
 #include "ui/MenuBuilder.h"
 #include "ui/QtPrompts.h"
@@ -229,13 +230,17 @@ TEST(MenuBar, EveryEntryOfTheBarAndThePopUpIsAnActionNamedAfterItsToolIdAndDispa
     EXPECT_EQ(child<QMenu>(window.menuBar(), u"id_UtilitiesExport"_s)->title(), u"&Export"_s);
 }
 
-TEST(frmAbout, ShowsTheVersionClosesOnAKeyOrAClickAndTheMailLabelMails)
+TEST(frmAbout, ShowsItsTextClosesOnAKeyOrAClickAndTheMailLabelMails)
 {
     TestApp t;
     {
         frmAbout about(*t.app);
         EXPECT_TRUE(frmAbout::isLoaded());
-        EXPECT_TRUE(child<QLabel>(&about, u"lblMarquee"_s)->text().contains(u"version JUNE 13 2002 beta 1.4"_s));
+        EXPECT_EQ(about.windowTitle(), u"About Arena Steward"_s);
+        EXPECT_EQ(child<QLabel>(&about, u"lblMarquee"_s)->text(),
+                  u"Arena Steward, a server tool for Jedi Knight II administrators\nYou are using version JUNE 13 2002 "
+                  "beta 1.4\n\nPlease submit all requests, bugs etc., to me \nat "_s +
+                      kContactAddress + u"\n\nThanks and Enjoy!"_s);
         QTimer::singleShot(0, &about, [&about] { sendKey(&about, Qt::Key_Space, u" "_s); });
         EXPECT_EQ(about.exec(), QDialog::Accepted);
     }
